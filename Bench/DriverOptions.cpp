@@ -1,0 +1,120 @@
+#include "DriverOptions.h"
+
+#include <QHash>
+
+#include <functional>
+
+namespace tidemark {
+
+const char *const DRIVER_USAGE =
+    "usage: tidemark-bench --find TEXT [--regex] [--case-sensitive] [--kind all|text|source|PATTERN]...\n"
+    "                      [--no-subfolders] [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup]\n"
+    "                      [--threads N] [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n";
+
+namespace {
+
+Kind kindNamed(const QString &name)
+{
+    static const QHash<QString, QString> IDENTIFIERS = {
+        {QStringLiteral("all"), QStringLiteral("uti:public.item")},
+        {QStringLiteral("text"), QStringLiteral("uti:public.text")},
+        {QStringLiteral("source"), QStringLiteral("uti:public.source-code")},
+    };
+    return {name, IDENTIFIERS.value(name, name), true};
+}
+
+class Parser
+{
+public:
+    explicit Parser(const QList<QByteArray> &arguments) : _arguments(arguments) {}
+
+    std::optional<DriverOptions> parse(QByteArray &problem)
+    {
+        while (_next < _arguments.size() && _problem.isEmpty())
+            _takeArgument(_arguments[_next++]);
+        if (_problem.isEmpty() && !_hasFindText)
+            _problem = "--find is missing";
+        if (_problem.isEmpty() && _options.locations.isEmpty())
+            _problem = "no location given";
+        if (_options.kinds.isEmpty())
+            _options.kinds << kindNamed(QStringLiteral("text"));
+        problem = _problem;
+        return _problem.isEmpty() ? std::optional(_options) : std::nullopt;
+    }
+
+private:
+    void _takeArgument(const QByteArray &argument)
+    {
+        if (_onlyLocations || !argument.startsWith("--")) {
+            _options.locations << FilePath(argument);
+        } else if (argument == "--") {
+            _onlyLocations = true;
+        } else if (!_takeFlag(argument) && !_takeOption(argument)) {
+            _problem = "unknown option " + argument;
+        }
+    }
+
+    bool _takeFlag(const QByteArray &name)
+    {
+        const QHash<QByteArray, std::pair<bool *, bool>> flags = {
+            {"--regex", {&_options.isRegularExpression, true}},
+            {"--case-sensitive", {&_options.isCaseSensitive, true}},
+            {"--no-subfolders", {&_options.includesSubFolders, false}},
+            {"--no-backup", {&_options.makesBackups, false}},
+            {"--list", {&_options.listsLines, true}},
+            {"--errors", {&_options.listsErrors, true}},
+            {"--quiet", {&_options.isQuiet, true}},
+            {"--json", {&_options.printsJson, true}},
+        };
+        const auto flag = flags.constFind(name);
+        if (flag == flags.cend())
+            return false;
+        *flag->first = flag->second;
+        return true;
+    }
+
+    bool _takeOption(const QByteArray &name)
+    {
+        const QHash<QByteArray, std::function<void(const QString &)>> options = {
+            {"--find", [this](const QString &value) { _options.findText = value, _hasFindText = true; }},
+            {"--replace", [this](const QString &value) { _options.replaceText = value; }},
+            {"--kind", [this](const QString &value) { _options.kinds << kindNamed(value); }},
+            {"--encoding", [this](const QString &value) { _options.encoding = value; }},
+            {"--threads", [this](const QString &value) { _options.threads = _number(value); }},
+            {"--repeat", [this](const QString &value) { _options.repeat = _number(value); }},
+        };
+        const auto option = options.constFind(name);
+        if (option == options.cend())
+            return false;
+        if (_next == _arguments.size())
+            _problem = name + " needs a value";
+        else
+            (*option)(QString::fromUtf8(_arguments[_next++]));
+        return true;
+    }
+
+    int _number(const QString &text)
+    {
+        bool isNumber = false;
+        const int number = text.toInt(&isNumber);
+        if (!isNumber || number < 1)
+            _problem = "not a positive number: " + text.toUtf8();
+        return number;
+    }
+
+    QList<QByteArray> _arguments;
+    qsizetype _next = 0;
+    DriverOptions _options;
+    QByteArray _problem;
+    bool _hasFindText = false;
+    bool _onlyLocations = false;
+};
+
+} // namespace
+
+std::optional<DriverOptions> parseArguments(const QList<QByteArray> &arguments, QByteArray &problem)
+{
+    return Parser(arguments).parse(problem);
+}
+
+} // namespace tidemark

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "search/Kind.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace tidemark {
+
+struct DriverOptions
+{
+    QString findText;
+    std::optional<QString> replaceText;
+    QList<Kind> kinds;
+    QString encoding = QStringLiteral("detect"); ///< or an IANA name
+    QList<FilePath> locations;
+    int threads = 0; ///< 0: as many as suit the machine
+    int repeat = 1;
+    bool isRegularExpression = false;
+    bool isCaseSensitive = false;
+    bool includesSubFolders = true;
+    bool makesBackups = true;
+    bool listsLines = false;
+    bool listsErrors = false;
+    bool isQuiet = false;
+    bool printsJson = false;
+};
+
+/// Nothing, with what is wrong in `problem`, when the arguments aren't understood. Arguments that name files are
+/// taken as bytes.
+std::optional<DriverOptions> parseArguments(const QList<QByteArray> &arguments, QByteArray &problem);
+
+extern const char *const DRIVER_USAGE;
+
+} // namespace tidemark

@@ -1,0 +1,99 @@
+#include "SearchRun.h"
+
+#include <cstdio>
+
+namespace tidemark {
+
+namespace {
+
+constexpr qsizetype OUTPUT_BLOCK = 1 << 16;
+
+double secondsOf(const QElapsedTimer &timer)
+{
+    return double(timer.nsecsElapsed()) / 1e9;
+}
+
+} // namespace
+
+void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearchLocation> &locations)
+{
+    TDSearchEngine engine;
+    engine.setDelegate(self);
+    _timer.start();
+    engine.startSearch(_options.findText, locations, _options.isCaseSensitive);
+    _totals.seconds = secondsOf(_timer);
+    _flush();
+}
+
+FindResultItems SearchRun::allItems() const
+{
+    FindResultItems items;
+    for (const auto &file : _files) {
+        items << file;
+        items << file->children();
+    }
+    return items;
+}
+
+void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
+{
+    const bool failed = !file->matchLineHighlighter();
+    if (failed)
+        ++_totals.errors;
+    else if (!_totals.firstResultSeconds)
+        _totals.firstResultSeconds = secondsOf(_timer);
+    _list(*file);
+    if (_options.replaceText && !failed)
+        _files << file;
+}
+
+void SearchRun::_list(const TDFindResultItem &file)
+{
+    for (const auto &item : file.children()) {
+        if (item->error() && _options.listsErrors) {
+            _print(file.path().bytes() + ": error " + QByteArray::number(item->error().code()) + ": " +
+                   item->error().localizedFailureReason().toUtf8() + '\n');
+        } else if (item->matchLine() != nullptr && _options.listsLines) {
+            QByteArray line = file.path().bytes() + ':' + QByteArray::number(item->matchLine()->lineNumber());
+            char separator = ':';
+            for (const TextRange &range : item->matchLine()->matchRanges()) {
+                line += separator + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
+                separator = ',';
+            }
+            _print(line + '\n');
+        }
+    }
+}
+
+void SearchRun::errorOccured(const TDError &error)
+{
+    _totals.expressionError = error;
+}
+
+void SearchRun::didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
+{
+    _totals.finished = true;
+    didStopSearch(scannedCount, fileMatchCount, matchCount);
+}
+
+void SearchRun::didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
+{
+    _totals.files = scannedCount;
+    _totals.filesWithMatches = fileMatchCount;
+    _totals.matches = matchCount;
+}
+
+void SearchRun::_print(const QByteArray &text)
+{
+    _pendingOutput += text;
+    if (_pendingOutput.size() >= OUTPUT_BLOCK)
+        _flush();
+}
+
+void SearchRun::_flush()
+{
+    std::fwrite(_pendingOutput.constData(), 1, size_t(_pendingOutput.size()), stdout);
+    _pendingOutput.clear();
+}
+
+} // namespace tidemark

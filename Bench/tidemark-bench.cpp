@@ -1,0 +1,181 @@
+#include "DriverOptions.h"
+#include "SearchRun.h"
+
+#include "foundation/LocalizedText.h"
+#include "foundation/TextEncoding.h"
+#include "foundation/UserDefaults.h"
+#include "reading/TDStringEncoding.h"
+#include "replace/TDSelectedMatchReplacement.h"
+#include "search/RegisterUserDefaults.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cstdio>
+#include <sys/resource.h>
+#include <vector>
+
+using namespace tidemark;
+
+namespace {
+
+enum ExitStatus { SEARCH_ENDED = 0, MALFORMED_EXPRESSION = 1, WRONG_USAGE = 2 };
+
+int wrongUsage(const QByteArray &problem)
+{
+    std::fprintf(stderr, "tidemark-bench: %s\n%s", problem.constData(), DRIVER_USAGE);
+    return WRONG_USAGE;
+}
+
+/// Puts the options into a store of settings of this process; the user's is never touched.
+bool applySettings(const DriverOptions &options, QByteArray &problem)
+{
+    UserDefaults::setStandard(UserDefaults::inMemory());
+    UserDefaults &settings = UserDefaults::standard();
+    registerUserDefaults(settings);
+    settings.setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, options.isRegularExpression);
+    settings.setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, !options.isCaseSensitive);
+    settings.setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, options.makesBackups);
+    setKindsInForce(options.kinds);
+    if (options.encoding == QLatin1String("detect"))
+        return true;
+
+    const StringEncoding encoding =
+        convertCoreFoundationToStringEncoding(convertIANACharSetNameToEncoding(options.encoding));
+    settings.setObject(TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE, false);
+    settings.setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, static_cast<qint64>(encoding));
+    if (TDStringEncoding::defaultEncoding() != nullptr)
+        return true;
+    problem = "no encoding that can be set as the default: " + options.encoding.toUtf8();
+    return false;
+}
+
+QList<TDSearchLocation> searchLocations(const DriverOptions &options)
+{
+    QList<TDSearchLocation> locations;
+    for (const FilePath &path : options.locations) {
+        const bool isAbsolute = path.bytes().startsWith('/');
+        TDSearchLocation location;
+        location.setURL((isAbsolute ? path
+                                    : FilePath::fromDisplayText(QDir::currentPath()).appendingPathComponent(path.bytes()))
+                            .toUrl());
+        location.includeSubFolders = location.isFolder && options.includesSubFolders;
+        locations << location;
+    }
+    return locations;
+}
+
+TDSelectedMatchReplacement::Outcome replaceAll(const SearchRun &search, const DriverOptions &options,
+                                               const QList<TDSearchLocation> &locations)
+{
+    const std::atomic<bool> neverStops = false;
+    const ReplaceRequest request = {
+        options.findText, *options.replaceText, [&locations](const FilePath &path) {
+            return std::any_of(locations.begin(), locations.end(), [&path](const TDSearchLocation &location) {
+                return !location.isFolder && location.path() == path;
+            });
+        }};
+    return TDSelectedMatchReplacement(request, neverStops).replaceSelectedMatches(search.allItems());
+}
+
+qint64 peakMemoryKiB()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+QJsonObject jsonObject(const SearchTotals &totals)
+{
+    QJsonObject object;
+    object[QStringLiteral("files")] = qint64(totals.files);
+    object[QStringLiteral("filesWithMatches")] = qint64(totals.filesWithMatches);
+    object[QStringLiteral("matches")] = qint64(totals.matches);
+    object[QStringLiteral("errors")] = qint64(totals.errors);
+    object[QStringLiteral("seconds")] = totals.seconds;
+    object[QStringLiteral("firstResultSeconds")] =
+        totals.firstResultSeconds ? QJsonValue(*totals.firstResultSeconds) : QJsonValue();
+    object[QStringLiteral("peakRssKiB")] = peakMemoryKiB();
+    return object;
+}
+
+void report(const DriverOptions &options, const SearchTotals &totals,
+            const std::optional<TDSelectedMatchReplacement::Outcome> &replaced)
+{
+    if (options.printsJson) {
+        QJsonObject object = jsonObject(totals);
+        if (replaced) {
+            object[QStringLiteral("filesRewritten")] = qint64(replaced->filesRewritten);
+            object[QStringLiteral("replacements")] = qint64(replaced->replacements);
+            object[QStringLiteral("filesFailed")] = qint64(replaced->failedPaths.size());
+        }
+        std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+    } else if (!options.isQuiet) {
+        std::printf("%llu matches found in %llu files, %llu files searched, %llu errors, %.3f s\n", totals.matches,
+                    totals.filesWithMatches, totals.files, totals.errors, totals.seconds);
+        if (replaced)
+            std::printf("%llu replacements, %llu files rewritten, %lld files failed\n", replaced->replacements,
+                        replaced->filesRewritten, static_cast<long long>(replaced->failedPaths.size()));
+    }
+}
+
+void printError(const TDError &error)
+{
+    std::fprintf(stderr, "%s\n%s\n", error.localizedDescription().toUtf8().constData(),
+                 error.localizedRecoverySuggestion().toUtf8().constData());
+}
+
+/// Searches as often as asked for and returns the run of median time, with what the last one found.
+std::shared_ptr<SearchRun> searchRepeatedly(DriverOptions &options, const QList<TDSearchLocation> &locations,
+                                            SearchTotals &medianTotals)
+{
+    const DriverOptions lastRun = options;
+    if (options.repeat > 1)
+        options.listsLines = options.listsErrors = false;
+    std::vector<SearchTotals> all;
+    std::shared_ptr<SearchRun> run;
+    for (int round = 1; round <= lastRun.repeat; ++round) {
+        if (round == lastRun.repeat)
+            options = lastRun;
+        run = std::make_shared<SearchRun>(options);
+        run->run(run, locations);
+        all.push_back(run->totals());
+        if (run->totals().expressionError)
+            break;
+    }
+    std::sort(all.begin(), all.end(), [](const auto &left, const auto &right) { return left.seconds < right.seconds; });
+    medianTotals = all[all.size() / 2];
+    return run;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    installLocalizedTexts(QStringLiteral("en"));
+    QByteArray problem;
+    std::optional<DriverOptions> options = parseArguments(QList<QByteArray>(argv + 1, argv + argc), problem);
+    if (!options || !applySettings(*options, problem))
+        return wrongUsage(problem);
+
+    const QList<TDSearchLocation> locations = searchLocations(*options);
+    SearchTotals totals;
+    const std::shared_ptr<SearchRun> search = searchRepeatedly(*options, locations, totals);
+    if (totals.expressionError) {
+        printError(totals.expressionError);
+        return MALFORMED_EXPRESSION;
+    }
+    std::optional<TDSelectedMatchReplacement::Outcome> replaced;
+    if (options->replaceText)
+        replaced = replaceAll(*search, *options, locations);
+    report(*options, totals, replaced);
+    if (replaced && replaced->error)
+        printError(replaced->error);
+    return replaced && replaced->error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)
+               ? MALFORMED_EXPRESSION
+               : SEARCH_ENDED;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tidemark {
+
+/// The attribute that records a text file's encoding.
+inline constexpr const char *TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING = "com.apple.TextEncoding";
+
+/// The attribute's value as UTF-8 text, without following a final symbolic link; nothing on any failure, also
+/// when the value isn't UTF-8. On Linux attributes live in the "user." namespace, which is added here.
+std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, const char *key);
+
+/// Sets the attribute, following links. With the flag 1 a terminating zero byte is stored too. False on failure.
+bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value, int flag);
+
+} // namespace tidemark

@@ -1,0 +1,144 @@
+#include "foundation/FileSystemCalls.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <random>
+#include <string_view>
+#include <unistd.h>
+
+#ifdef __linux__
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#endif
+
+namespace tidemark {
+
+namespace {
+
+constexpr size_t COPY_BLOCK = 1 << 20;
+constexpr std::string_view UNIQUE_LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+constexpr int UNIQUE_ATTEMPTS = 10000;
+
+FileSystemCalls realCalls;
+std::atomic<FileSystemCalls *> currentCalls = &realCalls;
+
+/// Lets the kernel copy; false where it can't for these files, before anything was copied.
+bool copyInKernel(int from, int to, int &result)
+{
+#ifdef __linux__
+    if (::ioctl(to, FICLONE, from) == 0) {
+        result = 0;
+        return true;
+    }
+    bool copiedAny = false;
+    for (;;) {
+        const ssize_t count = ::copy_file_range(from, nullptr, to, nullptr, COPY_BLOCK * 64, 0);
+        if (count > 0) {
+            copiedAny = true;
+            continue;
+        }
+        // Some special file systems report their files as empty to this call: read those in the plain way.
+        if (!copiedAny)
+            return false;
+        result = count == 0 ? 0 : -1;
+        return true;
+    }
+#else
+    (void)from, (void)to, (void)result;
+    return false;
+#endif
+}
+
+int copyByReading(int from, int to)
+{
+    const auto block = std::make_unique_for_overwrite<char[]>(COPY_BLOCK);
+    for (;;) {
+        const ssize_t count = ::read(from, block.get(), COPY_BLOCK);
+        if (count <= 0)
+            return static_cast<int>(count);
+        for (ssize_t written = 0; written < count;) {
+            const ssize_t step = ::write(to, block.get() + written, size_t(count - written));
+            if (step < 0)
+                return -1;
+            written += step;
+        }
+    }
+}
+
+} // namespace
+
+int FileSystemCalls::open(const char *path, int flags, mode_t mode)
+{
+    return ::open(path, flags, mode);
+}
+
+int FileSystemCalls::makeUniqueFile(char *pathTemplate)
+{
+    char *end = pathTemplate + std::strlen(pathTemplate);
+    char *start = end;
+    while (start > pathTemplate && start[-1] == 'X')
+        --start;
+    static thread_local std::mt19937 random{std::random_device{}()};
+    std::uniform_int_distribution<size_t> anyLetter(0, UNIQUE_LETTERS.size() - 1);
+    for (int attempt = 0; attempt < UNIQUE_ATTEMPTS; ++attempt) {
+        std::generate(start, end, [&] { return UNIQUE_LETTERS[anyLetter(random)]; });
+        const int descriptor = open(pathTemplate, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor >= 0 || errno != EEXIST)
+            return descriptor;
+    }
+    return -1;
+}
+
+ssize_t FileSystemCalls::pread(int descriptor, void *bytes, size_t count, off_t offset)
+{
+    return ::pread(descriptor, bytes, count, offset);
+}
+
+ssize_t FileSystemCalls::write(int descriptor, const void *bytes, size_t count)
+{
+    return ::write(descriptor, bytes, count);
+}
+
+int FileSystemCalls::truncate(int descriptor, off_t size)
+{
+    return ::ftruncate(descriptor, size);
+}
+
+int FileSystemCalls::sync(int descriptor)
+{
+    return ::fsync(descriptor);
+}
+
+int FileSystemCalls::close(int descriptor)
+{
+    return ::close(descriptor);
+}
+
+int FileSystemCalls::remove(const char *path)
+{
+    return ::unlink(path);
+}
+
+int FileSystemCalls::copyContent(int from, int to)
+{
+    int result = 0;
+    if (copyInKernel(from, to, result))
+        return result;
+    return copyByReading(from, to);
+}
+
+FileSystemCalls &FileSystemCalls::current()
+{
+    return *currentCalls;
+}
+
+void FileSystemCalls::setCurrent(FileSystemCalls *calls)
+{
+    currentCalls = calls == nullptr ? &realCalls : calls;
+}
+
+} // namespace tidemark

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+namespace tidemark {
+
+inline const QString TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION = QStringLiteral("regularExpression");
+inline const QString TD_USER_DEFAULTS_NAME_IGNORE_CASE = QStringLiteral("ignoreCase");
+inline const QString TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM =
+    QStringLiteral("findReplaceTextHistoryMaximum");
+inline const QString TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE =
+    QStringLiteral("autoDetectFileEncodingFromFile");
+inline const QString TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING = QStringLiteral("defaultStringEncoding");
+inline const QString TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING =
+    QStringLiteral("createBackupBeforeReplacing");
+inline const QString TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS = QStringLiteral("searchPaths");
+inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT = QStringLiteral("findText");
+inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT = QStringLiteral("replaceText");
+inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY = QStringLiteral("findTextHistory");
+inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY = QStringLiteral("replaceTextHistory");
+inline const QString kmIncludedKinds2Pref = QStringLiteral("IncludedKinds2");
+/// The key of an older format; neither read nor written.
+inline const QString kmIncludedKindsPref = QStringLiteral("IncludedKinds");
+
+} // namespace tidemark

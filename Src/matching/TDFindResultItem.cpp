@@ -1,0 +1,128 @@
+#include "matching/TDFindResultItem.h"
+
+namespace tidemark {
+
+namespace {
+
+constexpr double NAME_FONT_SIZE = 10;
+
+StyledText redText(const QString &text)
+{
+    StyledText styled;
+    styled.text = text;
+    styled.font = {QString(), NAME_FONT_SIZE};
+    styled.lineBreakMode = LineBreakMode::TruncateInMiddle;
+    styled.runs << StyledRun{styled.wholeRange(), TD_COLOR_RED, {}, false, {}};
+    return styled;
+}
+
+} // namespace
+
+std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithFile(const FilePath &path,
+                                                                 std::optional<FileDate> modificationDate,
+                                                                 const QString &findText, bool includesBOM)
+{
+    auto item = std::make_shared<TDFindResultItem>();
+    item->_fileFields = std::make_unique<FileFields>();
+    item->_fileFields->path = path;
+    item->_fileFields->modificationDate = modificationDate;
+    item->_fileFields->findText = findText;
+    item->_fileFields->includesBOM = includesBOM;
+    return item;
+}
+
+std::shared_ptr<TDFindResultItem>
+TDFindResultItem::initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLine, TDFindResultItem *parent)
+{
+    auto item = std::make_shared<TDFindResultItem>();
+    item->_matchLine = matchLine;
+    item->_parent = parent;
+    return item;
+}
+
+std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithError(const TDError &error, TDFindResultItem *parent)
+{
+    auto item = std::make_shared<TDFindResultItem>();
+    item->_error = error;
+    item->_parent = parent;
+    return item;
+}
+
+std::shared_ptr<TDFindResultItem>
+TDFindResultItem::initWithFailedFile(const FilePath &path, std::optional<FileDate> modificationDate,
+                                     const TDError &error)
+{
+    auto file = initWithFile(path, modificationDate, QString(), false);
+    file->setMatchLines({initWithError(error, file.get())});
+    return file;
+}
+
+const TDFindResultItem::FileFields &TDFindResultItem::_file() const
+{
+    static const FileFields NONE;
+    return _fileFields ? *_fileFields : NONE;
+}
+
+void TDFindResultItem::setMatchLines(FindResultItems items)
+{
+    for (qsizetype index = 0; index < items.size(); ++index)
+        items[index]->setPosition(index);
+    _fileFields->matchLines = std::move(items);
+}
+
+void TDFindResultItem::setMatchLineHighlighter(std::shared_ptr<TDMatchLineHighlighter> highlighter)
+{
+    _fileFields->highlighter = std::move(highlighter);
+}
+
+std::optional<qint32> TDFindResultItem::matchCount() const
+{
+    if (_matchLine)
+        return 0;
+    const auto &highlighter = matchLineHighlighter();
+    if (!highlighter || highlighter->matchLines().isEmpty())
+        return {};
+    quint64 count = 0;
+    for (const auto &line : highlighter->matchLines())
+        count += line->numberOfMatches();
+    return static_cast<qint32>(count);
+}
+
+QString TDFindResultItem::filenameMatchLineSortKey() const
+{
+    if (_matchLine)
+        return QStringLiteral("");
+    return _fileFields ? FilePath(path().lastPathComponent()).displayText() : QString();
+}
+
+StyledText TDFindResultItem::displayFilenameOrMatchLine() const
+{
+    if (_matchLine)
+        return _matchLine->matchLineAttributedString();
+    if (_error)
+        return displayError();
+    StyledText name;
+    name.text = filenameMatchLineSortKey();
+    return name;
+}
+
+QString TDFindResultItem::displayPath() const
+{
+    return path().deletingLastPathComponent().displayText();
+}
+
+StyledText TDFindResultItem::displayName() const
+{
+    return isMatchLine() ? StyledText() : redText(path().displayText());
+}
+
+StyledText TDFindResultItem::displayError() const
+{
+    if (!_error)
+        return {};
+    StyledText styled = redText(_error.localizedFailureReason());
+    styled.runs.first().background = TD_COLOR_WHITE;
+    return styled;
+}
+
+} // namespace tidemark

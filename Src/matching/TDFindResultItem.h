@@ -1,0 +1,103 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/StyledText.h"
+#include "foundation/TDError.h"
+#include "foundation/TDFileCommon.h"
+#include "matching/TDMatchLine.h"
+#include "matching/TDMatchLineHighlighter.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tidemark {
+
+class TDFindResultItem;
+using FindResultItems = QList<std::shared_ptr<TDFindResultItem>>;
+
+/// A node of the results tree: a file, or below it one of its match lines or the error that it ended in. Made
+/// on the search thread and handed over as a whole; used by one thread at a time.
+class TDFindResultItem
+{
+public:
+    static std::shared_ptr<TDFindResultItem> initWithFile(const FilePath &path,
+                                                          std::optional<FileDate> modificationDate,
+                                                          const QString &findText, bool includesBOM);
+    /// The parent isn't kept alive by its children.
+    static std::shared_ptr<TDFindResultItem> initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLine,
+                                                               TDFindResultItem *parent);
+    static std::shared_ptr<TDFindResultItem> initWithError(const TDError &error, TDFindResultItem *parent);
+    /// A file node whose one child tells the error.
+    static std::shared_ptr<TDFindResultItem> initWithFailedFile(const FilePath &path,
+                                                                std::optional<FileDate> modificationDate,
+                                                                const TDError &error);
+
+    /// True for every leaf, error nodes included.
+    bool isMatchLine() const { return _matchLine != nullptr || _error; }
+
+    TDMatchLine *matchLine() const { return _matchLine.get(); }
+    const std::shared_ptr<TDMatchLine> &sharedMatchLine() const { return _matchLine; }
+    TDFindResultItem *parent() const { return _parent; }
+    void setParent(TDFindResultItem *parent) { _parent = parent; }
+    const TDError &error() const { return _error; }
+    void setError(const TDError &error) { _error = error; }
+
+    /// The nodes below a file node, in line order; empty for leaves.
+    const FindResultItems &matchLines() const { return _file().matchLines; }
+    const FindResultItems &children() const { return matchLines(); }
+    /// Only on file nodes; so are the setters below.
+    void setMatchLines(FindResultItems items);
+    void setChildren(FindResultItems items) { setMatchLines(std::move(items)); }
+
+    const FilePath &path() const { return _file().path; }
+    void setPath(const FilePath &path) { _fileFields->path = path; }
+    /// The file's date when it was searched or last saved.
+    std::optional<FileDate> modificationDate() const { return _file().modificationDate; }
+    void setModificationDate(std::optional<FileDate> date) { _fileFields->modificationDate = date; }
+    const QString &findText() const { return _file().findText; }
+    bool includesBOM() const { return _file().includesBOM; }
+    void setIncludesBOM(bool includesBOM) { _fileFields->includesBOM = includesBOM; }
+    /// The one that found the file's match lines; null on leaves and on files that failed.
+    const std::shared_ptr<TDMatchLineHighlighter> &matchLineHighlighter() const { return _file().highlighter; }
+    void setMatchLineHighlighter(std::shared_ptr<TDMatchLineHighlighter> highlighter);
+
+    /// 0 for a match line; for a file the sum over the highlighter's match lines, counted anew at every call;
+    /// nothing for errors and for files without match lines.
+    std::optional<qint32> matchCount() const;
+
+    /// The file name to sort by: "" for a match line, a null text for an error.
+    QString filenameMatchLineSortKey() const;
+    StyledText displayFilenameOrMatchLine() const;
+    /// The folder of a file node, for people.
+    QString displayPath() const;
+    StyledText displayName() const;
+    StyledText displayError() const;
+
+    /// Where the node stands among its siblings; kept by whoever keeps the list.
+    qsizetype position() const { return _position; }
+    void setPosition(qsizetype position) { _position = qint32(position); }
+
+private:
+    /// What only file nodes have, apart so that the many match-line nodes stay small.
+    struct FileFields
+    {
+        FilePath path;
+        std::optional<FileDate> modificationDate;
+        QString findText;
+        FindResultItems matchLines;
+        std::shared_ptr<TDMatchLineHighlighter> highlighter;
+        bool includesBOM = false;
+    };
+    const FileFields &_file() const;
+
+    std::unique_ptr<FileFields> _fileFields;
+    std::shared_ptr<TDMatchLine> _matchLine;
+    TDError _error;
+    TDFindResultItem *_parent = nullptr;
+    qint32 _position = 0;
+};
+
+} // namespace tidemark

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "foundation/TextEncoding.h"
+#include "matching/TDFindPattern.h"
+#include "matching/TDMatchLine.h"
+
+#include <QList>
+
+#include <atomic>
+#include <memory>
+
+namespace tidemark {
+
+class TDFileReader;
+
+/// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
+inline constexpr qsizetype TD_LONGEST_LINE = 25000;
+
+using MatchLines = QList<std::shared_ptr<TDMatchLine>>;
+
+/// Searches one file and collects its match lines. Used by one thread at a time, but for the stop flag.
+class TDMatchLineHighlighter
+{
+public:
+    /// Searches the file from its first line on. True: matchLines() holds the match lines, possibly none. False:
+    /// the error, which must be null on entry, tells why, and matchLines() means nothing: what the reader
+    /// reports; code 36 for a faulty expression, at the first line searched; code 1 for a file that has
+    /// matches and a line over TD_LONGEST_LINE. A stopped file ends with true and no lines.
+    bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, const TDFindPattern &pattern);
+    /// The same with a find text that is compiled for this one file.
+    bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, bool ignoreCase,
+                         const QString &matchPattern);
+
+    /// The first match within the range of the line; the terms are those of TDFindPattern::Line.
+    static TextRange firstRangeOfPatternInString(const QString &line, const QString &pattern, CaseRule caseRule,
+                                                 TextRange searchRange, TDError &error);
+
+    const MatchLines &matchLines() const { return _matchLines; }
+    void setMatchLines(const MatchLines &lines) { _matchLines = lines; }
+
+    /// From any thread: the file being searched is abandoned.
+    void setShouldStop(bool shouldStop) { _shouldStop = shouldStop; }
+    bool shouldStop() const { return _shouldStop || (_searchShouldStop != nullptr && *_searchShouldStop); }
+    /// A second flag to look at, that of the whole search. Not owned.
+    void setSearchShouldStop(const std::atomic<bool> *flag) { _searchShouldStop = flag; }
+
+    bool includesBOM() const { return _includesBOM; }
+    void setIncludesBOM(bool includesBOM) { _includesBOM = includesBOM; }
+
+private:
+    void _searchLines(TDFileReader &reader, const TDFindPattern &pattern, TDError &error);
+    void _searchLine(const QString &line, qint64 lineNumber, const TDFindPattern &pattern, TDError &error);
+
+    MatchLines _matchLines;
+    std::atomic<bool> _shouldStop = false;
+    const std::atomic<bool> *_searchShouldStop = nullptr;
+    bool _includesBOM = false;
+    bool _hasExcessiveLines = false;
+};
+
+} // namespace tidemark

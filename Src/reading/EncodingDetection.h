@@ -1,0 +1,25 @@
+#pragma once
+
+#include "foundation/TextEncoding.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace tidemark {
+
+/// How many bytes of a file are examined for a declaration.
+inline constexpr qsizetype TD_CONTENT_PROBE_SIZE = 512;
+
+/// The encoding that an XML declaration or an HTML META element in the bytes names, or
+/// TD_FILE_COMMON_UNKNOWN_ENCODING. The bytes are tried as ASCII-like text first, then as 16-bit units, then as
+/// 32-bit units. Callable from any thread.
+StringEncoding declaredEncoding(QByteArrayView bytes);
+
+/// The encoding recorded in an attribute's value of the form "utf-8;134217984", or
+/// TD_FILE_COMMON_UNKNOWN_ENCODING.
+StringEncoding encodingFromAttributeValue(const QString &value);
+
+/// The value to record for an encoding.
+QString attributeValueForEncoding(StringEncoding encoding);
+
+} // namespace tidemark

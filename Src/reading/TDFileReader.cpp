@@ -1,0 +1,251 @@
+#include "reading/TDFileReader.h"
+
+#include "foundation/AssertionHandler.h"
+#include "foundation/ByteScan.h"
+#include "foundation/LocalizedText.h"
+
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <fcntl.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr qsizetype LINE_CAPACITY = 256;
+
+bool isFixedByteOrder(StringEncoding encoding)
+{
+    return encoding == TD_ENCODING_UTF16_LITTLE_ENDIAN || encoding == TD_ENCODING_UTF16_BIG_ENDIAN ||
+           encoding == TD_ENCODING_UTF32_LITTLE_ENDIAN || encoding == TD_ENCODING_UTF32_BIG_ENDIAN;
+}
+
+bool isLittleEndian(StringEncoding encoding)
+{
+    return encoding == TD_ENCODING_UTF16_LITTLE_ENDIAN || encoding == TD_ENCODING_UTF32_LITTLE_ENDIAN;
+}
+
+/// The index of the first unit that is a CR or LF, or -1. `Unit` values are as they lie in memory.
+template <typename Unit>
+qsizetype indexOfUnit(QByteArrayView bytes, Unit carriageReturn, Unit lineFeed)
+{
+    const qsizetype count = bytes.size() / qsizetype(sizeof(Unit));
+    for (qsizetype index = 0; index < count; ++index) {
+        Unit unit = 0;
+        std::memcpy(&unit, bytes.data() + index * qsizetype(sizeof(Unit)), sizeof unit);
+        if (unit == carriageReturn || unit == lineFeed)
+            return index;
+    }
+    return -1;
+}
+
+template <typename Unit>
+Unit unitInMemory(char character, bool littleEndian)
+{
+    std::array<char, sizeof(Unit)> bytes = {};
+    (littleEndian ? bytes.front() : bytes.back()) = character;
+    return std::bit_cast<Unit>(bytes);
+}
+
+template <typename Unit>
+qsizetype indexOfLineEndUnit(QByteArrayView bytes, bool littleEndian)
+{
+    return indexOfUnit(bytes, unitInMemory<Unit>('\r', littleEndian), unitInMemory<Unit>('\n', littleEndian));
+}
+
+} // namespace
+
+TDFileReader::TDFileReader(int descriptor, const FilePath &path, StringEncoding encoding)
+    : _readBuffer(descriptor), _stringEncoding(encoding), _path(path)
+{
+    _line.reserve(LINE_CAPACITY);
+}
+
+std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FilePath &path, StringEncoding encoding,
+                                                               TDError &error)
+{
+    error.clear();
+    // Without O_NONBLOCK a named pipe would hold the search up until somebody writes to it.
+    const int descriptor = ::open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor == -1) {
+        error = openError(path, errno);
+        return nullptr;
+    }
+    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, path, encoding));
+    reader->_probeForEncoding();
+    reader->_converter = TextConverter::converterForEncoding(reader->_stringEncoding);
+    reader->_unitSize = reader->_sizeOfUnit();
+    return reader;
+}
+
+TDError TDFileReader::openError(const FilePath &path, int errorNumber)
+{
+    const QString description = formatted(
+        localizedString("Sorry, a problem occured whilst attempting to open file ‘%@’."), {path.displayText()});
+    const QString reason = errorNumber == EACCES
+                               ? localizedString("You do not have permission to open the file.")
+                               : formatted(localizedString("Error %d occured."), {errorNumber});
+    return TDError::initalizePresentErrorWithCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR, description,
+                                                  reason);
+}
+
+TDError TDFileReader::encodingError(StringEncoding encoding)
+{
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_FILE_READER_FILE_ENCODING_ERROR,
+        localizedString("Sorry, a problem occured whilst attempting to read a file."),
+        formatted(localizedString("The chosen character encoding ‘%@’ is unable to read the contents of the file. "
+                                  "Check in Preferences that the default character encoding is appropriate for "
+                                  "this file."),
+                  {localizedNameOfStringEncoding(encoding)}));
+}
+
+int TDFileReader::_sizeOfUnit() const
+{
+    if (!isFixedByteOrder(_stringEncoding))
+        return 1;
+    const bool utf16 = _stringEncoding == TD_ENCODING_UTF16_LITTLE_ENDIAN ||
+                       _stringEncoding == TD_ENCODING_UTF16_BIG_ENDIAN;
+    return utf16 ? 2 : 4;
+}
+
+std::optional<QString> TDFileReader::getNextLineWithEOLCharacters(bool keepEOLCharacters, TDError &error)
+{
+    const std::optional<LineBytes> line = nextLineBytes(error);
+    if (!line)
+        return {};
+    std::optional<QString> text = decode(line->bytes, error);
+    if (text && !keepEOLCharacters)
+        text->chop(line->eolCount);
+    return text;
+}
+
+std::optional<LineBytes> TDFileReader::nextLineBytes(TDError &error)
+{
+    return _unitSize == 1 ? _getNextLineMBCSWithError(error) : _getNextLineUCSWithError(error);
+}
+
+std::optional<QString> TDFileReader::decode(QByteArrayView bytes, TDError &error)
+{
+    std::optional<QString> text;
+    if (_converter)
+        text = _converter->decode(bytes);
+    if (!text)
+        error = encodingError(_stringEncoding);
+    return text;
+}
+
+std::optional<LineBytes> TDFileReader::_getNextLineMBCSWithError(TDError &error)
+{
+    _line.resize(0);
+    bool endsWithCarriageReturn = false;
+    for (;;) {
+        const QByteArrayView bytes = _readBuffer.available(error);
+        if (error)
+            return {};
+        if (bytes.isEmpty() || (endsWithCarriageReturn && bytes.front() != '\n'))
+            break;
+        qsizetype length = 0;
+        int eolCount = 0;
+        if (endsWithCarriageReturn) {
+            length = 1;
+            eolCount = 2;
+        } else if (const qsizetype end = indexOfLineEnd(bytes); end < 0) {
+            length = bytes.size();
+        } else if (bytes[end] == '\n') {
+            length = end + 1;
+            eolCount = 1;
+        } else if (end + 1 == bytes.size()) {
+            // Whether an LF belongs to this CR shows in the next stretch.
+            endsWithCarriageReturn = true;
+            length = end + 1;
+        } else {
+            eolCount = bytes[end + 1] == '\n' ? 2 : 1;
+            length = end + eolCount;
+        }
+        _readBuffer.consume(length);
+        if (eolCount > 0 && _line.isEmpty() && bytes.size() > 1)
+            return LineBytes{bytes.first(length), eolCount};
+        _line.append(bytes.first(length));
+        if (eolCount > 0)
+            return LineBytes{_line, eolCount};
+    }
+    if (_line.isEmpty())
+        return {};
+    return LineBytes{_line, endsWithCarriageReturn ? 1 : 0};
+}
+
+bool TDFileReader::_readUnit(char *unit, TDError &error)
+{
+    for (int index = 0; index < _unitSize; ++index) {
+        if (!_readBuffer.read(unit[index], error))
+            return false;
+    }
+    return true;
+}
+
+bool TDFileReader::_isUnit(const char *unit, char character) const
+{
+    char expected[4] = {};
+    expected[isLittleEndian(_stringEncoding) ? 0 : _unitSize - 1] = character;
+    return std::memcmp(unit, expected, size_t(_unitSize)) == 0;
+}
+
+std::optional<LineBytes> TDFileReader::_getNextLineUCSWithError(TDError &error)
+{
+    if (!isFixedByteOrder(_stringEncoding))
+        reportAssertion({"TDFileReader::_getNextLineUCSWithError(TDError &)", "Src/TDFileReader", 648,
+                         "Invalid _stringEncoding"});
+    _line.resize(0);
+    int eolCount = 0;
+    char unit[4] = {};
+    while (eolCount == 0) {
+        const QByteArrayView bytes = _readBuffer.available(error);
+        if (error)
+            return {};
+        const QByteArrayView units = bytes.first(bytes.size() - bytes.size() % _unitSize);
+        const bool littleEndian = isLittleEndian(_stringEncoding);
+        const qsizetype end = _unitSize == 2 ? indexOfLineEndUnit<std::uint16_t>(units, littleEndian)
+                                             : indexOfLineEndUnit<std::uint32_t>(units, littleEndian);
+        const qsizetype ordinary = end < 0 ? units.size() : end * _unitSize;
+        _line.append(units.first(ordinary));
+        _readBuffer.consume(ordinary);
+        // The line end itself, or a unit that is split between two stretches.
+        if (ordinary == bytes.size() && !bytes.isEmpty())
+            continue;
+        if (!_readUnit(unit, error))
+            break;
+        _line.append(unit, _unitSize);
+        if (_isUnit(unit, '\n'))
+            eolCount = 1;
+        else if (_isUnit(unit, '\r'))
+            eolCount = _takeLineFeedUnit(error) ? 2 : 1;
+    }
+    if (error || _line.isEmpty())
+        return {};
+    return LineBytes{_line, eolCount};
+}
+
+bool TDFileReader::_takeLineFeedUnit(TDError &error)
+{
+    char unit[4] = {};
+    if (!_readUnit(unit, error))
+        return false;
+    if (_isUnit(unit, '\n')) {
+        _line.append(unit, _unitSize);
+        return true;
+    }
+    for (int index = _unitSize - 1; index >= 0; --index)
+        _readBuffer.pushBack(unit[index]);
+    return false;
+}
+
+bool TDFileReader::closeFile(TDError &error)
+{
+    return _readBuffer.close(error, _path);
+}
+
+} // namespace tidemark

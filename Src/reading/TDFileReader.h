@@ -1,0 +1,84 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "foundation/TextEncoding.h"
+#include "reading/TDReadBuffer.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tidemark {
+
+/// One line as it stands in the file.
+struct LineBytes
+{
+    QByteArrayView bytes; ///< with the line end; valid until the next line is read
+    int eolCount = 0;     ///< line-end characters at the end: 0, 1 or 2 (CR LF)
+};
+
+/// Opens one file, settles its encoding, and hands out its lines. A line ends at LF, at CR LF or at a CR that no
+/// LF follows; in UTF-16 and UTF-32 with a stated byte order whole units are looked at, otherwise bytes.
+/// Call closeFile() before destroying it. One thread at a time.
+class TDFileReader
+{
+public:
+    /// Nothing, with error code 1, when the file can't be opened. TD_FILE_COMMON_UNKNOWN_ENCODING asks for
+    /// detection: byte-order mark, declaration in the first 512 bytes, extended attribute, the user's default,
+    /// in that precedence. With a given encoding nothing is looked at, and a mark is text of the first line.
+    static std::unique_ptr<TDFileReader> fileReaderWithFile(const FilePath &path, StringEncoding encoding,
+                                                            TDError &error);
+
+    /// The error (code 1) for a file or folder that can't be opened.
+    static TDError openError(const FilePath &path, int errorNumber);
+    /// The error (code 4) for bytes that aren't valid in the encoding, or a text that it can't hold.
+    static TDError encodingError(StringEncoding encoding);
+
+    /// The next line; nothing at the end of the file (no error) or on a failure: error code 4 when the bytes
+    /// aren't valid in the encoding, a POSIX error when reading failed. Each line is decoded by itself.
+    std::optional<QString> getNextLineWithEOLCharacters(bool keepEOLCharacters, TDError &error);
+
+    /// The same line before it is decoded; a partial unit at the end of a file is left out.
+    std::optional<LineBytes> nextLineBytes(TDError &error);
+    /// The text of a line's bytes; nothing, with error code 4, when the encoding doesn't allow them.
+    std::optional<QString> decode(QByteArrayView bytes, TDError &error);
+
+    /// POSIX error on failure.
+    bool closeFile(TDError &error);
+
+    const FilePath &path() const { return _path; }
+    /// The encoding in which lines are decoded: always a concrete one.
+    StringEncoding stringEncoding() const { return _stringEncoding; }
+    bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
+    /// Null when the encoding can't be converted here. Owned by the reader.
+    TextConverter *converter() const { return _converter.get(); }
+
+private:
+    TDFileReader(int descriptor, const FilePath &path, StringEncoding encoding);
+
+    void _probeForEncoding();
+    StringEncoding _probeByteOrderMarkerEncoding();
+    StringEncoding _probeExtendedAttributeEncoding();
+    StringEncoding _probeContentEncoding();
+
+    std::optional<LineBytes> _getNextLineMBCSWithError(TDError &error);
+    std::optional<LineBytes> _getNextLineUCSWithError(TDError &error);
+    bool _readUnit(char *unit, TDError &error);
+    bool _takeLineFeedUnit(TDError &error);
+    int _sizeOfUnit() const;
+    bool _isUnit(const char *unit, char character) const;
+
+    TDReadBuffer _readBuffer;
+    StringEncoding _stringEncoding;
+    FilePath _path;
+    bool _hadByteOrderMarker = false;
+    int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
+    std::unique_ptr<TextConverter> _converter;
+    QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer
+};
+
+} // namespace tidemark

@@ -1,0 +1,100 @@
+#include "reading/TDReadBuffer.h"
+
+#include "foundation/AssertionHandler.h"
+#include "foundation/LocalizedText.h"
+
+#include <cerrno>
+#include <unistd.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr size_t PUSH_BACK_CAPACITY = 512;
+
+} // namespace
+
+TDReadBuffer::TDReadBuffer(int descriptor)
+    : _descriptor(descriptor), _data(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE))
+{
+    _pushedBack.reserve(PUSH_BACK_CAPACITY);
+}
+
+TDReadBuffer::~TDReadBuffer()
+{
+    if (_descriptor != -1)
+        reportAssertion({"TDReadBuffer::~TDReadBuffer()", "Src/TDFileReader", 282,
+                         "File descriptor not closed with close(...)"});
+}
+
+bool TDReadBuffer::read(char &byte, TDError &error)
+{
+    const QByteArrayView bytes = available(error);
+    if (bytes.isEmpty())
+        return false;
+    byte = bytes.front();
+    consume(1);
+    return true;
+}
+
+QByteArrayView TDReadBuffer::available(TDError &error)
+{
+    error.clear();
+    if (!_pushedBack.empty())
+        return QByteArrayView(&_pushedBack.back(), 1);
+    while (_position == _size) {
+        if (_endOfFile)
+            return {};
+        unbufferedRead(error);
+        if (error)
+            return {};
+        _position = 0;
+    }
+    return QByteArrayView(_data.get() + _position, _size - _position);
+}
+
+void TDReadBuffer::consume(qsizetype count)
+{
+    if (_pushedBack.empty())
+        _position += count;
+    else
+        _pushedBack.resize(_pushedBack.size() - size_t(count));
+}
+
+void TDReadBuffer::pushBack(char byte)
+{
+    // Giving back what was just taken from the block is a step backwards in it.
+    if (_pushedBack.empty() && _position > 0 && _data[size_t(_position - 1)] == byte)
+        --_position;
+    else
+        _pushedBack.push_back(byte);
+}
+
+void TDReadBuffer::unbufferedRead(TDError &error)
+{
+    error.clear();
+    const ssize_t count = ::read(_descriptor, _data.get(), size_t(BLOCK_SIZE));
+    if (count == -1) {
+        error = TDError::posixError(errno);
+        return;
+    }
+    _size = count;
+    if (count < BLOCK_SIZE)
+        _endOfFile = true;
+}
+
+bool TDReadBuffer::close(TDError &error, const FilePath &path)
+{
+    error.clear();
+    if (_descriptor == -1)
+        return true;
+    if (::close(_descriptor) == 0) {
+        _descriptor = -1;
+        return true;
+    }
+    error = TDError::posixError(
+        errno, path, formatted(localizedString("An error occurred while closing ‘%@’."), {path.displayText()}));
+    return false;
+}
+
+} // namespace tidemark

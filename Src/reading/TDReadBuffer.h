@@ -1,0 +1,56 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+
+#include <QByteArrayView>
+
+#include <memory>
+#include <vector>
+
+namespace tidemark {
+
+/// Reads an open descriptor in blocks and hands the bytes out, one by one or a stretch at a time; bytes can
+/// be pushed back. The only place where a file being read is read or closed. The descriptor belongs to the
+/// buffer and must be closed with close() before the buffer is destroyed.
+class TDReadBuffer
+{
+public:
+    /// Bytes asked for by one read; fewer returned mean the end of the file.
+    static constexpr qsizetype BLOCK_SIZE = 40960;
+
+    explicit TDReadBuffer(int descriptor);
+    ~TDReadBuffer();
+    TDReadBuffer(const TDReadBuffer &) = delete;
+    TDReadBuffer &operator=(const TDReadBuffer &) = delete;
+
+    /// The next byte; false at the end of the file (no error) or on a failure (error set).
+    bool read(char &byte, TDError &error);
+
+    /// The bytes at hand, at least one, without taking them: empty at the end of the file (no error) or on a
+    /// failure (error set). Valid until the next call of any other member but consume().
+    QByteArrayView available(TDError &error);
+    /// Takes the first `count` bytes of what available() returned last.
+    void consume(qsizetype count);
+
+    /// The byte will be the next one handed out; of several, the one pushed back last comes first.
+    void pushBack(char byte);
+
+    /// Reads the next block over the one at hand.
+    void unbufferedRead(TDError &error);
+
+    /// Closes the descriptor; `path` is for the error's text. True when it is closed, also when it already was.
+    bool close(TDError &error, const FilePath &path);
+
+    int descriptor() const { return _descriptor; }
+
+private:
+    int _descriptor;
+    std::unique_ptr<char[]> _data;
+    qsizetype _size = 0;     ///< bytes in _data
+    qsizetype _position = 0; ///< the next byte of _data to hand out
+    std::vector<char> _pushedBack;
+    bool _endOfFile = false;
+};
+
+} // namespace tidemark

@@ -1,0 +1,73 @@
+#include "reading/TDStringEncoding.h"
+
+#include "foundation/UserDefaults.h"
+
+#include <QCollator>
+
+#include <algorithm>
+
+namespace tidemark {
+
+namespace {
+
+std::vector<TDStringEncoding> sortedEncodings()
+{
+    std::vector<TDStringEncoding> encodings;
+    for (const StringEncoding encoding : availableStringEncodings())
+        encodings.emplace_back(encoding);
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::ranges::stable_sort(
+        encodings,
+        [&](const QString &left, const QString &right) { return collator.compare(left, right) < 0; },
+        &TDStringEncoding::localizedName);
+    return encodings;
+}
+
+/// The setting counts as a signed 32-bit number, so that the encodings with a fixed byte order are no
+/// defaults.
+StringEncoding storedDefaultEncoding()
+{
+    const qint64 stored =
+        UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING);
+    return static_cast<StringEncoding>(static_cast<qint64>(static_cast<qint32>(stored)));
+}
+
+} // namespace
+
+TDStringEncoding::TDStringEncoding(StringEncoding stringEncodingId)
+    : _stringEncodingId(stringEncodingId), _localizedName(localizedNameOfStringEncoding(stringEncodingId))
+{}
+
+const TDStringEncoding &TDStringEncoding::sharedStringEncoder()
+{
+    static const TDStringEncoding shared = [] {
+        TDStringEncoding encoder;
+        encoder._encodingsOfSystem = sortedEncodings();
+        return encoder;
+    }();
+    return shared;
+}
+
+const std::vector<TDStringEncoding> &TDStringEncoding::availableEncodings()
+{
+    return sharedStringEncoder().encodingsOfSystem();
+}
+
+const TDStringEncoding *TDStringEncoding::defaultEncoding()
+{
+    const std::vector<TDStringEncoding> &encodings = availableEncodings();
+    const auto found =
+        std::ranges::find(encodings, storedDefaultEncoding(), &TDStringEncoding::stringEncodingId);
+    return found == encodings.end() ? nullptr : &*found;
+}
+
+StringEncoding TDStringEncoding::userDefaultsEncoding()
+{
+    if (UserDefaults::standard().boolFor(BooleanSetting::AutoDetectFileEncoding))
+        return TD_FILE_COMMON_UNKNOWN_ENCODING;
+    const TDStringEncoding *encoding = defaultEncoding();
+    return encoding ? encoding->stringEncodingId() : 0;
+}
+
+} // namespace tidemark

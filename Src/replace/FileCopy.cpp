@@ -1,0 +1,123 @@
+#include "replace/FileCopy.h"
+
+#include "foundation/FileSystemCalls.h"
+
+#include <QByteArray>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr const char *ACCESS_CONTROL_LIST = "system.posix_acl_access";
+
+#ifdef __APPLE__
+ssize_t listAttributes(int file, char *names, size_t size) { return flistxattr(file, names, size, 0); }
+ssize_t readAttribute(int file, const char *name, void *value, size_t size)
+{
+    return fgetxattr(file, name, value, size, 0, 0);
+}
+int writeAttribute(int file, const char *name, const void *value, size_t size)
+{
+    return fsetxattr(file, name, value, size, 0, 0);
+}
+#else
+ssize_t listAttributes(int file, char *names, size_t size)
+{
+    return flistxattr(file, names, size);
+}
+ssize_t readAttribute(int file, const char *name, void *value, size_t size)
+{
+    return fgetxattr(file, name, value, size);
+}
+int writeAttribute(int file, const char *name, const void *value, size_t size)
+{
+    return fsetxattr(file, name, value, size, 0);
+}
+#endif
+
+/// Attributes that the system keeps for itself can't be set; that is no failure of the copy.
+void copyAttributes(int from, int to, bool withAccessControlList)
+{
+    const ssize_t size = listAttributes(from, nullptr, 0);
+    if (size <= 0)
+        return;
+    QByteArray names(size, Qt::Uninitialized);
+    const ssize_t length = listAttributes(from, names.data(), size_t(size));
+    names.truncate(qMax(ssize_t(0), length));
+    for (const char *name = names.constData(); name < names.constData() + names.size(); name += qstrlen(name) + 1) {
+        const ssize_t valueSize = readAttribute(from, name, nullptr, 0);
+        if (valueSize < 0 || (!withAccessControlList && qstrcmp(name, ACCESS_CONTROL_LIST) == 0))
+            continue;
+        QByteArray value(valueSize, Qt::Uninitialized);
+        const ssize_t valueLength = readAttribute(from, name, value.data(), size_t(valueSize));
+        if (valueLength >= 0)
+            (void)writeAttribute(to, name, value.constData(), size_t(valueLength));
+    }
+}
+
+/// Whether the copy belongs to the same group; if not, group rights would be somebody else's.
+bool copyRights(int to, const struct stat &status)
+{
+    mode_t mode = status.st_mode & 07777;
+    const bool sameOwner = ::fchown(to, status.st_uid, gid_t(-1)) == 0;
+    const bool sameGroup = ::fchown(to, uid_t(-1), status.st_gid) == 0;
+    if (!sameOwner)
+        mode &= ~mode_t(S_ISUID);
+    if (!sameGroup)
+        mode &= ~mode_t(S_ISGID | S_IRWXG);
+    (void)::fchmod(to, mode);
+    return sameGroup;
+}
+
+void copyDates(int to, const struct stat &status)
+{
+#ifdef __APPLE__
+    const timespec dates[2] = {status.st_atimespec, status.st_mtimespec};
+#else
+    const timespec dates[2] = {status.st_atim, status.st_mtim};
+#endif
+    (void)::futimens(to, dates);
+}
+
+int fillCopy(FileSystemCalls &calls, int source, int target)
+{
+    struct stat status;
+    if (::fstat(source, &status) != 0 || calls.copyContent(source, target) != 0)
+        return errno;
+    // Rights first: a change of owner would take some attributes away again.
+    const bool sameGroup = copyRights(target, status);
+    copyAttributes(source, target, sameGroup);
+    copyDates(target, status);
+    return 0;
+}
+
+} // namespace
+
+int copyFile(const FilePath &from, const FilePath &to)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    const int source = calls.open(from.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
+    if (source < 0)
+        return errno;
+    const int target = calls.open(to.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (target < 0) {
+        const int error = errno;
+        (void)calls.close(source);
+        return error;
+    }
+    int error = fillCopy(calls, source, target);
+    (void)calls.close(source);
+    if (calls.close(target) != 0 && error == 0)
+        error = errno;
+    if (error != 0)
+        (void)calls.remove(to.cString());
+    return error;
+}
+
+} // namespace tidemark

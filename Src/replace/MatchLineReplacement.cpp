@@ -1,0 +1,77 @@
+#include "replace/MatchLineReplacement.h"
+
+namespace tidemark {
+
+namespace {
+
+TextRange cutToLine(TextRange range, qint64 lineLength)
+{
+    const qint64 location = qBound(qint64(0), range.location, lineLength);
+    return {location, qBound(qint64(0), range.length, lineLength - location)};
+}
+
+} // namespace
+
+std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index, const TDReplacement &replacement,
+                                               TDError &error)
+{
+    const QString &text = line.matchLineString();
+    const TextRange range = cutToLine(line.matchRanges().at(index), text.size());
+    const QStringView matchedText = QStringView(text).sliced(range.location, range.length);
+    const std::optional<QString> replaced = replacement.replacementForMatchedText(matchedText, error);
+    if (!replaced)
+        return {};
+
+    QString newText = text;
+    newText.replace(range.location, range.length, *replaced);
+    line.setMatchLineString(newText);
+    const AppliedReplacement applied = {replaced->size(), replaced->size() - range.length};
+    line.replaceMatchRange(index, {range.location, applied.newLength});
+    line.offsetMatchRangesBy(applied.offset, quint64(index) + 1);
+    line.updateMatchLineAttributeString();
+    return applied;
+}
+
+ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replacement,
+                               const std::function<bool()> &shouldStop, TDError &error)
+{
+    const QString text = line.matchLineString();
+    QList<TextRange> ranges = line.matchRanges();
+    ReplacedMatches done;
+    QString newText;
+    qint64 copied = 0;
+    for (TextRange &range : ranges) {
+        if (shouldStop())
+            break;
+        range = cutToLine(range, text.size());
+        const auto replaced =
+            replacement.replacementForMatchedText(QStringView(text).sliced(range.location, range.length), error);
+        if (!replaced)
+            break;
+        const qint64 location = qMax(range.location, copied);
+        newText += QStringView(text).sliced(copied, location - copied);
+        copied = qMax(copied, range.end());
+        range = {newText.size(), replaced->size()};
+        newText += *replaced;
+        ++done.count;
+        done.lastLength = replaced->size();
+    }
+    const qint64 offset = newText.size() - copied;
+    newText += QStringView(text).sliced(copied);
+    for (qint64 index = done.count; index < ranges.size(); ++index)
+        ranges[index].location += offset;
+    line.setMatchLineString(newText);
+    line.setMatchRanges(ranges);
+    line.updateMatchLineAttributeString();
+    return done;
+}
+
+void SavedMatchLine::restore(TDMatchLine &line) const
+{
+    line.setMatchLineString(_text);
+    line.setMatchRanges(_ranges);
+    line.setHighlightedMatchIndex(_highlightedMatchIndex);
+    line.updateMatchLineAttributeString();
+}
+
+} // namespace tidemark

@@ -1,0 +1,190 @@
+#include "replace/RewritePlan.h"
+
+#include "foundation/LocalizedText.h"
+#include "replace/FileModifierErrors.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tidemark {
+
+namespace {
+
+/// The reader may hand out other bytes than the file has only within its first four.
+constexpr qsizetype CHECKED_FIRST_BYTES = 4;
+
+/// Bytes below 0x80 need no decoding to be known as valid.
+bool isPlainAscii(QByteArrayView bytes)
+{
+    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
+}
+
+bool isValid(TextConverter &converter, QByteArrayView bytes)
+{
+    return (converter.shape() == EncodingShape::AsciiBytes && isPlainAscii(bytes)) ||
+           converter.decode(bytes).has_value();
+}
+
+/// The bytes of the text, if they stand for exactly this text.
+std::optional<QByteArray> exactBytes(TextConverter &converter, const QString &text)
+{
+    std::optional<QByteArray> bytes = converter.encode(text);
+    if (bytes && converter.decode(*bytes) != text)
+        bytes.reset();
+    return bytes;
+}
+
+} // namespace
+
+QByteArray byteOrderMarkOfEncoding(StringEncoding encoding)
+{
+    switch (encoding) {
+    case TD_ENCODING_UTF8:
+        return QByteArrayLiteral("\xEF\xBB\xBF");
+    case TD_ENCODING_UTF16_BIG_ENDIAN:
+        return QByteArrayLiteral("\xFE\xFF");
+    case TD_ENCODING_UTF16_LITTLE_ENDIAN:
+        return QByteArrayLiteral("\xFF\xFE");
+    case TD_ENCODING_UTF32_BIG_ENDIAN:
+        return QByteArrayLiteral("\x00\x00\xFE\xFF");
+    case TD_ENCODING_UTF32_LITTLE_ENDIAN:
+        return QByteArrayLiteral("\xFF\xFE\x00\x00");
+    default:
+        return {};
+    }
+}
+
+/// The match lines that stand for the same line of the file.
+struct RewritePlan::Place
+{
+    MatchLines::const_iterator first;
+    MatchLines::const_iterator last; ///< behind the last one
+};
+
+void RewritePlan::_keep(qint64 length)
+{
+    if (!_segments.empty() && !_segments.back().isNew)
+        _segments.back().length += length;
+    else if (length > 0)
+        _segments.push_back({_oldOffset, length, {}, false});
+    _oldOffset += length;
+}
+
+void RewritePlan::_put(const QByteArray &bytes)
+{
+    if (!_segments.empty() && _segments.back().isNew)
+        _segments.back().newBytes += bytes;
+    else
+        _segments.push_back({0, 0, bytes, true});
+    _segments.back().length = _segments.back().newBytes.size();
+}
+
+bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines,
+                        bool hadByteOrderMarker, TDError &error)
+{
+    _path = path;
+    const QByteArray mark = hadByteOrderMarker ? byteOrderMarkOfEncoding(reader.stringEncoding()) : QByteArray();
+    if (reader.converter() == nullptr) {
+        error = TDFileReader::encodingError(reader.stringEncoding());
+        return false;
+    }
+    _keep(mark.size());
+    MatchLines inOrder = matchLines;
+    std::stable_sort(inOrder.begin(), inOrder.end(),
+                     [](const auto &left, const auto &right) { return left->lineNumber() < right->lineNumber(); });
+    if (!_addLines(reader, inOrder, error))
+        return false;
+    if (!_accountsForEveryByte(reader.path(), mark)) {
+        error = TDFileReader::encodingError(reader.stringEncoding());
+        return false;
+    }
+    return true;
+}
+
+bool RewritePlan::_addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error)
+{
+    auto next = matchLines.cbegin();
+    while (const std::optional<LineBytes> line = reader.nextLineBytes(error)) {
+        ++_lineNumber;
+        if (_firstBytes.size() < CHECKED_FIRST_BYTES)
+            _firstBytes += line->bytes.first(qMin(CHECKED_FIRST_BYTES, line->bytes.size()));
+        Place place = {next, next};
+        while (place.last != matchLines.cend() && (*place.last)->lineNumber() == _lineNumber)
+            ++place.last;
+        next = place.last;
+        if (place.first != place.last) {
+            if (!_addMatchLines(reader, line->bytes.toByteArray(), place, error))
+                return false;
+        } else if (isValid(*reader.converter(), line->bytes)) {
+            _keep(line->bytes.size());
+        } else {
+            error = TDFileReader::encodingError(reader.stringEncoding());
+            return false;
+        }
+    }
+    return !error;
+}
+
+bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error)
+{
+    std::optional<QString> oldText = reader.decode(oldBytes, error);
+    if (!oldText)
+        return false;
+    // A line that was replaced with line ends in it stands for several lines of the file by now.
+    const QString expected = (*place.first)->savedLineString();
+    while (!expected.isNull() && oldText->size() < expected.size() && expected.startsWith(*oldText)) {
+        const std::optional<LineBytes> following = reader.nextLineBytes(error);
+        const std::optional<QString> text = following ? reader.decode(following->bytes, error) : std::nullopt;
+        if (!text)
+            break;
+        ++_lineNumber;
+        oldBytes += following->bytes;
+        *oldText += *text;
+    }
+    if (error)
+        return false;
+    if (!expected.isNull() && *oldText != expected) {
+        error = fileModifiedError(_path);
+        return false;
+    }
+
+    const bool isUnchanged =
+        std::next(place.first) == place.last && (*place.first)->matchLineString() == *oldText;
+    if (isUnchanged) {
+        _keep(oldBytes.size());
+        return true;
+    }
+    // Where encoding the old text doesn't give the old bytes, a changed line would change more than its matches.
+    bool isExact = exactBytes(*reader.converter(), *oldText) == oldBytes;
+    for (auto line = place.first; isExact && line != place.last; ++line) {
+        const std::optional<QByteArray> newBytes = exactBytes(*reader.converter(), (*line)->matchLineString());
+        isExact = newBytes.has_value();
+        if (isExact)
+            _put(*newBytes);
+    }
+    if (!isExact) {
+        error = TDFileReader::encodingError(reader.stringEncoding());
+        return false;
+    }
+    _oldOffset += oldBytes.size();
+    return true;
+}
+
+bool RewritePlan::_accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const
+{
+    const int descriptor = ::open(contentPath.cString(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const QByteArray expected = mark.toByteArray() + _firstBytes;
+    QByteArray actual(expected.size(), Qt::Uninitialized);
+    struct stat status;
+    const bool same = ::fstat(descriptor, &status) == 0 && status.st_size == _oldOffset &&
+                      ::pread(descriptor, actual.data(), size_t(actual.size()), 0) == actual.size() &&
+                      actual == expected;
+    (void)::close(descriptor);
+    return same;
+}
+
+} // namespace tidemark

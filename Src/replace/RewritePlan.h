@@ -1,0 +1,56 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "foundation/TextEncoding.h"
+#include "matching/TDMatchLineHighlighter.h"
+#include "reading/TDFileReader.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace tidemark {
+
+/// The new content of a file, worked out and checked in full before the file is touched: stretches of the old
+/// content that stay as they are, and bytes that are new. Holds only the changed lines in memory.
+class RewritePlan
+{
+public:
+    struct Segment
+    {
+        qint64 offset = 0; ///< into the old content, in bytes; meaningless for new bytes
+        qint64 length = 0; ///< in bytes
+        QByteArray newBytes;
+        bool isNew = false;
+    };
+
+    /// Reads the old content to its end through the reader and puts the match lines in place of the lines with
+    /// their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4 when a
+    /// changed line can't be encoded exactly or mark and lines don't account for every byte of the content, or
+    /// code 30 when a line isn't the one that was searched.
+    /// `path` is the file's own, for the error.
+    bool build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines, bool hadByteOrderMarker,
+               TDError &error);
+
+    const std::vector<Segment> &segments() const { return _segments; }
+
+private:
+    struct Place;
+    bool _addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error);
+    bool _addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
+    bool _accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const;
+    void _keep(qint64 length);
+    void _put(const QByteArray &bytes);
+
+    FilePath _path;
+    std::vector<Segment> _segments;
+    qint64 _oldOffset = 0;
+    qint64 _lineNumber = 0;
+    QByteArray _firstBytes; ///< the first few bytes of the lines, as the reader gave them
+};
+
+/// The byte-order mark that a file in this encoding begins with; empty for encodings without one.
+QByteArray byteOrderMarkOfEncoding(StringEncoding encoding);
+
+} // namespace tidemark

@@ -1,0 +1,71 @@
+#include "replace/SaveToDisk.h"
+
+#include "foundation/TDFileCommon.h"
+#include "reading/TDStringEncoding.h"
+#include "replace/TDFileModifier.h"
+
+#include <QSet>
+
+namespace tidemark {
+
+namespace {
+
+/// Lines as the line reader would make them of the text.
+qint64 countLines(QStringView text)
+{
+    qint64 count = 0;
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const bool endsLine = text[index] == u'\n' || (text[index] == u'\r' && text.mid(index + 1, 1) != u"\n");
+        if (endsLine || index + 1 == text.size())
+            ++count;
+    }
+    return count;
+}
+
+/// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into a
+/// line, or emptied one, the numbers of the lines behind it follow the file.
+void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
+{
+    QSet<const TDMatchLine *> saved;
+    for (const auto &line : savedLines)
+        saved.insert(line.get());
+    qint64 offset = 0;
+    for (const auto &line : allLines) {
+        if (offset != 0) {
+            line->setLineNumber(line->lineNumber() + offset);
+            line->updateMatchLineAttributeString();
+        }
+        if (!saved.contains(line.get()) || line->savedLineString() == line->matchLineString())
+            continue;
+        if (!line->savedLineString().isNull())
+            offset += countLines(line->matchLineString()) - countLines(line->savedLineString());
+        line->setSavedLineString(line->matchLineString());
+    }
+}
+
+} // namespace
+
+bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
+                     const IsFileInSearchLocations &isFileInSearchLocations, TDError &error)
+{
+    if (!TDFileModifier::fileModifierWithFile(file.path(), file.modificationDate(), lines,
+                                              TDStringEncoding::userDefaultsEncoding(), file.includesBOM(),
+                                              isFileInSearchLocations(file.path()), error))
+        return false;
+    if (file.matchLineHighlighter())
+        noteSavedLines(file.matchLineHighlighter()->matchLines(), lines);
+    return true;
+}
+
+bool saveToDiskFindResultItem(TDFindResultItem &file, const IsFileInSearchLocations &isFileInSearchLocations,
+                              TDError &error)
+{
+    if (!file.matchLineHighlighter() || file.matchLineHighlighter()->matchLines().isEmpty())
+        return true;
+    if (!saveLinesToDisk(file, file.matchLineHighlighter()->matchLines(), isFileInSearchLocations, error))
+        return false;
+    file.setModificationDate(TDFileCommon::fileModificationDate(file.path()));
+    return true;
+}
+
+} // namespace tidemark

@@ -1,0 +1,105 @@
+#include "replace/TDReplacement.h"
+
+#include "foundation/LocalizedText.h"
+#include "foundation/TextEncoding.h"
+#include "foundation/UserDefaults.h"
+#include "foundation/Utf8.h"
+#include "matching/RegularExpression.h"
+
+namespace tidemark {
+
+namespace {
+
+enum class Fault { None, Malformed, Internal };
+
+TDError replaceError(Fault fault)
+{
+    const bool malformed = fault == Fault::Malformed;
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR,
+        localizedString("Sorry, a problem occured whilst attempting to replace using the find text regular "
+                        "expression and replace text format string."),
+        malformed ? localizedString("The find text regular expression and/or replace text format string are malformed.")
+                  : localizedString("The find text regular expression and/or replace text format string caused an "
+                                    "internal error."),
+        malformed ? localizedString("Review the find and replace text fields and ensure they are valid. Or uncheck "
+                                    "the Regular expression checkbox if you want to perform a normal text search.")
+                  : localizedString("Review the find and replace text fields and ensure they are valid.  Or uncheck "
+                                    "the Regular expression checkbox if you want to perform a normal text search."));
+}
+
+} // namespace
+
+struct TDReplacement::Expression
+{
+    boost::regex compiled;
+    std::string format;
+    Fault fault = Fault::None;
+
+    Expression(const QString &findText, const QString &replaceText, CaseRule caseRule)
+        : format(generalizedUtf8(replaceText).toStdString())
+    {
+        try {
+            compiled = compiledExpression(generalizedUtf8(findText), caseRule);
+        } catch (const boost::regex_error &) {
+            fault = Fault::Malformed;
+        } catch (const std::runtime_error &) {
+            fault = Fault::Internal;
+        }
+    }
+};
+
+TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, SearchMode mode, CaseRule caseRule,
+                             ReplacementExtent extent)
+    : _replaceText(replaceText), _mode(mode), _extent(extent)
+{
+    if (mode == SearchMode::RegularExpression)
+        _expression = std::make_unique<Expression>(findText, replaceText, caseRule);
+}
+
+TDReplacement::TDReplacement(TDReplacement &&) noexcept = default;
+TDReplacement::~TDReplacement() = default;
+
+TDReplacement TDReplacement::withUserDefaults(const QString &findText, const QString &replaceText,
+                                              ReplacementExtent extent)
+{
+    const UserDefaults &settings = UserDefaults::standard();
+    return TDReplacement(findText, replaceText,
+                         settings.boolFor(BooleanSetting::RegularExpression) ? SearchMode::RegularExpression
+                                                                             : SearchMode::PlainText,
+                         settings.boolFor(BooleanSetting::IgnoreCase) ? CaseRule::Ignore : CaseRule::Exact, extent);
+}
+
+std::optional<QString> TDReplacement::replacementForMatchedText(QStringView matchedText, TDError &error) const
+{
+    return _mode == SearchMode::PlainText ? _replaceText : _appliedExpression(matchedText, error);
+}
+
+std::optional<QString> TDReplacement::_appliedExpression(QStringView matchedText, TDError &error) const
+{
+    Fault fault = _expression->fault;
+    if (fault == Fault::None) {
+        // A match can cut a character in two, as positions count bytes; half a character can't be replaced.
+        const std::optional<QByteArray> bytes = strictUtf8(matchedText);
+        const auto flags = _extent == ReplacementExtent::FirstOccurrence
+                               ? boost::match_default | boost::format_first_only
+                               : boost::match_default;
+        try {
+            if (bytes) {
+                const std::string replaced =
+                    boost::regex_replace(bytes->toStdString(), _expression->compiled, _expression->format, flags);
+                if (const std::optional<QString> text = textFromUtf8(QByteArrayView(replaced)))
+                    return text;
+            }
+            fault = Fault::Internal;
+        } catch (const boost::regex_error &) {
+            fault = Fault::Malformed;
+        } catch (const std::runtime_error &) {
+            fault = Fault::Internal;
+        }
+    }
+    error = replaceError(fault);
+    return {};
+}
+
+} // namespace tidemark

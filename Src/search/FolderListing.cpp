@@ -1,0 +1,70 @@
+#include "search/FolderListing.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+
+namespace tidemark {
+
+int FolderListing::read(int folderDescriptor)
+{
+    clear();
+    alignas(dirent64) char buffer[32 * 1024];
+    ssize_t length = 0;
+    while ((length = getdents64(folderDescriptor, buffer, sizeof buffer)) > 0) {
+        for (const char *position = buffer; position < buffer + length;) {
+            const auto *entry = reinterpret_cast<const dirent64 *>(position);
+            _append(entry->d_name, entry->d_type);
+            position += entry->d_reclen;
+        }
+    }
+    const int failure = length < 0 ? errno : 0;
+    _sort();
+    return failure;
+}
+
+void FolderListing::clear()
+{
+    _names.clear();
+    _records.clear();
+    _next = 0;
+}
+
+FolderListing::Entry FolderListing::takeNext()
+{
+    const Record &record = _records[_next++];
+    return {_names.data() + record.nameOffset, record.type};
+}
+
+void FolderListing::_append(const char *name, unsigned char directoryEntryType)
+{
+    if (name[0] == '.')
+        return;
+    EntryType type = EntryType::Unknown;
+    if (directoryEntryType == DT_REG)
+        type = EntryType::File;
+    else if (directoryEntryType == DT_DIR)
+        type = EntryType::Folder;
+    else if (directoryEntryType != DT_UNKNOWN)
+        return;
+
+    const size_t length = std::strlen(name);
+    char head[sizeof(quint64)] = {};
+    std::memcpy(head, name, std::min(length, sizeof head));
+    _records.push_back({qFromBigEndian<quint64>(head), quint32(_names.size()), type});
+    _names.insert(_names.end(), name, name + length + 1);
+}
+
+void FolderListing::_sort()
+{
+    std::sort(_records.begin(), _records.end(), [this](const Record &left, const Record &right) {
+        if (left.head != right.head)
+            return left.head < right.head;
+        return std::strcmp(_names.data() + left.nameOffset, _names.data() + right.nameOffset) < 0;
+    });
+}
+
+} // namespace tidemark

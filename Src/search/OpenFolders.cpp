@@ -1,0 +1,153 @@
+#include "search/OpenFolders.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr size_t MAXIMUM_DESCRIPTORS = 64;
+constexpr int FOLDER_FLAGS = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+int openFolder(int parent, const char *path, int flags)
+{
+    int descriptor = -1;
+    do
+        descriptor = openat(parent, path, flags);
+    while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+void closeFolder(int descriptor)
+{
+    if (descriptor >= 0)
+        close(descriptor);
+}
+
+} // namespace
+
+OpenFolders::~OpenFolders()
+{
+    leaveAll();
+}
+
+int OpenFolders::enterScope(const QByteArray &path)
+{
+    leaveAll();
+    const int descriptor = openFolder(AT_FDCWD, path.constData(), FOLDER_FLAGS);
+    if (descriptor < 0)
+        return errno;
+    _scopePath = path;
+    _path = path;
+    while (_path.endsWith('/'))
+        _path.chop(1);
+    return _push(descriptor, _path.size());
+}
+
+int OpenFolders::enter(const char *name)
+{
+    const int descriptor = openFolder(this->descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
+    if (descriptor < 0)
+        return errno;
+    return _push(descriptor, pathOfEntry(name).size());
+}
+
+int OpenFolders::_push(int descriptor, qsizetype pathLength)
+{
+    if (_depth >= MAXIMUM_DESCRIPTORS)
+        _suspend(_levels[_depth - MAXIMUM_DESCRIPTORS]);
+    if (_depth == _levels.size())
+        _levels.emplace_back();
+    Level &level = _levels[_depth++];
+    level.descriptor = descriptor;
+    level.pathLength = pathLength;
+    return level.listing.read(descriptor);
+}
+
+void OpenFolders::_suspend(Level &level)
+{
+    if (level.descriptor < 0)
+        return;
+    struct stat status = {};
+    // A folder that can't even tell who it is isn't recognised later on either, and is then given up.
+    fstat(level.descriptor, &status);
+    level.device = status.st_dev;
+    level.inode = status.st_ino;
+    closeFolder(level.descriptor);
+    level.descriptor = -1;
+}
+
+int OpenFolders::leave()
+{
+    const int left = _levels[--_depth].descriptor;
+    _levels[_depth].descriptor = -1;
+    int failure = 0;
+    if (_depth > 0 && descriptor() < 0) {
+        Level &level = _levels[_depth - 1];
+        if (left >= 0)
+            level.descriptor = _verified(openFolder(left, "..", FOLDER_FLAGS), level);
+        if (level.descriptor < 0)
+            level.descriptor = _reopenFromScope(_depth - 1);
+        if (level.descriptor < 0) {
+            failure = errno;
+            level.listing.clear();
+        }
+    }
+    closeFolder(left);
+    return failure;
+}
+
+void OpenFolders::leaveAll()
+{
+    for (; _depth > 0; --_depth) {
+        closeFolder(_levels[_depth - 1].descriptor);
+        _levels[_depth - 1].descriptor = -1;
+    }
+}
+
+/// The descriptor, or -1 and errno when it isn't that of the level's folder, which was moved then.
+int OpenFolders::_verified(int descriptor, const Level &level)
+{
+    struct stat status = {};
+    if (descriptor < 0 ||
+        (fstat(descriptor, &status) == 0 && status.st_dev == level.device && status.st_ino == level.inode))
+        return descriptor;
+    closeFolder(descriptor);
+    errno = ENOENT;
+    return -1;
+}
+
+/// Name by name, as the whole path may be longer than the system takes.
+int OpenFolders::_reopenFromScope(size_t index) const
+{
+    int descriptor = openFolder(AT_FDCWD, _scopePath.constData(), FOLDER_FLAGS);
+    for (size_t i = 1; i <= index && descriptor >= 0; ++i) {
+        const qsizetype nameStart = _levels[i - 1].pathLength + 1;
+        const QByteArray name = _path.mid(nameStart, _levels[i].pathLength - nameStart);
+        const int next = openFolder(descriptor, name.constData(), FOLDER_FLAGS | O_NOFOLLOW);
+        const int failure = errno;
+        closeFolder(descriptor);
+        descriptor = next;
+        errno = failure;
+    }
+    return _verified(descriptor, _levels[index]);
+}
+
+QByteArray OpenFolders::path() const
+{
+    const qsizetype length = _levels[_depth - 1].pathLength;
+    return length == 0 ? QByteArray("/") : _path.left(length);
+}
+
+const QByteArray &OpenFolders::pathOfEntry(const char *name)
+{
+    _path.resize(_levels[_depth - 1].pathLength);
+    _path += '/';
+    _path += name;
+    return _path;
+}
+
+} // namespace tidemark

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "search/FolderListing.h"
+
+#include <QByteArray>
+
+#include <sys/types.h>
+#include <vector>
+
+namespace tidemark {
+
+/// The folders from a walk's scope down to the one it is in: each with its listing, and only the innermost
+/// few dozen with an open descriptor, however deep they are nested. The others are reopened on the way up.
+class OpenFolders
+{
+public:
+    OpenFolders() = default;
+    ~OpenFolders();
+    Q_DISABLE_COPY_MOVE(OpenFolders)
+
+    /// Enters the folder with which a walk begins; it may be given by a link. Returns 0 or errno. A folder
+    /// that could be opened is entered even when not all of its entries could be read; depth() tells.
+    int enterScope(const QByteArray &path);
+    /// Enters a folder inside the innermost one, never through a link; otherwise as enterScope().
+    int enter(const char *name);
+    /// Goes back to the folder above. Returns errno when that can't be reached any more, and drops the rest
+    /// of its entries.
+    int leave();
+    void leaveAll();
+
+    /// 0 outside, 1 in the scope's folder.
+    int depth() const { return int(_depth); }
+    int descriptor() const { return _levels[_depth - 1].descriptor; }
+    /// Of the innermost folder. The reference holds until another folder is entered, names taken from it
+    /// until their folder is left.
+    FolderListing &listing() { return _levels[_depth - 1].listing; }
+
+    /// Of the innermost folder.
+    QByteArray path() const;
+    /// Reuses one buffer, so a caller that keeps no copy pays for no allocation.
+    const QByteArray &pathOfEntry(const char *name);
+
+private:
+    struct Level
+    {
+        int descriptor = -1;
+        /// By which the folder is known again when its descriptor was closed meanwhile.
+        dev_t device = 0;
+        ino_t inode = 0;
+        /// Without a slash at the end, so 0 for the root.
+        qsizetype pathLength = 0;
+        FolderListing listing;
+    };
+
+    int _push(int descriptor, qsizetype pathLength);
+    static void _suspend(Level &level);
+    static int _verified(int descriptor, const Level &level);
+    int _reopenFromScope(size_t index) const;
+
+    QByteArray _scopePath;
+    QByteArray _path;
+    /// Levels behind the depth are kept for their buffers.
+    std::vector<Level> _levels;
+    size_t _depth = 0;
+};
+
+} // namespace tidemark

@@ -1,0 +1,24 @@
+#include "search/RegisterUserDefaults.h"
+
+#include "foundation/TextEncoding.h"
+#include "foundation/UserDefaults.h"
+#include "search/Kind.h"
+
+namespace tidemark {
+
+void registerUserDefaults(UserDefaults &store)
+{
+    store.registerDefaults({
+        {TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, false},
+        {TD_USER_DEFAULTS_NAME_IGNORE_CASE, true},
+        {TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM, 100},
+        {TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE, true},
+        {TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, TD_ENCODING_UTF8},
+        {TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, true},
+        {kmIncludedKinds2Pref, archivedKinds(Kind::defaultKinds())},
+        {QStringLiteral("UpdatesAvailableTrayIconEnabled"), true},
+        {QStringLiteral("CrashReportsTrayIconEnabled"), true},
+    });
+}
+
+} // namespace tidemark

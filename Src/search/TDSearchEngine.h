@@ -1,0 +1,88 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "matching/TDFindResultItem.h"
+#include "search/TDSearchLocation.h"
+#include "search/VKFolderTraverser.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <memory>
+
+namespace tidemark {
+
+/// Receives what a search finds, always on the thread that called startSearch(). Each message is optional.
+class TDSearchEngineDelegate
+{
+public:
+    virtual ~TDSearchEngineDelegate() = default;
+
+    /// Before each file is searched: the traverser's count of files, and the engine's counts so far.
+    virtual void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
+                             quint64 matchCount);
+    /// A file node with its match lines, after it was counted; or one whose child is an error, which isn't.
+    virtual void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file);
+    /// The find text is a faulty regular expression; the search has been stopped already.
+    virtual void errorOccured(const TDError &error);
+    /// Exactly one of these two ends every search.
+    virtual void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount);
+    virtual void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount);
+};
+
+/// Runs one search, on the thread that starts it. Made anew for every search.
+class TDSearchEngine : private VKFolderTraverserDelegate
+{
+public:
+    TDSearchEngine();
+    ~TDSearchEngine() override;
+
+    /// Kept alive by the engine; whoever holds both lets go of the engine to end that.
+    void setDelegate(std::shared_ptr<TDSearchEngineDelegate> delegate) { _delegate = std::move(delegate); }
+
+    /// Searches every location in order and returns when the search has finished or was stopped. What folders
+    /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
+    /// kind. Callable from one thread, once at a time.
+    void startSearch(const QString &findText, const QList<TDSearchLocation> &searchLocations,
+                     bool caseSensitive);
+    /// From any thread: the file being searched is abandoned, and nothing more is delivered but the end.
+    void stopSearch();
+
+    /// Searches one file. A file node; nothing when there is no match. On a failure the error is set, and the
+    /// node returned tells it, but for a faulty expression, for which there is none.
+    std::shared_ptr<TDFindResultItem> searchFindTextInFile(const FilePath &path, TDError &error);
+
+    const QString &findText() const { return _findText; }
+    const QList<TDSearchLocation> &searchLocations() const { return _searchLocations; }
+    bool caseSensitive() const { return _caseSensitive; }
+
+    /// The filters in force, from the kinds that are included, in their order.
+    static QStringList _utisToInclude();
+    static QStringList _patternsToInclude();
+
+private:
+    void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
+                     qint64 sizeOnDisk) override;
+    void didFailToReadFolder(const FilePath &path, int errorNumber) override;
+    void traversalFinished() override;
+    void traversalStopped() override;
+
+    void _addScopes();
+    void _reportError(const FilePath &path, const TDError &error);
+
+    std::shared_ptr<TDSearchEngineDelegate> _delegate;
+    QString _findText;
+    QList<TDSearchLocation> _searchLocations;
+    bool _caseSensitive = false;
+    std::unique_ptr<TDFindPattern> _pattern;
+    VKFolderTraverser _folderTraverser;
+    std::atomic<bool> _shouldStopSearch = false;
+    quint64 _scannedCount = 0;
+    quint64 _fileMatchCount = 0;
+    quint64 _matchCount = 0;
+};
+
+} // namespace tidemark

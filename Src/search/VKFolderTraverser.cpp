@@ -1,0 +1,235 @@
+#include "search/VKFolderTraverser.h"
+
+#include "search/FileTypes.h"
+#include "search/OpenFolders.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr size_t PROBE_LENGTH = 4096;
+
+struct FileSizes
+{
+    qint64 size = -1;
+    qint64 onDisk = -1;
+};
+
+FileSizes sizesOf(int folderDescriptor, const char *name, int flags)
+{
+    constexpr qint64 BLOCK_LENGTH = 512;
+    struct stat status = {};
+    if (fstatat(folderDescriptor, name, &status, flags) != 0)
+        return {};
+    return {status.st_size, status.st_blocks * BLOCK_LENGTH};
+}
+
+FolderListing::EntryType typeOf(int folderDescriptor, const FolderListing::Entry &entry)
+{
+    using enum FolderListing::EntryType;
+    struct stat status = {};
+    if (entry.type != Unknown || fstatat(folderDescriptor, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return entry.type;
+    if (S_ISREG(status.st_mode))
+        return File;
+    return S_ISDIR(status.st_mode) ? Folder : Unknown;
+}
+
+/// A view of the buffer, null when the file can't be read.
+QByteArray firstBytesOf(int folderDescriptor, const char *name, char (&buffer)[PROBE_LENGTH])
+{
+    // Never waiting, as the name may stand for something else by now.
+    constexpr int FLAGS = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const int descriptor = openat(folderDescriptor, name, FLAGS);
+    if (descriptor < 0)
+        return {};
+    ssize_t length = 0;
+    do
+        length = read(descriptor, buffer, PROBE_LENGTH);
+    while (length < 0 && errno == EINTR);
+    close(descriptor);
+    return length < 0 ? QByteArray() : QByteArray::fromRawData(buffer, length);
+}
+
+} // namespace
+
+void VKFolderTraverserDelegate::didFindFile(const FilePath &, quint64, int, qint64, qint64) {}
+
+void VKFolderTraverserDelegate::didFindFileInFolder(int, const char *, const FilePath &path,
+                                                    quint64 scannedCount, int level, qint64 size,
+                                                    qint64 sizeOnDisk)
+{
+    didFindFile(path, scannedCount, level, size, sizeOnDisk);
+}
+
+void VKFolderTraverserDelegate::didFailToReadFolder(const FilePath &, int) {}
+
+void VKFolderTraverserDelegate::traversalFinished() {}
+
+void VKFolderTraverserDelegate::traversalStopped() {}
+
+/// One run over all scopes.
+class VKFolderTraverser::Walk
+{
+public:
+    Walk(const VKFolderTraverser &traverser, VKFolderTraverserDelegate &delegate)
+        : _traverser(traverser), _delegate(delegate)
+    {}
+
+    void run()
+    {
+        for (const Scope &scope : _traverser._scopes) {
+            if (_shouldStop())
+                break;
+            if (scope.isFolder)
+                _walkFolder(scope);
+            else
+                _reportNamedFile(scope.path);
+        }
+        if (_shouldStop())
+            _delegate.traversalStopped();
+        else
+            _delegate.traversalFinished();
+    }
+
+private:
+    bool _shouldStop() const { return _traverser._shouldStop.load(std::memory_order_relaxed); }
+    void _reportNamedFile(const FilePath &path);
+    void _walkFolder(const Scope &scope);
+    void _prepareFilter(const Scope &scope);
+    void _visit(const FolderListing::Entry &entry);
+    void _enter(const char *name);
+    void _leave();
+    bool _admits(const char *name);
+    void _report(const char *name);
+
+    const VKFolderTraverser &_traverser;
+    VKFolderTraverserDelegate &_delegate;
+    quint64 _scannedCount = 0;
+    OpenFolders _folders;
+    const Scope *_scope = nullptr;
+    std::optional<FileTypeFilter> _filter;
+    char _probeBuffer[PROBE_LENGTH];
+};
+
+void VKFolderTraverser::Walk::_reportNamedFile(const FilePath &path)
+{
+    const FileSizes sizes = _traverser._reportsSizes ? sizesOf(AT_FDCWD, path.cString(), 0) : FileSizes();
+    _delegate.didFindFile(path, ++_scannedCount, 0, sizes.size, sizes.onDisk);
+}
+
+void VKFolderTraverser::Walk::_walkFolder(const Scope &scope)
+{
+    _prepareFilter(scope);
+    if (const int failure = _folders.enterScope(scope.path.bytes()))
+        _delegate.didFailToReadFolder(scope.path, failure);
+    while (_folders.depth() > 0 && !_shouldStop()) {
+        if (_folders.listing().atEnd())
+            _leave();
+        else
+            _visit(_folders.listing().takeNext());
+    }
+    _folders.leaveAll();
+}
+
+/// Keeps the filter of the scope before, with all it has learnt, where the same is asked of it.
+void VKFolderTraverser::Walk::_prepareFilter(const Scope &scope)
+{
+    if (!_filter || _scope->utis != scope.utis || _scope->filenamePatterns != scope.filenamePatterns)
+        _filter.emplace(scope.utis, scope.filenamePatterns);
+    _scope = &scope;
+}
+
+void VKFolderTraverser::Walk::_visit(const FolderListing::Entry &entry)
+{
+    switch (typeOf(_folders.descriptor(), entry)) {
+    case FolderListing::EntryType::File:
+        if (_admits(entry.name))
+            _report(entry.name);
+        break;
+    case FolderListing::EntryType::Folder:
+        if (_scope->includeSubFolders)
+            _enter(entry.name);
+        break;
+    case FolderListing::EntryType::Unknown:
+        break;
+    }
+}
+
+void VKFolderTraverser::Walk::_enter(const char *name)
+{
+    const int depth = _folders.depth();
+    const int failure = _folders.enter(name);
+    if (failure == 0)
+        return;
+    const bool isInside = _folders.depth() > depth;
+    _delegate.didFailToReadFolder(FilePath(isInside ? _folders.path() : _folders.pathOfEntry(name)), failure);
+}
+
+void VKFolderTraverser::Walk::_leave()
+{
+    if (const int failure = _folders.leave())
+        _delegate.didFailToReadFolder(FilePath(_folders.path()), failure);
+}
+
+bool VKFolderTraverser::Walk::_admits(const char *name)
+{
+    return _filter->admits(name,
+                           [this, name] { return firstBytesOf(_folders.descriptor(), name, _probeBuffer); });
+}
+
+void VKFolderTraverser::Walk::_report(const char *name)
+{
+    const int folder = _folders.descriptor();
+    const FileSizes sizes =
+        _traverser._reportsSizes ? sizesOf(folder, name, AT_SYMLINK_NOFOLLOW) : FileSizes();
+    const FilePath path(_folders.pathOfEntry(name));
+    _delegate.didFindFileInFolder(folder, name, path, ++_scannedCount, _folders.depth() - 1, sizes.size,
+                                  sizes.onDisk);
+}
+
+void VKFolderTraverser::setDelegate(VKFolderTraverserDelegate *delegate)
+{
+    _delegate = delegate;
+}
+
+void VKFolderTraverser::setUtis(const QStringList &typeIdentifiers)
+{
+    _utis = typeIdentifiers;
+}
+
+void VKFolderTraverser::setReportsSizes(bool reportsSizes)
+{
+    _reportsSizes = reportsSizes;
+}
+
+void VKFolderTraverser::addSearchScopeWithFolderPath(const FilePath &path, bool includeSubFolders,
+                                                     const QStringList &filenamePatterns,
+                                                     SymbolicLinkHandling)
+{
+    _scopes.push_back({path, true, includeSubFolders, _utis, filenamePatterns});
+}
+
+void VKFolderTraverser::addSearchScopeWithFilePath(const FilePath &path, SymbolicLinkHandling)
+{
+    _scopes.push_back({path, false, false, {}, {}});
+}
+
+void VKFolderTraverser::startTraversal()
+{
+    VKFolderTraverserDelegate nobody;
+    Walk(*this, _delegate ? *_delegate : nobody).run();
+}
+
+void VKFolderTraverser::stopTraversal()
+{
+    _shouldStop.store(true, std::memory_order_relaxed);
+}
+
+} // namespace tidemark

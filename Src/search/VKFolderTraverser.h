@@ -1,0 +1,93 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+
+#include <QStringList>
+
+#include <atomic>
+#include <vector>
+
+namespace tidemark {
+
+/// What becomes of symbolic links.
+enum class SymbolicLinkHandling {
+    /// A link that is itself named as a scope is taken as it is; links found inside folders are neither
+    /// followed nor reported.
+    TakeNamedSkipFound = 1,
+};
+
+/// Receives what a traversal finds, on the thread that runs it. Each message is optional.
+class VKFolderTraverserDelegate
+{
+public:
+    virtual ~VKFolderTraverserDelegate() = default;
+
+    /// A file in scope. `path` is only valid during the call (copying it is cheap only once: copy when
+    /// needed). `scannedCount` counts the files reported so far, this one included. `level` is the number of
+    /// folders between the scope and the file: 0 directly inside it, and for a scope that is itself a file.
+    /// The sizes are in bytes, -1 where they weren't asked for.
+    virtual void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
+                             qint64 sizeOnDisk);
+    /// Sent instead of didFindFile() for a file found inside a folder; unless overridden it passes the
+    /// message on to that. The folder's descriptor, valid during the call only, and the file's name in it
+    /// spare a receiver that opens the file the look-up of the whole path, and reach files whose path is
+    /// longer than the system takes.
+    virtual void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
+                                     quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk);
+    /// A folder, or a part of its entries, that can't be read; the walk goes on behind it. Also a folder
+    /// scope that isn't a folder.
+    virtual void didFailToReadFolder(const FilePath &path, int errorNumber);
+    virtual void traversalFinished();
+    virtual void traversalStopped();
+};
+
+/// Walks search scopes in the order they were added: a folder's entries in the byte order of their names,
+/// depth first, a folder walked where its name stands. Inside folders, entries whose names begin with a dot
+/// are skipped, as are links and everything that isn't a regular file. A folder that is reached again below
+/// itself can't occur, as links aren't followed. Neither the depth of folders nor the length of their paths
+/// is limited; the walk keeps a few dozen of them open at most.
+class VKFolderTraverser
+{
+public:
+    /// Not owned.
+    void setDelegate(VKFolderTraverserDelegate *delegate);
+    /// Type identifiers that admit a file found inside a folder scope added from now on; a file is reported
+    /// when its type conforms to one of them or its name matches one of the scope's patterns. With neither
+    /// types nor patterns nothing inside a folder is reported.
+    void setUtis(const QStringList &typeIdentifiers);
+    /// Whether didFindFile() is given sizes, which costs a system call a file. On by default.
+    void setReportsSizes(bool reportsSizes);
+
+    /// Scopes can be added until the walk starts.
+    void addSearchScopeWithFolderPath(const FilePath &path, bool includeSubFolders,
+                                      const QStringList &filenamePatterns, SymbolicLinkHandling handling);
+    /// One file, reported as it is, whatever its kind and whether or not it exists.
+    void addSearchScopeWithFilePath(const FilePath &path, SymbolicLinkHandling handling);
+
+    /// Runs the whole walk on the calling thread and ends with exactly one of traversalFinished() and
+    /// traversalStopped().
+    void startTraversal();
+    /// From any thread: the walk ends before the next entry, with traversalStopped(), even when the entry
+    /// before it was the last. A stop asked for before the start holds too. A stopped traverser stays
+    /// stopped.
+    void stopTraversal();
+
+private:
+    class Walk;
+    struct Scope
+    {
+        FilePath path;
+        bool isFolder;
+        bool includeSubFolders;
+        QStringList utis;
+        QStringList filenamePatterns;
+    };
+
+    VKFolderTraverserDelegate *_delegate = nullptr;
+    QStringList _utis;
+    bool _reportsSizes = true;
+    std::vector<Scope> _scopes;
+    std::atomic<bool> _shouldStop = false;
+};
+
+} // namespace tidemark

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "matching/TDFindResultItem.h"
+
+#include <QObject>
+
+namespace tidemark {
+
+/// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each node's
+/// position() is its index in this list; children keep theirs in their file.
+class FindResults : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    const FindResultItems &files() const { return _files; }
+    bool isEmpty() const { return _files.isEmpty(); }
+    qsizetype count() const { return _files.size(); }
+
+    void clear();
+    void append(const FindResultItems &files);
+    /// Removes the nodes: whole files, and match lines from the files that stay. Nodes that aren't in the list are
+    /// passed over. Linear in the size of the list, however many are removed.
+    void remove(const FindResultItems &nodes);
+
+Q_SIGNALS:
+    void aboutToClear();
+    void cleared();
+    void aboutToAppend(qsizetype first, qsizetype count);
+    void appended(qsizetype first, qsizetype count);
+    /// For each run of neighbouring siblings; `parent` is null for files. Sent from the end of the list forward.
+    void aboutToRemove(TDFindResultItem *parent, qsizetype first, qsizetype count);
+    void removed(TDFindResultItem *parent, qsizetype first, qsizetype count);
+
+private:
+    FindResultItems _files;
+};
+
+} // namespace tidemark

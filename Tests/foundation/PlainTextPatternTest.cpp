@@ -1,0 +1,237 @@
+#include "foundation/PlainTextPattern.h"
+
+#include "SearchAlphabet.h"
+
+#include <gtest/gtest.h>
+#include <unicode/ubrk.h>
+#include <unicode/uchar.h>
+#include <unicode/unorm2.h>
+#include <unicode/ustring.h>
+
+#include <QFile>
+
+#include <chrono>
+#include <map>
+#include <memory>
+
+namespace tidemark {
+
+void PrintTo(const TextRange &range, std::ostream *stream)
+{
+    if (range.isFound())
+        *stream << range.location << ',' << range.length;
+    else
+        *stream << "none";
+}
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+QString unescaped(const QString &field)
+{
+    QString text;
+    if (field != "(empty)"_L1) {
+        for (const QString &unit : field.split(u"\\u"_s, Qt::SkipEmptyParts))
+            text += QChar(unit.toUShort(nullptr, 16));
+    }
+    return text;
+}
+
+TextRange rangeFrom(const QString &field)
+{
+    if (field == "none"_L1)
+        return TextRange::notFound();
+    const QStringList numbers = field.split(u',');
+    return {numbers.at(0).toLongLong(), numbers.at(1).toLongLong()};
+}
+
+std::string escaped(const QString &text)
+{
+    QString result;
+    for (const QChar unit : text)
+        result += u"\\u"_s + QString::number(unit.unicode(), 16).rightJustified(4, u'0');
+    return result.toStdString();
+}
+
+TextRange find(const QString &text, const QString &findText, CaseRule caseRule)
+{
+    return PlainTextPattern(findText, caseRule).firstRange(text, {0, text.size()});
+}
+
+TEST(PlainTextPattern, GivesTheResultsOfThePlatform)
+{
+    QFile file(QStringLiteral(TIDEMARK_TEST_DATA "/find-vectors.tsv"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    int rows = 0;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (!line.startsWith('\\') && !line.startsWith('('))
+            continue;
+        const QStringList fields = QString::fromUtf8(line).split(u'\t');
+        ASSERT_EQ(fields.size(), 5) << line.constData();
+        const QString text = unescaped(fields[0]);
+        const PlainTextPattern pattern(unescaped(fields[1]),
+                                       fields[2] == "CI"_L1 ? CaseRule::Ignore : CaseRule::Exact);
+        const TextRange range = fields[3] == "-"_L1 ? TextRange{0, text.size()} : rangeFrom(fields[3]);
+        EXPECT_EQ(pattern.firstRange(text, range), rangeFrom(fields[4])) << line.constData();
+        ++rows;
+    }
+    EXPECT_GT(rows, 100);
+}
+
+/// The definition itself: try every start and every end, normalise and fold what lies between with the
+/// library, ask its break iterator about the end.
+class Oracle
+{
+public:
+    Oracle() { _breaks.reset(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &_status)); }
+
+    static QString decomposed(const QString &text)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        QString result(text.size() * 6 + 8, QChar());
+        result.resize(unorm2_normalize(unorm2_getNFDInstance(&status), QStringView(text).utf16(),
+                                       int(text.size()), reinterpret_cast<char16_t *>(result.data()),
+                                       int(result.size()), &status));
+        return result;
+    }
+
+    static QString key(const QString &text, CaseRule caseRule)
+    {
+        const QString source = decomposed(text);
+        if (caseRule == CaseRule::Exact)
+            return source;
+        UErrorCode status = U_ZERO_ERROR;
+        QString folded(source.size() * 3 + 8, QChar());
+        folded.resize(u_strFoldCase(reinterpret_cast<char16_t *>(folded.data()), int(folded.size()),
+                                    QStringView(source).utf16(), int(source.size()), U_FOLD_CASE_DEFAULT,
+                                    &status));
+        return decomposed(folded);
+    }
+
+    TextRange find(const QString &text, const QString &findText, CaseRule caseRule)
+    {
+        if (findText.isEmpty())
+            return TextRange::notFound();
+        const QString wanted = key(findText, caseRule);
+        for (qsizetype start = 0; start < text.size(); ++start) {
+            for (qsizetype end = start + 1; end <= text.size(); ++end) {
+                if (!isWithinPair(text, end) && key(text.mid(start, end - start), caseRule) == wanted &&
+                    mayEnd(text, end))
+                    return {start, end - start};
+            }
+        }
+        return TextRange::notFound();
+    }
+
+private:
+    static bool isWithinPair(const QString &text, qsizetype position)
+    {
+        return position < text.size() && text[position].isLowSurrogate() &&
+               text[position - 1].isHighSurrogate();
+    }
+
+    bool mayEnd(const QString &text, qsizetype end)
+    {
+        if (end == text.size())
+            return true;
+        UChar32 next;
+        UChar32 previous;
+        U16_GET(text.utf16(), 0, end, text.size(), next);
+        U16_GET(text.utf16(), 0, end - 1, text.size(), previous);
+        if (u_hasBinaryProperty(next, UCHAR_GRAPHEME_EXTEND) ||
+            u_hasBinaryProperty(next, UCHAR_EMOJI_MODIFIER))
+            return false;
+        if (previous == 0x034F)
+            return false;
+        if (previous != 0x200D && !(previous >= 0x1100 && previous <= 0x11F9) &&
+            u_getCombiningClass(previous) != 9)
+            return true;
+        ubrk_setText(_breaks.get(), QStringView(text).utf16(), int(text.size()), &_status);
+        return ubrk_isBoundary(_breaks.get(), int(end));
+    }
+
+    struct Closer
+    {
+        void operator()(UBreakIterator *breaks) const { ubrk_close(breaks); }
+    };
+    UErrorCode _status = U_ZERO_ERROR;
+    std::unique_ptr<UBreakIterator, Closer> _breaks;
+};
+
+TEST(PlainTextPattern, AgreesWithTheDefinitionOnRandomTexts)
+{
+    Oracle oracle;
+    SearchAlphabet alphabet;
+    int found = 0;
+    for (int round = 0; round < 12000; ++round) {
+        alphabet.chooseAlphabet();
+        const QString findText = alphabet.text(3);
+        const QString text = alphabet.text(9);
+        for (const CaseRule caseRule : {CaseRule::Exact, CaseRule::Ignore}) {
+            const TextRange expected = oracle.find(text, findText, caseRule);
+            found += expected.isFound();
+            ASSERT_EQ(find(text, findText, caseRule), expected)
+                << escaped(text) << " / " << escaped(findText)
+                << (caseRule == CaseRule::Ignore ? " ignoring case" : "");
+        }
+    }
+    EXPECT_GT(found, 2000);
+}
+
+TEST(PlainTextPattern, FindsEveryCharacterByItsKeyAndItsKeyByEveryCharacter)
+{
+    for (const CaseRule caseRule : {CaseRule::Exact, CaseRule::Ignore}) {
+        std::map<QString, std::vector<QString>> charactersOf;
+        for (char32_t c = 0; c < 0x2FA20; ++c) {
+            const QString character = SearchAlphabet::fromCharacters({c});
+            const QString key = Oracle::key(character, caseRule);
+            QString own;
+            for (const KeyCharacter part : CharacterFolding::forRule(caseRule).keyOf(c))
+                own += QChar::fromUcs4(part.value);
+            ASSERT_EQ(own, key) << escaped(character);
+            if (key != character)
+                charactersOf[key].push_back(character);
+        }
+        for (const auto &[key, characters] : charactersOf) {
+            const PlainTextPattern pattern(key, caseRule);
+            for (const QString &character : characters) {
+                const TextRange whole = {0, character.size()};
+                ASSERT_EQ(pattern.firstRange(character, whole), whole) << escaped(character);
+            }
+            ASSERT_TRUE(find(key, characters.front(), caseRule).isFound()) << escaped(characters.front());
+        }
+    }
+}
+
+TEST(PlainTextPattern, FindsAMatchAtEveryDistance)
+{
+    for (const QString &match : {u"Strasse"_s, u"strA\u00DFE"_s, u"\uFB06rasse"_s}) {
+        const PlainTextPattern pattern(u"stra\u00DFe"_s, CaseRule::Ignore);
+        for (int before = 0; before < 80; ++before) {
+            for (const int after : {0, 1, 40}) {
+                const QString text = QString(before, u's') + match + QString(after, u't');
+                const TextRange expected = {before, match.size()};
+                ASSERT_EQ(pattern.firstRange(text, {0, text.size()}), expected);
+                ASSERT_EQ(pattern.firstRange(text, expected), expected);
+                const TextRange tooShort = {before, match.size() - 1};
+                ASSERT_EQ(pattern.firstRange(text, tooShort), TextRange::notFound());
+            }
+        }
+    }
+}
+
+TEST(PlainTextPattern, LongRunsOfMarksTakeLinearTime)
+{
+    const QString text = u"e"_s + QString(300000, QChar(0x0301)) + QString(300000, QChar(0x0323));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(find(text, u"e\u0301"_s, CaseRule::Ignore), TextRange::notFound());
+    EXPECT_EQ(find(text, u"\u0301\u0301x"_s, CaseRule::Ignore), TextRange::notFound());
+    EXPECT_EQ(find(text, text + u'x', CaseRule::Exact), TextRange::notFound());
+    const TextRange lastMark = {600000, 1};
+    EXPECT_EQ(find(text, u"\u0323"_s, CaseRule::Exact), lastMark);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+} // namespace
+} // namespace tidemark
