@@ -19,6 +19,7 @@ void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearch
 {
     TDSearchEngine engine;
     engine.setDelegate(self);
+    engine.setThreadCount(_options.threads);
     _timer.start();
     engine.startSearch(_options.findText, locations, _options.isCaseSensitive);
     _totals.seconds = secondsOf(_timer);
@@ -42,6 +43,8 @@ void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file
         ++_totals.errors;
     else if (!_totals.firstResultSeconds)
         _totals.firstResultSeconds = secondsOf(_timer);
+    if (!failed)
+        _totals.matchLines += quint64(file->children().size());
     _list(*file);
     if (_options.replaceText && !failed)
         _files << file;

@@ -20,6 +20,7 @@ struct SearchTotals
     quint64 files = 0;
     quint64 filesWithMatches = 0;
     quint64 matches = 0;
+    quint64 matchLines = 0;
     quint64 errors = 0;
     double seconds = 0;
     std::optional<double> firstResultSeconds;

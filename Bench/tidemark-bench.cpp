@@ -94,6 +94,7 @@ QJsonObject jsonObject(const SearchTotals &totals)
     object[QStringLiteral("files")] = qint64(totals.files);
     object[QStringLiteral("filesWithMatches")] = qint64(totals.filesWithMatches);
     object[QStringLiteral("matches")] = qint64(totals.matches);
+    object[QStringLiteral("matchLines")] = qint64(totals.matchLines);
     object[QStringLiteral("errors")] = qint64(totals.errors);
     object[QStringLiteral("seconds")] = totals.seconds;
     object[QStringLiteral("firstResultSeconds")] =

@@ -4,8 +4,16 @@
 PACKAGES=(
     g++ cmake ninja-build ccache
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
-    libboost-regex-dev libicu-dev libgtest-dev libgmock-dev
+    libboost-regex-dev libicu-dev pkg-config libgtest-dev libgmock-dev
 )
+
+# The block matcher. Both provide it and exclude each other: what is there stays. Hyperscan is for Intel processors only.
+if [ "$(uname -m)" != x86_64 ] ||
+    dpkg-query -W -f='${Status}' libvectorscan-dev 2>/dev/null | grep -q '^install ok installed$'; then
+    PACKAGES+=(libvectorscan-dev)
+else
+    PACKAGES+=(libhyperscan-dev)
+fi
 
 say() { printf '%s\n' "$*" >&2; }
 

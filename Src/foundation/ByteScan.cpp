@@ -1,5 +1,6 @@
 #include "foundation/ByteScan.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -38,6 +39,34 @@ qsizetype indexOfLineEnd(QByteArrayView bytes)
             return index;
     }
     return -1;
+}
+
+qint64 countLineEnds(QByteArrayView bytes)
+{
+    qint64 count = std::count(bytes.begin(), bytes.end(), '\n');
+    const void *found = std::memchr(bytes.data(), '\r', size_t(bytes.size()));
+    while (found != nullptr) {
+        const char *next = static_cast<const char *>(found) + 1;
+        if (next == bytes.end() || *next != '\n')
+            ++count;
+        found = std::memchr(next, '\r', size_t(bytes.end() - next));
+    }
+    return count;
+}
+
+bool mayHoldLineLongerThan(QByteArrayView bytes, qsizetype length)
+{
+    qsizetype start = 0;
+    while (bytes.size() - start > length) {
+        // One byte less, so that a CR at the very end can't be taken for the end of a line that an LF ends.
+        const QByteArrayView window = bytes.sliced(start, length - 1);
+        const qsizetype lineFeed = window.lastIndexOf('\n');
+        const qsizetype end = lineFeed >= 0 ? lineFeed : window.lastIndexOf('\r');
+        if (end < 0)
+            return true;
+        start += end + 1;
+    }
+    return false;
 }
 
 } // namespace tidemark

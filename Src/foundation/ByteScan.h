@@ -7,4 +7,10 @@ namespace tidemark {
 /// The index of the first CR or LF byte, or -1.
 qsizetype indexOfLineEnd(QByteArrayView bytes);
 
+/// How many lines end in the bytes: at LF, at CR LF, or at a CR that no LF follows in them.
+qint64 countLineEnds(QByteArrayView bytes);
+
+/// False only when every line in the bytes, line end included, is known to be of at most `length` bytes.
+bool mayHoldLineLongerThan(QByteArrayView bytes, qsizetype length);
+
 } // namespace tidemark

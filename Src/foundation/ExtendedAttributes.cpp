@@ -2,11 +2,18 @@
 
 #include "foundation/TextEncoding.h"
 
+#include <cerrno>
 #include <sys/xattr.h>
 
 namespace tidemark {
 
 namespace {
+
+/// The text ends at its first zero byte, as some programs store the terminator too.
+std::optional<QString> textBeforeZero(QByteArrayView value)
+{
+    return textFromUtf8(value.first(qsizetype(qstrnlen(value.data(), size_t(value.size())))));
+}
 
 #ifdef __APPLE__
 QByteArray attributeName(const char *key)
@@ -17,6 +24,11 @@ QByteArray attributeName(const char *key)
 ssize_t readAttribute(const char *path, const char *name, void *value, size_t size)
 {
     return getxattr(path, name, value, size, 0, XATTR_NOFOLLOW);
+}
+
+ssize_t readAttribute(int descriptor, const char *name, void *value, size_t size)
+{
+    return fgetxattr(descriptor, name, value, size, 0, 0);
 }
 
 int writeAttribute(const char *path, const char *name, const void *value, size_t size)
@@ -34,27 +46,51 @@ ssize_t readAttribute(const char *path, const char *name, void *value, size_t si
     return lgetxattr(path, name, value, size);
 }
 
+ssize_t readAttribute(int descriptor, const char *name, void *value, size_t size)
+{
+    return fgetxattr(descriptor, name, value, size);
+}
+
 int writeAttribute(const char *path, const char *name, const void *value, size_t size)
 {
     return setxattr(path, name, value, size, 0);
 }
 #endif
 
+/// Most values are short: one call reads them, and tells of the most frequent case, that there is none.
+template <typename Read>
+std::optional<QString> valueRead(Read read, const char *key)
+{
+    constexpr size_t USUAL_SIZE = 128;
+    const QByteArray name = attributeName(key);
+    char usual[USUAL_SIZE];
+    const ssize_t length = read(name.constData(), usual, USUAL_SIZE);
+    if (length >= 0)
+        return textBeforeZero(QByteArrayView(usual, length));
+    if (errno != ERANGE)
+        return {};
+    const ssize_t size = read(name.constData(), nullptr, 0);
+    if (size < 0)
+        return {};
+    QByteArray value(size, Qt::Uninitialized);
+    const ssize_t longLength = read(name.constData(), value.data(), size_t(size));
+    return longLength < 0 ? std::nullopt : textBeforeZero(QByteArrayView(value).first(longLength));
+}
+
 } // namespace
 
 std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, const char *key)
 {
-    const QByteArray name = attributeName(key);
-    const ssize_t size = readAttribute(path.cString(), name.constData(), nullptr, 0);
-    if (size < 0)
-        return {};
-    QByteArray value(size, Qt::Uninitialized);
-    const ssize_t length = readAttribute(path.cString(), name.constData(), value.data(), size_t(size));
-    if (length < 0)
-        return {};
-    value.truncate(length);
-    // The text ends at its first zero byte, as some programs store the terminator too.
-    return textFromUtf8(QByteArrayView(value).first(qsizetype(qstrnlen(value.constData(), size_t(length)))));
+    return valueRead([&path](const char *name, void *value, size_t size) {
+        return readAttribute(path.cString(), name, value, size);
+    }, key);
+}
+
+std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, const char *key)
+{
+    return valueRead([descriptor](const char *name, void *value, size_t size) {
+        return readAttribute(descriptor, name, value, size);
+    }, key);
 }
 
 bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value, int flag)

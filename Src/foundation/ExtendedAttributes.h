@@ -15,6 +15,9 @@ inline constexpr const char *TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING = "com.apple.Te
 /// when the value isn't UTF-8. On Linux attributes live in the "user." namespace, which is added here.
 std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, const char *key);
 
+/// The same of an open file.
+std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, const char *key);
+
 /// Sets the attribute, following links. With the flag 1 a terminating zero byte is stored too. False on failure.
 bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value, int flag);
 

@@ -48,6 +48,13 @@ TDError TDError::posixError(int errorNumber, const FilePath &path, const QString
     return error;
 }
 
+TDError TDError::osStatusError(qint64 status)
+{
+    TDError error;
+    error._data = std::make_shared<const Data>(Data{TD_OS_STATUS_ERROR_DOMAIN, status, {}});
+    return error;
+}
+
 QString TDError::domain() const
 {
     return _data ? _data->domain : QString();

@@ -13,6 +13,9 @@ namespace tidemark {
 inline const QString TD_ERROR_DOMAIN = QStringLiteral("com.velkor.Tidemark");
 /// The domain of low-level failures, whose code is `errno`.
 inline const QString TD_POSIX_ERROR_DOMAIN = QStringLiteral("NSPOSIXErrorDomain");
+/// The domain of the platform's own status codes.
+inline const QString TD_OS_STATUS_ERROR_DOMAIN = QStringLiteral("NSOSStatusErrorDomain");
+inline constexpr qint64 TD_OS_STATUS_NOT_IMPLEMENTED = -4;
 
 inline constexpr qint64 TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR = 1;
 inline constexpr qint64 TD_ERROR_CODE_TD_FILE_READER_FILE_DOES_NOT_EXIST = 2;
@@ -57,6 +60,9 @@ public:
     /// An error of TD_POSIX_ERROR_DOMAIN. Without texts of its own its failure reason is the system's text
     /// for the number. `path` is kept under FILE_PATH_KEY when there is one.
     static TDError posixError(int errorNumber, const FilePath &path = {}, const QString &failureReason = {});
+
+    /// An error of TD_OS_STATUS_ERROR_DOMAIN, without texts.
+    static TDError osStatusError(qint64 status);
 
     bool isNull() const { return _data == nullptr; }
     explicit operator bool() const { return _data != nullptr; }

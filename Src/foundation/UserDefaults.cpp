@@ -42,10 +42,10 @@ bool isAnything(const QVariant &value)
     return value.isValid();
 }
 
-const std::array<QString, 4> BOOLEAN_KEYS = {
-    TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, TD_USER_DEFAULTS_NAME_IGNORE_CASE,
-    TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
-    TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING};
+const std::array<QString, 4> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION,
+                                             TD_USER_DEFAULTS_NAME_IGNORE_CASE,
+                                             TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
+                                             TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING};
 
 std::unique_ptr<UserDefaults> &standardStore()
 {
@@ -62,7 +62,7 @@ UserDefaults::UserDefaults(std::unique_ptr<QSettings> file) : _file(std::move(fi
     const QStringList keys = _file->allKeys();
     for (const QString &key : keys)
         _stored[key] = _file->value(key);
-    _refreshBooleans();
+    _refreshCachedSettings();
 }
 
 UserDefaults::~UserDefaults() = default;
@@ -102,7 +102,7 @@ void UserDefaults::registerDefaults(const QVariantMap &values)
         for (auto value = values.cbegin(); value != values.cend(); ++value)
             _registered[value.key()] = value.value();
     }
-    _refreshBooleans();
+    _refreshCachedSettings();
 }
 
 QVariant UserDefaults::_firstFitting(const QString &key, bool (*fits)(const QVariant &)) const
@@ -147,7 +147,7 @@ void UserDefaults::setObject(const QString &key, const QVariant &value)
         _file->setValue(key, value);
     else if (_file)
         _file->remove(key);
-    _refreshBooleans();
+    _refreshCachedSettings();
     Q_EMIT valueChanged(key);
 }
 
@@ -156,13 +156,17 @@ bool UserDefaults::synchronize()
     if (!_file)
         return true;
     _file->sync();
-    return _file->status() == QSettings::NoError;
+    // The first fault sticks to an object, also that of a damaged file which has been replaced since; a fresh
+    // one tells whether anything is left that can't be written now.
+    return QSettings(_file->fileName(), QSettings::IniFormat).status() != QSettings::AccessError;
 }
 
-void UserDefaults::_refreshBooleans()
+void UserDefaults::_refreshCachedSettings()
 {
     for (size_t index = 0; index < BOOLEAN_KEYS.size(); ++index)
         _booleans[index].store(boolForKey(BOOLEAN_KEYS[index]), std::memory_order_relaxed);
+    _defaultStringEncoding.store(integerForKey(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING),
+                                 std::memory_order_relaxed);
 }
 
 } // namespace tidemark

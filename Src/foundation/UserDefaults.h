@@ -47,6 +47,8 @@ public:
     bool boolForKey(const QString &key) const;
     qint64 integerForKey(const QString &key) const;
     QString stringForKey(const QString &key) const;
+    /// The integer under TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, read like the settings above.
+    qint64 defaultStringEncoding() const { return _defaultStringEncoding.load(std::memory_order_relaxed); }
     bool boolFor(BooleanSetting setting) const
     {
         return _booleans[static_cast<size_t>(setting)].load(std::memory_order_relaxed);
@@ -63,12 +65,13 @@ Q_SIGNALS:
 private:
     explicit UserDefaults(std::unique_ptr<QSettings> file);
     QVariant _firstFitting(const QString &key, bool (*fits)(const QVariant &)) const;
-    void _refreshBooleans();
+    void _refreshCachedSettings();
 
     mutable QReadWriteLock _lock;
     QHash<QString, QVariant> _stored;
     QHash<QString, QVariant> _registered;
     std::array<std::atomic<bool>, 4> _booleans = {};
+    std::atomic<qint64> _defaultStringEncoding = 0;
     std::unique_ptr<QSettings> _file; ///< null for a store in memory
 };
 

@@ -52,8 +52,17 @@ struct TDFindPattern::Expression
     }
 };
 
+struct TDFindPattern::Prefilters
+{
+    std::once_flag plainTextOnce;
+    std::once_flag expressionOnce;
+    std::unique_ptr<const LinePrefilter> plainText;
+    std::unique_ptr<const LinePrefilter> expression;
+};
+
 TDFindPattern::TDFindPattern(const QString &findText, CaseRule caseRule)
-    : _findText(findText), _plainText(findText, caseRule), _compiledExpression(std::make_unique<Expression>())
+    : _findText(findText), _plainText(findText, caseRule), _compiledExpression(std::make_unique<Expression>()),
+      _prefilters(std::make_unique<Prefilters>())
 {
 }
 
@@ -64,6 +73,22 @@ const TDFindPattern::Expression &TDFindPattern::_expression() const
     std::call_once(_compiledExpression->once,
                    [this] { _compiledExpression->compile(_findText, _plainText.caseRule()); });
     return *_compiledExpression;
+}
+
+const LinePrefilter *TDFindPattern::prefilter() const
+{
+    if (UserDefaults::standard().boolFor(BooleanSetting::RegularExpression)) {
+        std::call_once(_prefilters->expressionOnce, [this] {
+            // A faulty expression has to show itself at the first line.
+            if (_expression().fault == Fault::None)
+                _prefilters->expression =
+                    LinePrefilter::forExpression(generalizedUtf8(_findText), _plainText.caseRule());
+        });
+        return _prefilters->expression.get();
+    }
+    std::call_once(_prefilters->plainTextOnce,
+                   [this] { _prefilters->plainText = LinePrefilter::forPlainText(_plainText); });
+    return _prefilters->plainText.get();
 }
 
 TextRange TDFindPattern::Line::firstRange(TextRange searchRange, TDError &error)
@@ -78,16 +103,18 @@ TextRange TDFindPattern::Line::_firstRangeOfExpression(TextRange searchRange, TD
     const Expression &expression = _pattern._expression();
     Fault fault = expression.fault;
     if (fault == Fault::None) {
-        if (!_bytes)
-            _bytes = generalizedUtf8(_line);
-        const char *start = _bytes->constData() + searchRange.location;
+        if (_bytes.isNull()) {
+            _ownBytes = generalizedUtf8(_line);
+            _bytes = _ownBytes;
+        }
+        const char *start = _bytes.data() + searchRange.location;
         boost::cmatch match;
         try {
             // The search range counts UTF-16 units and is applied to bytes as it stands.
             if (!boost::regex_search(start, start + searchRange.length, match, expression.compiled,
                                      boost::match_default, start))
                 return TextRange::notFound();
-            const TextRange found = {match[0].first - _bytes->constData(), match.length(0)};
+            const TextRange found = {match[0].first - _bytes.data(), match.length(0)};
             return found == TextRange{0, 0} ? TextRange::notFound() : found;
         } catch (const boost::regex_error &) {
             fault = Fault::Malformed;

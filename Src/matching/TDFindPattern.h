@@ -3,12 +3,13 @@
 #include "foundation/PlainTextPattern.h"
 #include "foundation/TDError.h"
 #include "foundation/TextRange.h"
+#include "matching/LinePrefilter.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <memory>
-#include <optional>
 
 namespace tidemark {
 
@@ -24,23 +25,32 @@ public:
     const QString &findText() const { return _findText; }
     CaseRule caseRule() const { return _plainText.caseRule(); }
 
+    /// What chooses lines for the reading that is in force now; null when every line has to be searched. Made when
+    /// first asked for.
+    const LinePrefilter *prefilter() const;
+
     class Line;
 
 private:
     struct Expression;
+    struct Prefilters;
     const Expression &_expression() const;
 
     QString _findText;
     PlainTextPattern _plainText;
     std::unique_ptr<Expression> _compiledExpression;
+    std::unique_ptr<Prefilters> _prefilters;
 };
 
 /// One line being searched, with what several searches within it share.
 class TDFindPattern::Line
 {
 public:
-    /// Both must outlive the object.
-    Line(const TDFindPattern &pattern, const QString &line) : _pattern(pattern), _line(line) {}
+    /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
+    Line(const TDFindPattern &pattern, const QString &line, QByteArrayView bytes = {})
+        : _pattern(pattern), _line(line), _bytes(bytes)
+    {
+    }
 
     /// The first match within the range of the line, or not found. An empty match at the very start of the line
     /// counts as not found. With a regular expression the range is taken as a range of the line's UTF-8 bytes,
@@ -53,7 +63,8 @@ private:
 
     const TDFindPattern &_pattern;
     const QString &_line;
-    std::optional<QByteArray> _bytes;
+    QByteArrayView _bytes; ///< null until they are needed
+    QByteArray _ownBytes;
 };
 
 } // namespace tidemark

@@ -1,7 +1,10 @@
 #include "matching/TDMatchLineHighlighter.h"
 
+#include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
+#include "foundation/TextEncoding.h"
+#include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
 
 namespace tidemark {
@@ -30,7 +33,30 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
                                              const TDFindPattern &pattern)
 {
     _shouldStop = false;
-    const std::unique_ptr<TDFileReader> reader = TDFileReader::fileReaderWithFile(path, encoding, error);
+    _modificationDate.reset();
+    return _processByLines(FileToRead{path, -1, {}}, encoding, error, pattern);
+}
+
+bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,
+                                             SearchContext &context)
+{
+    _shouldStop = false;
+    const BlockSearch outcome = _searchBlocks(file, encoding, error, context);
+    context.reader().close();
+    _modificationDate = context.reader().modificationDate();
+    if (outcome == BlockSearch::NeedsLineReader)
+        return _processByLines(file, encoding, error, context.pattern());
+    if (error)
+        return false;
+    if (shouldStop())
+        _matchLines.clear();
+    return true;
+}
+
+bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
+                                             const TDFindPattern &pattern)
+{
+    const std::unique_ptr<TDFileReader> reader = TDFileReader::fileReaderWithFile(file, encoding, error);
     if (!reader)
         return false;
     _includesBOM = reader->hadByteOrderMarker();
@@ -40,7 +66,7 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
     _searchLines(*reader, pattern, error);
     const bool isExpressionFault = error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
     if (!isExpressionFault && !_matchLines.isEmpty() && _hasExcessiveLines)
-        error = excessiveLineError(path);
+        error = excessiveLineError(file.path);
     TDError closingError;
     const bool closed = reader->closeFile(closingError);
     if (error)
@@ -69,20 +95,88 @@ void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, const TDFindPatt
             _hasExcessiveLines = true;
         if (shouldStop())
             return;
-        _searchLine(*line, lineNumber, pattern, error);
+        _searchLine(*line, {}, lineNumber, pattern, error);
         if (error)
             return;
         ++lineNumber;
     }
 }
 
-void TDMatchLineHighlighter::_searchLine(const QString &line, qint64 lineNumber, const TDFindPattern &pattern,
-                                         TDError &error)
+TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const FileToRead &file,
+                                                                          StringEncoding encoding, TDError &error,
+                                                                          SearchContext &context)
+{
+    using Outcome = TextBlockReader::Outcome;
+    TextBlockReader &reader = context.reader();
+    _matchLines.clear();
+    if (reader.open(file, encoding) == Outcome::NeedsLineReader)
+        return BlockSearch::NeedsLineReader;
+    _includesBOM = reader.hadByteOrderMarker();
+    _hasExcessiveLines = false;
+    qint64 lineNumber = 1;
+    QByteArrayView block;
+    Outcome outcome = Outcome::Block;
+    while (!shouldStop() && (outcome = reader.nextBlock(block)) == Outcome::Block) {
+        // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
+        _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
+        _searchBlock(block, lineNumber, error, context);
+        if (error)
+            return BlockSearch::Done;
+    }
+    const bool isInDoubt = _hasExcessiveLines && !_matchLines.isEmpty() && !shouldStop();
+    return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader : BlockSearch::Done;
+}
+
+void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error,
+                                          SearchContext &context)
+{
+    std::vector<LineSpan> &candidates = context.candidates();
+    candidates.clear();
+    LinePrefilter::Scanner *scanner = context.scanner();
+    if (scanner == nullptr || !scanner->candidateLines(block, candidates)) {
+        _searchEveryLine(block, lineNumber, error, context);
+        return;
+    }
+    qsizetype counted = 0;
+    for (const LineSpan &line : candidates) {
+        lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
+        counted = line.start;
+        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context.pattern(), error);
+        if (error || shouldStop())
+            return;
+    }
+    if (!context.reader().isAtEnd())
+        lineNumber += countLineEnds(block.sliced(counted));
+}
+
+void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error,
+                                              SearchContext &context)
+{
+    for (qsizetype start = 0; start < block.size() && !error && !shouldStop(); ++lineNumber) {
+        const QByteArrayView rest = block.sliced(start);
+        const qsizetype lineEnd = indexOfLineEnd(rest);
+        qsizetype length = lineEnd < 0 ? rest.size() : lineEnd + 1;
+        if (lineEnd >= 0 && rest[lineEnd] == '\r' && length < rest.size() && rest[length] == '\n')
+            ++length;
+        _searchLineBytes(rest.first(length), lineNumber, context.pattern(), error);
+        start += length;
+    }
+}
+
+void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
+                                              TDError &error)
+{
+    if (const std::optional<QString> line = textFromUtf8(bytes))
+        _searchLine(*line, bytes, lineNumber, pattern, error);
+}
+
+void TDMatchLineHighlighter::_searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber,
+                                         const TDFindPattern &pattern, TDError &error)
 {
     // Line ends aren't searched. The length is that of the trimmed line, but it is applied from the first
     // character on, so on a line that begins with line-break characters the last ones are left out.
     const qint64 end = rangeWithoutNewlinesAtEnds(line).length;
-    TDFindPattern::Line search(pattern, line);
+    TDFindPattern::Line search(pattern, line, bytes);
     std::shared_ptr<TDMatchLine> matchLine;
     qint64 start = 0;
     while (start <= end && !shouldStop()) {

@@ -2,17 +2,21 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
+#include "foundation/TDFileCommon.h"
 #include "foundation/TextEncoding.h"
 #include "matching/TDFindPattern.h"
 #include "matching/TDMatchLine.h"
+#include "reading/FileToRead.h"
 
 #include <QList>
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 namespace tidemark {
 
+class SearchContext;
 class TDFileReader;
 
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
@@ -29,6 +33,9 @@ public:
     /// reports; code 36 for a faulty expression, at the first line searched; code 1 for a file that has
     /// matches and a line over TD_LONGEST_LINE. A stopped file ends with true and no lines.
     bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, const TDFindPattern &pattern);
+    /// The same result, in blocks as far as the file allows: most of a file without matches is never decoded. The
+    /// context's pattern is what is searched for.
+    bool processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error, SearchContext &context);
     /// The same with a find text that is compiled for this one file.
     bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, bool ignoreCase,
                          const QString &matchPattern);
@@ -46,16 +53,28 @@ public:
     /// A second flag to look at, that of the whole search. Not owned.
     void setSearchShouldStop(const std::atomic<bool> *flag) { _searchShouldStop = flag; }
 
+    /// The file's date before it was read, where the last call came to know it.
+    std::optional<FileDate> modificationDate() const { return _modificationDate; }
+
     bool includesBOM() const { return _includesBOM; }
     void setIncludesBOM(bool includesBOM) { _includesBOM = includesBOM; }
 
 private:
+    enum class BlockSearch { Done, NeedsLineReader };
+
+    bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error, const TDFindPattern &pattern);
     void _searchLines(TDFileReader &reader, const TDFindPattern &pattern, TDError &error);
-    void _searchLine(const QString &line, qint64 lineNumber, const TDFindPattern &pattern, TDError &error);
+    BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error, SearchContext &context);
+    void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
+    void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
+    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern, TDError &error);
+    void _searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
+                     TDError &error);
 
     MatchLines _matchLines;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
+    std::optional<FileDate> _modificationDate;
     bool _includesBOM = false;
     bool _hasExcessiveLines = false;
 };

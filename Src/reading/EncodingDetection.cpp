@@ -170,27 +170,6 @@ qint32 integerValue(QStringView text)
     return static_cast<qint32>(negative ? -qMin(value, LARGEST + 1) : qMin(value, LARGEST));
 }
 
-struct ByteOrderMark
-{
-    StringEncoding encoding;
-    int length;
-};
-
-ByteOrderMark byteOrderMarkAt(const unsigned char *slots, int count)
-{
-    if (count == 4 && slots[0] == 0xFF && slots[1] == 0xFE && slots[2] == 0 && slots[3] == 0)
-        return {TD_ENCODING_UTF32_LITTLE_ENDIAN, 4};
-    if (count == 4 && slots[0] == 0 && slots[1] == 0 && slots[2] == 0xFE && slots[3] == 0xFF)
-        return {TD_ENCODING_UTF32_BIG_ENDIAN, 4};
-    if (count >= 3 && slots[0] == 0xEF && slots[1] == 0xBB && slots[2] == 0xBF)
-        return {TD_ENCODING_UTF8, 3};
-    if (count >= 2 && slots[0] == 0xFF && slots[1] == 0xFE)
-        return {TD_ENCODING_UTF16_LITTLE_ENDIAN, 2};
-    if (count >= 2 && slots[0] == 0xFE && slots[1] == 0xFF)
-        return {TD_ENCODING_UTF16_BIG_ENDIAN, 2};
-    return {TD_FILE_COMMON_UNKNOWN_ENCODING, 0};
-}
-
 } // namespace
 
 StringEncoding declaredEncoding(QByteArrayView bytes)
@@ -200,6 +179,29 @@ StringEncoding declaredEncoding(QByteArrayView bytes)
     if (encoding != TD_FILE_COMMON_UNKNOWN_ENCODING || !bytes.contains('\0'))
         return encoding;
     return declaredEncodingInUnits(bytes);
+}
+
+ByteOrderMark byteOrderMarkAt(QByteArrayView firstBytes)
+{
+    const QByteArrayView bytes = firstBytes.first(qMin(firstBytes.size(), qsizetype(4)));
+    // A UTF-16 file whose first character is U+0000 is taken for UTF-32 here.
+    if (bytes == QByteArrayView("\xFF\xFE\0\0", 4))
+        return {TD_ENCODING_UTF32_LITTLE_ENDIAN, 4};
+    if (bytes == QByteArrayView("\0\0\xFE\xFF", 4))
+        return {TD_ENCODING_UTF32_BIG_ENDIAN, 4};
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        return {TD_ENCODING_UTF8, 3};
+    if (bytes.startsWith("\xFF\xFE"))
+        return {TD_ENCODING_UTF16_LITTLE_ENDIAN, 2};
+    if (bytes.startsWith("\xFE\xFF"))
+        return {TD_ENCODING_UTF16_BIG_ENDIAN, 2};
+    return {};
+}
+
+StringEncoding defaultEncodingIdentifier()
+{
+    const TDStringEncoding *standard = TDStringEncoding::defaultEncoding();
+    return standard == nullptr ? 0 : standard->stringEncodingId();
 }
 
 StringEncoding encodingFromAttributeValue(const QString &value)
@@ -230,10 +232,8 @@ void TDFileReader::_probeForEncoding()
     const StringEncoding declared = _probeContentEncoding();
     if (declared != TD_FILE_COMMON_UNKNOWN_ENCODING)
         _stringEncoding = declared;
-    if (_stringEncoding == TD_FILE_COMMON_UNKNOWN_ENCODING) {
-        const TDStringEncoding *standard = TDStringEncoding::defaultEncoding();
-        _stringEncoding = standard == nullptr ? 0 : standard->stringEncodingId();
-    }
+    if (_stringEncoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
+        _stringEncoding = defaultEncodingIdentifier();
 }
 
 StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
@@ -244,7 +244,7 @@ StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
     int count = 0;
     while (count < SLOTS && _readBuffer.read(slots[count], ignored))
         ++count;
-    const ByteOrderMark mark = byteOrderMarkAt(reinterpret_cast<const unsigned char *>(slots), count);
+    const ByteOrderMark mark = byteOrderMarkAt(QByteArrayView(slots, count));
     // Given back from the last slot downward, also when fewer were filled: a shorter file then begins with
     // unfilled slots in place of its own first bytes.
     for (int slot = SLOTS - 1; slot >= SLOTS - (count - mark.length); --slot)
@@ -255,7 +255,9 @@ StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
 StringEncoding TDFileReader::_probeExtendedAttributeEncoding()
 {
     const std::optional<QString> value =
-        pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        _isFoundInFolder
+            ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
+            : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
     return value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
 }
 

@@ -15,6 +15,18 @@ inline constexpr qsizetype TD_CONTENT_PROBE_SIZE = 512;
 /// 32-bit units. Callable from any thread.
 StringEncoding declaredEncoding(QByteArrayView bytes);
 
+struct ByteOrderMark
+{
+    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING;
+    int length = 0; ///< in bytes; 0 where there is none
+};
+
+/// The mark at the start of a file's first four bytes, or fewer if it has fewer.
+ByteOrderMark byteOrderMarkAt(QByteArrayView firstBytes);
+
+/// The user's default encoding; 0 when the settings name none that can be used.
+StringEncoding defaultEncodingIdentifier();
+
 /// The encoding recorded in an attribute's value of the form "utf-8;134217984", or
 /// TD_FILE_COMMON_UNKNOWN_ENCODING.
 StringEncoding encodingFromAttributeValue(const QString &value);

@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <fcntl.h>
 
 namespace tidemark {
 
@@ -58,8 +57,9 @@ qsizetype indexOfLineEndUnit(QByteArrayView bytes, bool littleEndian)
 
 } // namespace
 
-TDFileReader::TDFileReader(int descriptor, const FilePath &path, StringEncoding encoding)
-    : _readBuffer(descriptor), _stringEncoding(encoding), _path(path)
+TDFileReader::TDFileReader(int descriptor, const FileToRead &file, StringEncoding encoding)
+    : _readBuffer(descriptor), _stringEncoding(encoding), _path(file.path),
+      _isFoundInFolder(file.folderDescriptor >= 0)
 {
     _line.reserve(LINE_CAPACITY);
 }
@@ -67,14 +67,19 @@ TDFileReader::TDFileReader(int descriptor, const FilePath &path, StringEncoding 
 std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FilePath &path, StringEncoding encoding,
                                                                TDError &error)
 {
+    return fileReaderWithFile(FileToRead{path, -1, {}}, encoding, error);
+}
+
+std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead &file, StringEncoding encoding,
+                                                               TDError &error)
+{
     error.clear();
-    // Without O_NONBLOCK a named pipe would hold the search up until somebody writes to it.
-    const int descriptor = ::open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    const int descriptor = file.open();
     if (descriptor == -1) {
-        error = openError(path, errno);
+        error = openError(file.path, errno);
         return nullptr;
     }
-    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, path, encoding));
+    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, file, encoding));
     reader->_probeForEncoding();
     reader->_converter = TextConverter::converterForEncoding(reader->_stringEncoding);
     reader->_unitSize = reader->_sizeOfUnit();

@@ -3,6 +3,7 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TextEncoding.h"
+#include "reading/FileToRead.h"
 #include "reading/TDReadBuffer.h"
 
 #include <QByteArray>
@@ -32,6 +33,8 @@ public:
     /// in that precedence. With a given encoding nothing is looked at, and a mark is text of the first line.
     static std::unique_ptr<TDFileReader> fileReaderWithFile(const FilePath &path, StringEncoding encoding,
                                                             TDError &error);
+    static std::unique_ptr<TDFileReader> fileReaderWithFile(const FileToRead &file, StringEncoding encoding,
+                                                            TDError &error);
 
     /// The error (code 1) for a file or folder that can't be opened.
     static TDError openError(const FilePath &path, int errorNumber);
@@ -58,7 +61,7 @@ public:
     TextConverter *converter() const { return _converter.get(); }
 
 private:
-    TDFileReader(int descriptor, const FilePath &path, StringEncoding encoding);
+    TDFileReader(int descriptor, const FileToRead &file, StringEncoding encoding);
 
     void _probeForEncoding();
     StringEncoding _probeByteOrderMarkerEncoding();
@@ -76,6 +79,7 @@ private:
     StringEncoding _stringEncoding;
     FilePath _path;
     bool _hadByteOrderMarker = false;
+    bool _isFoundInFolder; ///< then it is no link, and its attributes are those of the open file
     int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
     std::unique_ptr<TextConverter> _converter;
     QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer

@@ -28,8 +28,7 @@ std::vector<TDStringEncoding> sortedEncodings()
 /// defaults.
 StringEncoding storedDefaultEncoding()
 {
-    const qint64 stored =
-        UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING);
+    const qint64 stored = UserDefaults::standard().defaultStringEncoding();
     return static_cast<StringEncoding>(static_cast<qint64>(static_cast<qint32>(stored)));
 }
 

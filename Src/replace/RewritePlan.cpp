@@ -36,6 +36,14 @@ std::optional<QByteArray> exactBytes(TextConverter &converter, const QString &te
     return bytes;
 }
 
+/// Whether it does no harm that the file has no line with the match line's number. A last line that was
+/// emptied is none any more.
+bool canBeLeftOut(const std::shared_ptr<TDMatchLine> &line)
+{
+    return line->savedLineString().isNull() ||
+           (line->savedLineString().isEmpty() && line->matchLineString().isEmpty());
+}
+
 } // namespace
 
 QByteArray byteOrderMarkOfEncoding(StringEncoding encoding)
@@ -85,15 +93,17 @@ bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const MatchL
                         bool hadByteOrderMarker, TDError &error)
 {
     _path = path;
-    const QByteArray mark = hadByteOrderMarker ? byteOrderMarkOfEncoding(reader.stringEncoding()) : QByteArray();
+    const QByteArray mark =
+        hadByteOrderMarker ? byteOrderMarkOfEncoding(reader.stringEncoding()) : QByteArray();
     if (reader.converter() == nullptr) {
         error = TDFileReader::encodingError(reader.stringEncoding());
         return false;
     }
     _keep(mark.size());
     MatchLines inOrder = matchLines;
-    std::stable_sort(inOrder.begin(), inOrder.end(),
-                     [](const auto &left, const auto &right) { return left->lineNumber() < right->lineNumber(); });
+    std::stable_sort(inOrder.begin(), inOrder.end(), [](const auto &left, const auto &right) {
+        return left->lineNumber() < right->lineNumber();
+    });
     if (!_addLines(reader, inOrder, error))
         return false;
     if (!_accountsForEveryByte(reader.path(), mark)) {
@@ -103,13 +113,24 @@ bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const MatchL
     return true;
 }
 
+std::optional<LineBytes> RewritePlan::_nextLine(TDFileReader &reader, TDError &error)
+{
+    const std::optional<LineBytes> line = reader.nextLineBytes(error);
+    if (!line)
+        return {};
+    ++_lineNumber;
+    if (_firstBytes.size() < CHECKED_FIRST_BYTES)
+        _firstBytes += line->bytes.first(qMin(CHECKED_FIRST_BYTES, line->bytes.size()));
+    return line;
+}
+
 bool RewritePlan::_addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error)
 {
     auto next = matchLines.cbegin();
-    while (const std::optional<LineBytes> line = reader.nextLineBytes(error)) {
-        ++_lineNumber;
-        if (_firstBytes.size() < CHECKED_FIRST_BYTES)
-            _firstBytes += line->bytes.first(qMin(CHECKED_FIRST_BYTES, line->bytes.size()));
+    bool hasEveryLine = true;
+    while (const std::optional<LineBytes> line = _nextLine(reader, error)) {
+        for (; next != matchLines.cend() && (*next)->lineNumber() < _lineNumber; ++next)
+            hasEveryLine = hasEveryLine && canBeLeftOut(*next);
         Place place = {next, next};
         while (place.last != matchLines.cend() && (*place.last)->lineNumber() == _lineNumber)
             ++place.last;
@@ -124,10 +145,13 @@ bool RewritePlan::_addLines(TDFileReader &reader, const MatchLines &matchLines, 
             return false;
         }
     }
+    if (!error && !(hasEveryLine && std::all_of(next, matchLines.cend(), canBeLeftOut)))
+        error = fileModifiedError(_path);
     return !error;
 }
 
-bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error)
+bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place,
+                                 TDError &error)
 {
     std::optional<QString> oldText = reader.decode(oldBytes, error);
     if (!oldText)
@@ -135,11 +159,10 @@ bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, cons
     // A line that was replaced with line ends in it stands for several lines of the file by now.
     const QString expected = (*place.first)->savedLineString();
     while (!expected.isNull() && oldText->size() < expected.size() && expected.startsWith(*oldText)) {
-        const std::optional<LineBytes> following = reader.nextLineBytes(error);
+        const std::optional<LineBytes> following = _nextLine(reader, error);
         const std::optional<QString> text = following ? reader.decode(following->bytes, error) : std::nullopt;
         if (!text)
             break;
-        ++_lineNumber;
         oldBytes += following->bytes;
         *oldText += *text;
     }
@@ -156,10 +179,12 @@ bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, cons
         _keep(oldBytes.size());
         return true;
     }
-    // Where encoding the old text doesn't give the old bytes, a changed line would change more than its matches.
+    // Where encoding the old text doesn't give the old bytes, a changed line would change more than its
+    // matches.
     bool isExact = exactBytes(*reader.converter(), *oldText) == oldBytes;
     for (auto line = place.first; isExact && line != place.last; ++line) {
-        const std::optional<QByteArray> newBytes = exactBytes(*reader.converter(), (*line)->matchLineString());
+        const std::optional<QByteArray> newBytes =
+            exactBytes(*reader.converter(), (*line)->matchLineString());
         isExact = newBytes.has_value();
         if (isExact)
             _put(*newBytes);

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 
+#include <optional>
 #include <vector>
 
 namespace tidemark {
@@ -25,18 +26,19 @@ public:
         bool isNew = false;
     };
 
-    /// Reads the old content to its end through the reader and puts the match lines in place of the lines with
-    /// their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4 when a
-    /// changed line can't be encoded exactly or mark and lines don't account for every byte of the content, or
-    /// code 30 when a line isn't the one that was searched.
-    /// `path` is the file's own, for the error.
-    bool build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines, bool hadByteOrderMarker,
-               TDError &error);
+    /// Reads the old content to its end through the reader and puts the match lines in place of the lines
+    /// with their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4
+    /// when a changed line can't be encoded exactly or mark and lines don't account for every byte of the
+    /// content, or code 30 when a line isn't the one that was searched, or isn't there. `path` is the file's
+    /// own, for the error.
+    bool build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines,
+               bool hadByteOrderMarker, TDError &error);
 
     const std::vector<Segment> &segments() const { return _segments; }
 
 private:
     struct Place;
+    std::optional<LineBytes> _nextLine(TDFileReader &reader, TDError &error);
     bool _addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error);
     bool _addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
     bool _accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const;

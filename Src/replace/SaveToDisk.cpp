@@ -22,6 +22,12 @@ qint64 countLines(QStringView text)
     return count;
 }
 
+void forgetSavedLines(const MatchLines &lines)
+{
+    for (const auto &line : lines)
+        line->setSavedLineString(QStringLiteral(""));
+}
+
 /// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into a
 /// line, or emptied one, the numbers of the lines behind it follow the file.
 void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
@@ -30,6 +36,7 @@ void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
     for (const auto &line : savedLines)
         saved.insert(line.get());
     qint64 offset = 0;
+    bool isUncertain = false;
     for (const auto &line : allLines) {
         if (offset != 0) {
             line->setLineNumber(line->lineNumber() + offset);
@@ -37,10 +44,16 @@ void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
         }
         if (!saved.contains(line.get()) || line->savedLineString() == line->matchLineString())
             continue;
+        // Behind a lone CR such a line has become part of the one before, and where the later ones stand can't be
+        // told from here: a text that no line has makes the next rewrite refuse them.
+        isUncertain = isUncertain || (line->lineNumber() > 1 && line->matchLineString().startsWith(u'\n') &&
+                                      !line->savedLineString().startsWith(u'\n'));
         if (!line->savedLineString().isNull())
             offset += countLines(line->matchLineString()) - countLines(line->savedLineString());
         line->setSavedLineString(line->matchLineString());
     }
+    if (isUncertain)
+        forgetSavedLines(allLines);
 }
 
 } // namespace

@@ -5,11 +5,21 @@
 #include "reading/TDStringEncoding.h"
 #include "search/Kind.h"
 
+#include <algorithm>
+#include <thread>
+
 namespace tidemark {
 
 namespace {
 
 const QString UTI_PREFIX = QStringLiteral("uti:");
+
+/// As it was before the file was read.
+std::optional<FileDate> dateOf(const FileToRead &file, const TDMatchLineHighlighter &highlighter)
+{
+    return highlighter.modificationDate() ? highlighter.modificationDate()
+                                          : TDFileCommon::fileModificationDate(file.path);
+}
 
 } // namespace
 
@@ -58,7 +68,29 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     // A stop that was asked for before the walk began has to count as well.
     if (_shouldStopSearch)
         _folderTraverser.stopTraversal();
+    _prepareThreads();
     _folderTraverser.startTraversal();
+    _pipeline.reset();
+    _context.reset();
+    _lastFolder.reset();
+}
+
+void TDSearchEngine::_prepareThreads()
+{
+    const int threads = _threadCount > 0 ? _threadCount : int(std::max(1U, std::thread::hardware_concurrency()));
+    if (threads == 1) {
+        _context = std::make_unique<SearchContext>(*_pattern);
+        return;
+    }
+    _pipeline = std::make_unique<SearchPipeline>(
+        threads, *_pattern, _shouldStopSearch,
+        [this](const FileToRead &file, SearchContext &context, TDError &error) {
+            return _searchFile(file, context, error);
+        },
+        [this](const SearchJob &job) {
+            _announce(job);
+            _deliver(job);
+        });
 }
 
 void TDSearchEngine::_addScopes()
@@ -83,69 +115,132 @@ void TDSearchEngine::stopSearch()
 
 void TDSearchEngine::didFindFile(const FilePath &path, quint64 scannedCount, int, qint64, qint64)
 {
-    ++_scannedCount;
-    if (_delegate)
-        _delegate->didFindFile(path, scannedCount, _fileMatchCount, _matchCount);
-    TDError error;
-    const std::shared_ptr<TDFindResultItem> file = searchFindTextInFile(path, error);
-    if (error) {
-        if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)) {
-            // Once only, also when the walk brings another file before it notices the stop.
-            const bool alreadyStopped = _shouldStopSearch;
-            stopSearch();
-            if (_delegate && !alreadyStopped)
-                _delegate->errorOccured(error);
-        } else if (!_shouldStopSearch && _delegate) {
-            _delegate->didFindMatchInFile(file);
-        }
+    SearchJob job;
+    job.file.path = path;
+    job.scannedCount = scannedCount;
+    _take(std::move(job));
+}
+
+void TDSearchEngine::didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
+                                         quint64 scannedCount, int, qint64, qint64)
+{
+    SearchJob job;
+    job.file.path = path;
+    job.scannedCount = scannedCount;
+    job.folder = _sharedFolder(folderDescriptor, QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name))));
+    if (job.folder) {
+        job.file.folderDescriptor = job.folder->descriptor();
+        job.file.name = name;
+    }
+    _take(std::move(job));
+}
+
+void TDSearchEngine::_take(SearchJob job)
+{
+    if (_pipeline) {
+        _pipeline->add(std::move(job));
         return;
     }
-    if (!file)
-        return;
-    ++_fileMatchCount;
-    _matchCount += quint64(file->matchCount().value_or(0));
-    if (_delegate)
-        _delegate->didFindMatchInFile(file);
+    _announce(job);
+    if (job.folderErrorNumber == 0)
+        job.result = _searchFile(job.file, *_context, job.error);
+    _deliver(job);
+}
+
+std::shared_ptr<SharedFolder> TDSearchEngine::_sharedFolder(int descriptor, QByteArrayView folderPath)
+{
+    if (!_lastFolder || _lastFolderPath != folderPath) {
+        _lastFolder = SharedFolder::duplicate(descriptor);
+        _lastFolderPath = folderPath.toByteArray();
+    }
+    return _lastFolder;
 }
 
 void TDSearchEngine::didFailToReadFolder(const FilePath &path, int errorNumber)
 {
-    if (_shouldStopSearch || !_delegate)
+    SearchJob job;
+    job.file.path = path;
+    job.folderErrorNumber = errorNumber;
+    job.error = TDFileReader::openError(path, errorNumber);
+    job.result = TDFindResultItem::initWithFailedFile(path, TDFileCommon::fileModificationDate(path), job.error);
+    _take(std::move(job));
+}
+
+void TDSearchEngine::_announce(const SearchJob &job)
+{
+    if (job.folderErrorNumber != 0)
         return;
-    _delegate->didFindMatchInFile(TDFindResultItem::initWithFailedFile(
-        path, TDFileCommon::fileModificationDate(path), TDFileReader::openError(path, errorNumber)));
+    ++_scannedCount;
+    if (_delegate)
+        _delegate->didFindFile(job.file.path, job.scannedCount, _fileMatchCount, _matchCount);
+}
+
+void TDSearchEngine::_deliver(const SearchJob &job)
+{
+    if (job.error) {
+        _deliverError(job);
+    } else if (job.result && !_shouldStopSearch) {
+        ++_fileMatchCount;
+        _matchCount += quint64(job.result->matchCount().value_or(0));
+        if (_delegate)
+            _delegate->didFindMatchInFile(job.result);
+    }
+}
+
+void TDSearchEngine::_deliverError(const SearchJob &job)
+{
+    if (_shouldStopSearch)
+        return;
+    if (job.error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)) {
+        stopSearch();
+        if (_delegate)
+            _delegate->errorOccured(job.error);
+    } else if (_delegate) {
+        _delegate->didFindMatchInFile(job.result);
+    }
 }
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const FilePath &path, TDError &error)
 {
-    const std::optional<FileDate> modificationDate = TDFileCommon::fileModificationDate(path);
+    SearchContext context(*_pattern);
+    return _searchFile(FileToRead{path, -1, {}}, context, error);
+}
+
+std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
+                                                              TDError &error)
+{
     auto highlighter = std::make_shared<TDMatchLineHighlighter>();
     highlighter->setSearchShouldStop(&_shouldStopSearch);
-    const bool searched =
-        highlighter->processWithFile(path, TDStringEncoding::userDefaultsEncoding(), error, *_pattern);
+    const bool searched = highlighter->processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context);
     // The highlighter outlives the search, as it owns the match lines.
     highlighter->setSearchShouldStop(nullptr);
     if (!searched) {
         if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
             return nullptr;
-        return TDFindResultItem::initWithFailedFile(path, modificationDate, error);
+        return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, *highlighter), error);
     }
     if (highlighter->matchLines().isEmpty())
         return nullptr;
 
-    auto file = TDFindResultItem::initWithFile(path, modificationDate, _findText, highlighter->includesBOM());
-    file->setMatchLineHighlighter(highlighter);
+    auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, *highlighter), _findText,
+                                               highlighter->includesBOM());
     FindResultItems children;
     children.reserve(highlighter->matchLines().size());
     for (const auto &matchLine : highlighter->matchLines())
-        children << TDFindResultItem::initWithMatchLine(matchLine, file.get());
-    file->setMatchLines(std::move(children));
-    return file;
+        children << TDFindResultItem::initWithMatchLine(matchLine, item.get());
+    item->setMatchLineHighlighter(std::move(highlighter));
+    item->setMatchLines(std::move(children));
+    return item;
 }
 
 void TDSearchEngine::traversalFinished()
 {
-    if (_delegate)
+    if (_pipeline)
+        _pipeline->finish();
+    // A stop can still come, or an expression show itself as faulty, while the last files are searched.
+    if (_shouldStopSearch)
+        traversalStopped();
+    else if (_delegate)
         _delegate->didFinishSearch(_scannedCount, _fileMatchCount, _matchCount);
 }
 

@@ -3,6 +3,8 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "matching/TDFindResultItem.h"
+#include "matching/SearchContext.h"
+#include "search/SearchPipeline.h"
 #include "search/TDSearchLocation.h"
 #include "search/VKFolderTraverser.h"
 
@@ -21,7 +23,8 @@ class TDSearchEngineDelegate
 public:
     virtual ~TDSearchEngineDelegate() = default;
 
-    /// Before each file is searched: the traverser's count of files, and the engine's counts so far.
+    /// Once for each file, before what was found in it: the traverser's count of files, and the engine's counts so
+    /// far.
     virtual void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
                              quint64 matchCount);
     /// A file node with its match lines, after it was counted; or one whose child is an error, which isn't.
@@ -42,6 +45,10 @@ public:
 
     /// Kept alive by the engine; whoever holds both lets go of the engine to end that.
     void setDelegate(std::shared_ptr<TDSearchEngineDelegate> delegate) { _delegate = std::move(delegate); }
+
+    /// How many threads search, the calling one included; 1 searches each file in its turn, between its two
+    /// messages, more of them read ahead. 0, the default: as many as the machine has cores.
+    void setThreadCount(int threads) { _threadCount = threads; }
 
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
@@ -66,12 +73,20 @@ public:
 private:
     void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
                      qint64 sizeOnDisk) override;
+    void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path, quint64 scannedCount,
+                             int level, qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
     void traversalFinished() override;
     void traversalStopped() override;
 
     void _addScopes();
-    void _reportError(const FilePath &path, const TDError &error);
+    std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
+    void _prepareThreads();
+    std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context, TDError &error);
+    void _take(SearchJob job);
+    void _announce(const SearchJob &job);
+    void _deliver(const SearchJob &job);
+    void _deliverError(const SearchJob &job);
 
     std::shared_ptr<TDSearchEngineDelegate> _delegate;
     QString _findText;
@@ -80,6 +95,12 @@ private:
     std::unique_ptr<TDFindPattern> _pattern;
     VKFolderTraverser _folderTraverser;
     std::atomic<bool> _shouldStopSearch = false;
+    /// Exactly one of the two exists while a search runs.
+    std::unique_ptr<SearchPipeline> _pipeline;
+    std::unique_ptr<SearchContext> _context;
+    QByteArray _lastFolderPath;
+    std::shared_ptr<SharedFolder> _lastFolder;
+    int _threadCount = 0;
     quint64 _scannedCount = 0;
     quint64 _fileMatchCount = 0;
     quint64 _matchCount = 0;

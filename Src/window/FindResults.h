@@ -6,8 +6,8 @@
 
 namespace tidemark {
 
-/// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each node's
-/// position() is its index in this list; children keep theirs in their file.
+/// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each
+/// node's position() is its index in this list; children keep theirs in their file.
 class FindResults : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,9 @@ public:
 
     void clear();
     void append(const FindResultItems &files);
-    /// Removes the nodes: whole files, and match lines from the files that stay. Nodes that aren't in the list are
-    /// passed over. Linear in the size of the list, however many are removed.
+    /// Removes the nodes: whole files, and match lines from the files that stay. Nodes that aren't in the
+    /// list are passed over. Linear in the size of the list, however many are removed: scattered nodes are
+    /// removed in one go.
     void remove(const FindResultItems &nodes);
 
 Q_SIGNALS:
@@ -30,11 +31,27 @@ Q_SIGNALS:
     void cleared();
     void aboutToAppend(qsizetype first, qsizetype count);
     void appended(qsizetype first, qsizetype count);
-    /// For each run of neighbouring siblings; `parent` is null for files. Sent from the end of the list forward.
+    /// For each run of neighbouring siblings; `parent` is null for files. Sent from the end of the list
+    /// forward.
     void aboutToRemove(TDFindResultItem *parent, qsizetype first, qsizetype count);
     void removed(TDFindResultItem *parent, qsizetype first, qsizetype count);
+    /// Instead of very many removals.
+    void aboutToThinOut();
+    void thinnedOut();
 
 private:
+    struct Removal
+    {
+        TDFindResultItem *parent; ///< null for files
+        qsizetype first;
+        qsizetype count;
+    };
+    QList<Removal> _removals(const FindResultItems &nodes) const;
+    void _removeRuns(const QList<Removal> &removals);
+    void _thinOut(const QList<Removal> &removals);
+    FindResultItems _siblings(const TDFindResultItem *parent) const;
+    void _setSiblings(TDFindResultItem *parent, FindResultItems siblings);
+
     FindResultItems _files;
 };
 

@@ -1,0 +1,215 @@
+#include "Demo.h"
+
+#include "foundation/UserDefaults.h"
+#include "search/TDSearchEngine.h"
+#include "ui_MyDocument.h"
+#include "window/MyDocument.h"
+#include "window/ResultsPane.h"
+#include "window/TDMyDocumentController.h"
+
+#include <QAction>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+
+#include <cstdio>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark {
+
+namespace {
+
+constexpr int PATIENCE_MILLISECONDS = 30000;
+
+/// Counts what is really in the files, whatever the window shows.
+class Count : public TDSearchEngineDelegate
+{
+public:
+    void didFinishSearch(quint64, quint64, quint64 matchCount) override { matches = qint64(matchCount); }
+    qint64 matches = -1;
+};
+
+void print(const QString &line)
+{
+    std::printf("%s\n", line.toUtf8().constData());
+    std::fflush(stdout);
+}
+
+} // namespace
+
+Demo::Demo(const FilePath &folder, const QString &pictures) : _folder(folder), _pictures(pictures) {}
+
+bool Demo::run(const QString &findText, const QString &replaceText)
+{
+    _open();
+    _addFolder();
+    _search(findText);
+    if (!_expect(_matchesOnDisk(findText) > 3, u"there is something to walk through"_s))
+        return false;
+    _type(_ui().replaceTextComboBox->lineEdit(), replaceText);
+    _walk();
+    _replaceOne();
+    _replaceSelection();
+    _replaceAll(findText);
+    _searchAgain(findText, replaceText);
+    return _succeeded;
+}
+
+void Demo::_open()
+{
+    _expect(QDir().mkpath(_pictures), u"the folder for the pictures can be made"_s);
+    _application.awakeFromNib();
+    _application.applicationDidFinishLaunching();
+    _document = _application.documents().value(0);
+    _controller = _document->myDocumentController();
+    QObject::connect(_document, &MyDocument::resultsStatusTextChanged, [this, shown = QString()]() mutable {
+        // The count of files notifies of the line as well.
+        if (std::exchange(shown, _document->resultsStatusText()) != shown && !shown.isEmpty())
+            print(u"status: "_s + shown);
+    });
+    _wait(u"the window opens"_s, [this] { return _controller->window()->isVisible(); });
+    _controller->window()->activateWindow();
+    _picture(u"empty"_s);
+}
+
+void Demo::_addFolder()
+{
+    _controller->locations().addSearchLocations({_folder.toUrl()});
+    _expect(_ui().searchLocationsTableView->model()->rowCount() == 1, u"the folder is in the list"_s);
+}
+
+void Demo::_search(const QString &findText)
+{
+    _type(_ui().findTextComboBox->lineEdit(), findText);
+    QTest::keyClick(_ui().findTextComboBox->lineEdit(), Qt::Key_Return);
+    _expect(_controller->searching(), u"Return starts the search"_s);
+    _expect(_ui().startStopButton->text() == MyDocument::searchButtonTitleStop(),
+            u"the button can stop it"_s);
+    _picture(u"searching"_s);
+    _wait(u"the search ends"_s, [this] { return !_controller->searching(); });
+    _expect(_document->resultsStatusText().startsWith(u"Search completed ("_s), u"the status line says so"_s);
+    _expect(_document->filesWithMatchesCount() == _document->findResults().count(), u"the counts agree"_s);
+    _picture(u"results"_s);
+}
+
+void Demo::_walk()
+{
+    for (int step = 0; step < 3; ++step)
+        QTest::keyClick(_controller->window(), Qt::Key_F4);
+    const TDMatchLine *line = _controller->resultsPane().navigation().currentlySelectedMatchLine();
+    _expect(line != nullptr && line->highlightedMatchIndex() >= 0, u"F4 walks to a match"_s);
+    _picture(u"walking"_s);
+}
+
+void Demo::_replaceOne()
+{
+    const qint64 before = _matchesOnDisk(_document->findText());
+    _controller->actions().replace->trigger();
+    _expect(_matchesOnDisk(_document->findText()) == before - 1, u"one match is replaced"_s);
+    _picture(u"replaced one"_s);
+}
+
+void Demo::_replaceSelection()
+{
+    const qint64 before = _matchesOnDisk(_document->findText());
+    _controller->moveToNextMatch();
+    _controller->moveToNextMatchByExtendingSelection();
+    _picture(u"selection"_s);
+    _controller->actions().replaceSelection->trigger();
+    if (_confirm(u"Replace Selection"_s, u"confirm selection"_s))
+        _wait(u"the selected matches are replaced"_s, [this, before] {
+            return !_controller->isReplacing() && _matchesOnDisk(_document->findText()) < before;
+        });
+    _picture(u"replaced selection"_s);
+}
+
+void Demo::_replaceAll(const QString &findText)
+{
+    _controller->actions().replaceAll->trigger();
+    if (_confirm(u"Replace All"_s, u"confirm all"_s))
+        _wait(u"all matches of "_s + findText + u" are replaced"_s,
+              [this] { return !_controller->isReplacing() && _matchesOnDisk(_document->findText()) == 0; });
+    _picture(u"replaced all"_s);
+}
+
+void Demo::_searchAgain(const QString &findText, const QString &replaceText)
+{
+    _search(findText);
+    _expect(_matchesOnDisk(findText) == 0, u"nothing is left to find"_s);
+    _search(replaceText);
+    _expect(_matchesOnDisk(replaceText) > 0, u"the replace text is in the files"_s);
+}
+
+bool Demo::_expect(bool holds, const QString &what)
+{
+    print((holds ? u"ok: "_s : u"FAILED: "_s) + what);
+    _succeeded = _succeeded && holds;
+    return holds;
+}
+
+bool Demo::_wait(const QString &what, const std::function<bool()> &condition)
+{
+    return _expect(QTest::qWaitFor(condition, PATIENCE_MILLISECONDS), what);
+}
+
+void Demo::_picture(const QString &name)
+{
+    QCoreApplication::processEvents();
+    _save(*_controller->window(), name);
+}
+
+void Demo::_save(QWidget &shown, QString name)
+{
+    const QString number = QString::number(++_pictureNumber).rightJustified(2, u'0');
+    const QString file = number + u'-' + name.replace(u' ', u'-') + u".png"_s;
+    _expect(shown.grab().save(_pictures + u'/' + file), u"picture "_s + file);
+}
+
+void Demo::_type(QLineEdit *field, const QString &text)
+{
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Backspace);
+    QTest::keyClicks(field, text);
+    _expect(field->text() == text, u"typed: "_s + text);
+}
+
+bool Demo::_confirm(const QString &buttonText, const QString &pictureName)
+{
+    QMessageBox *sheet = nullptr;
+    _wait(u"a sheet asks first"_s, [&] {
+        sheet = _controller->window()->findChild<QMessageBox *>();
+        return sheet != nullptr && sheet->isVisible();
+    });
+    if (sheet == nullptr)
+        return false;
+    _save(*sheet, pictureName);
+    const QList<QAbstractButton *> buttons = sheet->buttons();
+    for (QAbstractButton *button : buttons) {
+        if (button->text() == buttonText) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            return true;
+        }
+    }
+    return _expect(false, u"the sheet has a button "_s + buttonText);
+}
+
+Ui::MyDocument &Demo::_ui() const
+{
+    return _controller->window()->ui();
+}
+
+qint64 Demo::_matchesOnDisk(const QString &text) const
+{
+    const auto count = std::make_shared<Count>();
+    TDSearchEngine engine;
+    engine.setDelegate(count);
+    engine.startSearch(text, _document->searchLocations(),
+                       !UserDefaults::standard().boolFor(BooleanSetting::IgnoreCase));
+    return count->matches;
+}
+
+} // namespace tidemark

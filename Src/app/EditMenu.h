@@ -1,0 +1,11 @@
+#pragma once
+
+class QMenuBar;
+
+namespace tidemark {
+
+/// Adds the commands for the text field that has the keyboard; they are enabled as it allows. Their keys are
+/// shown, but the field itself takes them, as elsewhere some of them are other commands.
+void addEditMenu(QMenuBar *bar);
+
+} // namespace tidemark

@@ -1,0 +1,96 @@
+#include "app/MainMenu.h"
+
+#include "app/EditMenu.h"
+#include "app/TDApplicationController.h"
+#include "app/WindowMenu.h"
+#include "foundation/LocalizedText.h"
+#include "window/FileTypesMenu.h"
+#include "window/ResultsPane.h"
+#include "window/TDMyDocumentController.h"
+
+#include <QMenuBar>
+
+namespace tidemark {
+
+namespace {
+
+void addFileMenu(QMenuBar *bar, const SearchWindowActions &actions, TDApplicationController &application)
+{
+    QMenu *menu = bar->addMenu(localizedString("&File"));
+    menu->addAction(localizedString("&New Window"), QKeySequence::New, &application,
+                    &TDApplicationController::applicationOpenUntitledFile);
+    menu->addSeparator();
+    menu->addAction(actions.addLocation);
+    menu->addAction(actions.removeLocation);
+    menu->addSeparator();
+    menu->addAction(actions.close);
+    QAction *quit = menu->addAction(localizedString("&Quit"), QKeySequence::Quit, &application,
+                                    &TDApplicationController::terminate);
+    // On desktops without a key of their own for it.
+    if (quit->shortcut().isEmpty())
+        quit->setShortcut(Qt::CTRL | Qt::Key_Q);
+    quit->setMenuRole(QAction::QuitRole);
+}
+
+void addSearchMenu(QMenuBar *bar, const SearchWindowActions &actions)
+{
+    QMenu *menu = bar->addMenu(localizedString("&Search"));
+    menu->addAction(actions.startStopSearch);
+    menu->addAction(actions.stop);
+    menu->addSeparator();
+    menu->addAction(actions.ignoreCase);
+    menu->addAction(actions.regularExpression);
+    menu->addAction(actions.fileTypes);
+}
+
+void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
+{
+    const SearchWindowActions &actions = controller.actions();
+    ResultsActions &results = controller.resultsPane().resultsActions();
+    QMenu *menu = bar->addMenu(localizedString("&Results"));
+    menu->addActions({actions.nextMatch, actions.previousMatch, actions.firstMatchInNextFile,
+                      actions.firstMatchInPreviousFile});
+    menu->addSeparator();
+    menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});
+    menu->addSeparator();
+    menu->addActions({actions.expandCollapseAll, actions.removeSelected});
+    menu->addSeparator();
+    menu->addActions(
+        {results.openAction(), results.revealAction(), results.copyLineAction(), results.copyPathAction()});
+    QObject::connect(menu, &QMenu::aboutToShow, &results, &ResultsActions::validateUserInterfaceItems);
+}
+
+void addHelpMenu(QMenuBar *bar, TDApplicationController &application)
+{
+    QMenu *menu = bar->addMenu(localizedString("&Help"));
+    menu->addAction(localizedString("Velkor Tidemark &Help"), QKeySequence::HelpContents, &application,
+                    &TDApplicationController::showHelp);
+    menu->addAction(localizedString("Frequently Asked &Questions"), &application,
+                    &TDApplicationController::showHelpForFAQ);
+    menu->addAction(localizedString("Overview for &New Users"), &application,
+                    &TDApplicationController::helpOverviewForNewUsers);
+    menu->addSeparator();
+    menu->addAction(localizedString("&Tidemark Home Page"), &application,
+                    &TDApplicationController::helpVelkorTDMHomePage);
+    menu->addAction(localizedString("&Velkor Home Page"), &application,
+                    &TDApplicationController::helpVelkorHomePage);
+    menu->addSeparator();
+    QAction *about = menu->addAction(localizedString("&About Velkor Tidemark"), &application,
+                                     &TDApplicationController::showAboutWindow);
+    about->setMenuRole(QAction::AboutRole);
+}
+
+} // namespace
+
+void buildMainMenu(TDMyDocumentController &controller, TDApplicationController &application)
+{
+    QMenuBar *bar = controller.window()->menuBar();
+    addFileMenu(bar, controller.actions(), application);
+    addEditMenu(bar);
+    addSearchMenu(bar, controller.actions());
+    addResultsMenu(bar, controller);
+    addWindowMenu(bar, controller, application);
+    addHelpMenu(bar, application);
+}
+
+} // namespace tidemark

@@ -1,0 +1,231 @@
+#include "app/TDApplicationController.h"
+
+#include "app/AboutWindow.h"
+#include "app/HelpWindow.h"
+#include "app/MainMenu.h"
+#include "foundation/LocalizedText.h"
+#include "foundation/UserDefaults.h"
+#include "search/RegisterUserDefaults.h"
+#include "window/MyDocument.h"
+#include "window/StopReplaceQuestion.h"
+#include "window/TDMyDocumentController.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace tidemark {
+
+namespace {
+
+constexpr quint64 PRODUCT_YEAR = 2012;
+constexpr quint64 PRODUCT_BUILD = 234;
+constexpr int CASCADE = 24;
+
+void cascadeFrom(const QWidget *window, QWidget *next)
+{
+    if (window != nullptr && window->isVisible())
+        next->move(window->pos() + QPoint(CASCADE, CASCADE));
+}
+
+} // namespace
+
+TDApplicationController::TDApplicationController(QObject *parent) : QObject(parent)
+{
+    _connectApplication();
+}
+
+TDApplicationController::~TDApplicationController() = default;
+
+void TDApplicationController::_connectApplication()
+{
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &TDApplicationController::applicationWillTerminate);
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationHidden)
+            applicationWillHide();
+        else
+            applicationDidUnhide();
+    });
+}
+
+void TDApplicationController::awakeFromNib()
+{
+    registerUserDefaults();
+    const QByteArray archive = UserDefaults::standard().objectForKey(kmIncludedKinds2Pref).toByteArray();
+    bool isArchive = false;
+    const QList<Kind> kinds = unarchivedKinds(archive, &isArchive);
+    setKinds(isArchive ? kinds : Kind::defaultKinds());
+}
+
+void TDApplicationController::registerUserDefaults()
+{
+    tidemark::registerUserDefaults(UserDefaults::standard());
+}
+
+void TDApplicationController::setKinds(const QList<Kind> &kinds)
+{
+    setKindsInForce(kinds);
+    Q_EMIT kindsChanged();
+}
+
+void TDApplicationController::applicationDidFinishLaunching()
+{
+    if (_documents.empty() && applicationShouldOpenUntitledFile())
+        applicationOpenUntitledFile();
+}
+
+bool TDApplicationController::applicationOpenUntitledFile()
+{
+    return openUntitledDocument(TD_DOCUMENT_TYPE) != nullptr;
+}
+
+MyDocument *TDApplicationController::openUntitledDocument(const QString &documentType)
+{
+    if (documentType != TD_DOCUMENT_TYPE)
+        return nullptr;
+    MyDocument *document = _documents.emplace_back(std::make_unique<MyDocument>(*this)).get();
+    document->makeWindowControllers();
+    SearchWindow *window = document->myDocumentController()->window();
+    buildMainMenu(*document->myDocumentController(), *this);
+    connect(window, &SearchWindow::closed, this, [this, document] { _documentClosed(document); });
+    cascadeFrom(QApplication::activeWindow(), window);
+    document->showWindows();
+    return document;
+}
+
+QList<MyDocument *> TDApplicationController::documents() const
+{
+    QList<MyDocument *> documents;
+    for (const auto &document : _documents)
+        documents << document.get();
+    return documents;
+}
+
+void TDApplicationController::_documentClosed(MyDocument *document)
+{
+    const auto closed = std::find_if(_documents.begin(), _documents.end(), [document](const auto &candidate) {
+        return candidate.get() == document;
+    });
+    if (closed == _documents.end())
+        return;
+    TDMyDocumentController *controller = document->myDocumentController();
+    _closingDocuments.push_back(std::move(*closed));
+    _documents.erase(closed);
+    // A replace is still on the stack; it has been told to stop and says when it has.
+    if (controller->isReplacing())
+        connect(controller, &TDMyDocumentController::replaceEnded, this,
+                [this, document] { _release(document); });
+    else
+        _release(document);
+}
+
+void TDApplicationController::_release(MyDocument *document)
+{
+    std::erase_if(_closingDocuments, [document](std::unique_ptr<MyDocument> &candidate) {
+        if (candidate.get() != document)
+            return false;
+        // The window is in the middle of telling that it closed.
+        candidate.release()->deleteLater();
+        return true;
+    });
+}
+
+TerminateReply TDApplicationController::applicationShouldTerminate()
+{
+    if (_countBusyWindows == 0) {
+        _saveAllDocuments();
+        return TerminateReply::Now;
+    }
+    askToStopReplace(nullptr, localizedString("Continue Replace and Don‘t Quit"),
+                     localizedString("Stop Replace and Quit"), this, [this] { _stopAndTerminate(); });
+    return TerminateReply::Later;
+}
+
+void TDApplicationController::_saveAllDocuments()
+{
+    for (auto document = _documents.rbegin(); document != _documents.rend(); ++document)
+        (*document)->saveUserDefaultsForWindow();
+}
+
+void TDApplicationController::_stopAndTerminate()
+{
+    for (auto document = _documents.rbegin(); document != _documents.rend(); ++document) {
+        (*document)->saveUserDefaultsForWindow();
+        (*document)->myDocumentController()->stopSearch();
+        (*document)->myDocumentController()->setStopReplace(true);
+    }
+    QCoreApplication::exit();
+}
+
+void TDApplicationController::terminate()
+{
+    if (applicationShouldTerminate() == TerminateReply::Now)
+        QCoreApplication::exit();
+}
+
+void TDApplicationController::applicationWillTerminate()
+{
+    UserDefaults &settings = UserDefaults::standard();
+    settings.setObject(kmIncludedKinds2Pref, archivedKinds(kinds()));
+    settings.synchronize();
+}
+
+void TDApplicationController::applicationWillHide()
+{
+    for (const auto &document : _documents)
+        document->myDocumentController()->hideProgressIndicator();
+}
+
+void TDApplicationController::applicationDidUnhide()
+{
+    for (const auto &document : _documents)
+        document->myDocumentController()->showProgressIndicatorIfSearching();
+}
+
+void TDApplicationController::_showHelpTopic(const QString &topic)
+{
+    if (!_helpWindow)
+        _helpWindow = std::make_unique<HelpWindow>();
+    _helpWindow->showTopic(topic);
+}
+
+void TDApplicationController::showHelp()
+{
+    _showHelpTopic(TD_HELP_OVERVIEW_TOPIC);
+}
+
+void TDApplicationController::showHelpForFAQ()
+{
+    _showHelpTopic(TD_HELP_FAQ_TOPIC);
+}
+
+void TDApplicationController::helpVelkorHomePage()
+{
+    QDesktopServices::openUrl(QUrl(TD_VELKOR_HOME_PAGE));
+}
+
+void TDApplicationController::helpVelkorTDMHomePage()
+{
+    QDesktopServices::openUrl(QUrl(TD_TIDEMARK_HOME_PAGE));
+}
+
+void TDApplicationController::showAboutWindow()
+{
+    tidemark::showAboutWindow(QApplication::activeWindow(), productNameAndVersion(), productVersion());
+}
+
+QString TDApplicationController::productVersion()
+{
+    const QString number = formatted(QStringLiteral("%lu.%lu"), {PRODUCT_YEAR, PRODUCT_BUILD});
+    return formatted(localizedString("IDS_ProductVersion"), {number});
+}
+
+QString TDApplicationController::productNameAndVersion()
+{
+    const QString number = formatted(QStringLiteral("%lu"), {PRODUCT_YEAR});
+    return formatted(localizedString("IDS_ProductNameAndVersion"), {number});
+}
+
+} // namespace tidemark

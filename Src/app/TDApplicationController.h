@@ -1,0 +1,93 @@
+#pragma once
+
+#include "search/Kind.h"
+#include "window/ApplicationDelegate.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <vector>
+
+namespace tidemark {
+
+class HelpWindow;
+class MyDocument;
+
+inline const QString TD_HELP_OVERVIEW_TOPIC = QStringLiteral("index");
+inline const QString TD_HELP_FAQ_TOPIC = QStringLiteral("using-tidemark");
+inline const QString kmApplicationControllerKindsKey = QStringLiteral("kinds");
+/// The type of a search document.
+inline const QString TD_DOCUMENT_TYPE = QStringLiteral("com.velkor.Tidemark.document");
+inline const QString TD_VELKOR_HOME_PAGE = QStringLiteral("https://www.velkor.com/");
+inline const QString TD_TIDEMARK_HOME_PAGE = QStringLiteral("https://www.velkor.com/tidemark/");
+
+enum class TerminateReply { Now, Later };
+
+/// The application: its settings and kinds, its search documents, and when it may quit. One for the life of
+/// the process, made after the application object. Main thread only.
+class TDApplicationController : public QObject, public ApplicationDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit TDApplicationController(QObject *parent = nullptr);
+    ~TDApplicationController() override;
+
+    /// Registers the factory settings and takes over the stored kinds; before any document is made.
+    void awakeFromNib();
+    void registerUserDefaults();
+    /// Opens an untitled document, unless there is one already.
+    void applicationDidFinishLaunching();
+    bool applicationShouldOpenUntitledFile() const { return true; }
+    bool applicationOpenUntitledFile();
+    /// Null for another type than that of search documents.
+    MyDocument *openUntitledDocument(const QString &documentType);
+
+    /// Now: the documents' settings are saved, and quitting may go on. Later: the user is being asked, and
+    /// quitting goes on by itself if that is the answer.
+    TerminateReply applicationShouldTerminate();
+    void applicationWillTerminate();
+    void applicationWillHide();
+    void applicationDidUnhide();
+    /// Quits, or asks first.
+    void terminate();
+
+    quint64 countBusyWindows() const override { return _countBusyWindows; }
+    void setCountBusyWindows(quint64 count) override { _countBusyWindows = count; }
+    QList<Kind> kinds() const { return kindsInForce(); }
+    void setKinds(const QList<Kind> &kinds);
+
+    /// In the order in which they were opened.
+    QList<MyDocument *> documents() const;
+
+    void showHelp();
+    void showHelpForFAQ();
+    void helpOverviewForNewUsers() { showHelpForFAQ(); }
+    void helpVelkorHomePage();
+    void helpVelkorTDMHomePage();
+    void showAboutWindow();
+
+    static QString productVersion();
+    static QString productNameAndVersion();
+
+Q_SIGNALS:
+    void kindsChanged();
+
+private:
+    void _connectApplication();
+    void _documentClosed(MyDocument *document);
+    void _release(MyDocument *document);
+    void _saveAllDocuments();
+    void _stopAndTerminate();
+    void _showHelpTopic(const QString &topic);
+
+    std::vector<std::unique_ptr<MyDocument>> _documents;
+    /// Whose windows have closed while a replace was running in them.
+    std::vector<std::unique_ptr<MyDocument>> _closingDocuments;
+    std::unique_ptr<HelpWindow> _helpWindow;
+    quint64 _countBusyWindows = 0;
+};
+
+} // namespace tidemark

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "foundation/TDFileCommon.h"
+#include "foundation/TextEncoding.h"
+#include "reading/FileToRead.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <memory>
+#include <optional>
+
+namespace tidemark {
+
+/// Reads files as blocks of whole lines in UTF-8, for searching them fast. It knows its limits: for everything
+/// that is out of the ordinary it sends the caller to the line reader, whose lines, errors and quirks are the
+/// measure; what it does deliver is exactly the text of the line reader's lines, one after the other. One object
+/// reads any number of files, one at a time, and keeps its buffers. Not to be shared between threads.
+class TextBlockReader
+{
+public:
+    enum class Outcome {
+        Block,
+        EndOfFile,
+        /// The file can't be opened or read, holds bytes that its encoding doesn't allow, is shorter than a
+        /// byte-order mark can be, or its encoding can only be decoded line by line.
+        NeedsLineReader,
+    };
+
+    TextBlockReader();
+    ~TextBlockReader();
+    TextBlockReader(const TextBlockReader &) = delete;
+    TextBlockReader &operator=(const TextBlockReader &) = delete;
+
+    /// Closes the file before and opens this one; the encoding as for the line reader.
+    Outcome open(const FileToRead &file, StringEncoding encoding);
+    /// The next lines, valid until the next call. Each block but the last of a file ends with a line end.
+    Outcome nextBlock(QByteArrayView &block);
+    void close();
+
+    /// True when the block delivered last was the last of the file.
+    bool isAtEnd() const { return _endOfFile && _start == _end; }
+
+    /// Of the file opened last: its date before it was read, and whether it began with a mark.
+    std::optional<FileDate> modificationDate() const { return _modificationDate; }
+    bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
+
+private:
+    bool _fill();
+    bool _settleEncoding(StringEncoding encoding);
+    qsizetype _lengthOfWholeLines() const;
+    Outcome _asUtf8(QByteArrayView bytes, QByteArrayView &block);
+
+    /// Most files fit, so that one read tells their end too.
+    static constexpr qsizetype FIRST_CAPACITY = 1 << 17;
+
+    int _descriptor = -1;
+    std::unique_ptr<char[]> _buffer;
+    qsizetype _capacity = 0;
+    qsizetype _start = 0; ///< of what hasn't been handed out yet, in _buffer
+    qsizetype _end = 0;
+    bool _endOfFile = false;
+    bool _hadByteOrderMarker = false;
+    std::optional<FileDate> _modificationDate;
+    StringEncoding _encoding = 0;
+    std::unique_ptr<TextConverter> _converter; ///< null for UTF-8
+    int _unitSize = 1;                         ///< bytes
+    QByteArray _converted;
+};
+
+} // namespace tidemark

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "matching/TDFindResultItem.h"
+#include "matching/TDFindPattern.h"
+#include "reading/FileToRead.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tidemark {
+
+class SearchContext;
+
+/// A folder's descriptor, kept open until the last file found in it has been read.
+class SharedFolder
+{
+public:
+    /// Null when there are too many open already, or the descriptor can't be duplicated.
+    static std::shared_ptr<SharedFolder> duplicate(int descriptor);
+    ~SharedFolder();
+    int descriptor() const { return _descriptor; }
+
+private:
+    explicit SharedFolder(int descriptor) : _descriptor(descriptor) {}
+    int _descriptor;
+};
+
+/// One file (or one unreadable folder) on its way through a search.
+struct SearchJob
+{
+    FileToRead file;
+    std::shared_ptr<SharedFolder> folder;
+    quint64 scannedCount = 0;
+    int folderErrorNumber = 0; ///< not 0: a folder that couldn't be read, which isn't counted as a file
+
+    // The outcome.
+    std::shared_ptr<TDFindResultItem> result;
+    TDError error;
+};
+
+/// Searches one file; on the search's own thread or on a worker.
+using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(const FileToRead &file, SearchContext &context,
+                                                                   TDError &error)>;
+
+/// Searches files on several threads, ahead of the thread that owns it but within a bounded window, and hands the
+/// outcomes out on that thread, in the order in which the files were added. That thread takes part in the work
+/// whenever it would have to wait.
+class SearchPipeline
+{
+public:
+    /// `threads` counts the owner's; at least 1. The pattern and the flag must outlive the pipeline.
+    SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop, SearchFile searchFile,
+                   std::function<void(const SearchJob &)> deliver);
+    /// Abandons what isn't delivered and joins the workers.
+    ~SearchPipeline();
+    SearchPipeline(const SearchPipeline &) = delete;
+    SearchPipeline &operator=(const SearchPipeline &) = delete;
+
+    /// May deliver files added before.
+    void add(SearchJob job);
+    /// Delivers everything that is left, unless a stop was asked for.
+    void finish();
+
+private:
+    struct Batch
+    {
+        enum class State { Waiting, Running, Done };
+        std::vector<SearchJob> jobs;
+        State state = State::Waiting; ///< guarded by _mutex
+    };
+    using SharedBatch = std::shared_ptr<Batch>;
+
+    void _work();
+    void _pushBatch();
+    void _deliverUntil(size_t mostOutstanding);
+    SharedBatch _takeWaiting(std::unique_lock<std::mutex> &lock);
+    void _run(Batch &batch, SearchContext &context);
+
+    const TDFindPattern &_pattern;
+    const std::atomic<bool> &_shouldStop;
+    SearchFile _searchFile;
+    std::function<void(const SearchJob &)> _deliver;
+
+    std::mutex _mutex;
+    std::condition_variable _batchAdded;
+    std::condition_variable _batchDone;
+    std::deque<SharedBatch> _outstanding; ///< in the order of delivery; guarded by _mutex
+    size_t _firstUntaken = 0;             ///< all before it in _outstanding are taken; guarded by _mutex
+    bool _isEnding = false;               ///< guarded by _mutex
+
+    SharedBatch _filling;
+    std::unique_ptr<SearchContext> _ownContext;
+    std::vector<std::thread> _workers;
+};
+
+} // namespace tidemark

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace tidemark {
+
+class UserDefaults;
+
+/// A text field with the list of the texts used before. The text stays exactly as typed or pasted, line
+/// breaks included; choosing from the list is the only thing that fills it in.
+class HistoryComboBox : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit HistoryComboBox(QWidget *parent = nullptr);
+
+    /// Takes the list from the settings and follows its changes. The settings must outlive the box.
+    void bindHistory(UserDefaults &settings, const QString &key);
+    /// Leaves the cursor alone when the text is the same already.
+    void setText(const QString &text);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    void returnPressed();
+
+private:
+    void _setHistory(const QStringList &texts);
+};
+
+} // namespace tidemark

@@ -1,0 +1,117 @@
+#include "window/MyDocument.h"
+
+#include "foundation/LocalizedText.h"
+
+namespace tidemark {
+
+// The texts are shown as they stand, "highlighed" and the wording about case included.
+
+QString MyDocument::searchButtonTitleStart()
+{
+    return localizedString("Start Search");
+}
+
+QString MyDocument::searchButtonTitleStop()
+{
+    return localizedString("Stop Search");
+}
+
+QString MyDocument::tooltipAddLocation()
+{
+    return localizedString("Locate a file or folder to search. (Cmd+O)");
+}
+
+QString MyDocument::tooltipRemoveLocation()
+{
+    return localizedString("Remove the selected file or folder from the search. (Cmd+P)");
+}
+
+QString MyDocument::tooltipFileTypes()
+{
+    return localizedString("Select kinds of files to include in search. (Cmd+F)");
+}
+
+QString MyDocument::tooltipFindText()
+{
+    return localizedString("Enter text to find");
+}
+
+QString MyDocument::tooltipReplaceText()
+{
+    return localizedString("Enter text that replaces the find text");
+}
+
+QString MyDocument::tooltipStartStopSearch()
+{
+    return localizedString("Start or stop the search. (Cmd+Enter)");
+}
+
+QString MyDocument::tooltipIgnoreCase()
+{
+    return localizedString("Check to perform case sensitive searching. (Cmd+C)");
+}
+
+QString MyDocument::tooltipRegularExpression()
+{
+    return localizedString("Check to use regular expressions in find text. (Cmd+G)");
+}
+
+QString MyDocument::tooltipReplace()
+{
+    return localizedString(
+        "Replace the currently highlighed match in the search results with the replace text. (Cmd+R)");
+}
+
+QString MyDocument::tooltipReplaceAndFind()
+{
+    return localizedString(
+        "Replace the currently highlighed match in the search results with the replace text "
+        "and move to the next match. (Cmd+X)");
+}
+
+QString MyDocument::tooltipReplaceInSelection()
+{
+    return localizedString(
+        "Replace the currently selected matches in the search results with the replace text. (Cmd+S)");
+}
+
+QString MyDocument::tooltipReplaceAll()
+{
+    return localizedString("Replace all the matches in the search results with the replace text. (Cmd+L)");
+}
+
+QString MyDocument::tooltipNavUp()
+{
+    return localizedString(
+        "Highlight the previous match in the search results. (Up; Cmd+Up to move to the first "
+        "match in previous file)");
+}
+
+QString MyDocument::tooltipNavDown()
+{
+    return localizedString(
+        "Highlight the next match in the search results. (Down; Cmd+Down to move to the first "
+        "match in next file)");
+}
+
+QString MyDocument::tooltipRemoveSelected()
+{
+    return localizedString("Remove selected items from search results. (Delete)");
+}
+
+QString MyDocument::tooltipExpandCollapse()
+{
+    return localizedString("Expand or collapse all matches to either show or hide all matches. (Cmd+E)");
+}
+
+QString MyDocument::tooltipSearchLocations()
+{
+    return localizedString("Files and folders to search");
+}
+
+QString MyDocument::tooltipSearchResults()
+{
+    return localizedString("Search results showing lines of files with matches");
+}
+
+} // namespace tidemark

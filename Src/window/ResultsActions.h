@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMenu>
+#include <QObject>
+
+#include <memory>
+
+class QAction;
+
+namespace tidemark {
+
+class ResultsNavigation;
+class Workspace;
+
+/// Opening, revealing and copying the selected result, and the results' context menu with these.
+class ResultsActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Without a workspace of its own it uses the desktop. The navigation must outlive the object.
+    explicit ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Workspace> workspace = {},
+                            QObject *parent = nullptr);
+
+    void openInFinder();
+    void revealInFinder();
+    void copyLine();
+    void copyPath();
+
+    /// With the current selection's items enabled.
+    QMenu *searchResultsOutLineViewMenu();
+    /// For other menus too; enabled as the selection allows.
+    QAction *openAction() const { return _open; }
+    QAction *revealAction() const { return _reveal; }
+    QAction *copyLineAction() const { return _copyLine; }
+    QAction *copyPathAction() const { return _copyPath; }
+
+    void validateUserInterfaceItems();
+
+private:
+    QAction *_addAction(const QString &text, void (ResultsActions::*command)());
+
+    ResultsNavigation &_navigation;
+    std::shared_ptr<Workspace> _workspace;
+    QMenu _menu;
+    QAction *_open;
+    QAction *_reveal;
+    QAction *_copyLine;
+    QAction *_copyPath;
+};
+
+} // namespace tidemark

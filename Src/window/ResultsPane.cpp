@@ -1,0 +1,186 @@
+#include "window/ResultsPane.h"
+
+#include "foundation/LocalizedText.h"
+#include "ui_MyDocument.h"
+#include "window/FileTypesMenu.h"
+#include "window/MyDocument.h"
+#include "window/SearchControl.h"
+#include "window/SearchWindow.h"
+#include "window/SearchWindowActions.h"
+
+#include <QAction>
+#include <QHeaderView>
+
+namespace tidemark {
+
+namespace {
+
+/// The view has to show the model before anything else is made of it.
+TDSearchResultsOutlineView &viewShowing(SearchWindow &window, ResultsTreeModel &model)
+{
+    TDSearchResultsOutlineView *view = window.ui().searchResultsOutlineView;
+    view->setModel(&model);
+    return *view;
+}
+
+} // namespace
+
+ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const SearchWindowActions &actions,
+                         SearchControl &search, ReplaceContext context)
+    : _document(document), _search(search), _ui(window.ui()), _actions(actions),
+      _model(document.findResults()),
+      _navigation(document.findResults(), _model, viewShowing(window, _model)), _resultsActions(_navigation),
+      _replaceCommands(_model, outlineView(), _navigation, std::move(context))
+{
+    _setUpToolTips();
+    _setUpTexts();
+    _setUpCommands();
+    _setUpButtons();
+    _setUpReplaceProgress();
+    _noteResults();
+    _showHint();
+}
+
+TDSearchResultsOutlineView &ResultsPane::outlineView() const
+{
+    return *_ui.searchResultsOutlineView;
+}
+
+void ResultsPane::_setUpToolTips()
+{
+    _ui.navigateUpButton->setToolTip(MyDocument::tooltipNavUp());
+    _ui.navigateDownButton->setToolTip(MyDocument::tooltipNavDown());
+    _ui.expandCollapseButton->setToolTip(MyDocument::tooltipExpandCollapse());
+    _ui.removeSelectedButton->setToolTip(MyDocument::tooltipRemoveSelected());
+    _ui.replaceButton->setToolTip(MyDocument::tooltipReplace());
+    _ui.replaceAndFindButton->setToolTip(MyDocument::tooltipReplaceAndFind());
+    _ui.replaceSelectionButton->setToolTip(MyDocument::tooltipReplaceInSelection());
+    _ui.replaceAllButton->setToolTip(MyDocument::tooltipReplaceAll());
+    _ui.searchResultsOutlineView->setToolTip(MyDocument::tooltipSearchResults());
+}
+
+void ResultsPane::_setUpTexts()
+{
+    connect(&_search, &SearchControl::sectionTitleChanged, _ui.searchResultsSectionTitleText,
+            &QLabel::setText);
+    connect(&_document, &MyDocument::resultsStatusTextChanged, _ui.resultsStatusLabel,
+            [this] { _ui.resultsStatusLabel->setWholeText(_document.resultsStatusText()); });
+}
+
+void ResultsPane::_setUpCommands()
+{
+    connect(_actions.nextMatch, &QAction::triggered, &_navigation, &ResultsNavigation::moveToNextMatch);
+    connect(_actions.previousMatch, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToPreviousMatch);
+    connect(_actions.firstMatchInNextFile, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToFirstMatchInNextFile);
+    connect(_actions.firstMatchInPreviousFile, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToFirstMatchInFile);
+    connect(_actions.expandCollapseAll, &QAction::triggered, &_navigation,
+            &ResultsNavigation::expandCollapseAll);
+    connect(_actions.removeSelected, &QAction::triggered, &_navigation, &ResultsNavigation::removeSelected);
+    connect(_actions.replace, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replace);
+    connect(_actions.replaceAndFind, &QAction::triggered, &_replaceCommands,
+            &ReplaceCommands::replaceAndFind);
+    connect(_actions.replaceSelection, &QAction::triggered, &_replaceCommands,
+            &ReplaceCommands::replaceSelection);
+    connect(_actions.replaceAll, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replaceAll);
+}
+
+void ResultsPane::_setUpButtons()
+{
+    const std::pair<QAbstractButton *, QAction *> buttons[] = {
+        {_ui.navigateUpButton, _actions.previousMatch},
+        {_ui.navigateDownButton, _actions.nextMatch},
+        {_ui.expandCollapseButton, _actions.expandCollapseAll},
+        {_ui.removeSelectedButton, _actions.removeSelected},
+        {_ui.replaceButton, _actions.replace},
+        {_ui.replaceAndFindButton, _actions.replaceAndFind},
+        {_ui.replaceSelectionButton, _actions.replaceSelection},
+        {_ui.replaceAllButton, _actions.replaceAll}};
+    for (const auto &[button, action] : buttons) {
+        connect(button, &QAbstractButton::clicked, action, &QAction::trigger);
+        connect(action, &QAction::enabledChanged, button, &QAbstractButton::setEnabled);
+    }
+    FindResults &results = _document.findResults();
+    connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::thinnedOut, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::cleared, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::firstItemSelectedChanged, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::lastItemSelectedChanged, this, &ResultsPane::_noteResults);
+    connect(&_search, &SearchControl::searchingChanged, this, &ResultsPane::_noteResults);
+}
+
+void ResultsPane::_setUpReplaceProgress()
+{
+    connect(&_replaceCommands, &ReplaceCommands::replacing, this, &ResultsPane::_showReplacing);
+    connect(&_replaceCommands, &ReplaceCommands::progressed, this, &ResultsPane::_showReplaceProgress);
+    connect(_ui.stopReplaceButton, &QPushButton::clicked, this,
+            [this] { _replaceCommands.setStopReplace(true); });
+}
+
+void ResultsPane::_noteResults()
+{
+    const bool isFree = !_replaceCommands.isReplacing();
+    const bool hasResults = !_document.findResults().isEmpty();
+    _actions.previousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
+    _actions.nextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
+    _actions.firstMatchInNextFile->setEnabled(hasResults);
+    _actions.firstMatchInPreviousFile->setEnabled(hasResults);
+    _actions.expandCollapseAll->setEnabled(hasResults);
+    _actions.removeSelected->setEnabled(hasResults && isFree);
+    _actions.replace->setEnabled(hasResults && isFree);
+    _actions.replaceAndFind->setEnabled(hasResults && isFree);
+    // These run for a while and deliver events meanwhile; results that arrive then would come in between.
+    const bool isComplete = hasResults && isFree && !_search.searching();
+    _actions.replaceSelection->setEnabled(isComplete);
+    _actions.replaceAll->setEnabled(isComplete);
+}
+
+void ResultsPane::_showReplacing(bool isReplacing)
+{
+    _navigation.setRemovalEnabled(!isReplacing);
+    _ui.replaceProgressBar->setRange(0, 0);
+    _ui.replaceProgressBar->setVisible(isReplacing);
+    _ui.stopReplaceButton->setVisible(isReplacing);
+    _ui.resultsStatusLabel->setWholeText(_document.resultsStatusText());
+    _noteResults();
+}
+
+void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
+{
+    _ui.replaceProgressBar->setRange(0, int(fileCount));
+    _ui.replaceProgressBar->setValue(int(filesDone));
+    _ui.resultsStatusLabel->setWholeText(
+        formatted(localizedString("Replacing: %d of %d files done"), {filesDone, fileCount}));
+}
+
+void ResultsPane::prepareForSearch()
+{
+    _kindsOfLastSearch = includedKindTitles();
+    outlineView().header()->setSortIndicator(-1, Qt::AscendingOrder);
+    _model.sort(-1);
+    outlineView().setHintText({});
+}
+
+void ResultsPane::searchFinished()
+{
+    _showHint();
+    if (!_navigation.hasSelection())
+        _navigation.selectFirstMatch();
+    outlineView().setFocus(Qt::OtherFocusReason);
+}
+
+void ResultsPane::_showHint()
+{
+    QString hint;
+    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
+        hint = localizedString("Lines with matches will appear here.");
+    else if (_document.findResults().isEmpty())
+        hint = formatted(localizedString("No matches found.\nKinds of files searched in folders: %@"),
+                         {_kindsOfLastSearch});
+    outlineView().setHintText(hint);
+}
+
+} // namespace tidemark

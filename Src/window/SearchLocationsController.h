@@ -1,0 +1,43 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+
+#include <QList>
+#include <QObject>
+#include <QUrl>
+
+namespace tidemark {
+
+class MyDocument;
+
+/// Adds to and takes from a document's list of files and folders to search.
+class SearchLocationsController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The document must outlive the object.
+    explicit SearchLocationsController(MyDocument &document, QObject *parent = nullptr);
+
+    /// At the end of the list; a folder with its subfolders. What is in the list already, aliases and links
+    /// are refused silently.
+    void addSearchLocationToArrayController(const QUrl &url);
+    /// Those that were chosen in a panel, in their order.
+    void addSearchLocations(const QList<QUrl> &urls);
+    /// Appended wherever they were dropped; nothing while a search runs.
+    void dropFiles(const QList<FilePath> &paths);
+
+    /// True only for a location that is itself a file, with exactly this path.
+    bool isFileInSearchLocationsForPath(const FilePath &path) const;
+
+    void setAcceptsDrops(bool accepts) { _acceptsDrops = accepts; }
+
+private:
+    MyDocument &_document;
+    bool _acceptsDrops = true;
+};
+
+/// What a search can't be given: an alias, or a path that goes through a symbolic link.
+bool isAliasOrSymbolicLink(const FilePath &path);
+
+} // namespace tidemark

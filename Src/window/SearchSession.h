@@ -1,0 +1,65 @@
+#pragma once
+
+#include "search/TDSearchEngine.h"
+
+#include <QObject>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace tidemark {
+
+/// While a search has delivered fewer match lines than this, its files are shown one by one.
+inline constexpr quint64 SHOWN_ONE_BY_ONE_BELOW = 250;
+
+/// The hand-over of one search from its thread to the main thread. The search thread waits for each file node
+/// to be taken until the 250th match line has arrived; what comes later gathers here until the main thread
+/// asks.
+class SearchSession : public TDSearchEngineDelegate, public std::enable_shared_from_this<SearchSession>
+{
+public:
+    /// Called on the main thread, in the order in which the search thread caused them.
+    struct Receiver
+    {
+        std::function<void()> resultsArrived;
+        std::function<void(const QString &)> statusChanged;
+        std::function<void(const TDError &)> errorOccured;
+        std::function<void(const QString &status)> ended;
+    };
+
+    /// `context` lives on the main thread; detach the session before it goes.
+    SearchSession(QObject *context, Receiver receiver);
+
+    // On the main thread.
+    /// From now on nothing is delivered and the search thread waits for nobody.
+    void detach();
+    /// The nodes that arrived since the last call.
+    FindResultItems takeArrived();
+    /// Match lines that have arrived since the search started.
+    quint64 addResultsMatchLineCount() const;
+
+    // On the search thread.
+    void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
+                     quint64 matchCount) override;
+    void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file) override;
+    void errorOccured(const TDError &error) override;
+    void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
+    void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
+
+private:
+    /// Never waits. The mutex must be held, so that the context can't go away meanwhile. What is still under
+    /// way when the session is detached isn't delivered.
+    void _post(std::function<void()> delivery);
+    void _end(const QString &status);
+
+    mutable std::mutex _mutex;
+    std::condition_variable _taken;
+    QObject *_context;
+    const Receiver _receiver;
+    FindResultItems _newResults;
+    quint64 _addResultsMatchLineCount = 0;
+};
+
+} // namespace tidemark

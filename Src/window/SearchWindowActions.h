@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QList>
+
+class QAction;
+class QWidget;
+
+namespace tidemark {
+
+/// Every command of a search window as an action with its shortcut, for menus and buttons alike. Owned by the
+/// window; what they do is connected by the controllers.
+struct SearchWindowActions
+{
+    /// The shortcuts work in the window from now on.
+    static SearchWindowActions makeFor(QWidget *window);
+
+    QAction *addLocation = nullptr;
+    QAction *removeLocation = nullptr;
+    QAction *close = nullptr;
+
+    QAction *startStopSearch = nullptr;
+    /// Escape; enabled only while there is something to stop.
+    QAction *stop = nullptr;
+    QAction *ignoreCase = nullptr;
+    QAction *regularExpression = nullptr;
+    QAction *fileTypes = nullptr;
+
+    QAction *nextMatch = nullptr;
+    QAction *previousMatch = nullptr;
+    QAction *firstMatchInNextFile = nullptr;
+    QAction *firstMatchInPreviousFile = nullptr;
+    QAction *expandCollapseAll = nullptr;
+    QAction *removeSelected = nullptr;
+    QAction *replace = nullptr;
+    QAction *replaceAndFind = nullptr;
+    QAction *replaceSelection = nullptr;
+    QAction *replaceAll = nullptr;
+
+    QAction *otherPane = nullptr;
+};
+
+} // namespace tidemark

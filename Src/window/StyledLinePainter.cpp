@@ -1,0 +1,71 @@
+#include "window/StyledLinePainter.h"
+
+#include <QPainter>
+#include <QTextLine>
+
+#include <algorithm>
+
+namespace tidemark {
+
+QColor colorOf(const StyledColor &color)
+{
+    return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue), float(color.alpha));
+}
+
+QRect StyledLinePainter::rectOfRange(const QTextLine &line, TextRange range, QPoint origin)
+{
+    const qint64 start = std::max(range.location, qint64(line.textStart()));
+    const qint64 end = std::min(range.end(), qint64(line.textStart()) + line.textLength());
+    if (start >= end)
+        return {};
+    const int left = qRound(line.cursorToX(int(start)));
+    const int right = qRound(line.cursorToX(int(end)));
+    const QRectF lineRect = line.rect();
+    return QRect(std::min(left, right), qRound(lineRect.top()), std::abs(right - left),
+                 qRound(lineRect.height()))
+        .translated(origin);
+}
+
+void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
+{
+    QRegion baseRegion = line.rect().toAlignedRect().adjusted(-2, 0, 2, 0).translated(origin);
+    QRegion matchRegion;
+    QRegion otherRegion;
+    std::optional<StyledColor> other;
+    // The first run is the base colour of the whole text.
+    for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
+        const StyledRun &run = _styled.runs[index];
+        const QRect rect = rectOfRange(line, run.range, origin);
+        if (rect.isEmpty())
+            continue;
+        if (run.background) {
+            _painter.fillRect(rect, colorOf(*run.background));
+            matchRegion += rect;
+        } else {
+            other = run.foreground;
+            otherRegion += rect;
+        }
+    }
+    // Where a highlight reaches into the prefix, the prefix keeps its own colour.
+    matchRegion -= otherRegion;
+    baseRegion -= otherRegion;
+    _paintForeground(line, origin, _base, _base == QColor(Qt::black) ? baseRegion : baseRegion - matchRegion);
+    if (_base != QColor(Qt::black))
+        _paintForeground(line, origin, Qt::black, matchRegion);
+    if (other)
+        _paintForeground(line, origin, colorOf(*other), otherRegion);
+}
+
+void StyledLinePainter::_paintForeground(const QTextLine &line, QPoint origin, const QColor &color,
+                                         const QRegion &region) const
+{
+    if (region.isEmpty())
+        return;
+    _painter.save();
+    _painter.setClipRegion(region, Qt::IntersectClip);
+    _painter.setPen(color);
+    line.draw(&_painter, origin);
+    _painter.restore();
+}
+
+} // namespace tidemark

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "foundation/StyledText.h"
+
+#include <QColor>
+#include <QRegion>
+
+class QPainter;
+class QTextLine;
+
+namespace tidemark {
+
+/// Draws lines of a laid out text in the colours of its runs. The layout itself knows no colours, so that a
+/// text with thousands of matches lays out as fast as one without.
+class StyledLinePainter
+{
+public:
+    /// `base` stands for the styled text's base colour, black or white. Both references must outlive the
+    /// object.
+    StyledLinePainter(QPainter &painter, const StyledText &styled, const QColor &base)
+        : _painter(painter), _styled(styled), _base(base)
+    {}
+
+    /// `origin` is where the layout's own origin is drawn.
+    void paint(const QTextLine &line, QPoint origin) const;
+
+    static QRect rectOfRange(const QTextLine &line, TextRange range, QPoint origin);
+
+private:
+    void _paintForeground(const QTextLine &line, QPoint origin, const QColor &color,
+                          const QRegion &region) const;
+
+    QPainter &_painter;
+    const StyledText &_styled;
+    QColor _base;
+};
+
+QColor colorOf(const StyledColor &color);
+
+} // namespace tidemark

@@ -1,0 +1,222 @@
+#include "window/TDMyDocumentController.h"
+
+#include "ui_MyDocument.h"
+#include "window/ApplicationDelegate.h"
+#include "window/ErrorSheet.h"
+#include "window/FilesAndFoldersPanel.h"
+#include "window/MyDocument.h"
+#include "window/ResultsPane.h"
+
+#include <QAction>
+
+namespace tidemark {
+
+TDMyDocumentController::TDMyDocumentController(MyDocument &document)
+    : _document(document), _window(document), _actions(SearchWindowActions::makeFor(&_window)),
+      _locations(document), _search(document)
+{
+    _makePanes();
+    _connectSearch();
+    _connectActions();
+    _connectReplace();
+    _noteWhatRuns();
+    document.setMyDocumentController(this);
+    _form->focusFindText();
+}
+
+TDMyDocumentController::~TDMyDocumentController()
+{
+    _results->outlineView().setOutlineDelegate(nullptr);
+    _document.setMyDocumentController(nullptr);
+}
+
+void TDMyDocumentController::_makePanes()
+{
+    ReplaceContext context;
+    context.findText = [this] { return _document.findText(); };
+    context.replaceText = [this] { return _document.replaceText(); };
+    context.isFileInSearchLocations = [this](const FilePath &path) {
+        return _locations.isFileInSearchLocationsForPath(path);
+    };
+    context.increaseBusyWindowCount = [this] { increaseBusyWindowCount(); };
+    context.decreaseBusyWindowCount = [this] { decreaseBusyWindowCount(); };
+    _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
+    _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, std::move(context));
+    _results->outlineView().setOutlineDelegate(this);
+}
+
+void TDMyDocumentController::_connectSearch()
+{
+    connect(&_search, &SearchControl::searchWillStart, _results.get(), &ResultsPane::prepareForSearch);
+    connect(&_search, &SearchControl::searchFinished, _results.get(), &ResultsPane::searchFinished);
+    connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::searchingChanged);
+    connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::_noteWhatRuns);
+    connect(&_search, &SearchControl::errorOccured, this,
+            [this](const TDError &error) { presentErrorSheet(&_window, error); });
+    connect(_form.get(), &SearchForm::startRequested, this, [this] { startSearch(StartStopButton::On); });
+}
+
+void TDMyDocumentController::_connectActions()
+{
+    connect(_form.get(), &SearchForm::addLocationRequested, this, &TDMyDocumentController::addSearchLocation);
+    connect(_actions.startStopSearch, &QAction::triggered, this, &TDMyDocumentController::_toggleSearch);
+    connect(_actions.stop, &QAction::triggered, this, &TDMyDocumentController::_stopWhatRuns);
+    connect(_actions.close, &QAction::triggered, &_window, &QWidget::close);
+    connect(_actions.otherPane, &QAction::triggered, this, &TDMyDocumentController::_switchPane);
+}
+
+void TDMyDocumentController::_connectReplace()
+{
+    connect(&_results->replaceCommands(), &ReplaceCommands::replacing, this, [this](bool isReplacing) {
+        _noteWhatRuns();
+        if (!isReplacing)
+            Q_EMIT replaceEnded();
+    });
+}
+
+void TDMyDocumentController::startSearch(StartStopButton sender)
+{
+    if (sender == StartStopButton::Off)
+        stopSearch();
+    else if (!isReplacing())
+        _search.startSearch();
+}
+
+void TDMyDocumentController::_toggleSearch()
+{
+    startSearch(searching() ? StartStopButton::Off : StartStopButton::On);
+}
+
+void TDMyDocumentController::_stopWhatRuns()
+{
+    stopSearch();
+    setStopReplace(true);
+}
+
+void TDMyDocumentController::_noteWhatRuns()
+{
+    _actions.stop->setEnabled(searching() || isReplacing());
+    _form->setSearchEnabled(!isReplacing());
+}
+
+void TDMyDocumentController::_switchPane()
+{
+    if (_results->outlineView().hasFocus())
+        _form->focusFindText();
+    else
+        _results->outlineView().setFocus(Qt::ShortcutFocusReason);
+}
+
+bool TDMyDocumentController::isReplacing() const
+{
+    return _results->replaceCommands().isReplacing();
+}
+
+bool TDMyDocumentController::stopReplace() const
+{
+    return _results->replaceCommands().stopReplace();
+}
+
+void TDMyDocumentController::setStopReplace(bool stop)
+{
+    _results->replaceCommands().setStopReplace(stop);
+}
+
+void TDMyDocumentController::increaseBusyWindowCount()
+{
+    ApplicationDelegate &application = _document.application();
+    application.setCountBusyWindows(application.countBusyWindows() + 1);
+}
+
+void TDMyDocumentController::decreaseBusyWindowCount()
+{
+    ApplicationDelegate &application = _document.application();
+    application.setCountBusyWindows(application.countBusyWindows() - 1);
+}
+
+void TDMyDocumentController::hideProgressIndicator()
+{
+    _window.ui().progressIndicator->hide();
+}
+
+void TDMyDocumentController::showProgressIndicatorIfSearching()
+{
+    _window.ui().progressIndicator->setVisible(searching());
+}
+
+void TDMyDocumentController::addSearchLocation()
+{
+    auto *panel = new FilesAndFoldersPanel(&_window);
+    connect(panel, &FilesAndFoldersPanel::chosen, &_locations,
+            &SearchLocationsController::addSearchLocations);
+    panel->open();
+}
+
+bool TDMyDocumentController::hasSearchResults() const
+{
+    return !_document.findResults().isEmpty();
+}
+
+// Through the actions, so that a key does nothing where its menu entry is disabled.
+
+void TDMyDocumentController::replaceSelection()
+{
+    _actions.replaceSelection->trigger();
+}
+
+void TDMyDocumentController::replaceAndFind()
+{
+    _actions.replaceAndFind->trigger();
+}
+
+void TDMyDocumentController::replace()
+{
+    _actions.replace->trigger();
+}
+
+void TDMyDocumentController::replaceAll()
+{
+    _actions.replaceAll->trigger();
+}
+
+void TDMyDocumentController::removeSelected()
+{
+    _actions.removeSelected->trigger();
+}
+
+void TDMyDocumentController::moveToNextMatch()
+{
+    _results->navigation().moveToNextMatch();
+}
+
+void TDMyDocumentController::moveToPreviousMatch()
+{
+    _results->navigation().moveToPreviousMatch();
+}
+
+void TDMyDocumentController::moveToNextMatchByExtendingSelection()
+{
+    _results->navigation().moveToNextMatchByExtendingSelection();
+}
+
+void TDMyDocumentController::moveToPreviousMatchByExtendingSelection()
+{
+    _results->navigation().moveToPreviousMatchByExtendingSelection();
+}
+
+void TDMyDocumentController::moveToFirstMatchInNextFile()
+{
+    _results->navigation().moveToFirstMatchInNextFile();
+}
+
+void TDMyDocumentController::moveToFirstMatchInFile()
+{
+    _results->navigation().moveToFirstMatchInFile();
+}
+
+void TDMyDocumentController::rightMouseDownInColumn(int, int, QPoint position)
+{
+    _results->resultsActions().searchResultsOutLineViewMenu()->popup(position);
+}
+
+} // namespace tidemark

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "window/ResultsOutlineDelegate.h"
+#include "window/SearchControl.h"
+#include "window/SearchForm.h"
+#include "window/SearchLocationsController.h"
+#include "window/SearchWindow.h"
+#include "window/SearchWindowActions.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace tidemark {
+
+class MyDocument;
+class ResultsPane;
+class TDSearchResultsOutlineView;
+
+enum class StartStopButton { Off, On };
+
+/// The controller of one search window: loads the window, holds those who do its single duties, and connects
+/// them with each other and with the document. Main thread only.
+class TDMyDocumentController : public QObject, public ResultsOutlineDelegate
+{
+    Q_OBJECT
+    Q_PROPERTY(bool searching READ searching NOTIFY searchingChanged)
+
+public:
+    /// The document owns the controller.
+    explicit TDMyDocumentController(MyDocument &document);
+    ~TDMyDocumentController() override;
+
+    SearchWindow *window() { return &_window; }
+    const SearchWindowActions &actions() const { return _actions; }
+    SearchControl &searchControl() { return _search; }
+    SearchForm &searchForm() { return *_form; }
+    ResultsPane &resultsPane() { return *_results; }
+    SearchLocationsController &locations() { return _locations; }
+
+    /// What the start/stop button does in this state: starts a search when it is on, stops it when it is off.
+    void startSearch(StartStopButton sender);
+    void stopSearch() { _search.stopSearch(); }
+    bool searching() const { return _search.searching(); }
+
+    bool isReplacing() const;
+    bool stopReplace() const;
+    /// Asks a running replace to stop.
+    void setStopReplace(bool stop);
+    void increaseBusyWindowCount();
+    void decreaseBusyWindowCount();
+
+    void hideProgressIndicator();
+    void showProgressIndicatorIfSearching();
+
+    /// Opens the panel for files and folders.
+    void addSearchLocation();
+
+    bool hasSearchResults() const override;
+    void replaceSelection() override;
+    void replaceAndFind() override;
+    void replace() override;
+    void replaceAll() override;
+    void removeSelected() override;
+    void moveToNextMatch() override;
+    void moveToPreviousMatch() override;
+    void moveToNextMatchByExtendingSelection() override;
+    void moveToPreviousMatchByExtendingSelection() override;
+    void moveToFirstMatchInNextFile() override;
+    void moveToFirstMatchInFile() override;
+    void rightMouseDownInColumn(int column, int row, QPoint position) override;
+
+Q_SIGNALS:
+    void searchingChanged(bool searching);
+    /// A replace over many matches has ended; only now may the document go away.
+    void replaceEnded();
+
+private:
+    void _makePanes();
+    void _connectSearch();
+    void _connectActions();
+    void _connectReplace();
+    void _toggleSearch();
+    void _stopWhatRuns();
+    void _noteWhatRuns();
+    void _switchPane();
+
+    MyDocument &_document;
+    SearchWindow _window;
+    SearchWindowActions _actions;
+    SearchLocationsController _locations;
+    SearchControl _search;
+    std::unique_ptr<SearchForm> _form;
+    std::unique_ptr<ResultsPane> _results;
+};
+
+} // namespace tidemark

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+
+namespace tidemark {
+
+/// The desktop around the application: opens files and shows them in the file manager.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+    /// With the default application for the file.
+    virtual void open(const FilePath &file) = 0;
+    /// Selected in the file manager, or at least its folder opened.
+    virtual void reveal(const FilePath &file) = 0;
+};
+
+class DesktopWorkspace : public Workspace
+{
+public:
+    void open(const FilePath &file) override;
+    /// Asks the running file manager without waiting for its answer.
+    void reveal(const FilePath &file) override;
+};
+
+} // namespace tidemark

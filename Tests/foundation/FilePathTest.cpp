@@ -1,0 +1,61 @@
+#include "foundation/FilePath.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace tidemark {
+namespace {
+
+TEST(FilePathTest, EveryByteOfANameSurvivesTheUrl)
+{
+    for (int byte = 1; byte < 256; ++byte) {
+        const FilePath path("/folder/a" + QByteArray(1, char(byte)) + "b");
+        const QUrl url = path.toUrl();
+        EXPECT_TRUE(url.isLocalFile());
+        EXPECT_EQ(FilePath::fromUrl(url).bytes(), path.bytes());
+        // Stored locations go through the encoded form.
+        EXPECT_EQ(FilePath::fromUrl(QUrl::fromEncoded(url.toEncoded())).bytes(), path.bytes());
+    }
+}
+
+TEST(FilePathTest, UrlsOfNamesThatLookLikeUrlPartsKeepTheirPath)
+{
+    for (const QByteArray bytes : {"/a?b#c", "/a%20b", "/%2F", "/..", "/a//b", "/a/./b", "/c:d", "/ a ",
+                                   "/\xC3\xA9", "/e\xCC\x81", "/"})
+        EXPECT_EQ(FilePath::fromUrl(FilePath(bytes).toUrl()).bytes(), bytes);
+}
+
+TEST(FilePathTest, ComponentsLeaveTrailingSlashesOut)
+{
+    const struct
+    {
+        QByteArray path;
+        QByteArray last;
+        QByteArray folder;
+    } cases[] = {
+        {"/a/b/c.txt", "c.txt", "/a/b"},
+        {"/a/b/", "b", "/a"},
+        {"/a//", "a", "/"},
+        {"/a", "a", "/"},
+        {"/", "/", "/"},
+        {"a", "a", ""},
+        {"a/b", "b", "a"},
+        {"", "", ""},
+    };
+    for (const auto &[path, last, folder] : cases) {
+        EXPECT_EQ(FilePath(path).lastPathComponent(), last) << path.constData();
+        EXPECT_EQ(FilePath(path).deletingLastPathComponent().bytes(), folder) << path.constData();
+    }
+}
+
+TEST(FilePathTest, AppendingPutsExactlyOneSlashBetween)
+{
+    EXPECT_EQ(FilePath("/").appendingPathComponent("a").bytes(), QByteArray("/a"));
+    EXPECT_EQ(FilePath("/a").appendingPathComponent("b").bytes(), QByteArray("/a/b"));
+    EXPECT_EQ(FilePath("/a/").appendingPathComponent("b").bytes(), QByteArray("/a/b"));
+    EXPECT_EQ(FilePath().appendingPathComponent("b").bytes(), QByteArray("b"));
+}
+
+} // namespace
+} // namespace tidemark

@@ -1,0 +1,174 @@
+#include "foundation/UserDefaults.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tidemark {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using test::TemporaryFolder;
+
+const QString BOOLEAN = TD_USER_DEFAULTS_NAME_IGNORE_CASE;
+
+std::unique_ptr<UserDefaults> storeAt(const FilePath &path)
+{
+    auto store = UserDefaults::atPath(path.displayText());
+    store->registerDefaults({{BOOLEAN, true}, {u"number"_s, 100}, {u"text"_s, u"factory"_s}});
+    return store;
+}
+
+TEST(UserDefaultsTest, StoredValuesHideRegisteredOnesUntilTheyAreRemoved)
+{
+    const auto store = UserDefaults::inMemory();
+    store->setObject(u"text"_s, u""_s);
+    store->registerDefaults({{u"text"_s, u"factory"_s}, {BOOLEAN, true}});
+    EXPECT_EQ(store->stringForKey(u"text"_s), u""_s);
+    EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase));
+    store->setObject(BOOLEAN, false);
+    EXPECT_FALSE(store->boolForKey(BOOLEAN));
+    EXPECT_FALSE(store->boolFor(BooleanSetting::IgnoreCase));
+    EXPECT_FALSE(store->boolFor(BooleanSetting::RegularExpression));
+
+    store->setObject(u"text"_s, QVariant());
+    store->setObject(BOOLEAN, QVariant());
+    EXPECT_EQ(store->stringForKey(u"text"_s), u"factory"_s);
+    EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase));
+    EXPECT_FALSE(store->objectForKey(u"unknown"_s).isValid());
+}
+
+TEST(UserDefaultsTest, EachCachedBooleanFollowsItsOwnKey)
+{
+    const std::pair<QString, BooleanSetting> settings[] = {
+        {u"regularExpression"_s, BooleanSetting::RegularExpression},
+        {u"ignoreCase"_s, BooleanSetting::IgnoreCase},
+        {u"autoDetectFileEncodingFromFile"_s, BooleanSetting::AutoDetectFileEncoding},
+        {u"createBackupBeforeReplacing"_s, BooleanSetting::CreateBackupBeforeReplacing},
+    };
+    for (const auto &[changedKey, changed] : settings) {
+        const auto store = UserDefaults::inMemory();
+        store->setObject(changedKey, true);
+        for (const auto &[key, setting] : settings)
+            EXPECT_EQ(store->boolFor(setting), setting == changed) << key.toStdString();
+    }
+}
+
+TEST(UserDefaultsTest, ChangesAreToldOnceAndOnlyWhenSomethingChanged)
+{
+    const auto store = UserDefaults::inMemory();
+    QStringList changes;
+    QObject::connect(store.get(), &UserDefaults::valueChanged, store.get(),
+                     [&](const QString &key) { changes << key + u'=' + store->stringForKey(key); });
+    for (const QVariant &value :
+         {QVariant(u""_s), QVariant(u""_s), QVariant(u"a"_s), QVariant(u"a"_s), QVariant(), QVariant()})
+        store->setObject(u"text"_s, value);
+    EXPECT_EQ(changes, QStringList({u"text="_s, u"text=a"_s, u"text="_s}));
+}
+
+TEST(UserDefaultsTest, ValuesOfAWrongTypeCountAsNotStored)
+{
+    const QVariant wrong[] = {QVariant(QStringList{u"a"_s, u"b"_s}), QVariant(QByteArray("1")),
+                              QVariant(QVariantMap{{u"a"_s, 1}}), QVariant(u"perhaps"_s)};
+    for (const QVariant &value : wrong) {
+        const auto store = UserDefaults::inMemory();
+        store->registerDefaults({{BOOLEAN, true}, {u"number"_s, 100}});
+        store->setObject(BOOLEAN, value);
+        store->setObject(u"number"_s, value);
+        EXPECT_TRUE(store->boolForKey(BOOLEAN)) << value.typeName();
+        EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase)) << value.typeName();
+        EXPECT_EQ(store->integerForKey(u"number"_s), 100) << value.typeName();
+    }
+}
+
+TEST(UserDefaultsTest, EverythingStoredComesBackFromTheFile)
+{
+    const TemporaryFolder folder;
+    const QList<QString> texts = {u""_s,
+                                  u" blanks around "_s,
+                                  u"a, b;c"_s,
+                                  u"\"quoted\" \\d+\\n"_s,
+                                  u"@Invalid()"_s,
+                                  u"@ByteArray(x)"_s,
+                                  u"line\r\nend\ttab"_s,
+                                  u"é ‘😀’ %41 [x] #=&"_s,
+                                  u"true"_s,
+                                  u"\u0001"
+                                  "1"_s};
+    const QByteArray bytes = QByteArray::fromHex("00ff410a0d2c22");
+    {
+        const auto store = storeAt(folder.path("settings"));
+        for (qsizetype index = 0; index < texts.size(); ++index)
+            store->setObject(u"text%1"_s.arg(index), texts[index]);
+        store->setObject(u"list"_s, QStringList(texts));
+        store->setObject(u"bytes"_s, bytes);
+        store->setObject(BOOLEAN, false);
+        store->setObject(u"number"_s, qint64(0x90000100));
+        store->setObject(u"text"_s, u"changed"_s);
+        store->setObject(u"text"_s, QVariant());
+        EXPECT_TRUE(store->synchronize());
+        EXPECT_EQ(folder.names(), QList<QByteArray>({"settings"}));
+    }
+    // Another name, so that nothing comes from a cache of this process.
+    const auto store = storeAt(folder.write("copy", folder.read("settings")));
+    for (qsizetype index = 0; index < texts.size(); ++index)
+        EXPECT_EQ(store->stringForKey(u"text%1"_s.arg(index)), texts[index]);
+    EXPECT_EQ(store->objectForKey(u"list"_s).toStringList(), QStringList(texts));
+    EXPECT_EQ(store->objectForKey(u"bytes"_s).toByteArray(), bytes);
+    EXPECT_FALSE(store->boolFor(BooleanSetting::IgnoreCase));
+    EXPECT_EQ(store->integerForKey(u"number"_s), qint64(0x90000100));
+    EXPECT_EQ(store->stringForKey(u"text"_s), u"factory"_s);
+}
+
+TEST(UserDefaultsTest, ADamagedFileCountsAsEmptyAndCanBeWrittenAgain)
+{
+    const TemporaryFolder folder;
+    const QByteArray contents[] = {QByteArray::fromHex("00010203fffe8081"), "no setting at all\n",
+                                   "[General\nignoreCase", "ignoreCase=[\n=\n",
+                                   "ignoreCase=@Variant(\\0\\0\\0\n"};
+    int number = 0;
+    for (const QByteArray &content : contents) {
+        const FilePath file = folder.write("damaged" + QByteArray::number(++number), content);
+        {
+            const auto store = storeAt(file);
+            EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase)) << number;
+            EXPECT_EQ(store->stringForKey(u"text"_s), u"factory"_s) << number;
+            store->setObject(u"text"_s, u"mine"_s);
+            EXPECT_TRUE(store->synchronize()) << number;
+        }
+        const auto store =
+            storeAt(folder.write("again" + QByteArray::number(number), test::contentOfFile(file)));
+        EXPECT_EQ(store->stringForKey(u"text"_s), u"mine"_s) << number;
+        EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase)) << number;
+    }
+}
+
+TEST(UserDefaultsTest, ValuesOfAWrongTypeInTheFileFallBackToTheRegisteredOnes)
+{
+    const TemporaryFolder folder;
+    const auto store =
+        storeAt(folder.write("settings", "[General]\nignoreCase=perhaps\nnumber=a, b\ntext=a, b\n"));
+    EXPECT_TRUE(store->boolFor(BooleanSetting::IgnoreCase));
+    EXPECT_EQ(store->integerForKey(u"number"_s), 100);
+    EXPECT_EQ(store->stringForKey(u"text"_s), u"factory"_s);
+}
+
+TEST(UserDefaultsTest, AFailureToWriteIsToldAsLongAsItLasts)
+{
+    const TemporaryFolder folder;
+    folder.write("folder", "");
+    const auto store = storeAt(folder.path("folder/settings"));
+    store->setObject(u"text"_s, u"mine"_s);
+    EXPECT_FALSE(store->synchronize());
+    EXPECT_EQ(store->stringForKey(u"text"_s), u"mine"_s);
+
+    std::filesystem::remove(folder.path("folder").cString());
+    folder.makeFolder("folder");
+    EXPECT_TRUE(store->synchronize());
+    EXPECT_TRUE(folder.read("folder/settings").contains("mine"));
+}
+
+} // namespace
+} // namespace tidemark

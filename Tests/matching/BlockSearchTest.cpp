@@ -1,0 +1,226 @@
+#include "foundation/ByteScan.h"
+#include "foundation/UserDefaults.h"
+#include "foundation/Utf8.h"
+#include "matching/SearchContext.h"
+#include "matching/TDMatchLineHighlighter.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace tidemark;
+using tidemark::test::TemporaryFolder;
+
+namespace {
+
+/// Everything that a search of one file tells, as text.
+QByteArray described(const TDMatchLineHighlighter &highlighter, bool searched, const TDError &error)
+{
+    if (!searched)
+        return "error " + QByteArray::number(error.code()) + ' ' + error.localizedFailureReason().toUtf8();
+    QByteArray text = highlighter.includesBOM() ? "mark" : "no mark";
+    for (const auto &line : highlighter.matchLines()) {
+        text += '\n' + QByteArray::number(line->lineNumber()) + ' ' + generalizedUtf8(line->matchLineString()).toHex();
+        for (const TextRange &range : line->matchRanges())
+            text += ' ' + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
+    }
+    return text;
+}
+
+QByteArray byLines(const FilePath &path, const TDFindPattern &pattern)
+{
+    TDMatchLineHighlighter highlighter;
+    TDError error;
+    const bool searched = highlighter.processWithFile(path, TD_FILE_COMMON_UNKNOWN_ENCODING, error, pattern);
+    return described(highlighter, searched, error);
+}
+
+QByteArray byBlocks(const FilePath &path, SearchContext &context)
+{
+    TDMatchLineHighlighter highlighter;
+    TDError error;
+    const bool searched =
+        highlighter.processWithFile(FileToRead{path, -1, {}}, TD_FILE_COMMON_UNKNOWN_ENCODING, error, context);
+    return described(highlighter, searched, error);
+}
+
+/// A random file: pieces of text, line ends of all kinds, now and then something nasty.
+class FileMaker
+{
+public:
+    explicit FileMaker(unsigned seed) : _random(seed) {}
+
+    QByteArray make()
+    {
+        static const QList<QByteArray> MARKS = {"", "", "", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF",
+                                                QByteArray("\xFF\xFE\0\0", 4), QByteArray("\0\0\xFE\xFF", 4)};
+        const qsizetype kind = _below(int(MARKS.size()));
+        const int pieces = _below(4) == 0 ? _below(6) : _below(400);
+        QString text;
+        for (int piece = 0; piece < pieces; ++piece)
+            text += _piece();
+        QByteArray bytes = MARKS[kind] + _encoded(text, MARKS[kind]);
+        if (_below(8) == 0 && !bytes.isEmpty())
+            bytes.insert(_below(int(bytes.size())), char(0x80 + _below(128)));
+        return bytes;
+    }
+
+private:
+    QString _piece()
+    {
+        static const QStringList PIECES = {
+            QStringLiteral("tide"),    QStringLiteral("Tide "),      QStringLiteral("\n"),  QStringLiteral("\r"),
+            QStringLiteral("\r\n"),    QStringLiteral("\n\n"),       QStringLiteral("é"),   QStringLiteral("Прилив "),
+            QStringLiteral("ab "),     QStringLiteral("\u2028"),     QStringLiteral("\t"),  QStringLiteral("t\u0131de"),
+            QStringLiteral("😀tide"), QStringLiteral("tide\u0301"), QStringLiteral("x1 "), QStringLiteral("\f")};
+        if (_below(3000) == 0)
+            return QString(24990 + _below(20), u'y');
+        if (_below(2000) == 0)
+            return QString(140000, u'z');
+        return PIECES[_below(int(PIECES.size()))];
+    }
+
+    static QByteArray _encoded(const QString &text, const QByteArray &mark)
+    {
+        StringEncoding encoding = TD_ENCODING_UTF8;
+        if (mark.size() == 2)
+            encoding = mark[0] == '\xFF' ? TD_ENCODING_UTF16_LITTLE_ENDIAN : TD_ENCODING_UTF16_BIG_ENDIAN;
+        if (mark.size() == 4)
+            encoding = mark[0] == '\xFF' ? TD_ENCODING_UTF32_LITTLE_ENDIAN : TD_ENCODING_UTF32_BIG_ENDIAN;
+        return TextConverter::converterForEncoding(encoding)->encode(text).value_or(QByteArray());
+    }
+
+    int _below(int limit) { return int(_random() % unsigned(limit)); }
+    std::mt19937 _random;
+};
+
+class BlockSearch : public testing::Test
+{
+protected:
+    void SetUp() override { _setMode(false); }
+    void TearDown() override { _setMode(false); }
+    static void _setMode(bool isExpression)
+    {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
+    }
+    TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
+{
+    struct Query
+    {
+        QString findText;
+        bool isExpression;
+    };
+    const QList<Query> queries = {
+        {QStringLiteral("tide"), false},    {QStringLiteral("é"), false},       {QStringLiteral("ПРИЛИВ"), false},
+        {QStringLiteral("t[i1]de?"), true}, {QStringLiteral("^x1|e $"), true},  {QStringLiteral("\\bab\\b"), true},
+        {QStringLiteral("y*"), true},       {QStringLiteral("(.)\\1"), true},   {QStringLiteral("e"), false},
+        {QStringLiteral("("), true},        {QStringLiteral("[^ -~]+"), true},  {QStringLiteral(""), false}};
+    for (const Query &query : queries) {
+        _setMode(query.isExpression);
+        const TDFindPattern pattern(query.findText, CaseRule::Ignore);
+        SearchContext context(pattern);
+        FileMaker files(unsigned(query.findText.size()) * 77 + 5);
+        for (int round = 0; round < 40; ++round) {
+            const FilePath path = folder.write("file", files.make());
+            ASSERT_EQ(byLines(path, pattern), byBlocks(path, context))
+                << "searching for " << query.findText.toStdString() << ", round " << round;
+        }
+    }
+}
+
+TEST_F(BlockSearch, KeepsLinesWholeAcrossBlocks)
+{
+    const TDFindPattern pattern(QStringLiteral("tide"), CaseRule::Exact);
+    SearchContext context(pattern);
+    // Line ends around the places where a buffer of 2^17 or 2^20 bytes is full, in each of their forms.
+    for (const qsizetype border : {qsizetype(1) << 17, qsizetype(1) << 20}) {
+        for (const char *lineEnd : {"\n", "\r", "\r\n", "\r\r\n"}) {
+            for (qsizetype shift = -3; shift <= 3; ++shift) {
+                QByteArray content;
+                while (content.size() < border - 200)
+                    content += QByteArray("a line of some text") + lineEnd;
+                content += QByteArray(border + shift - content.size() - 8, 'x') + " no tide" + lineEnd + "tide" + lineEnd;
+                content += QByteArray("more tide") + lineEnd + "end of tide";
+                const FilePath path = folder.write("file", content);
+                ASSERT_EQ(byLines(path, pattern), byBlocks(path, context)) << border << ' ' << shift;
+            }
+        }
+    }
+}
+
+TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
+{
+    const TDFindPattern pattern(QStringLiteral("größe"), CaseRule::Ignore);
+    SearchContext context(pattern);
+    const QByteArray latin = "GR\xD6\xDF" "E und gr\xF6\xDF" "e\nnichts\n";
+    const QList<QByteArray> contents = {
+        "<?xml version='1.0' encoding='iso-8859-1'?>\n" + latin,
+        "<html><META http-equiv=x content='text/html; charset=windows-1252'>\r\n" + latin,
+        "<?xml encoding='no-such-name'?>\n" + latin,
+        "<?xml encoding='shift_jis'?>\nplain\n",
+        "<?xml encoding='iso-2022-jp'?>\ngrosse\n",
+        "<?xml encoding='utf-16'?>\ntext\n",
+        latin,
+        "ab",
+        "abc",
+        "",
+        QByteArray("\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0x", 13),
+        QByteArray("\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0\x00\xD8x\0", 16),
+    };
+    for (const QByteArray &content : contents) {
+        const FilePath path = folder.write("file", content);
+        EXPECT_EQ(byLines(path, pattern), byBlocks(path, context)) << content.left(60).toStdString();
+    }
+    EXPECT_EQ(byLines(folder.path("missing"), pattern), byBlocks(folder.path("missing"), context));
+    EXPECT_EQ(byLines(folder.path(), pattern), byBlocks(folder.path(), context));
+}
+
+TEST(ByteScan, CountsLineEnds)
+{
+    EXPECT_EQ(countLineEnds("a\r\nb\rc\nd"), 3);
+    EXPECT_EQ(countLineEnds("\r\r\n\n\r"), 4);
+    EXPECT_EQ(countLineEnds(""), 0);
+}
+
+TEST(ByteScan, NeverOverlooksALongLine)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 20000; ++round) {
+        QByteArray bytes;
+        const int size = int(random() % 60);
+        for (int index = 0; index < size; ++index)
+            bytes += "xxxx\r\n"[random() % 6];
+        qsizetype longest = 0;
+        for (qsizetype start = 0; start < bytes.size();) {
+            const qsizetype end = indexOfLineEnd(QByteArrayView(bytes).sliced(start));
+            qsizetype length = end < 0 ? bytes.size() - start : end + 1;
+            if (end >= 0 && bytes[start + end] == '\r' && start + length < bytes.size() && bytes[start + length] == '\n')
+                ++length;
+            longest = qMax(longest, length);
+            start += length;
+        }
+        if (longest > 8) {
+            ASSERT_TRUE(mayHoldLineLongerThan(bytes, 8)) << bytes.toHex().constData();
+        }
+    }
+}
+
+TEST(Utf8, AcceptsExactlyWhatDecodes)
+{
+    std::mt19937 random(11);
+    static constexpr unsigned char BYTES[] = {'a', 'b', 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC1, 0xC2, 0xDF,
+                                              0xE0, 0xE1, 0xED, 0xEF, 0xF0, 0xF1, 0xF4, 0xF5, 0xFF};
+    for (int round = 0; round < 300000; ++round) {
+        QByteArray bytes(qsizetype(random() % 3) * 40, 'x');
+        const int size = 1 + int(random() % 5);
+        for (int index = 0; index < size; ++index)
+            bytes += char(BYTES[random() % sizeof BYTES]);
+        ASSERT_EQ(isValidUtf8(bytes), textFromUtf8(bytes).has_value()) << bytes.toHex().constData();
+    }
+}

@@ -1,0 +1,242 @@
+#include "reading/TDFileReader.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+namespace tidemark {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using test::TemporaryFolder;
+
+constexpr StringEncoding LATIN1 = 5;
+
+/// How a text lies in a file, written without the converters that the reader uses.
+struct Layout
+{
+    const char *name;
+    StringEncoding encoding;
+    int size;
+    bool littleEndian;
+
+    QByteArray bytes(const QString &text) const
+    {
+        QByteArray bytes;
+        for (const QChar character : text) {
+            QByteArray unit(size, '\0');
+            const int low = littleEndian ? 0 : size - 1;
+            unit[low] = char(character.unicode());
+            if (size > 1)
+                unit[littleEndian ? 1 : size - 2] = char(character.unicode() >> 8);
+            bytes += unit;
+        }
+        return bytes;
+    }
+};
+
+const std::array<Layout, 5> LAYOUTS = {{{"Latin 1", LATIN1, 1, true},
+                                        {"UTF-16LE", TD_ENCODING_UTF16_LITTLE_ENDIAN, 2, true},
+                                        {"UTF-16BE", TD_ENCODING_UTF16_BIG_ENDIAN, 2, false},
+                                        {"UTF-32LE", TD_ENCODING_UTF32_LITTLE_ENDIAN, 4, true},
+                                        {"UTF-32BE", TD_ENCODING_UTF32_BIG_ENDIAN, 4, false}}};
+
+/// What a reader must make of a text: each line with its line end, which is `ends` characters long.
+struct ExpectedLines
+{
+    explicit ExpectedLines(const QString &text)
+    {
+        qsizetype start = 0;
+        for (qsizetype index = 0; index < text.size(); ++index) {
+            const bool pair = text.mid(index, 2) == u"\r\n"_s;
+            if (text[index] != u'\r' && text[index] != u'\n')
+                continue;
+            index += pair ? 1 : 0;
+            _add(text.mid(start, index + 1 - start), pair ? 2 : 1);
+            start = index + 1;
+        }
+        if (start < text.size())
+            _add(text.mid(start), 0);
+    }
+    QStringList whole;
+    QStringList stripped;
+
+private:
+    void _add(const QString &line, int ends)
+    {
+        whole << line;
+        stripped << line.chopped(ends);
+    }
+};
+
+/// All lines, and behind them the error that reading ended in.
+QStringList linesOf(const FilePath &path, StringEncoding encoding, bool keepLineEnds = true)
+{
+    TDError error;
+    const auto reader = TDFileReader::fileReaderWithFile(path, encoding, error);
+    if (!reader)
+        return {u"no reader: "_s + error.localizedDescription()};
+    QStringList lines;
+    while (const std::optional<QString> line = reader->getNextLineWithEOLCharacters(keepLineEnds, error))
+        lines << *line;
+    if (error)
+        lines << u"error %1"_s.arg(error.code());
+    EXPECT_TRUE(reader->closeFile(error));
+    return lines;
+}
+
+class TDFileReaderTest : public testing::Test
+{
+protected:
+    void expectLines(const Layout &layout, const QString &text)
+    {
+        const FilePath file = folder.write("file", layout.bytes(text));
+        const ExpectedLines expected(text);
+        ASSERT_EQ(linesOf(file, layout.encoding), expected.whole) << layout.name;
+        ASSERT_EQ(linesOf(file, layout.encoding, false), expected.stripped) << layout.name;
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(TDFileReaderTest, EveryShortTextIsSplitAtLfCrLfAndLoneCr)
+{
+    EXPECT_EQ(ExpectedLines(u"a\r\nb\rc\nd"_s).whole, QStringList({u"a\r\n"_s, u"b\r"_s, u"c\n"_s, u"d"_s}));
+    const QStringView characters = u"a\r\n";
+    QStringList texts = {QString()};
+    for (qsizetype index = 0; index < texts.size() && texts[index].size() < 5; ++index) {
+        for (const QChar character : characters)
+            texts << texts[index] + character;
+    }
+    for (const Layout &layout : LAYOUTS) {
+        for (const QString &text : texts)
+            expectLines(layout, text);
+    }
+}
+
+TEST_F(TDFileReaderTest, UnitsThatOnlyHoldTheBytesOfLineEndsAreText)
+{
+    for (const Layout &layout : LAYOUTS) {
+        if (layout.size > 1)
+            expectLines(layout, u"\u0A0D\u0D0A\u0D00\u0A00\u0D0D\r\u0A00\r\n\u000D\u0D00\u0A0A\n\u0A0D"_s);
+    }
+}
+
+TEST_F(TDFileReaderTest, LineEndsAreSeenAcrossTheBordersOfBlocks)
+{
+    for (const Layout &layout : LAYOUTS) {
+        const qsizetype block = TDReadBuffer::BLOCK_SIZE / layout.size;
+        for (const QString &tail : {u"\r\n"_s, u"\r"_s, u"\ra"_s, u"\r\ra"_s, u"\n\r\na"_s, u"a\r\nb\nc"_s}) {
+            for (const qsizetype before : {0, 1, 2, 3}) {
+                expectLines(layout, QString(block - before, u'x') + tail);
+                expectLines(layout, u"\n"_s + QString(2 * block - 1 - before, u'x') + tail);
+            }
+        }
+    }
+}
+
+TEST_F(TDFileReaderTest, CharactersAndLongLinesCrossTheBordersOfBlocks)
+{
+    for (const qsizetype before : {0, 1, 2, 3}) {
+        const QByteArray line = QByteArray(TDReadBuffer::BLOCK_SIZE - before, 'x') + "\xF0\x9F\x98\x80\n";
+        const FilePath file = folder.write("file", line + QByteArray(200000, 'y'));
+        EXPECT_TRUE(linesOf(file, TD_ENCODING_UTF8) ==
+                    QStringList({QString::fromUtf8(line), QString(200000, u'y')}))
+            << before;
+    }
+}
+
+TEST_F(TDFileReaderTest, APartialUnitAtTheEndIsDropped)
+{
+    const struct
+    {
+        QByteArray bytes;
+        StringEncoding encoding;
+        QStringList lines;
+    } cases[] = {
+        {"a\0b"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {u"a"_s}},
+        {"a"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {}},
+        {"\r\0\n"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {u"\r"_s}},
+        {"\0\r\0"_ba, TD_ENCODING_UTF16_BIG_ENDIAN, {u"\r"_s}},
+        {"\0\0\0a\0\0\0"_ba, TD_ENCODING_UTF32_BIG_ENDIAN, {u"a"_s}},
+        {"a\0\0\0\n\0\0"_ba, TD_ENCODING_UTF32_LITTLE_ENDIAN, {u"a"_s}},
+    };
+    for (const auto &[bytes, encoding, lines] : cases)
+        EXPECT_EQ(linesOf(folder.write("file", bytes), encoding), lines) << testing::PrintToString(bytes);
+}
+
+TEST_F(TDFileReaderTest, EncodingsWithoutAStatedByteOrderAreSplitByBytes)
+{
+    // U+0A61 is one character, but its bytes hold an LF: each half is then a line that can't be decoded.
+    const FilePath file = folder.write("file", "\x61\x0A\x62\x00"_ba);
+    EXPECT_EQ(linesOf(file, TD_ENCODING_UTF16_LITTLE_ENDIAN), QStringList({u"\u0A61b"_s}));
+    EXPECT_EQ(linesOf(file, TD_ENCODING_UTF16).size(), 2);
+}
+
+TEST_F(TDFileReaderTest, AGivenEncodingKeepsTheMarkAsText)
+{
+    const FilePath file = folder.write("file", "\xEF\xBB\xBF"
+                                               "a\n");
+    TDError error;
+    const auto reader = TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error);
+    ASSERT_TRUE(reader);
+    EXPECT_FALSE(reader->hadByteOrderMarker());
+    EXPECT_EQ(reader->getNextLineWithEOLCharacters(false, error), u"\uFEFF"
+                                                                  "a"_s);
+    EXPECT_TRUE(reader->closeFile(error));
+}
+
+TEST_F(TDFileReaderTest, ReadingFailsAtTheFirstLineThatCannotBeDecoded)
+{
+    EXPECT_EQ(linesOf(folder.write("a", "good\nb\xE4"
+                                        "d\ngood\n"),
+                      TD_ENCODING_UTF8),
+              QStringList({u"good\n"_s, u"error 4"_s}));
+    EXPECT_EQ(linesOf(folder.write("b", "a\n"), 0), QStringList({u"error 4"_s}));
+
+    const TDError error = TDFileReader::encodingError(TD_ENCODING_UTF8);
+    EXPECT_EQ(
+        error.localizedDescription(),
+        u"Sorry, a problem occured whilst attempting to read a file.\n\n"
+        "The chosen character encoding ‘Unicode (UTF-8)’ is unable to read the contents of the file. Check "
+        "in "
+        "Preferences that the default character encoding is appropriate for this file.\n\nError Code: 4"_s);
+}
+
+TEST_F(TDFileReaderTest, AFileThatCannotBeOpenedSaysWhy)
+{
+    const FilePath missing = folder.path("missing");
+    EXPECT_EQ(linesOf(missing, TD_ENCODING_UTF8),
+              QStringList({u"no reader: Sorry, a problem occured whilst attempting to open file ‘"_s +
+                           missing.displayText() + u"’.\n\nError 2 occured.\n\nError Code: 1"_s}));
+}
+
+TEST_F(TDFileReaderTest, MissingPermissionIsNamed)
+{
+    const FilePath file = folder.write("file", "a");
+    ASSERT_EQ(chmod(file.cString(), 0), 0);
+    // Permissions mean nothing to the superuser, who is somebody else for a moment.
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+    TDError error;
+    const bool opened = TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error) != nullptr;
+    ASSERT_EQ(seteuid(user), 0);
+    EXPECT_FALSE(opened);
+    EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR));
+    EXPECT_EQ(error.localizedFailureReason(), u"You do not have permission to open the file."_s);
+}
+
+TEST_F(TDFileReaderTest, AFolderOpensAndFailsToBeRead)
+{
+    EXPECT_EQ(linesOf(folder.path(), TD_ENCODING_UTF8), QStringList({u"error %1"_s.arg(EISDIR)}));
+    EXPECT_EQ(linesOf(folder.path(), TD_FILE_COMMON_UNKNOWN_ENCODING),
+              QStringList({u"error %1"_s.arg(EISDIR)}));
+}
+
+} // namespace
+} // namespace tidemark

@@ -1,0 +1,358 @@
+#include "foundation/FileSystemCalls.h"
+#include "replace/ReplaceTestSupport.h"
+#include "replace/SaveToDisk.h"
+#include "replace/TDFileModifier.h"
+
+#include <QHash>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tidemark::test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+/// Carries the calls out, writes down which step of a rewrite each belongs to, and lets one of them fail.
+class FaultyCalls : public FileSystemCalls
+{
+public:
+    explicit FaultyCalls(const FilePath &original) : _original(original) { setCurrent(this); }
+    ~FaultyCalls() override { setCurrent(nullptr); }
+
+    qsizetype failAt = -1; ///< index of the call that fails
+    int errorNumber = EIO;
+    bool dies = false; ///< the process ends there instead
+    std::function<void(const QByteArray &step)> before = [](const QByteArray &) {};
+    QList<QByteArray> steps;
+
+    int open(const char *path, int flags, mode_t mode) override
+    {
+        const bool isOriginal = _original.bytes() == path;
+        const QByteArray role = (flags & O_CREAT) != 0            ? "copy"
+                                : !isOriginal                     ? "backup"
+                                : (flags & O_ACCMODE) == O_RDWR   ? "file to truncate"
+                                : (flags & O_ACCMODE) == O_WRONLY ? "file to write"
+                                                                  : "file to copy";
+        if (_isReserving)
+            return FileSystemCalls::open(path, flags, mode);
+        if (_fails("open " + role))
+            return -1;
+        const int descriptor = FileSystemCalls::open(path, flags, mode);
+        _roles.insert(descriptor, role);
+        return descriptor;
+    }
+    int makeUniqueFile(char *pathTemplate) override
+    {
+        if (_fails("reserve backup"))
+            return -1;
+        _isReserving = true; // may come by open() as well
+        const int descriptor = FileSystemCalls::makeUniqueFile(pathTemplate);
+        _isReserving = false;
+        return descriptor;
+    }
+    ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset) override
+    {
+        return _fails("read backup")
+                   ? -1
+                   : FileSystemCalls::pread(descriptor, bytes, qMin(count, MOST_READ), offset);
+    }
+    ssize_t write(int descriptor, const void *bytes, size_t count) override
+    {
+        // The first one writes less than it should.
+        const bool isFirst = !steps.contains("write");
+        if (!_fails("write"))
+            return FileSystemCalls::write(descriptor, bytes, isFirst ? count / 2 : count);
+        (void)FileSystemCalls::write(descriptor, bytes, count / 3);
+        errno = errorNumber;
+        return -1;
+    }
+    int truncate(int descriptor, off_t size) override
+    {
+        return _fails("truncate") ? -1 : FileSystemCalls::truncate(descriptor, size);
+    }
+    int sync(int) override { return _fails("sync") ? -1 : 0; }
+    int close(int descriptor) override
+    {
+        const bool fails = _fails("close " + _roles.value(descriptor));
+        FileSystemCalls::close(descriptor);
+        errno = errorNumber;
+        return fails ? -1 : 0;
+    }
+    int remove(const char *path) override
+    {
+        const bool isReserved = !steps.contains("open copy");
+        return _fails(isReserved ? "free reserved name" : "remove backup") ? -1
+                                                                           : FileSystemCalls::remove(path);
+    }
+    int copyContent(int from, int to) override
+    {
+        struct stat status = {};
+        EXPECT_EQ(fstat(to, &status), 0);
+        EXPECT_EQ(status.st_mode & 077, 0U) << "open to others while it is filled";
+        if (!_fails("copy"))
+            return FileSystemCalls::copyContent(from, to);
+        EXPECT_EQ(FileSystemCalls::write(to, "part", 4), 4);
+        errno = errorNumber;
+        return -1;
+    }
+
+private:
+    static constexpr size_t MOST_READ = 16384;
+
+    bool _fails(const QByteArray &step)
+    {
+        before(step);
+        steps << step;
+        const bool fails = steps.size() - 1 == failAt;
+        if (fails && dies)
+            _exit(0);
+        errno = errorNumber;
+        return fails;
+    }
+
+    FilePath _original;
+    QHash<int, QByteArray> _roles;
+    bool _isReserving = false;
+};
+
+struct Step
+{
+    QByteArray name;
+    qint64 errorCode; ///< when it fails; 0: that does no harm
+};
+
+const QList<Step> STEPS = {
+    {"reserve backup", 25},
+    {"free reserved name", 27},
+    {"open file to copy", 26},
+    {"open copy", 26},
+    {"copy", 26},
+    {"close file to copy", 0},
+    {"close copy", 26},
+    {"open file to truncate", 31},
+    {"truncate", 32},
+    {"close file to truncate", 33},
+    {"open file to write", 31},
+    {"open backup", 1},
+    {"read backup", 34},
+    {"write", 34},
+    {"sync", 34},
+    {"close file to write", 34},
+    {"close backup", 0},
+    {"remove backup", 27},
+};
+
+class FileModifierFaultsTest : public ReplaceTest
+{
+protected:
+    /// Long enough for several reads, with changes in the first and the last line.
+    static QByteArray content(const QByteArray &match)
+    {
+        return match + " first\n" + QByteArray(1000, 'x').append('\n').repeated(60) + "last " + match +
+               "\r\n";
+    }
+    const QByteArray _old = content("needle");
+    const QByteArray _new = content("pin");
+
+    static std::shared_ptr<TDMatchLine> changedLine(qint64 number, const QString &before,
+                                                    const QString &after)
+    {
+        auto line = std::make_shared<TDMatchLine>();
+        line->setLineNumber(number);
+        line->setSavedLineString(before);
+        line->setMatchLineString(after);
+        return line;
+    }
+    std::shared_ptr<TDFindResultItem> changedFile(const QByteArray &name) const
+    {
+        const FilePath path = _folder.write(name, _old);
+        auto file = TDFindResultItem::initWithFile(path, TDFileCommon::fileModificationDate(path),
+                                                   u"needle"_s, false);
+        auto highlighter = std::make_shared<TDMatchLineHighlighter>();
+        highlighter->setMatchLines({changedLine(1, u"needle first\n"_s, u"pin first\n"_s),
+                                    changedLine(62, u"last needle\r\n"_s, u"last pin\r\n"_s)});
+        file->setMatchLineHighlighter(highlighter);
+        return file;
+    }
+    bool save(TDFindResultItem &file, TDError &error) const
+    {
+        return saveToDiskFindResultItem(
+            file, [this](const FilePath &) { return _areFilesSearchLocations; }, error);
+    }
+    QList<FilePath> backups() const
+    {
+        QList<FilePath> backups;
+        const TemporaryFolder &folder = _areFilesSearchLocations ? _transientFolder : _folder;
+        for (const QByteArray &name : backupNames(folder))
+            backups << folder.path(name);
+        return backups;
+    }
+    void expectNothingIsLost(const FilePath &path) const
+    {
+        const QByteArray now = contentOfFile(path);
+        bool isSafe = now == _old || now == _new;
+        for (const FilePath &backup : backups())
+            isSafe = isSafe || contentOfFile(backup) == _old;
+        EXPECT_TRUE(isSafe);
+    }
+    void failEveryCall();
+};
+
+void FileModifierFaultsTest::failEveryCall()
+{
+    setKeepsBackups(false);
+    QList<QByteArray> steps;
+    for (qsizetype call = -1; call < steps.size(); ++call) {
+        const QByteArray name = "file" + QByteArray::number(call) + ".txt";
+        const auto file = changedFile(name);
+        TDError error;
+        FaultyCalls calls(file->path());
+        calls.failAt = call;
+        const bool saved = save(*file, error);
+        if (call < 0) {
+            steps = calls.steps;
+            EXPECT_TRUE(saved);
+            EXPECT_TRUE(_folder.read(name) == _new);
+            QList<QByteArray> order;
+            for (const QByteArray &step : steps) {
+                if (!order.contains(step))
+                    order << step;
+            }
+            ASSERT_EQ(order.size(), STEPS.size()) << order.join(", ").constData();
+            for (qsizetype index = 0; index < STEPS.size(); ++index)
+                EXPECT_EQ(order[index], STEPS[index].name);
+            EXPECT_GE(steps.count("write"), 2);
+            EXPECT_GE(steps.count("read backup"), 4);
+            continue;
+        }
+        SCOPED_TRACE(steps[call].toStdString() + ", call " + std::to_string(call));
+        const Step expected = *std::find_if(STEPS.begin(), STEPS.end(),
+                                            [&](const Step &step) { return step.name == steps[call]; });
+        EXPECT_EQ(error.code(), expected.errorCode) << error.localizedDescription().toStdString();
+        EXPECT_EQ(saved, expected.errorCode == 0);
+        expectNothingIsLost(file->path());
+        const bool isTouched = steps.indexOf("truncate") <= call;
+        const bool isDone = expected.errorCode == 0 || expected.name == "remove backup";
+        if (isDone || !isTouched) {
+            EXPECT_TRUE(_folder.read(name) == (isDone ? _new : _old));
+        }
+        // A copy that failed leaves nothing; the reserved name that can't be freed stays.
+        const bool leavesBackup =
+            expected.errorCode != 0 && expected.errorCode != 25 && expected.errorCode != 26;
+        EXPECT_EQ(backups().size(), leavesBackup ? 1 : 0);
+        for (const FilePath &backup : backups())
+            ::unlink(backup.cString());
+    }
+}
+
+TEST_F(FileModifierFaultsTest, EveryCallThatFailsGivesItsErrorAndLosesNothing)
+{
+    failEveryCall();
+}
+
+TEST_F(FileModifierFaultsTest, TheSameHoldsForTransientBackups)
+{
+    _areFilesSearchLocations = true;
+    failEveryCall();
+    EXPECT_TRUE(backupNames(_folder).isEmpty());
+}
+
+TEST_F(FileModifierFaultsTest, DyingAtAnyCallLosesNothing)
+{
+    const auto file = changedFile("a.txt");
+    for (qsizetype call = 0, count = 1; call < count; ++call) {
+        writeFile(file->path(), _old);
+        file->setModificationDate(TDFileCommon::fileModificationDate(file->path()));
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            FaultyCalls calls(file->path());
+            calls.failAt = call;
+            calls.dies = true;
+            TDError error;
+            (void)save(*file, error);
+            _exit(1); // no call was left to die at
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        count += WEXITSTATUS(status) == 0 ? 1 : 0;
+        SCOPED_TRACE("call " + std::to_string(call));
+        EXPECT_TRUE(WIFEXITED(status));
+        expectNothingIsLost(file->path());
+        for (const FilePath &backup : backups())
+            ::unlink(backup.cString());
+        EXPECT_LT(call, 100);
+    }
+}
+
+TEST_F(FileModifierFaultsTest, TheLongTextsTellWhatToRestore)
+{
+    const auto file = changedFile("a.txt");
+    TDError error;
+    {
+        FaultyCalls calls(file->path());
+        calls.errorNumber = ENOSPC;
+        calls.before = [&](const QByteArray &step) {
+            calls.failAt = step == "write" && calls.steps.contains("write") ? calls.steps.size() : -1;
+        };
+        EXPECT_FALSE(save(*file, error));
+    }
+    EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_WRITE_DATA_ERROR));
+    ASSERT_EQ(backups().size(), 1);
+    EXPECT_TRUE(contentOfFile(backups().first()) == _old);
+    EXPECT_FALSE(TDFileModifier::isPathToModifiedFile(file->path()));
+    EXPECT_EQ(
+        error.localizedDescription(),
+        u"Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file "
+        u"from "
+        "the automatic backup that was created.\n\nWriting data to file ‘%1’ failed with exception 'No space "
+        "left on device'.\n\nError Code: 34"_s.arg(file->path().displayText()));
+    EXPECT_EQ(
+        error.localizedRecoverySuggestion(),
+        u"To restore the file use Finder to copy file ‘%1’ to file ‘%2’. Afterwards delete the backup file."_s
+            .arg(backups().first().displayText(), file->path().displayText()));
+}
+
+TEST_F(FileModifierFaultsTest, AChangeWhileTheBackupIsMadeIsNoticed)
+{
+    const auto file = changedFile("a.txt");
+    const FileDate date = file->modificationDate().value();
+    TDError error;
+    FaultyCalls calls(file->path());
+    calls.before = [&](const QByteArray &step) {
+        if (step == "close copy")
+            setModificationDate(file->path(), date.nanoseconds + 1);
+    };
+    EXPECT_FALSE(save(*file, error));
+    EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR));
+    EXPECT_TRUE(_folder.read("a.txt") == _old);
+    EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"});
+}
+
+TEST_F(FileModifierFaultsTest, ABackupThatCantBeReadLeavesTheFileAlone)
+{
+    const auto file = changedFile("a.txt");
+    TDError error;
+    FaultyCalls calls(file->path());
+    bool replaced = false;
+    calls.before = [&](const QByteArray &step) {
+        // A folder can be opened, but not read.
+        if (step == "close copy") {
+            const FilePath backup = backups().value(0);
+            replaced = ::unlink(backup.cString()) == 0 && ::mkdir(backup.cString(), 0700) == 0;
+        }
+    };
+    EXPECT_FALSE(save(*file, error));
+    EXPECT_TRUE(replaced);
+    EXPECT_EQ(error.domain(), TD_POSIX_ERROR_DOMAIN);
+    EXPECT_EQ(error.code(), EISDIR);
+    EXPECT_TRUE(_folder.read("a.txt") == _old);
+    EXPECT_FALSE(calls.steps.contains("open file to truncate"));
+}
+
+} // namespace
+} // namespace tidemark::test

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "foundation/UserDefaults.h"
+#include "search/RegisterUserDefaults.h"
+#include "support/TemporaryFolder.h"
+#include "window/ApplicationDelegate.h"
+#include "window/MyDocument.h"
+#include "window/TDMyDocumentController.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+namespace tidemark::test {
+
+class FakeApplication : public ApplicationDelegate
+{
+public:
+    quint64 countBusyWindows() const override { return _count; }
+    void setCountBusyWindows(quint64 count) override { _count = count; }
+
+private:
+    quint64 _count = 0;
+};
+
+/// Fresh settings and a folder for each test.
+class WindowTest : public testing::Test
+{
+protected:
+    WindowTest()
+    {
+        UserDefaults::setStandard(UserDefaults::inMemory());
+        registerUserDefaults(UserDefaults::standard());
+    }
+
+    TDSearchLocation location(const FilePath &path) const
+    {
+        TDSearchLocation location;
+        location.setURL(path.toUrl());
+        return location;
+    }
+
+    FakeApplication application;
+    TemporaryFolder folder;
+};
+
+/// Delivers events until the condition holds; false after the time is up.
+template <typename Condition>
+bool waitFor(Condition condition, int milliseconds = 10000)
+{
+    return QTest::qWaitFor(condition, milliseconds);
+}
+
+/// A file node with so many match lines.
+inline std::shared_ptr<TDFindResultItem> fileWithLines(const QByteArray &path, int lines)
+{
+    auto file = TDFindResultItem::initWithFile(FilePath(path), {}, QStringLiteral("x"), false);
+    FindResultItems children;
+    for (int line = 0; line < lines; ++line)
+        children << TDFindResultItem::initWithMatchLine(std::make_shared<TDMatchLine>(), file.get());
+    file->setMatchLines(children);
+    return file;
+}
+
+} // namespace tidemark::test

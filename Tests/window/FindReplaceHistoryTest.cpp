@@ -1,0 +1,63 @@
+#include "window/FindReplaceHistory.h"
+
+#include "foundation/UserDefaults.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark {
+
+namespace {
+
+const QString KEY = TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY;
+
+QStringList historyAfter(UserDefaults &settings, const QStringList &texts)
+{
+    for (const QString &text : texts)
+        addStringToHistoryArrayForKey(settings, text, KEY);
+    return settings.objectForKey(KEY).toStringList();
+}
+
+TEST(FindReplaceHistory, KeepsEachTextOnceTheLatestFirst)
+{
+    EXPECT_EQ(historyAfter(*UserDefaults::inMemory(), {u"A"_s, u"B"_s, u"A"_s}),
+              (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_EQ(historyAfter(*UserDefaults::inMemory(), {u"A"_s, u"a"_s, u""_s, u"A "_s}),
+              (QStringList{u"A "_s, u"a"_s, u"A"_s}));
+}
+
+TEST(FindReplaceHistory, DropsTheOldestBeyondAMaximum)
+{
+    struct Case
+    {
+        QVariant maximum;
+        QStringList expected;
+    };
+    const QStringList all = {u"4"_s, u"3"_s, u"2"_s, u"1"_s};
+    const Case cases[] = {{3, {u"4"_s, u"3"_s, u"2"_s}}, {0, {}}, {-1, all}, {{}, all}};
+    for (const Case &each : cases) {
+        const auto settings = UserDefaults::inMemory();
+        settings->setObject(TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM, each.maximum);
+        EXPECT_EQ(historyAfter(*settings, {u"1"_s, u"2"_s, u"3"_s, u"4"_s}), each.expected)
+            << each.maximum.toString().toStdString();
+    }
+}
+
+TEST(FindReplaceHistory, AnEmptyReplaceTextLeavesItsListAlone)
+{
+    const auto settings = UserDefaults::inMemory();
+    saveFindReplaceTextHistory(*settings, u"find"_s, u"replace"_s);
+    saveFindReplaceTextHistory(*settings, u"other"_s, {});
+    EXPECT_EQ(settings->objectForKey(KEY).toStringList(), (QStringList{u"other"_s, u"find"_s}));
+    EXPECT_EQ(settings->objectForKey(TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY).toStringList(),
+              QStringList{u"replace"_s});
+}
+
+} // namespace
+
+} // namespace tidemark

@@ -1,0 +1,126 @@
+#include "support/TemporaryFolder.h"
+#include "window/OutlineRows.h"
+#include "window/ResultsFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QSignalSpy>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace tidemark {
+
+using test::failedFileNode;
+using test::fileNode;
+
+namespace {
+
+FindResultItems threeFiles()
+{
+    return {fileNode("/z/b.txt", {u"foo\n"_s, u"foo foo\n"_s}),
+            fileNode("/y/c.txt", {u"foo foo foo foo\n"_s}), fileNode("/x/a.txt", {u"foo\n"_s})};
+}
+
+QStringList names(const ResultsTreeModel &model)
+{
+    QStringList names;
+    for (int row = 0; row < model.rowCount(); ++row)
+        names << model.index(row, 0).data().toString();
+    return names;
+}
+
+TEST(ResultsTreeModel, KeepsTheRulesOfModelsThroughAllChanges)
+{
+    FindResults results;
+    ResultsTreeModel model(results);
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    results.append(threeFiles());
+    results.append({failedFileNode("/x/d.txt", u"No such encoding"_s)});
+    const QPersistentModelIndex second = model.index(1, 0, model.index(0, 0));
+    model.sort(ResultsTreeModel::MatchesColumn, Qt::DescendingOrder);
+    EXPECT_EQ(names(model), QStringList({u"c.txt"_s, u"b.txt"_s, u"a.txt"_s, u"d.txt"_s}));
+    EXPECT_EQ(second.parent().data().toString(), u"b.txt"_s);
+    results.append({fileNode("/w/e.txt", {u"foo foo\n"_s})});
+    EXPECT_EQ(names(model).value(2), u"e.txt"_s);
+    results.remove({results.files()[0]->children()[0], results.files()[1]});
+    EXPECT_EQ(names(model), QStringList({u"b.txt"_s, u"e.txt"_s, u"a.txt"_s, u"d.txt"_s}));
+    model.sort(-1);
+    EXPECT_EQ(names(model), QStringList({u"b.txt"_s, u"a.txt"_s, u"d.txt"_s, u"e.txt"_s}));
+    model.noteAllChanged();
+    results.clear();
+    EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST(ResultsTreeModel, ShowsNamesCountsAndFolders)
+{
+    FindResults results;
+    ResultsTreeModel model(results);
+    const QByteArray home = QDir::homePath().toUtf8();
+    results.append({fileNode(home + "/src/main.c", {u"\tfoo foo\n"_s}),
+                    failedFileNode("/a/bad", u"Why it failed"_s),
+                    fileNode(QByteArray("/a/caf\xE9.txt"), {u"foo"_s})});
+    const auto shown = [&model](int file, int column) { return model.index(file, column).data().toString(); };
+    EXPECT_EQ(shown(0, 0), u"main.c"_s);
+    EXPECT_EQ(shown(0, 1), u"2"_s);
+    EXPECT_EQ(shown(0, 2), u"~/src"_s);
+    EXPECT_EQ(shown(1, 1), QString());
+    EXPECT_EQ(shown(2, 0), u"caf\uFFFD.txt"_s);
+    EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data().toString(), u"1: \u2022foo foo"_s);
+    EXPECT_EQ(model.index(0, 0, model.index(1, 0)).data().toString(), u"Why it failed"_s);
+}
+
+TEST(FindResults, AnnouncesBatchesAndRunsAndKeepsPositions)
+{
+    FindResults results;
+    QSignalSpy appended(&results, &FindResults::appended);
+    QSignalSpy removed(&results, &FindResults::removed);
+    QSignalSpy thinnedOut(&results, &FindResults::thinnedOut);
+    FindResultItems files;
+    for (int number = 0; number < 200; ++number)
+        files << fileNode("/f", {u"foo"_s, u"foo"_s});
+    results.append(files);
+    EXPECT_EQ(appended.count(), 1);
+    results.remove({files[3], files[4], files[5], files[9], files[9]->children()[0]});
+    EXPECT_EQ(removed.count(), 2);
+    FindResultItems scattered;
+    for (int number = 10; number < 200; number += 2)
+        scattered << files[number]->children()[0] << files[number + 1];
+    results.remove(scattered);
+    EXPECT_EQ(thinnedOut.count(), 1);
+    EXPECT_EQ(results.count(), 196 - 95);
+    for (qsizetype position = 0; position < results.count(); ++position)
+        EXPECT_EQ(results.files()[position]->position(), position);
+    EXPECT_EQ(files[10]->children().size(), 1);
+    EXPECT_EQ(files[10]->children()[0]->position(), 0);
+}
+
+TEST(OutlineRows, AgreesWithCountingOneByOne)
+{
+    OutlineRows rows;
+    std::vector<int> lines;
+    std::mt19937 random(7);
+    for (int file = 0; file < 100; ++file) {
+        lines.push_back(int(random() % 4));
+        rows.appendFile(lines.back());
+    }
+    for (int change = 0; change < 50; ++change) {
+        const int file = int(random() % 100);
+        lines[size_t(file)] = int(random() % 4);
+        rows.setShownLines(file, lines[size_t(file)]);
+    }
+    int row = 0;
+    for (int file = 0; file < 100; ++file) {
+        EXPECT_EQ(rows.rowOfFile(file), row);
+        for (int line = -1; line < lines[size_t(file)]; ++line)
+            EXPECT_EQ(rows.place(row++), (OutlineRows::Place{file, line}));
+    }
+    EXPECT_EQ(rows.rowCount(), row);
+}
+
+} // namespace
+
+} // namespace tidemark

@@ -1,0 +1,164 @@
+#include "support/TemporaryFolder.h"
+#include "window/ResultsFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace tidemark {
+
+using test::failedFileNode;
+using test::fileNode;
+using test::ResultsWindow;
+
+namespace {
+
+/// Rows when expanded: 0 a, 1 a:0 (3 matches), 2 a:1 (1), 3 b, 4 b:0 (2).
+FindResultItems twoFiles()
+{
+    return {fileNode("/t/a", {u"foo foo foo\n"_s, u"a foo\n"_s}), fileNode("/t/b", {u"foo foo\n"_s})};
+}
+
+struct Step
+{
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    const char *selection;
+    const char *highlighted;
+};
+
+void walk(ResultsWindow &window, const QList<Step> &steps)
+{
+    int number = 0;
+    for (const Step &step : steps) {
+        window.press(step.key, step.modifiers);
+        EXPECT_EQ(window.selection(), QLatin1String(step.selection)) << "step " << number;
+        EXPECT_EQ(window.highlighted(), QLatin1String(step.highlighted)) << "step " << number;
+        ++number;
+    }
+}
+
+TEST(ResultsNavigation, WalksThroughMatchesLinesAndFilesAndBack)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->selectFirstMatch();
+    EXPECT_TRUE(window.navigation->firstItemSelected());
+    walk(window, {{Qt::Key_Up, {}, "0:0", "0:0:0"},
+                  {Qt::Key_Down, {}, "0:0", "0:0:1"},
+                  {Qt::Key_Down, {}, "0:0", "0:0:2"},
+                  {Qt::Key_Down, {}, "0:1", "0:1:0"},
+                  {Qt::Key_Down, {}, "1:0", "1:0:0"},
+                  {Qt::Key_Down, {}, "1:0", "1:0:1"}});
+    EXPECT_TRUE(window.navigation->lastItemSelected());
+    EXPECT_FALSE(window.navigation->firstItemSelected());
+    walk(window, {{Qt::Key_Down, {}, "1:0", "1:0:1"},
+                  {Qt::Key_Up, {}, "1:0", "1:0:0"},
+                  {Qt::Key_Up, {}, "0:1", "0:1:0"},
+                  {Qt::Key_Up, {}, "0:0", "0:0:2"}});
+}
+
+TEST(ResultsNavigation, ExtendsTheSelectionLineByLine)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->selectFirstMatch();
+    walk(window, {{Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1", "0:1:0"},
+                  {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
+                  {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
+                  {Qt::Key_Up, Qt::ShiftModifier, "0:0 0:1 1:0", "0:1:0"},
+                  {Qt::Key_Down, {}, "1:0", "1:0:0"}});
+}
+
+TEST(ResultsNavigation, GoesToTheFirstMatchOfFiles)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->selectFirstMatch();
+    const auto control = Qt::ControlModifier;
+    walk(window, {{Qt::Key_Up, control, "0:0", "0:0:0"},
+                  {Qt::Key_Down, control, "1:0", "1:0:0"},
+                  {Qt::Key_Down, control, "1:0", "1:0:0"},
+                  {Qt::Key_Up, control, "0:0", "0:0:0"}});
+    window.view.selectRow(2);
+    walk(window, {{Qt::Key_Up, control, "0:0", "0:0:0"}});
+}
+
+TEST(ResultsNavigation, ClickingAFileOpensItAndHighlightsItsFirstMatch)
+{
+    ResultsWindow window(twoFiles());
+    window.view.selectRow(1);
+    EXPECT_EQ(window.selection(), u"1"_s);
+    EXPECT_EQ(window.highlighted(), u"1:0:0"_s);
+    EXPECT_TRUE(window.view.isExpanded(window.model.index(1, 0)));
+    window.press(Qt::Key_Down);
+    EXPECT_EQ(window.highlighted(), u"1:0:1"_s);
+    walk(window, {{Qt::Key_Up, {}, "1:0", "1:0:0"}, {Qt::Key_Up, {}, "0", "0:0:0"}});
+}
+
+TEST(ResultsNavigation, CollapsingTakesTheSelectionToTheFile)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->selectFirstMatch();
+    const auto &line = window.results.files()[0]->children()[0];
+    EXPECT_TRUE(line->matchLine()->selected());
+    window.view.collapseItem(window.model.index(0, 0));
+    EXPECT_FALSE(line->matchLine()->selected());
+    EXPECT_EQ(window.selection(), u"0"_s);
+    EXPECT_FALSE(window.view.isExpanded(window.model.index(0, 0)));
+    walk(window, {{Qt::Key_Down, {}, "0:0", "0:0:0"}});
+}
+
+TEST(ResultsNavigation, ShowsAndHidesEverythingInTurn)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->expandCollapseAll();
+    EXPECT_EQ(window.view.numberOfRows(), 5);
+    window.view.selectAll();
+    EXPECT_EQ(window.selection(), u"0 0:0 0:1 1 1:0"_s);
+    window.navigation->expandCollapseAll();
+    EXPECT_EQ(window.view.numberOfRows(), 2);
+    EXPECT_EQ(window.selection(), u"0"_s);
+    EXPECT_FALSE(ResultsNavigation::showHideState());
+}
+
+TEST(ResultsNavigation, RemovesRowsAndGoesOnBehindThem)
+{
+    ResultsWindow window(twoFiles());
+    window.navigation->showAll();
+    window.selectRows({1});
+    window.press(Qt::Key_Delete);
+    EXPECT_EQ(window.lines(0), QStringList(u"a foo\n"_s));
+    EXPECT_EQ(window.selection(), u"0:0"_s);
+    window.press(Qt::Key_Delete);
+    EXPECT_EQ(window.results.count(), 1);
+    EXPECT_EQ(window.selection(), u"0:0"_s);
+    EXPECT_EQ(window.highlighted(), u"0:0:0"_s);
+    window.navigation->setRemovalEnabled(false);
+    window.press(Qt::Key_Delete);
+    EXPECT_EQ(window.results.count(), 1);
+    window.navigation->setRemovalEnabled(true);
+    window.press(Qt::Key_Delete);
+    EXPECT_TRUE(window.results.isEmpty());
+    EXPECT_EQ(window.selection(), QString());
+    window.press(Qt::Key_Down);
+}
+
+TEST(ResultsNavigation, PassesErrorsAndKeepsFlagsWithTheSelection)
+{
+    ResultsWindow window({failedFileNode("/t/bad", u"Why"_s), fileNode("/t/a", {u"foo\n"_s, u"foo\n"_s})});
+    window.navigation->selectFirstMatch();
+    EXPECT_EQ(window.highlighted(), u"none"_s);
+    walk(window, {{Qt::Key_Down, {}, "1:0", "1:0:0"}, {Qt::Key_Down, {}, "1:1", "1:1:0"}});
+    const auto &lines = window.results.files()[1]->children();
+    EXPECT_FALSE(lines[0]->matchLine()->selected());
+    EXPECT_TRUE(lines[1]->matchLine()->selected());
+    EXPECT_EQ(window.navigation->selectedLines(), u"foo"_s);
+    EXPECT_EQ(window.navigation->pathOfCurrentlySelectedItem(), FilePath("/t/a"));
+    window.results.clear();
+    EXPECT_FALSE(window.navigation->lastItemSelected());
+    EXPECT_EQ(window.navigation->currentlySelectedMatchLineItem(), nullptr);
+}
+
+} // namespace
+
+} // namespace tidemark

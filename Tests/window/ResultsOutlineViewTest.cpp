@@ -1,0 +1,208 @@
+#include "window/ResultsActions.h"
+#include "window/ResultsFixture.h"
+#include "window/Workspace.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace tidemark {
+
+using test::fileNode;
+using test::ResultsWindow;
+
+namespace {
+
+class RecordingDelegate : public ResultsOutlineDelegate
+{
+public:
+    bool hasSearchResults() const override { return hasResults; }
+    void replaceSelection() override { told << u"replaceSelection"_s; }
+    void replaceAndFind() override { told << u"replaceAndFind"_s; }
+    void replace() override { told << u"replace"_s; }
+    void replaceAll() override { told << u"replaceAll"_s; }
+    void removeSelected() override { told << u"removeSelected"_s; }
+    void moveToNextMatch() override { told << u"next"_s; }
+    void moveToPreviousMatch() override { told << u"previous"_s; }
+    void moveToNextMatchByExtendingSelection() override { told << u"next extending"_s; }
+    void moveToPreviousMatchByExtendingSelection() override { told << u"previous extending"_s; }
+    void moveToFirstMatchInNextFile() override { told << u"next file"_s; }
+    void moveToFirstMatchInFile() override { told << u"file"_s; }
+    void rightMouseDownInColumn(int column, int row, QPoint) override
+    {
+        told << QStringLiteral("menu %1 %2").arg(column).arg(row);
+    }
+
+    bool hasResults = true;
+    QStringList told;
+};
+
+TEST(OutlineViewKeys, DoWhatTheTableSays)
+{
+    struct KeyCase
+    {
+        int key;
+        Qt::KeyboardModifiers modifiers;
+        QString told;
+    };
+    const Qt::KeyboardModifiers control = Qt::ControlModifier;
+    const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
+    const KeyCase cases[] = {
+        {Qt::Key_S, control, u"replaceSelection"_s},
+        {Qt::Key_X, control, u"replaceAndFind"_s},
+        {Qt::Key_R, control, u"replace"_s},
+        {Qt::Key_L, control, u"replaceAll"_s},
+        {Qt::Key_S, {}, {}},
+        {Qt::Key_X, {}, {}},
+        {Qt::Key_R, shift, {}},
+        {Qt::Key_L, {}, {}},
+        {Qt::Key_Delete, {}, u"removeSelected"_s},
+        {Qt::Key_Down, {}, u"next"_s},
+        {Qt::Key_Down, shift, u"next extending"_s},
+        {Qt::Key_Down, control, u"next file"_s},
+        {Qt::Key_Down, control | shift, u"next file"_s},
+        {Qt::Key_Up, {}, u"previous"_s},
+        {Qt::Key_Up, shift, u"previous extending"_s},
+        {Qt::Key_Up, control, u"file"_s},
+    };
+    ResultsWindow window({fileNode("/t/some", {u"foo"_s}), fileNode("/t/rest", {u"foo"_s})});
+    RecordingDelegate delegate;
+    window.view.setOutlineDelegate(&delegate);
+    for (const bool hasResults : {true, false}) {
+        delegate.hasResults = hasResults;
+        for (const KeyCase &test : cases) {
+            delegate.told.clear();
+            QKeyEvent event(QEvent::KeyPress, test.key, test.modifiers,
+                            test.key < 0x80 ? QString(QChar(test.key).toLower()) : QString());
+            QCoreApplication::sendEvent(&window.view, &event);
+            EXPECT_TRUE(event.isAccepted());
+            EXPECT_EQ(delegate.told.join(u','), hasResults ? test.told : QString());
+            EXPECT_EQ(window.selection(), QString());
+        }
+    }
+    QTest::keyClick(&window.view, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(window.selection(), u"0 1"_s);
+}
+
+TEST(OutlineViewKeys, OtherLettersFindFilesByName)
+{
+    ResultsWindow window({fileNode("/t/alpha", {u"foo"_s}), fileNode("/t/beta", {u"foo"_s})});
+    QTest::keyClick(&window.view, 'b');
+    EXPECT_EQ(window.selection(), u"1"_s);
+}
+
+TEST(OutlineViewMouse, ContextMenuSelectsTheRowUnderThePointerFirst)
+{
+    ResultsWindow window({fileNode("/t/a", {u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
+    RecordingDelegate delegate;
+    window.view.setOutlineDelegate(&delegate);
+    const auto centre = [&window](int row) {
+        return window.view.visualRect(window.view.indexAtRow(row)).center();
+    };
+    window.view.selectAll();
+    QTest::mouseClick(window.view.viewport(), Qt::RightButton, {}, centre(1));
+    EXPECT_EQ(window.selection(), u"0 1"_s);
+    window.view.selectionModel()->clearSelection();
+    QTest::mouseClick(window.view.viewport(), Qt::RightButton, {}, centre(0));
+    EXPECT_EQ(window.selection(), u"0"_s);
+    EXPECT_EQ(delegate.told, QStringList({u"menu 0 1"_s, u"menu 0 0"_s}));
+    QTest::mouseClick(window.view.viewport(), Qt::RightButton, {},
+                      window.view.viewport()->rect().bottomLeft());
+    EXPECT_EQ(delegate.told.size(), 2);
+}
+
+TEST(OutlineViewMouse, SelectsRangesAndTogglesTriangles)
+{
+    ResultsWindow window({fileNode("/t/a", {u"foo"_s, u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
+    const auto click = [&window](int row, Qt::KeyboardModifiers modifiers) {
+        QTest::mouseClick(window.view.viewport(), Qt::LeftButton, modifiers,
+                          window.view.visualRect(window.view.indexAtRow(row)).center());
+    };
+    click(0, {});
+    EXPECT_EQ(window.view.numberOfRows(), 4);
+    click(1, {});
+    click(2, Qt::ShiftModifier);
+    EXPECT_EQ(window.selection(), u"0:0 0:1"_s);
+    click(1, Qt::ControlModifier);
+    EXPECT_EQ(window.selection(), u"0:1"_s);
+    QTest::mouseClick(window.view.viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_EQ(window.view.numberOfRows(), 2);
+}
+
+TEST(OutlineViewRows, WrapByCharacterAndStayReachable)
+{
+    const QString longLine = QString(24000, u'x') + u"foo\n"_s;
+    ResultsWindow window({fileNode("/t/a", {longLine, u"foo\n"_s}), fileNode("/t/b", {u"foo"_s})});
+    window.navigation->selectFirstMatch();
+    const QRect tall = window.view.visualRect(window.view.indexAtRow(1));
+    EXPECT_GT(tall.height(), 20 * window.view.viewport()->height() / 4);
+    // The match stands at the end of a row that is higher than the view.
+    EXPECT_LT(tall.top(), 0);
+    EXPECT_LE(tall.bottom(), window.view.viewport()->height() + 1);
+    window.press(Qt::Key_Down);
+    EXPECT_LE(window.view.visualRect(window.view.indexAtRow(2)).bottom(), window.view.viewport()->height());
+    window.view.verticalScrollBar()->setValue(0);
+    EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(0)).top(), 0);
+    window.view.verticalScrollBar()->setValue(window.view.verticalScrollBar()->maximum());
+    EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(3)).bottom() + 1,
+              window.view.viewport()->height());
+    const int heightBefore = tall.height();
+    window.window.resize(1200, 400);
+    EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), heightBefore);
+}
+
+TEST(OutlineViewRows, StayWhereTheyAreWhileResultsArrive)
+{
+    FindResultItems files;
+    for (int number = 0; number < 100; ++number)
+        files << fileNode("/t/" + QByteArray::number(number), {u"foo"_s});
+    ResultsWindow window(files);
+    window.view.expandItem(window.model.index(60, 0));
+    window.view.selectRow(61);
+    window.view.scrollTo(window.view.indexAtRow(61), QAbstractItemView::PositionAtTop);
+    window.results.append({fileNode("/t/new", {u"foo"_s})});
+    window.view.expandItem(window.model.index(3, 0));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.selection(), u"60:0"_s);
+    EXPECT_EQ(window.view.visualRect(window.view.selectedIndex()).top(), 0);
+    window.view.header()->setSortIndicator(0, Qt::DescendingOrder);
+    EXPECT_EQ(window.model.index(0, 0).data().toString(), u"new"_s);
+    EXPECT_EQ(window.view.numberOfRows(), 103);
+    EXPECT_EQ(window.navigation->selectedObjects(), FindResultItems({files[60]->children()[0]}));
+}
+
+class RecordingWorkspace : public Workspace
+{
+public:
+    void open(const FilePath &file) override { told << "open " + file.bytes(); }
+    void reveal(const FilePath &file) override { told << "reveal " + file.bytes(); }
+    QList<QByteArray> told;
+};
+
+TEST(ResultsActions, ActOnTheSelectedFileWhateverItsName)
+{
+    const QByteArray path("/t/caf\xE9 %41");
+    ResultsWindow window({fileNode(path, {u"a\tfoo\r\n"_s})});
+    const auto workspace = std::make_shared<RecordingWorkspace>();
+    ResultsActions actions(*window.navigation, workspace);
+    actions.openInFinder();
+    EXPECT_FALSE(actions.openAction()->isEnabled());
+    window.view.selectRow(0);
+    EXPECT_FALSE(actions.copyLineAction()->isEnabled());
+    actions.openAction()->trigger();
+    window.navigation->selectFirstMatch();
+    actions.revealAction()->trigger();
+    EXPECT_EQ(workspace->told, QList<QByteArray>({"open " + path, "reveal " + path}));
+    actions.copyLineAction()->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"a\tfoo"_s);
+}
+
+} // namespace
+
+} // namespace tidemark

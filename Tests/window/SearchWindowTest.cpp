@@ -1,0 +1,268 @@
+#include "support/gui/WindowFixture.h"
+
+#include "ui_MyDocument.h"
+#include "window/ResultsPane.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMessageBox>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+class SearchWindowTest : public WindowTest
+{
+protected:
+    struct Window
+    {
+        explicit Window(ApplicationDelegate &application) : document(application)
+        {
+            document.makeWindowControllers();
+            document.showWindows();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(window()));
+        }
+        TDMyDocumentController &controller() { return *document.myDocumentController(); }
+        SearchWindow *window() { return controller().window(); }
+        Ui::MyDocument &ui() { return window()->ui(); }
+        QLineEdit *find() { return ui().findTextComboBox->lineEdit(); }
+        void searchIn(const FilePath &path, const QString &text)
+        {
+            TDSearchLocation location;
+            location.setURL(path.toUrl());
+            document.setSearchLocations({location});
+            document.setFindText(text);
+        }
+
+        MyDocument document;
+    };
+
+    void writeFiles(int count, const QByteArray &content)
+    {
+        for (int file = 0; file < count; ++file)
+            folder.write("tree/" + QByteArray::number(file / 100) + '/' + QByteArray::number(file) + ".txt",
+                         content);
+    }
+};
+
+TEST_F(SearchWindowTest, ReturnInFindSearchesForWhatWasTyped)
+{
+    folder.write("a.txt", "needle\n");
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY,
+                                       QStringList{u"NEEDLE in full"_s});
+    Window window(application);
+    window.searchIn(folder.path(), u"old"_s);
+    window.window()->setFocus();
+    window.find()->setFocus();
+    window.find()->selectAll();
+    QTest::keyClicks(window.find(), u"NEEDLE"_s);
+    // Nothing is completed from the history.
+    EXPECT_EQ(window.find()->text(), u"NEEDLE"_s);
+    QTest::keyClick(window.find(), Qt::Key_Return);
+    EXPECT_EQ(window.ui().startStopButton->text(), u"Stop Search"_s);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }));
+    EXPECT_EQ(window.ui().startStopButton->text(), u"Start Search"_s);
+    EXPECT_EQ(window.document.findResults().count(), 1);
+    EXPECT_EQ(window.find()->text(), u"NEEDLE"_s);
+    EXPECT_TRUE(window.ui().searchResultsOutlineView->hasFocus());
+    EXPECT_EQ(window.ui().findTextComboBox->itemText(0), u"NEEDLE"_s);
+    EXPECT_EQ(window.ui().findTextComboBox->count(), 2);
+}
+
+TEST_F(SearchWindowTest, OptionsFollowTheSettingsInEveryWindow)
+{
+    Window one(application);
+    Window two(application);
+    EXPECT_TRUE(one.ui().ignoreCaseCheckBox->isChecked());
+    QTest::mouseClick(one.ui().ignoreCaseCheckBox, Qt::LeftButton, {},
+                      QPoint(8, one.ui().ignoreCaseCheckBox->height() / 2));
+    EXPECT_FALSE(two.ui().ignoreCaseCheckBox->isChecked());
+    EXPECT_FALSE(two.controller().actions().ignoreCase->isChecked());
+    two.controller().actions().regularExpression->trigger();
+    EXPECT_TRUE(one.ui().regularExpressionCheckBox->isChecked());
+    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::RegularExpression));
+}
+
+TEST_F(SearchWindowTest, CtrlCCopiesInAFieldAndTogglesElsewhere)
+{
+    Window window(application);
+    window.document.setFindText(u"copied"_s);
+    window.find()->setFocus();
+    window.find()->selectAll();
+    QTest::keyClick(window.find(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"copied"_s);
+    EXPECT_TRUE(window.ui().ignoreCaseCheckBox->isChecked());
+    window.ui().searchResultsOutlineView->setFocus();
+    QTest::keyClick(window.ui().searchResultsOutlineView, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(window.ui().ignoreCaseCheckBox->isChecked());
+}
+
+TEST_F(SearchWindowTest, PastedLineBreaksStayInTheTextAndOutOfTheLayout)
+{
+    Window window(application);
+    const int height = window.ui().findTextComboBox->height();
+    QGuiApplication::clipboard()->setText(u"one\ntwo"_s + QString(5000, u'x'));
+    window.find()->setFocus();
+    window.find()->selectAll();
+    window.find()->paste();
+    EXPECT_EQ(window.document.findText().left(7), u"one\ntwo"_s);
+    EXPECT_EQ(window.document.findText().size(), 5007);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.ui().findTextComboBox->height(), height);
+    EXPECT_LE(window.window()->minimumSizeHint().width(), 640);
+}
+
+TEST_F(SearchWindowTest, EveryControlCanBeReachedByNameAndNothingIsCutAtTheSmallestSize)
+{
+    Window window(application);
+    window.window()->resize(640, 560);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.window()->size(), QSize(640, 560));
+    const QList<QWidget *> widgets = window.ui().centralWidget->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        const auto *button = qobject_cast<const QAbstractButton *>(widget);
+        if (button == nullptr || !button->isVisible() || widget->objectName().startsWith("qt_"_L1) ||
+            widget->objectName().isEmpty())
+            continue;
+        EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
+            << widget->objectName().toStdString();
+        EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << widget->objectName().toStdString();
+        EXPECT_FALSE(widget->toolTip().isEmpty()) << widget->objectName().toStdString();
+    }
+}
+
+TEST_F(SearchWindowTest, TheDividerKeepsItsDistanceAndTheResultsTakeTheGrowth)
+{
+    Window window(application);
+    window.window()->resize(800, 700);
+    QCoreApplication::processEvents();
+    SearchSplitView *split = window.ui().splitView;
+    const int top = split->sizes().value(0);
+    window.window()->resize(800, 900);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(split->sizes().value(0), top);
+    EXPECT_EQ(split->constrainedPosition(10), 140);
+    EXPECT_EQ(split->constrainedPosition(890), 900 - 350);
+    QSplitterHandle *handle = split->handle(1);
+    const QPoint grip = handle->rect().center();
+    QTest::mousePress(handle, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(handle, grip + QPoint(0, 2000));
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, grip);
+    EXPECT_EQ(split->sizes().value(0), 900 - 350);
+}
+
+TEST_F(SearchWindowTest, EscapeStopsASearchAtOnceAndWhatWasFoundStays)
+{
+    writeFiles(3000, QByteArray("needle in a haystack\n").repeated(200));
+    Window window(application);
+    window.searchIn(folder.path("tree"), u"needle"_s);
+    QTest::keyClick(window.find(), Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitFor([&] { return !window.document.findResults().isEmpty(); }));
+    const bool wasRunning = window.controller().searching();
+    QElapsedTimer timer;
+    timer.start();
+    QTest::keyClick(window.window(), Qt::Key_Escape);
+    EXPECT_FALSE(window.controller().searching());
+    ASSERT_TRUE(waitFor([&] { return window.document.resultsStatusText().contains(u'('); }));
+    EXPECT_LT(timer.elapsed(), 200);
+    if (wasRunning) {
+        EXPECT_TRUE(window.document.resultsStatusText().startsWith(u"Search interrupted ("_s));
+    }
+    EXPECT_EQ(window.document.filesWithMatchesCount(), window.document.findResults().count());
+    EXPECT_FALSE(window.document.findResults().isEmpty());
+}
+
+TEST_F(SearchWindowTest, TheWindowStaysAliveWhileResultsPourIn)
+{
+    writeFiles(2000, QByteArray("a needle in a haystack\n").repeated(20));
+    Window window(application);
+    window.searchIn(folder.path("tree"), u"needle"_s);
+    QElapsedTimer sinceBeat;
+    qint64 longestStall = 0;
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout,
+                     [&] { longestStall = qMax(longestStall, sinceBeat.restart()); });
+    heart.start(5);
+    sinceBeat.start();
+    window.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }, 60000));
+    QTest::qWait(50);
+    EXPECT_EQ(window.document.findResults().count(), 2000);
+    RecordProperty("longestStallMilliseconds", int(longestStall));
+    EXPECT_LT(longestStall, 100);
+}
+
+TEST_F(SearchWindowTest, ClosingDuringASearchClosesAtOnce)
+{
+    writeFiles(500, QByteArray("needle\n").repeated(50));
+    for (int round = 0; round < 10; ++round) {
+        auto window = std::make_unique<Window>(application);
+        window->searchIn(folder.path("tree"), u"needle"_s);
+        window->controller().startSearch(StartStopButton::On);
+        if (round % 2 == 1)
+            waitFor([&] { return !window->document.findResults().isEmpty(); });
+        EXPECT_TRUE(window->window()->close());
+        EXPECT_FALSE(window->controller().searching());
+        window.reset();
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_FIND_TEXT), u"needle"_s);
+}
+
+TEST_F(SearchWindowTest, TwoWindowsSearchSideBySide)
+{
+    writeFiles(300, "needle and thread\n");
+    Window one(application);
+    Window two(application);
+    one.searchIn(folder.path("tree"), u"needle"_s);
+    two.searchIn(folder.path("tree/0"), u"thread"_s);
+    one.controller().startSearch(StartStopButton::On);
+    two.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !one.controller().searching() && !two.controller().searching(); }));
+    EXPECT_EQ(one.document.findResults().count(), 300);
+    EXPECT_EQ(two.document.findResults().count(), 100);
+}
+
+TEST_F(SearchWindowTest, NothingToSearchForOrInEndsWithItsStatusLine)
+{
+    Window window(application);
+    window.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }));
+    EXPECT_EQ(window.ui().resultsStatusLabel->wholeText(),
+              u"Search completed (0 matches found in 0 files • 0 files searched)"_s);
+    EXPECT_FALSE(window.ui().replaceAllButton->isEnabled());
+}
+
+TEST_F(SearchWindowTest, ClosingAsksWhileAnyWindowReplaces)
+{
+    Window window(application);
+    application.setCountBusyWindows(1);
+    EXPECT_FALSE(window.window()->close());
+    auto *question = window.window()->findChild<QMessageBox *>(u"stopReplaceQuestion"_s);
+    ASSERT_NE(question, nullptr);
+    EXPECT_EQ(question->text(), u"Do you want to stop the replace that is in progress?"_s);
+    EXPECT_EQ(question->defaultButton()->text(), u"Continue Replace and Don‘t Close Window"_s);
+    QTest::keyClick(question, Qt::Key_Escape);
+    EXPECT_TRUE(window.window()->isVisible());
+    EXPECT_FALSE(window.controller().stopReplace());
+
+    ASSERT_TRUE(waitFor([&] { return window.window()->findChild<QMessageBox *>() == nullptr; }));
+    EXPECT_FALSE(window.window()->close());
+    question = window.window()->findChild<QMessageBox *>(u"stopReplaceQuestion"_s);
+    ASSERT_NE(question, nullptr);
+    const QList<QAbstractButton *> buttons = question->buttons();
+    for (QAbstractButton *button : buttons) {
+        if (button->text() == u"Stop Replace and Close Window"_s)
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
+    EXPECT_FALSE(window.window()->isVisible());
+    EXPECT_TRUE(window.controller().stopReplace());
+}
+
+} // namespace
+
+} // namespace tidemark::test
