@@ -5,6 +5,7 @@ PACKAGES=(
     g++ cmake ninja-build ccache
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
     libboost-regex-dev libicu-dev pkg-config libgtest-dev libgmock-dev
+    xvfb openbox
 )
 
 # The block matcher. Both provide it and exclude each other: what is there stays. Hyperscan is for Intel processors only.

@@ -113,6 +113,15 @@ int FileSystemCalls::sync(int descriptor)
     return ::fsync(descriptor);
 }
 
+int FileSystemCalls::syncFileSystem(int descriptor)
+{
+#ifdef __linux__
+    return ::syncfs(descriptor);
+#else
+    return ::fsync(descriptor);
+#endif
+}
+
 int FileSystemCalls::close(int descriptor)
 {
     return ::close(descriptor);

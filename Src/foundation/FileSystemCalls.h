@@ -19,6 +19,7 @@ public:
     virtual ssize_t write(int descriptor, const void *bytes, size_t count);
     virtual int truncate(int descriptor, off_t size); ///< ftruncate()
     virtual int sync(int descriptor);                 ///< fsync()
+    virtual int syncFileSystem(int descriptor);       ///< syncfs(), of the file system the file is on
     virtual int close(int descriptor);
     virtual int remove(const char *path); ///< unlink()
     /// Copies the whole content of one open file to another, empty one; 0, or -1 and errno.

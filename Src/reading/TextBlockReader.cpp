@@ -13,7 +13,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr qsizetype LATER_CAPACITY = 1 << 20;
+constexpr qsizetype LATER_CAPACITY = 1 << 18;
 /// A buffer that a very long line made larger isn't kept for the next file.
 constexpr qsizetype LARGEST_KEPT_CAPACITY = 1 << 22;
 /// Shorter ones are the line reader's, which takes them in its own way.

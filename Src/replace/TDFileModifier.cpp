@@ -5,6 +5,7 @@
 #include "foundation/UserDefaults.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
+#include "replace/DeferredBackups.h"
 #include "replace/FileCopy.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/PlanWriter.h"
@@ -160,7 +161,7 @@ bool TDFileModifier::_replaceContent(const RewritePlan &plan, const FilePath &ba
     (void)setPathValueForExtendedAttributeKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING,
                                               attributeValueForEncoding(encoding), 0);
     int errorNumber = PlanWriter(oldContent.get(), target.get()).write(plan);
-    if (errorNumber == 0 && calls.sync(target.get()) != 0)
+    if (errorNumber == 0 && DeferredBackups::current() == nullptr && calls.sync(target.get()) != 0)
         errorNumber = errno;
     if (calls.close(target.release()) != 0 && errorNumber == 0)
         errorNumber = errno;
@@ -175,6 +176,10 @@ bool TDFileModifier::_finish(const FilePath &backup, bool transientBackupFile, T
     const bool isKept = UserDefaults::standard().boolFor(BooleanSetting::CreateBackupBeforeReplacing) &&
                         !isPathToModifiedFile(_path) && !transientBackupFile;
     pathsToModifiedFiles().insert(_path);
+    if (DeferredBackups *deferred = DeferredBackups::current()) {
+        deferred->add(_path, isKept ? FilePath() : backup);
+        return true;
+    }
     return isKept || deleteTemporaryBackupFile(backup, error);
 }
 

@@ -29,6 +29,7 @@ public:
     /// `encoding` is what the reader is given, normally the request to detect it. A transient backup goes to the
     /// temporary folder and is always deleted; otherwise it lies beside the file and is kept, if the settings say
     /// so, at the first rewrite of a file in this run of the program.
+    /// While a DeferredBackups exists, flushing and deleting are left to it.
     /// Returns nothing, with the error set, on any failure.
     static std::unique_ptr<TDFileModifier>
     fileModifierWithFile(const FilePath &path, std::optional<FileDate> originalFileModificationDate,

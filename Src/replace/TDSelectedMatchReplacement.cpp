@@ -1,6 +1,7 @@
 #include "replace/TDSelectedMatchReplacement.h"
 
 #include "foundation/LocalizedText.h"
+#include "replace/DeferredBackups.h"
 
 #include <algorithm>
 
@@ -27,6 +28,16 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
 {
     _outcome = {};
     _currentFile = nullptr;
+    DeferredBackups backups;
+    _replaceInObjects(selectedObjects);
+    _outcome.failedPaths << backups.flush();
+    if (_outcome.error.isNull() && !_outcome.failedPaths.isEmpty())
+        _outcome.error = failedFilesError(_outcome.failedPaths);
+    return _outcome;
+}
+
+void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &selectedObjects)
+{
     for (const auto &item : selectedObjects) {
         if (_stopReplace)
             break;
@@ -38,7 +49,7 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
         if (_stopReplace)
             break;
         if (!_replaceInLine(item))
-            return _outcome;
+            return;
     }
     _outcome.stopped = _stopReplace;
     if (!_outcome.stopped)
@@ -46,9 +57,6 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
     // Only the last file's ranges are cleared; ranges that cover an empty replacement elsewhere stay.
     if (!_lastSaveFailed && _lastReplacementLength == 0)
         _clearRangesOfCurrentFile();
-    if (!_outcome.failedPaths.isEmpty())
-        _outcome.error = failedFilesError(_outcome.failedPaths);
-    return _outcome;
 }
 
 bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResultItem> &item)
@@ -99,6 +107,8 @@ void TDSelectedMatchReplacement::_saveCurrentFile()
         ++_outcome.filesRewritten;
         _outcome.replacements += _replacementsInFile;
     }
+    if (DeferredBackups *backups = DeferredBackups::current(); backups != nullptr && backups->isFull())
+        _outcome.failedPaths << backups->flush();
     ++_filesDone;
     if (_betweenFiles)
         _betweenFiles(_filesDone);

@@ -43,6 +43,7 @@ public:
     static TDError failedFilesError(const QList<FilePath> &failedPaths);
 
 private:
+    void _replaceInObjects(const FindResultItems &selectedObjects);
     bool _replaceInLine(const std::shared_ptr<TDFindResultItem> &item);
     void _changeToFile(TDFindResultItem *file);
     bool _hasSomethingToSave() const;
