@@ -1,5 +1,7 @@
 #include "matching/RegularExpression.h"
 
+#include "foundation/LocalizedText.h"
+
 #include <locale>
 
 namespace tidemark {
@@ -13,6 +15,28 @@ boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
         flags |= boost::regex::icase;
     expression.assign(pattern.begin(), pattern.end(), flags);
     return expression;
+}
+
+// The texts for the two faults differ in a blank only; both are used as they stand.
+
+QString recoverySuggestionForExpression(ExpressionFault fault)
+{
+    return fault == ExpressionFault::Malformed
+               ? localizedString(
+                     "Review the regular expression in the find text field and ensure it is valid. Or uncheck the "
+                     "Regular expression checkbox if you want to perform a normal text search.")
+               : localizedString(
+                     "Review the regular expression in the find text field and ensure it is valid.  Or uncheck the "
+                     "Regular expression checkbox if you want to perform a normal text search.");
+}
+
+QString recoverySuggestionForFormat(ExpressionFault fault)
+{
+    return fault == ExpressionFault::Malformed
+               ? localizedString("Review the find and replace text fields and ensure they are valid. Or uncheck the "
+                                 "Regular expression checkbox if you want to perform a normal text search.")
+               : localizedString("Review the find and replace text fields and ensure they are valid.  Or uncheck the "
+                                 "Regular expression checkbox if you want to perform a normal text search.");
 }
 
 } // namespace tidemark

@@ -11,24 +11,17 @@ namespace tidemark {
 
 namespace {
 
-enum class Fault { None, Malformed, Internal };
-
-TDError expressionError(Fault fault, const QString &findText)
+TDError expressionError(ExpressionFault fault, const QString &findText)
 {
-    const bool malformed = fault == Fault::Malformed;
     return TDError::initalizePresentErrorWithCode(
         TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR,
         formatted(localizedString("Sorry, a problem occured whilst attempting to search using the regular "
                                   "expression ‘%@’."),
                   {findText}),
-        malformed ? localizedString("The find text regular expression is malformed.")
-                  : localizedString("The find text regular expression caused an internal error."),
-        malformed ? localizedString("Review the regular expression in the find text field and ensure it is valid. "
-                                    "Or uncheck the Regular expression checkbox if you want to perform a normal "
-                                    "text search.")
-                  : localizedString("Review the regular expression in the find text field and ensure it is valid.  "
-                                    "Or uncheck the Regular expression checkbox if you want to perform a normal "
-                                    "text search."));
+        fault == ExpressionFault::Malformed
+            ? localizedString("The find text regular expression is malformed.")
+            : localizedString("The find text regular expression caused an internal error."),
+        recoverySuggestionForExpression(fault));
 }
 
 } // namespace
@@ -38,17 +31,11 @@ struct TDFindPattern::Expression
 {
     std::once_flag once;
     boost::regex compiled;
-    Fault fault = Fault::None;
+    ExpressionFault fault = ExpressionFault::None;
 
     void compile(const QString &findText, CaseRule caseRule)
     {
-        try {
-            compiled = compiledExpression(generalizedUtf8(findText), caseRule);
-        } catch (const boost::regex_error &) {
-            fault = Fault::Malformed;
-        } catch (const std::runtime_error &) {
-            fault = Fault::Internal;
-        }
+        fault = expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
     }
 };
 
@@ -80,7 +67,7 @@ const LinePrefilter *TDFindPattern::prefilter() const
     if (UserDefaults::standard().boolFor(BooleanSetting::RegularExpression)) {
         std::call_once(_prefilters->expressionOnce, [this] {
             // A faulty expression has to show itself at the first line.
-            if (_expression().fault == Fault::None)
+            if (_expression().fault == ExpressionFault::None)
                 _prefilters->expression =
                     LinePrefilter::forExpression(generalizedUtf8(_findText), _plainText.caseRule());
         });
@@ -101,27 +88,24 @@ TextRange TDFindPattern::Line::firstRange(TextRange searchRange, TDError &error)
 TextRange TDFindPattern::Line::_firstRangeOfExpression(TextRange searchRange, TDError &error)
 {
     const Expression &expression = _pattern._expression();
-    Fault fault = expression.fault;
-    if (fault == Fault::None) {
+    ExpressionFault fault = expression.fault;
+    TextRange found = TextRange::notFound();
+    if (fault == ExpressionFault::None) {
         if (_bytes.isNull()) {
             _ownBytes = generalizedUtf8(_line);
             _bytes = _ownBytes;
         }
-        const char *start = _bytes.data() + searchRange.location;
-        boost::cmatch match;
-        try {
+        fault = expressionFaultOf([&] {
             // The search range counts UTF-16 units and is applied to bytes as it stands.
-            if (!boost::regex_search(start, start + searchRange.length, match, expression.compiled,
-                                     boost::match_default, start))
-                return TextRange::notFound();
-            const TextRange found = {match[0].first - _bytes.data(), match.length(0)};
-            return found == TextRange{0, 0} ? TextRange::notFound() : found;
-        } catch (const boost::regex_error &) {
-            fault = Fault::Malformed;
-        } catch (const std::runtime_error &) {
-            fault = Fault::Internal;
-        }
+            const char *start = _bytes.data() + searchRange.location;
+            boost::cmatch match;
+            if (boost::regex_search(start, start + searchRange.length, match, expression.compiled,
+                                    boost::match_default, start))
+                found = {match[0].first - _bytes.data(), match.length(0)};
+        });
     }
+    if (fault == ExpressionFault::None)
+        return found == TextRange{0, 0} ? TextRange::notFound() : found;
     error = expressionError(fault, _pattern._findText);
     return TextRange::notFound();
 }

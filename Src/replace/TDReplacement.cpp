@@ -10,22 +10,17 @@ namespace tidemark {
 
 namespace {
 
-enum class Fault { None, Malformed, Internal };
-
-TDError replaceError(Fault fault)
+TDError replaceError(ExpressionFault fault)
 {
-    const bool malformed = fault == Fault::Malformed;
     return TDError::initalizePresentErrorWithCode(
         TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR,
         localizedString("Sorry, a problem occured whilst attempting to replace using the find text regular "
                         "expression and replace text format string."),
-        malformed ? localizedString("The find text regular expression and/or replace text format string are malformed.")
-                  : localizedString("The find text regular expression and/or replace text format string caused an "
-                                    "internal error."),
-        malformed ? localizedString("Review the find and replace text fields and ensure they are valid. Or uncheck "
-                                    "the Regular expression checkbox if you want to perform a normal text search.")
-                  : localizedString("Review the find and replace text fields and ensure they are valid.  Or uncheck "
-                                    "the Regular expression checkbox if you want to perform a normal text search."));
+        fault == ExpressionFault::Malformed
+            ? localizedString("The find text regular expression and/or replace text format string are malformed.")
+            : localizedString("The find text regular expression and/or replace text format string caused an "
+                              "internal error."),
+        recoverySuggestionForFormat(fault));
 }
 
 } // namespace
@@ -34,18 +29,12 @@ struct TDReplacement::Expression
 {
     boost::regex compiled;
     std::string format;
-    Fault fault = Fault::None;
+    ExpressionFault fault = ExpressionFault::None;
 
     Expression(const QString &findText, const QString &replaceText, CaseRule caseRule)
         : format(generalizedUtf8(replaceText).toStdString())
     {
-        try {
-            compiled = compiledExpression(generalizedUtf8(findText), caseRule);
-        } catch (const boost::regex_error &) {
-            fault = Fault::Malformed;
-        } catch (const std::runtime_error &) {
-            fault = Fault::Internal;
-        }
+        fault = expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
     }
 };
 
@@ -77,27 +66,24 @@ std::optional<QString> TDReplacement::replacementForMatchedText(QStringView matc
 
 std::optional<QString> TDReplacement::_appliedExpression(QStringView matchedText, TDError &error) const
 {
-    Fault fault = _expression->fault;
-    if (fault == Fault::None) {
-        // A match can cut a character in two, as positions count bytes; half a character can't be replaced.
-        const std::optional<QByteArray> bytes = strictUtf8(matchedText);
+    // A match can cut a character in two, as positions count bytes; half a character can't be replaced.
+    const std::optional<QByteArray> bytes = strictUtf8(matchedText);
+    std::optional<QString> replaced;
+    ExpressionFault fault = _expression->fault;
+    if (fault == ExpressionFault::None && bytes) {
         const auto flags = _extent == ReplacementExtent::FirstOccurrence
                                ? boost::match_default | boost::format_first_only
                                : boost::match_default;
-        try {
-            if (bytes) {
-                const std::string replaced =
-                    boost::regex_replace(bytes->toStdString(), _expression->compiled, _expression->format, flags);
-                if (const std::optional<QString> text = textFromUtf8(QByteArrayView(replaced)))
-                    return text;
-            }
-            fault = Fault::Internal;
-        } catch (const boost::regex_error &) {
-            fault = Fault::Malformed;
-        } catch (const std::runtime_error &) {
-            fault = Fault::Internal;
-        }
+        fault = expressionFaultOf([&] {
+            const std::string result =
+                boost::regex_replace(bytes->toStdString(), _expression->compiled, _expression->format, flags);
+            replaced = textFromUtf8(QByteArrayView(result));
+        });
     }
+    if (replaced)
+        return replaced;
+    if (fault == ExpressionFault::None)
+        fault = ExpressionFault::Internal;
     error = replaceError(fault);
     return {};
 }
