@@ -4,7 +4,8 @@
 make-tree.py TARGET SOURCE...
 
 Copies from the source folders every visible regular file that is valid UTF-8 without a byte-order mark, zero bytes,
-lone carriage returns, lines over 25,000 characters or a declaration of another encoding.
+lone carriage returns, very long lines or a declaration of an encoding: ASCII files to TARGET/ascii, the others to
+TARGET/unicode (expressions count bytes there, which other tools don't).
 """
 import os
 import re
@@ -31,7 +32,6 @@ def main():
     for source in sources:
         for folder, folders, names in os.walk(source):
             folders[:] = [name for name in folders if not name.startswith(".")]
-            copied_to = target + os.path.abspath(folder)
             for name in names:
                 path = os.path.join(folder, name)
                 if name.startswith(".") or os.path.islink(path) or not os.path.isfile(path):
@@ -40,6 +40,8 @@ def main():
                     content = file.read()
                 if not is_plain(content):
                     continue
+                part = "ascii" if content.isascii() else "unicode"
+                copied_to = os.path.join(target, part) + os.path.abspath(folder)
                 os.makedirs(copied_to, exist_ok=True)
                 with open(os.path.join(copied_to, name), "wb") as file:
                     file.write(content)

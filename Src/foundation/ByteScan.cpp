@@ -63,6 +63,16 @@ qsizetype indexOfLineEnd(QByteArrayView bytes)
     return -1;
 }
 
+qsizetype lastIndexOf(char byte, QByteArrayView bytes)
+{
+#ifdef __APPLE__
+    return bytes.lastIndexOf(byte);
+#else
+    const void *found = ::memrchr(bytes.data(), byte, size_t(bytes.size()));
+    return found == nullptr ? -1 : static_cast<const char *>(found) - bytes.data();
+#endif
+}
+
 qint64 countLineEnds(QByteArrayView bytes)
 {
     qint64 count = countOf('\n', bytes);
@@ -82,8 +92,8 @@ bool mayHoldLineLongerThan(QByteArrayView bytes, qsizetype length)
     while (bytes.size() - start > length) {
         // One byte less, so that a CR at the very end can't be taken for the end of a line that an LF ends.
         const QByteArrayView window = bytes.sliced(start, length - 1);
-        const qsizetype lineFeed = window.lastIndexOf('\n');
-        const qsizetype end = lineFeed >= 0 ? lineFeed : window.lastIndexOf('\r');
+        const qsizetype lineFeed = lastIndexOf('\n', window);
+        const qsizetype end = lineFeed >= 0 ? lineFeed : lastIndexOf('\r', window);
         if (end < 0)
             return true;
         start += end + 1;

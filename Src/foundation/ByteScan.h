@@ -7,6 +7,9 @@ namespace tidemark {
 /// The index of the first CR or LF byte, or -1.
 qsizetype indexOfLineEnd(QByteArrayView bytes);
 
+/// The index of the last such byte, or -1.
+qsizetype lastIndexOf(char byte, QByteArrayView bytes);
+
 /// How many lines end in the bytes: at LF, at CR LF, or at a CR that no LF follows in them.
 qint64 countLineEnds(QByteArrayView bytes);
 

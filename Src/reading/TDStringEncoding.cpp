@@ -56,9 +56,14 @@ const std::vector<TDStringEncoding> &TDStringEncoding::availableEncodings()
 const TDStringEncoding *TDStringEncoding::defaultEncoding()
 {
     const std::vector<TDStringEncoding> &encodings = availableEncodings();
-    const auto found =
-        std::ranges::find(encodings, storedDefaultEncoding(), &TDStringEncoding::stringEncodingId);
-    return found == encodings.end() ? nullptr : &*found;
+    const StringEncoding wanted = storedDefaultEncoding();
+    // Asked for each file that tells nothing of its encoding: the same answer, nearly always.
+    static thread_local const TDStringEncoding *last = nullptr;
+    if (last == nullptr || last->stringEncodingId() != wanted) {
+        const auto found = std::ranges::find(encodings, wanted, &TDStringEncoding::stringEncodingId);
+        last = found == encodings.end() ? nullptr : &*found;
+    }
+    return last;
 }
 
 StringEncoding TDStringEncoding::userDefaultsEncoding()

@@ -1,6 +1,7 @@
 #include "reading/TextBlockReader.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/ByteScan.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/Utf8.h"
 #include "reading/EncodingDetection.h"
@@ -18,12 +19,6 @@ constexpr qsizetype LATER_CAPACITY = 1 << 18;
 constexpr qsizetype LARGEST_KEPT_CAPACITY = 1 << 22;
 /// Shorter ones are the line reader's, which takes them in its own way.
 constexpr qsizetype SMALLEST_FILE = 4;
-
-qsizetype lastIndexOf(const char *bytes, qsizetype count, char byte)
-{
-    const void *found = ::memrchr(bytes, byte, size_t(count));
-    return found == nullptr ? -1 : static_cast<const char *>(found) - bytes;
-}
 
 int unitSizeOf(EncodingShape shape)
 {
@@ -163,11 +158,11 @@ qsizetype TextBlockReader::_lengthOfWholeLines() const
     }
     if (_endOfFile || count == 0)
         return count;
-    const qsizetype lineFeed = lastIndexOf(bytes, count, '\n');
+    const qsizetype lineFeed = lastIndexOf('\n', QByteArrayView(bytes, count));
     if (lineFeed >= 0)
         return lineFeed + 1;
     // Whether a line feed belongs to the last carriage return shows only with the byte behind it.
-    return lastIndexOf(bytes, count - 1, '\r') + 1;
+    return lastIndexOf('\r', QByteArrayView(bytes, count - 1)) + 1;
 }
 
 TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
