@@ -6,12 +6,13 @@
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
+#include <unistd.h>
 
 namespace tidemark {
 
-int FolderListing::read(int folderDescriptor)
+#ifdef __linux__
+int FolderListing::_readEntries(int folderDescriptor)
 {
-    clear();
     alignas(dirent64) char buffer[32 * 1024];
     ssize_t length = 0;
     while ((length = getdents64(folderDescriptor, buffer, sizeof buffer)) > 0) {
@@ -21,7 +22,29 @@ int FolderListing::read(int folderDescriptor)
             position += entry->d_reclen;
         }
     }
-    const int failure = length < 0 ? errno : 0;
+    return length < 0 ? errno : 0;
+}
+#else
+int FolderListing::_readEntries(int folderDescriptor)
+{
+    // The stream closes its descriptor, which is the caller's.
+    const int copy = ::dup(folderDescriptor);
+    DIR *folder = copy < 0 ? nullptr : ::fdopendir(copy);
+    if (folder == nullptr)
+        return errno;
+    errno = 0;
+    while (const dirent *entry = ::readdir(folder))
+        _append(entry->d_name, entry->d_type);
+    const int failure = errno;
+    ::closedir(folder);
+    return failure;
+}
+#endif
+
+int FolderListing::read(int folderDescriptor)
+{
+    clear();
+    const int failure = _readEntries(folderDescriptor);
     _sort();
     return failure;
 }

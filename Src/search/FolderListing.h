@@ -42,6 +42,7 @@ private:
         quint32 nameOffset;
         EntryType type;
     };
+    int _readEntries(int folderDescriptor);
     void _append(const char *name, unsigned char directoryEntryType);
     void _sort();
 
