@@ -1,5 +1,7 @@
 #include "Demo.h"
 
+#include "FileDifference.h"
+
 #include "foundation/UserDefaults.h"
 #include "search/TDSearchEngine.h"
 #include "ui_MyDocument.h"
@@ -8,11 +10,14 @@
 #include "window/TDMyDocumentController.h"
 
 #include <QAction>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -23,6 +28,8 @@ namespace tidemark {
 namespace {
 
 constexpr int PATIENCE_MILLISECONDS = 30000;
+constexpr int LINES_TO_SHOW = 3;
+constexpr qsizetype FILES_TO_WATCH = 3;
 
 /// Counts what is really in the files, whatever the window shows.
 class Count : public TDSearchEngineDelegate
@@ -50,10 +57,17 @@ bool Demo::run(const QString &findText, const QString &replaceText)
     if (!_expect(_matchesOnDisk(findText) > 3, u"there is something to walk through"_s))
         return false;
     _type(_ui().replaceTextComboBox->lineEdit(), replaceText);
+    _showFailedFiles();
     _walk();
+    const FileDifference difference(_filesToWatch());
     _replaceOne();
     _replaceSelection();
+    _failOnce();
     _replaceAll(findText);
+    const QStringList changedLines = difference.changedLines(LINES_TO_SHOW);
+    _expect(!changedLines.isEmpty(), u"the files have changed:"_s);
+    for (const QString &line : changedLines)
+        print(line);
     _searchAgain(findText, replaceText);
     return _succeeded;
 }
@@ -95,6 +109,24 @@ void Demo::_search(const QString &findText)
     _picture(u"results"_s);
 }
 
+void Demo::_showFailedFiles()
+{
+    TDSearchResultsOutlineView &view = _controller->resultsPane().outlineView();
+    const FindResultItems &files = _document->findResults().files();
+    const auto failed = std::find_if(files.begin(), files.end(), [](const auto &file) {
+        return !file->children().isEmpty() && file->children().first()->error();
+    });
+    if (!_expect(failed != files.end(), u"a file that can't be decoded is listed"_s))
+        return;
+    view.setFocus();
+    view.selectRow(view.rowOfItem(**failed));
+    view.scrollRowToVisible(view.selectedRow() + 1);
+    print(u"error: "_s + (*failed)->children().first()->error().localizedFailureReason());
+    _picture(u"error row"_s);
+    _controller->resultsPane().navigation().selectFirstMatch();
+    view.scrollRowToVisible(0);
+}
+
 void Demo::_walk()
 {
     for (int step = 0; step < 3; ++step)
@@ -124,6 +156,53 @@ void Demo::_replaceSelection()
             return !_controller->isReplacing() && _matchesOnDisk(_document->findText()) < before;
         });
     _picture(u"replaced selection"_s);
+}
+
+/// What another program changes between search and replacement stays as that program left it.
+void Demo::_failOnce()
+{
+    const FindResultItems &files = _document->findResults().files();
+    const auto outside = std::find_if(files.rbegin(), files.rend(),
+                                      [](const auto &file) { return file->matchCount().value_or(0) > 0; });
+    if (!_expect(outside != files.rend(), u"a file is left to be changed by someone else"_s))
+        return;
+    QFile file(QFile::decodeName((*outside)->path().bytes()));
+    const auto later = QDateTime::currentDateTime().addSecs(60);
+    _expect(file.open(QIODevice::ReadWrite) && file.setFileTime(later, QFileDevice::FileModificationTime),
+            u"someone else changes "_s + (*outside)->path().displayText());
+    file.close();
+    _controller->actions().replaceAll->trigger();
+    if (!_confirm(u"Replace All"_s, u"confirm with failure"_s))
+        return;
+    QMessageBox *summary = nullptr;
+    _wait(u"one summary tells what failed"_s, [this, &summary] {
+        const auto sheets = _controller->window()->findChildren<QMessageBox *>();
+        for (QMessageBox *sheet : sheets) {
+            if (sheet->isVisible() && !_controller->isReplacing())
+                summary = sheet;
+        }
+        return summary != nullptr;
+    });
+    if (summary == nullptr)
+        return;
+    print(u"sheet: "_s + summary->text().simplified());
+    _expect(summary->text().contains((*outside)->filenameMatchLineSortKey()), u"it names the file"_s);
+    _save(*summary, u"failure summary"_s);
+    summary->close();
+    // Typing it anew empties the document's first.
+    const QString findText = _document->findText();
+    _search(findText);
+}
+
+QList<FilePath> Demo::_filesToWatch() const
+{
+    QList<FilePath> watched;
+    for (const auto &file : _document->findResults().files()) {
+        if (watched.size() < FILES_TO_WATCH && file->matchCount().value_or(0) > 0 &&
+            file->path().bytes().contains("source"))
+            watched << file->path();
+    }
+    return watched;
 }
 
 void Demo::_replaceAll(const QString &findText)

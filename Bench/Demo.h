@@ -36,12 +36,15 @@ private:
     void _open();
     void _addFolder();
     void _search(const QString &findText);
+    void _showFailedFiles();
     void _walk();
     void _replaceOne();
     void _replaceSelection();
     void _replaceAll(const QString &findText);
+    void _failOnce();
     void _searchAgain(const QString &findText, const QString &replaceText);
 
+    QList<FilePath> _filesToWatch() const;
     bool _expect(bool holds, const QString &what);
     bool _wait(const QString &what, const std::function<bool()> &condition);
     void _picture(const QString &name);

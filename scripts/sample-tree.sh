@@ -19,4 +19,6 @@ printf '#include "tide.h"\n\nint tide(int hour)\n{\n\treturn tide_table[hour %% 
     >"$folder/source/tide.c"
 printf 'int tide(int hour);\nextern const int tide_table[24];\n' >"$folder/source/tide.h"
 printf 'Прилив — это tide.\nОтлив тоже.\n' >"$folder/source/deep/er/priliv.txt"
+# No encoding reads this one.
+printf 'high tide at noon\n\xc3\x28 tide\n' >"$folder/letters/damaged.txt"
 printf '\x89PNG\r\n\x1a\nnot a text: tide\n' >"$folder/picture.png"

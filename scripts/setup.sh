@@ -5,7 +5,8 @@ PACKAGES=(
     g++ cmake ninja-build ccache
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
     libboost-regex-dev libicu-dev pkg-config libgtest-dev libgmock-dev
-    xvfb openbox
+    xvfb openbox xdotool
+    desktop-file-utils appstream
 )
 
 # The block matcher. Both provide it and exclude each other: what is there stays. Hyperscan is for Intel processors only.

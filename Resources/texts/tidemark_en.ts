@@ -28,5 +28,6 @@
   <message><source>IDS_ProductVersion</source><translation>Version %@</translation></message>
   <message><source>IDS_ProductNameAndVersion</source><translation>Velkor Tidemark %@</translation></message>
   <message><source>Reveal in Finder</source><translation>Show in File Manager</translation></message>
+  <message><source>IDS_HelpFolder</source><translation>en</translation></message>
 </context>
 </TS>

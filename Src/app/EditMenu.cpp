@@ -1,5 +1,6 @@
 #include "app/EditMenu.h"
 
+#include "app/TDApplicationController.h"
 #include "foundation/LocalizedText.h"
 
 #include <QApplication>
@@ -65,9 +66,19 @@ void addCommand(QMenu *menu, const EditCommand &command)
     });
 }
 
+void addPreferences(QMenu *menu, TDApplicationController &application)
+{
+    QAction *preferences = menu->addAction(localizedString("Pre&ferences…"), QKeySequence::Preferences,
+                                           &application, &TDApplicationController::showPreferencePanel);
+    // On desktops without a key of their own for it.
+    if (preferences->shortcut().isEmpty())
+        preferences->setShortcut(Qt::CTRL | Qt::Key_Comma);
+    preferences->setMenuRole(QAction::PreferencesRole);
+}
+
 } // namespace
 
-void addEditMenu(QMenuBar *bar)
+void addEditMenu(QMenuBar *bar, TDApplicationController &application)
 {
     QMenu *menu = bar->addMenu(localizedString("&Edit"));
     for (const EditCommand &command : EDIT_COMMANDS) {
@@ -75,6 +86,8 @@ void addEditMenu(QMenuBar *bar)
             menu->addSeparator();
         addCommand(menu, command);
     }
+    menu->addSeparator();
+    addPreferences(menu, application);
 }
 
 } // namespace tidemark

@@ -4,7 +4,8 @@
 
 namespace tidemark {
 
-/// A short page on how to use the application, with an anchor for each topic.
+/// The help book: its pages, by name, in the language of the texts where there are such pages, otherwise in
+/// English.
 class HelpWindow : public QTextBrowser
 {
     Q_OBJECT
@@ -12,7 +13,8 @@ class HelpWindow : public QTextBrowser
 public:
     explicit HelpWindow(QWidget *parent = nullptr);
 
-    void showTopic(const QString &anchor);
+    /// The topic is a page's name.
+    void showTopic(const QString &topic);
 };
 
 } // namespace tidemark

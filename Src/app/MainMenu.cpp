@@ -4,7 +4,6 @@
 #include "app/TDApplicationController.h"
 #include "app/WindowMenu.h"
 #include "foundation/LocalizedText.h"
-#include "window/FileTypesMenu.h"
 #include "window/ResultsPane.h"
 #include "window/TDMyDocumentController.h"
 
@@ -86,7 +85,7 @@ void buildMainMenu(TDMyDocumentController &controller, TDApplicationController &
 {
     QMenuBar *bar = controller.window()->menuBar();
     addFileMenu(bar, controller.actions(), application);
-    addEditMenu(bar);
+    addEditMenu(bar, application);
     addSearchMenu(bar, controller.actions());
     addResultsMenu(bar, controller);
     addWindowMenu(bar, controller, application);

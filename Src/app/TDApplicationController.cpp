@@ -3,9 +3,12 @@
 #include "app/AboutWindow.h"
 #include "app/HelpWindow.h"
 #include "app/MainMenu.h"
+#include "app/ResultsAccessibility.h"
+#include "app/TDPreferenceController.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "search/RegisterUserDefaults.h"
+#include "ui_MyDocument.h"
 #include "window/MyDocument.h"
 #include "window/StopReplaceQuestion.h"
 #include "window/TDMyDocumentController.h"
@@ -24,6 +27,14 @@ constexpr quint64 PRODUCT_YEAR = 2012;
 constexpr quint64 PRODUCT_BUILD = 234;
 constexpr int CASCADE = 24;
 
+/// Longer words than the English ones need more room.
+void keepTextsWhole(SearchWindow *window)
+{
+    const int room = qMax(window->ui().searchFormPane->minimumSizeHint().width(),
+                          window->ui().resultsPane->minimumSizeHint().width());
+    window->setMinimumWidth(qMax(window->minimumWidth(), room));
+}
+
 void cascadeFrom(const QWidget *window, QWidget *next)
 {
     if (window != nullptr && window->isVisible())
@@ -34,6 +45,7 @@ void cascadeFrom(const QWidget *window, QWidget *next)
 
 TDApplicationController::TDApplicationController(QObject *parent) : QObject(parent)
 {
+    installResultsAccessibility();
     _connectApplication();
 }
 
@@ -92,6 +104,8 @@ MyDocument *TDApplicationController::openUntitledDocument(const QString &documen
     connect(window, &SearchWindow::closed, this, [this, document] { _documentClosed(document); });
     cascadeFrom(QApplication::activeWindow(), window);
     document->showWindows();
+    // Only what is shown knows the size of its texts.
+    keepTextsWhole(window);
     return document;
 }
 
@@ -186,9 +200,32 @@ void TDApplicationController::applicationDidUnhide()
 
 void TDApplicationController::_showHelpTopic(const QString &topic)
 {
+    helpWindow().showTopic(topic);
+}
+
+HelpWindow &TDApplicationController::helpWindow()
+{
     if (!_helpWindow)
         _helpWindow = std::make_unique<HelpWindow>();
-    _helpWindow->showTopic(topic);
+    return *_helpWindow;
+}
+
+TDPreferenceController &TDApplicationController::preferenceController()
+{
+    if (!_preferenceController)
+        _preferenceController = std::make_unique<TDPreferenceController>(*this);
+    return *_preferenceController;
+}
+
+void TDApplicationController::showPreferencePanel()
+{
+    preferenceController().showWindow();
+}
+
+void TDApplicationController::showPreferencePanelAndSelectFileTypesTab()
+{
+    showPreferencePanel();
+    preferenceController().showFileTypesTab();
 }
 
 void TDApplicationController::showHelp()

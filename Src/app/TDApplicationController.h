@@ -14,6 +14,7 @@ namespace tidemark {
 
 class HelpWindow;
 class MyDocument;
+class TDPreferenceController;
 
 inline const QString TD_HELP_OVERVIEW_TOPIC = QStringLiteral("index");
 inline const QString TD_HELP_FAQ_TOPIC = QStringLiteral("using-tidemark");
@@ -69,6 +70,12 @@ public:
     void helpVelkorTDMHomePage();
     void showAboutWindow();
 
+    void showPreferencePanel();
+    void showPreferencePanelAndSelectFileTypesTab() override;
+    /// Made on first use and kept.
+    TDPreferenceController &preferenceController();
+    HelpWindow &helpWindow();
+
     static QString productVersion();
     static QString productNameAndVersion();
 
@@ -87,6 +94,7 @@ private:
     /// Whose windows have closed while a replace was running in them.
     std::vector<std::unique_ptr<MyDocument>> _closingDocuments;
     std::unique_ptr<HelpWindow> _helpWindow;
+    std::unique_ptr<TDPreferenceController> _preferenceController;
     quint64 _countBusyWindows = 0;
 };
 

@@ -1,9 +1,9 @@
 #include "app/TDApplicationController.h"
-#include "foundation/LocalizedText.h"
+#include "app/UserLanguage.h"
 #include "foundation/UserDefaults.h"
 
 #include <QApplication>
-#include <QLocale>
+#include <QIcon>
 
 using namespace tidemark;
 
@@ -14,7 +14,9 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("Tidemark"));
     QApplication::setApplicationDisplayName(QStringLiteral("Velkor Tidemark"));
     QApplication::setDesktopFileName(QStringLiteral("com.velkor.Tidemark"));
-    installLocalizedTexts(QLocale().name());
+    Q_INIT_RESOURCE(tidemark_icons);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/com.velkor.Tidemark-256.png")));
+    installUserLanguage();
     UserDefaults::setStandard(UserDefaults::atPath(UserDefaults::userFilePath()));
 
     TDApplicationController controller;

@@ -60,7 +60,7 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _findText = findText;
     _searchLocations = searchLocations;
     _caseSensitive = caseSensitive;
-    _pattern = std::make_unique<TDFindPattern>(findText, caseSensitive ? CaseRule::Exact : CaseRule::Ignore);
+    _pattern = std::make_unique<TDFindPattern>(findText, _caseRule());
     _scannedCount = _fileMatchCount = _matchCount = 0;
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
@@ -202,7 +202,8 @@ void TDSearchEngine::_deliverError(const SearchJob &job)
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const FilePath &path, TDError &error)
 {
-    SearchContext context(*_pattern);
+    const TDFindPattern pattern(_findText, _caseRule());
+    SearchContext context(pattern);
     return _searchFile(FileToRead{path, -1, {}}, context, error);
 }
 

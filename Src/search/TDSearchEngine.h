@@ -62,7 +62,10 @@ public:
     /// node returned tells it, but for a faulty expression, for which there is none.
     std::shared_ptr<TDFindResultItem> searchFindTextInFile(const FilePath &path, TDError &error);
 
+    // What startSearch() was given; to be set by hand only to search single files without it.
     const QString &findText() const { return _findText; }
+    void setFindText(const QString &findText) { _findText = findText; }
+    void setCaseSensitive(bool caseSensitive) { _caseSensitive = caseSensitive; }
     const QList<TDSearchLocation> &searchLocations() const { return _searchLocations; }
     bool caseSensitive() const { return _caseSensitive; }
 
@@ -82,6 +85,7 @@ private:
     void _addScopes();
     std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
     void _prepareThreads();
+    CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
     std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context, TDError &error);
     void _take(SearchJob job);
     void _announce(const SearchJob &job);

@@ -13,6 +13,9 @@ public:
     /// The number of windows, of the whole application, in which a replace is running.
     virtual quint64 countBusyWindows() const = 0;
     virtual void setCountBusyWindows(quint64 count) = 0;
+
+    /// Where the kinds of files that are searched in folders are edited.
+    virtual void showPreferencePanelAndSelectFileTypesTab() = 0;
 };
 
 } // namespace tidemark

@@ -31,4 +31,9 @@ QIcon iconForFileName(const QString &fileName)
     return *icons.insert(suffix, iconFromTheme(fileName));
 }
 
+QIcon warningIcon()
+{
+    return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+}
+
 } // namespace tidemark

@@ -20,6 +20,9 @@ public:
 Q_SIGNALS:
     /// In the panel's order.
     void chosen(const QList<QUrl> &urls);
+
+private:
+    QList<QUrl> _urls() const;
 };
 
 } // namespace tidemark

@@ -1,6 +1,7 @@
 #include "window/FindResults.h"
 
 #include <QSet>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <utility>
@@ -14,11 +15,24 @@ constexpr qsizetype MOST_SINGLE_RUNS = 32;
 
 } // namespace
 
+void releaseInBackground(FindResultItems nodes)
+{
+    if (nodes.isEmpty())
+        return;
+    QThreadPool::globalInstance()->start([released = std::move(nodes)]() mutable { released.clear(); });
+}
+
+FindResults::~FindResults()
+{
+    releaseInBackground(std::exchange(_files, {}));
+}
+
 void FindResults::clear()
 {
     Q_EMIT aboutToClear();
-    const FindResultItems old = std::exchange(_files, {});
+    FindResultItems old = std::exchange(_files, {});
     Q_EMIT cleared();
+    releaseInBackground(std::move(old));
 }
 
 void FindResults::append(const FindResultItems &files)

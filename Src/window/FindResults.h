@@ -6,6 +6,10 @@
 
 namespace tidemark {
 
+/// Gives up nodes without waiting until they are gone: millions of them take a second or more. The end of the
+/// program waits for it.
+void releaseInBackground(FindResultItems nodes);
+
 /// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each
 /// node's position() is its index in this list; children keep theirs in their file.
 class FindResults : public QObject
@@ -14,6 +18,7 @@ class FindResults : public QObject
 
 public:
     using QObject::QObject;
+    ~FindResults() override;
 
     const FindResultItems &files() const { return _files; }
     bool isEmpty() const { return _files.isEmpty(); }

@@ -11,6 +11,8 @@ namespace tidemark {
 namespace {
 
 constexpr int HINT_MARGIN = 24;
+/// Keeps the numbers away from the folders beside them.
+constexpr int NUMBER_MARGIN = 20;
 
 } // namespace
 
@@ -69,6 +71,8 @@ void TDSearchResultsOutlineView::_paintFileRow(QPainter &painter, QStyleOptionVi
                             row.height());
         if (column == ResultsTreeModel::NameColumn)
             option.rect.adjust(indentation, 0, 0, 0);
+        if (column == ResultsTreeModel::MatchesColumn)
+            option.rect.adjust(0, 0, -NUMBER_MARGIN, 0);
         _cell->paint(&painter, option, file.siblingAtColumn(column));
     }
     QStyleOptionViewItem branch = option;

@@ -221,8 +221,11 @@ TDSelectedMatchReplacement::BetweenFiles ReplaceCommands::_deliverEvents(quint64
     return [self = QPointer(this), fileCount, timer = QElapsedTimer()](quint64 filesDone) mutable {
         if (timer.isValid() && timer.elapsed() < MILLISECONDS_BETWEEN_EVENTS)
             return;
-        if (self)
+        if (self) {
+            // The rows agree with the files also on the way.
+            self->_model.noteAllChanged();
             Q_EMIT self->progressed(filesDone, fileCount);
+        }
         QCoreApplication::processEvents();
         timer.start();
     };

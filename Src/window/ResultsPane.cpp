@@ -2,7 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "ui_MyDocument.h"
-#include "window/FileTypesMenu.h"
+#include "window/IncludedKinds.h"
 #include "window/MyDocument.h"
 #include "window/SearchControl.h"
 #include "window/SearchWindow.h"

@@ -281,13 +281,20 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
     return count ? QString::number(*count) : QString();
 }
 
+QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
+{
+    // A file that couldn't be searched is told from the others also while its row is closed.
+    const bool hasFailed = !file.children().isEmpty() && file.children().first()->error();
+    return hasFailed ? warningIcon() : iconForFileName(file.filenameMatchLineSortKey());
+}
+
 QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, int role) const
 {
     switch (role) {
     case Qt::ToolTipRole:
         return file.path().displayText();
     case Qt::DecorationRole:
-        return column == NameColumn ? QVariant(iconForFileName(file.filenameMatchLineSortKey())) : QVariant();
+        return column == NameColumn ? QVariant(_iconOf(file)) : QVariant();
     case Qt::FontRole: {
         QFont font;
         font.setBold(true);
@@ -305,7 +312,7 @@ QVariant ResultsTreeModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal)
         return {};
     if (role == Qt::TextAlignmentRole)
-        return int((section == MatchesColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        return int((section == MatchesColumn ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
     switch (section) {

@@ -63,6 +63,7 @@ private:
     int _row(qsizetype position) const { return int(_rows.isEmpty() ? position : _rows[position]); }
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
     QString _displayText(const TDFindResultItem &item, int column) const;
+    static QIcon _iconOf(const TDFindResultItem &file);
     QVariant _fileData(const TDFindResultItem &file, int column, int role) const;
 
     FindResults &_results;

@@ -3,8 +3,8 @@
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "ui_MyDocument.h"
+#include "window/ApplicationDelegate.h"
 #include "window/BoundOptions.h"
-#include "window/FileTypesMenu.h"
 #include "window/MyDocument.h"
 #include "window/SearchControl.h"
 #include "window/SearchLocationsController.h"
@@ -35,8 +35,7 @@ int widthForEither(QPushButton *button, const QString &one, const QString &other
 SearchForm::SearchForm(MyDocument &document, SearchWindow &window, const SearchWindowActions &actions,
                        SearchControl &search, SearchLocationsController &locations)
     : _document(document), _ui(window.ui()), _actions(actions), _search(search), _locations(locations),
-      _locationsModel(new TDTableViewDragDropArrayController(document, this)),
-      _fileTypesMenu(new FileTypesMenu(&window))
+      _locationsModel(new TDTableViewDragDropArrayController(document, this))
 {
     _setUpToolTips();
     _setUpFields();
@@ -160,8 +159,7 @@ void SearchForm::focusFindText()
 
 void SearchForm::showFileTypes()
 {
-    QPushButton *button = _ui.fileTypesButton;
-    _fileTypesMenu->popup(button->mapToGlobal(QPoint(0, button->height())));
+    _document.application().showPreferencePanelAndSelectFileTypesTab();
 }
 
 } // namespace tidemark

@@ -10,7 +10,6 @@ class MyDocument;
 
 namespace tidemark {
 
-class FileTypesMenu;
 class MyDocument;
 class SearchControl;
 class SearchLocationsController;
@@ -55,7 +54,6 @@ private:
     SearchControl &_search;
     SearchLocationsController &_locations;
     TDTableViewDragDropArrayController *_locationsModel;
-    FileTypesMenu *_fileTypesMenu;
 };
 
 } // namespace tidemark

@@ -1,6 +1,9 @@
 #include "window/SearchSession.h"
 
+#include "window/FindResults.h"
 #include "window/SearchStatusLine.h"
+
+#include <utility>
 
 namespace tidemark {
 
@@ -12,7 +15,7 @@ void SearchSession::detach()
 {
     const std::lock_guard lock(_mutex);
     _context = nullptr;
-    _newResults.clear();
+    releaseInBackground(std::exchange(_newResults, {}));
     _taken.notify_all();
 }
 
@@ -21,6 +24,7 @@ FindResultItems SearchSession::takeArrived()
     const std::lock_guard lock(_mutex);
     FindResultItems arrived;
     arrived.swap(_newResults);
+    _takenCount += quint64(arrived.size());
     _taken.notify_all();
     return arrived;
 }
@@ -62,9 +66,14 @@ void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &
         return;
     _addResultsMatchLineCount += quint64(file->matchLines().size());
     _newResults << file;
+    ++_arrivedCount;
     if (_addResultsMatchLineCount >= SHOWN_ONE_BY_ONE_BELOW)
         return;
-    _post([this] { _receiver.resultsArrived(); });
+    _post([this, number = _arrivedCount] {
+        // A refresh may have come in between; what has gathered since then is the next one's.
+        if (_takenCount < number)
+            _receiver.resultsArrived();
+    });
     _taken.wait(lock, [this] { return _newResults.isEmpty() || _context == nullptr; });
 }
 

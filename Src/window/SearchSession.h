@@ -60,6 +60,8 @@ private:
     const Receiver _receiver;
     FindResultItems _newResults;
     quint64 _addResultsMatchLineCount = 0;
+    quint64 _arrivedCount = 0;
+    quint64 _takenCount = 0; ///< on the main thread only
 };
 
 } // namespace tidemark

@@ -53,7 +53,7 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
     if (_base != QColor(Qt::black))
         _paintForeground(line, origin, Qt::black, matchRegion);
     if (other)
-        _paintForeground(line, origin, colorOf(*other), otherRegion);
+        _paintForeground(line, origin, _prefix.value_or(colorOf(*other)), otherRegion);
 }
 
 void StyledLinePainter::_paintForeground(const QTextLine &line, QPoint origin, const QColor &color,

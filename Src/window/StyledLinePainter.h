@@ -5,6 +5,9 @@
 #include <QColor>
 #include <QRegion>
 
+#include <optional>
+#include <utility>
+
 class QPainter;
 class QTextLine;
 
@@ -15,10 +18,11 @@ namespace tidemark {
 class StyledLinePainter
 {
 public:
-    /// `base` stands for the styled text's base colour, black or white. Both references must outlive the
-    /// object.
-    StyledLinePainter(QPainter &painter, const StyledText &styled, const QColor &base)
-        : _painter(painter), _styled(styled), _base(base)
+    /// `base` stands for the styled text's base colour, black or white; `prefix`, if given, for that of the
+    /// line number. Both references must outlive the object.
+    StyledLinePainter(QPainter &painter, const StyledText &styled, const QColor &base,
+                      std::optional<QColor> prefix = {})
+        : _painter(painter), _styled(styled), _base(base), _prefix(std::move(prefix))
     {}
 
     /// `origin` is where the layout's own origin is drawn.
@@ -33,6 +37,7 @@ private:
     QPainter &_painter;
     const StyledText &_styled;
     QColor _base;
+    std::optional<QColor> _prefix;
 };
 
 QColor colorOf(const StyledColor &color);

@@ -42,6 +42,16 @@ QColor textColor(const QStyleOptionViewItem &option)
     return option.palette.color(colorGroup(option), isSelected ? QPalette::HighlightedText : QPalette::Text);
 }
 
+/// The given grey can't be read on a highlight.
+std::optional<QColor> selectedPrefixColor(const QStyleOptionViewItem &option)
+{
+    if (!(option.state & QStyle::State_Selected))
+        return {};
+    QColor color = textColor(option);
+    color.setAlphaF(0.75F);
+    return color;
+}
+
 StyledText displayTextOf(const TDFindResultItem &item)
 {
     // Built without being kept with the line: a million lines scrolled past would keep a million texts.
@@ -140,7 +150,8 @@ void TDSearchResultsTextFieldCell::_paintMatchLine(QPainter &painter, const QSty
                                                    const TDFindResultItem &item) const
 {
     const Layout &layout = _layout(option, item);
-    const StyledLinePainter linePainter(painter, layout.styled, textColor(option));
+    const StyledLinePainter linePainter(painter, layout.styled, textColor(option),
+                                        selectedPrefixColor(option));
     const QRectF clip = painter.clipBoundingRect();
     for (int number = 0; number < layout.text.lineCount(); ++number) {
         const QTextLine line = layout.text.lineAt(number);

@@ -215,8 +215,11 @@ TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
 {
     const TemporaryFolder folder;
     open(QList<QByteArray>(40, "foo\n"), folder);
+    QSignalSpy shownAnew(&window->model, &ResultsTreeModel::dataChanged);
     QObject::connect(window->commands.get(), &ReplaceCommands::progressed,
-                     [this](quint64 done, quint64 count) {
+                     [this, &shownAnew](quint64 done, quint64 count) {
+                         EXPECT_TRUE(done == 0 || !shownAnew.isEmpty());
+                         shownAnew.clear();
                          EXPECT_EQ(count, 40U);
                          EXPECT_TRUE(window->commands->isReplacing());
                          if (done == 1)

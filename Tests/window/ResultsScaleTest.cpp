@@ -1,3 +1,4 @@
+#include "support/TimeLimit.h"
 #include "window/ResultsFixture.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +31,7 @@ public:
     {
         const qint64 milliseconds = _timer.elapsed();
         testing::Test::RecordProperty(_what, std::to_string(milliseconds));
-        EXPECT_LT(milliseconds, _limit) << _what;
+        EXPECT_LT(milliseconds, test::timeLimit(_limit)) << _what;
         if (qEnvironmentVariableIsSet("TIDEMARK_SHOW_TIMES"))
             qInfo("%s: %lld ms", _what, static_cast<long long>(milliseconds));
     }

@@ -55,6 +55,30 @@ TEST_F(SearchControlTest, FilesAreShownOneByOneUntilThe250thMatchLine)
               u"Search completed (251 matches found in 3 files • 3 files searched)"_s);
 }
 
+TEST_F(SearchControlTest, ARefreshBetweenHandOverAndDeliveryShowsNothingEarly)
+{
+    std::atomic<bool> handedOver = false;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        goOn.acquire();
+        delegate.didFindMatchInFile(fileWithLines("/a", 249));
+        delegate.didFindMatchInFile(fileWithLines("/b", 1));
+        handedOver = true;
+        goOn.acquire();
+        delegate.didFinishSearch(2, 2, 250);
+    });
+    QCoreApplication::processEvents();
+    goOn.release();
+    while (document.findResults().isEmpty())
+        control->updateSearchResultsOutlineView();
+    while (!handedOver)
+        std::this_thread::yield();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(document.findResults().count(), 1);
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+    EXPECT_EQ(document.findResults().count(), 2);
+}
+
 TEST_F(SearchControlTest, ANewSearchStartsFromNothingAndGetsNothingOfTheOldOne)
 {
     std::atomic<int> round = 0;

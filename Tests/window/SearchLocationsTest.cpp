@@ -1,11 +1,13 @@
 #include "support/gui/WindowFixture.h"
 
+#include "window/FilesAndFoldersPanel.h"
 #include "window/PathControlWithPathBinding.h"
 #include "window/SearchLocationsController.h"
 #include "window/TDTableViewDragDropArrayController.h"
 
 #include <QAbstractItemModelTester>
 #include <QFontMetrics>
+#include <QLineEdit>
 
 #include <unistd.h>
 
@@ -154,6 +156,31 @@ TEST_F(SearchLocationsTest, OnlyFoldersHaveATickWhichGoesToTheDocument)
     EXPECT_FALSE(document.searchLocations()[1].includeSubFolders);
     model.removeRowsAt({1, 0});
     EXPECT_EQ(names(), "");
+}
+
+TEST_F(SearchLocationsTest, ThePanelTakesWhatWasTypedAndNothingPassedOnTheWay)
+{
+    folder.write("outer/inner/file.txt", "");
+    FilesAndFoldersPanel panel;
+    QList<QUrl> chosen;
+    QObject::connect(&panel, &FilesAndFoldersPanel::chosen,
+                     [&chosen](const QList<QUrl> &urls) { chosen = urls; });
+    panel.setAttribute(Qt::WA_DeleteOnClose, false);
+    panel.open();
+    auto *fileName = panel.findChild<QLineEdit *>();
+    ASSERT_NE(fileName, nullptr);
+    const auto type = [&](const FilePath &path) {
+        fileName->clear();
+        QTest::keyClicks(fileName, path.displayText());
+        QCoreApplication::processEvents();
+        panel.accept();
+    };
+    type(folder.path("outer/missing"));
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_TRUE(chosen.isEmpty());
+    type(folder.path("outer/inner"));
+    EXPECT_EQ(chosen, QList<QUrl>{folder.path("outer/inner").toUrl()});
+    EXPECT_FALSE(panel.isVisible());
 }
 
 TEST_F(SearchLocationsTest, ALongPathLosesItsMiddleFirst)

@@ -18,6 +18,9 @@ class FakeApplication : public ApplicationDelegate
 public:
     quint64 countBusyWindows() const override { return _count; }
     void setCountBusyWindows(quint64 count) override { _count = count; }
+    void showPreferencePanelAndSelectFileTypesTab() override { ++countFileTypesShown; }
+
+    int countFileTypesShown = 0;
 
 private:
     quint64 _count = 0;

@@ -1,0 +1,325 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+  <name>Localizable</name>
+  <message><source>About Velkor Tidemark</source><translation>Über Velkor Tidemark</translation></message>
+  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Findet Text in vielen Dateien auf einmal und ersetzt ihn an Ort und Stelle.</translation></message>
+  <message><source>&amp;Undo</source><translation>&amp;Rückgängig</translation></message>
+  <message><source>&amp;Redo</source><translation>&amp;Wiederholen</translation></message>
+  <message><source>Cu&amp;t</source><translation>&amp;Ausschneiden</translation></message>
+  <message><source>&amp;Copy</source><translation>&amp;Kopieren</translation></message>
+  <message><source>&amp;Paste</source><translation>&amp;Einfügen</translation></message>
+  <message><source>&amp;Delete</source><translation>&amp;Löschen</translation></message>
+  <message><source>Select &amp;All</source><translation>Alles au&amp;swählen</translation></message>
+  <message><source>Pre&amp;ferences…</source><translation>Einstellun&amp;gen …</translation></message>
+  <message><source>&amp;Edit</source><translation>&amp;Bearbeiten</translation></message>
+  <message><source>IDS_HelpFolder</source><translation>de</translation></message>
+  <message><source>Velkor Tidemark Help</source><translation>Hilfe zu Velkor Tidemark</translation></message>
+  <message><source>The filter is empty: no file will match.</source><translation>Der Filter ist leer: Keine Datei passt dazu.</translation></message>
+  <message><source>“%@” is not a known type: no file will match.</source><translation>„%@“ ist kein bekannter Typ: Keine Datei passt dazu.</translation></message>
+  <message><source>A pattern is compared with file names, which never contain “/”: no file will match.</source><translation>Ein Muster wird mit Dateinamen verglichen, die nie „/“ enthalten: Keine Datei passt dazu.</translation></message>
+  <message><source>Neither a type nor a pattern: only files named exactly “%@” will match.</source><translation>Weder ein Typ noch ein Muster: Nur Dateien, die genau „%@“ heißen, passen dazu.</translation></message>
+  <message><source>Filter</source><translation>Filter</translation></message>
+  <message><source>Do you want to restore the original list of kinds?</source><translation>Möchten Sie die ursprüngliche Liste der Dateiarten wiederherstellen?</translation></message>
+  <message><source>Kinds that you added or changed will be lost.</source><translation>Dateiarten, die Sie hinzugefügt oder geändert haben, gehen verloren.</translation></message>
+  <message><source>Restore</source><translation>Wiederherstellen</translation></message>
+  <message><source>Cancel</source><translation>Abbrechen</translation></message>
+  <message><source>Kind</source><translation>Art</translation></message>
+  <message><source>&amp;File</source><translation>&amp;Datei</translation></message>
+  <message><source>&amp;New Window</source><translation>&amp;Neues Fenster</translation></message>
+  <message><source>&amp;Quit</source><translation>&amp;Beenden</translation></message>
+  <message><source>&amp;Search</source><translation>&amp;Suchen</translation></message>
+  <message><source>&amp;Results</source><translation>&amp;Ergebnisse</translation></message>
+  <message><source>&amp;Help</source><translation>&amp;Hilfe</translation></message>
+  <message><source>Velkor Tidemark &amp;Help</source><translation>&amp;Hilfe zu Velkor Tidemark</translation></message>
+  <message><source>Frequently Asked &amp;Questions</source><translation>Häufig gestellte &amp;Fragen</translation></message>
+  <message><source>Overview for &amp;New Users</source><translation>Überblick für &amp;neue Benutzer</translation></message>
+  <message><source>&amp;Tidemark Home Page</source><translation>&amp;Tidemark im Web</translation></message>
+  <message><source>&amp;Velkor Home Page</source><translation>&amp;Velkor im Web</translation></message>
+  <message><source>&amp;About Velkor Tidemark</source><translation>&amp;Über Velkor Tidemark</translation></message>
+  <message><source>Continue Replace and Don‘t Quit</source><translation>Weiter ersetzen und nicht beenden</translation></message>
+  <message><source>Stop Replace and Quit</source><translation>Ersetzen anhalten und beenden</translation></message>
+  <message><source>IDS_ProductVersion</source><translation>Version %@</translation></message>
+  <message><source>IDS_ProductNameAndVersion</source><translation>Velkor Tidemark %@</translation></message>
+  <message><source>Files in this encoding are recognised, but it cannot be the default.</source><translation>Dateien in dieser Kodierung werden erkannt, aber sie kann nicht der Standard sein.</translation></message>
+  <message><source>No usable encoding is chosen: files whose encoding is not detected cannot be read.</source><translation>Es ist keine brauchbare Kodierung gewählt: Dateien, deren Kodierung nicht erkannt wird, lassen sich nicht lesen.</translation></message>
+  <message><source>For files whose encoding is not detected, and for all files while detection is off.</source><translation>Für Dateien, deren Kodierung nicht erkannt wird, und für alle, solange die Erkennung aus ist.</translation></message>
+  <message><source>&amp;Window</source><translation>&amp;Fenster</translation></message>
+  <message><source>&amp;Minimize</source><translation>&amp;Minimieren</translation></message>
+  <message><source>&amp;Zoom</source><translation>&amp;Zoomen</translation></message>
+  <message><source>For assistance, please contact Velkor via the Velkor website.</source><translation>Hilfe erhalten Sie von Velkor über die Velkor-Website.</translation></message>
+  <message><source>Review the regular expression in the find text field and ensure it is valid. Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Prüfen Sie, ob der reguläre Ausdruck im Feld für den Suchtext gültig ist. Oder schalten Sie „Regulärer Ausdruck“ aus, wenn Sie nach gewöhnlichem Text suchen möchten.</translation></message>
+  <message><source>Review the regular expression in the find text field and ensure it is valid.  Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Prüfen Sie, ob der reguläre Ausdruck im Feld für den Suchtext gültig ist. Oder schalten Sie „Regulärer Ausdruck“ aus, wenn Sie nach gewöhnlichem Text suchen möchten.</translation></message>
+  <message><source>Review the find and replace text fields and ensure they are valid. Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Prüfen Sie, ob die Felder für Suchtext und Ersetzungstext gültig sind. Oder schalten Sie „Regulärer Ausdruck“ aus, wenn Sie nach gewöhnlichem Text suchen möchten.</translation></message>
+  <message><source>Review the find and replace text fields and ensure they are valid.  Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Prüfen Sie, ob die Felder für Suchtext und Ersetzungstext gültig sind. Oder schalten Sie „Regulärer Ausdruck“ aus, wenn Sie nach gewöhnlichem Text suchen möchten.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to search using the regular expression ‘%@’.</source><translation>Bei der Suche mit dem regulären Ausdruck „%@“ ist leider ein Problem aufgetreten.</translation></message>
+  <message><source>The find text regular expression is malformed.</source><translation>Der reguläre Ausdruck im Suchtext ist fehlerhaft.</translation></message>
+  <message><source>The find text regular expression caused an internal error.</source><translation>Der reguläre Ausdruck im Suchtext hat einen internen Fehler verursacht.</translation></message>
+  <message><source>Sorry, it was not possible to search file ‘%@’.</source><translation>Die Datei „%@“ konnte leider nicht durchsucht werden.</translation></message>
+  <message><source>Search results cannot be shown and replacements will not occur for this file as it contains lines of excessive length.</source><translation>Für diese Datei können keine Suchergebnisse angezeigt werden, und es wird in ihr nichts ersetzt, da sie übermäßig lange Zeilen enthält.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to open file ‘%@’.</source><translation>Beim Öffnen der Datei „%@“ ist leider ein Problem aufgetreten.</translation></message>
+  <message><source>You do not have permission to open the file.</source><translation>Sie haben nicht das Recht, die Datei zu öffnen.</translation></message>
+  <message><source>Error %d occured.</source><translation>Fehler %d ist aufgetreten.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to read a file.</source><translation>Beim Lesen einer Datei ist leider ein Problem aufgetreten.</translation></message>
+  <message><source>The chosen character encoding ‘%@’ is unable to read the contents of the file. Check in Preferences that the default character encoding is appropriate for this file.</source><translation>In der gewählten Zeichenkodierung „%@“ lässt sich der Inhalt der Datei nicht lesen. Prüfen Sie in den Einstellungen, ob die Standardkodierung zu dieser Datei passt.</translation></message>
+  <message><source>An error occurred while closing ‘%@’.</source><translation>Beim Schließen von „%@“ ist ein Fehler aufgetreten.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to modify a file.</source><translation>Beim Ändern einer Datei ist leider ein Problem aufgetreten.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file from the automatic backup that was created.</source><translation>Beim Ändern einer Datei ist leider ein Problem aufgetreten. Sie müssen die Datei aus der automatisch angelegten Sicherungskopie wiederherstellen.</translation></message>
+  <message><source>Perform the search again to refresh the search results.</source><translation>Führen Sie die Suche erneut durch, um die Suchergebnisse zu aktualisieren.</translation></message>
+  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Um die Datei wiederherzustellen, kopieren Sie in der Dateiverwaltung die Datei „%@“ auf die Datei „%@“. Löschen Sie danach die Sicherungskopie.</translation></message>
+  <message><source>Creating a temporary file for ‘%@’ was not possible due to the file permissions of the parent folder being too restrictive.</source><translation>Für „%@“ konnte keine temporäre Datei angelegt werden, da die Zugriffsrechte des übergeordneten Ordners zu streng sind.</translation></message>
+  <message><source>Change permissions on the parent folder for the above mentioned file such that it is permissible to create new files in the folder.</source><translation>Ändern Sie die Zugriffsrechte des Ordners, in dem die genannte Datei liegt, so, dass darin neue Dateien angelegt werden dürfen.</translation></message>
+  <message><source>Creating the temporary backup file for ‘%@’ gave error number ‘%d’.</source><translation>Das Anlegen der temporären Sicherungskopie für „%@“ ergab die Fehlernummer „%d“.</translation></message>
+  <message><source>Copying file ‘%@’ to '%@' gave error number ‘%d’.</source><translation>Das Kopieren der Datei „%@“ nach „%@“ ergab die Fehlernummer „%d“.</translation></message>
+  <message><source>Deleting temporary backup file ‘%@’ gave error number ‘%d’.</source><translation>Das Löschen der temporären Sicherungskopie „%@“ ergab die Fehlernummer „%d“.</translation></message>
+  <message><source>The file ‘%@’ does not exist.</source><translation>Die Datei „%@“ existiert nicht.</translation></message>
+  <message><source>The modification date for file ‘%@’ could not be retrieved.</source><translation>Das Änderungsdatum der Datei „%@“ konnte nicht ermittelt werden.</translation></message>
+  <message><source>File ‘%@’ has been modified outside of this application.</source><translation>Die Datei „%@“ wurde außerhalb dieser Anwendung geändert.</translation></message>
+  <message><source>A file handler could not be opened to truncate file ‘%@’.</source><translation>Die Datei „%@“ konnte nicht zum Kürzen geöffnet werden.</translation></message>
+  <message><source>An error occured whilst truncating file‘%@’ to zero bytes.</source><translation>Beim Kürzen der Datei „%@“ auf null Byte ist ein Fehler aufgetreten.</translation></message>
+  <message><source>An error occured whilst attempting to close the file handler for truncated file ‘%@’.</source><translation>Beim Schließen der gekürzten Datei „%@“ ist ein Fehler aufgetreten.</translation></message>
+  <message><source>Writing data to file ‘%@’ failed with exception '%@'.</source><translation>Das Schreiben in die Datei „%@“ ist mit der Ausnahme „%@“ fehlgeschlagen.</translation></message>
+  <message><source>File permissions on file ‘%@’ do not allow the file to be modified.</source><translation>Die Zugriffsrechte der Datei „%@“ erlauben es nicht, sie zu ändern.</translation></message>
+  <message><source>Change permissions of the file or folder path such that it is permissible to update the file.</source><translation>Ändern Sie die Zugriffsrechte der Datei oder der Ordner auf ihrem Pfad so, dass die Datei geändert werden darf.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to replace using the find text regular expression and replace text format string.</source><translation>Beim Ersetzen mit dem regulären Ausdruck im Suchtext und der Formatvorlage im Ersetzungstext ist leider ein Problem aufgetreten.</translation></message>
+  <message><source>The find text regular expression and/or replace text format string are malformed.</source><translation>Der reguläre Ausdruck im Suchtext und/oder die Formatvorlage im Ersetzungstext sind fehlerhaft.</translation></message>
+  <message><source>The find text regular expression and/or replace text format string caused an internal error.</source><translation>Der reguläre Ausdruck im Suchtext und/oder die Formatvorlage im Ersetzungstext haben einen internen Fehler verursacht.</translation></message>
+  <message><source>
+
+Too many files to list.</source><translation>
+
+Zu viele Dateien, um sie aufzuzählen.</translation></message>
+  <message><source>Sorry, it was not possible to update the following files due to file permissions or locks:</source><translation>Die folgenden Dateien konnten wegen ihrer Zugriffsrechte oder Sperren leider nicht geändert werden:</translation></message>
+  <message><source>Review the permissions, ownership and lock status of the above files and peform the search and replace again.</source><translation>Prüfen Sie Zugriffsrechte, Eigentümer und Sperren der genannten Dateien, und führen Sie Suchen und Ersetzen erneut durch.</translation></message>
+  <message><source>IDS_Any</source><translation>Beliebige Datei</translation></message>
+  <message><source>IDS_Text</source><translation>Text</translation></message>
+  <message><source>IDS_Documents</source><translation>Dokumente</translation></message>
+  <message><source>IDS_SourceCode</source><translation>Quelltext</translation></message>
+  <message><source>IDS_WildcardSample1</source><translation>Reine Textdateien (Beispiel)</translation></message>
+  <message><source>IDS_WildcardSample1Uti</source><translation>*.txt</translation></message>
+  <message><source>IDS_WildcardSample2</source><translation>C-Quelltexte und -Header (Beispiel)</translation></message>
+  <message><source>IDS_WildcardSample2Uti</source><translation>*.[ch]</translation></message>
+  <message><source>Add Files and Folders to Search</source><translation>Zu durchsuchende Dateien und Ordner hinzufügen</translation></message>
+  <message><source>Add</source><translation>Hinzufügen</translation></message>
+  <message><source>, </source><translation>, </translation></message>
+  <message><source>Continue Replace and Don‘t Close Window</source><translation>Weiter ersetzen und Fenster nicht schließen</translation></message>
+  <message><source>Stop Replace and Close Window</source><translation>Ersetzen anhalten und Fenster schließen</translation></message>
+  <message><source>Start Search</source><translation>Suche starten</translation></message>
+  <message><source>Stop Search</source><translation>Suche anhalten</translation></message>
+  <message><source>Locate a file or folder to search. (Cmd+O)</source><translation>Eine Datei oder einen Ordner zum Durchsuchen auswählen. (Strg+O)</translation></message>
+  <message><source>Remove the selected file or folder from the search. (Cmd+P)</source><translation>Die ausgewählte Datei oder den ausgewählten Ordner von der Suche ausnehmen. (Strg+P)</translation></message>
+  <message><source>Select kinds of files to include in search. (Cmd+F)</source><translation>Die Arten von Dateien auswählen, die durchsucht werden. (Strg+F)</translation></message>
+  <message><source>Enter text to find</source><translation>Zu suchenden Text eingeben</translation></message>
+  <message><source>Enter text that replaces the find text</source><translation>Text eingeben, der den Suchtext ersetzt</translation></message>
+  <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Die Suche starten oder anhalten. (Strg+Eingabe)</translation></message>
+  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Ankreuzen, um Groß- und Kleinschreibung zu unterscheiden. (Strg+C)</translation></message>
+  <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Ankreuzen, um im Suchtext reguläre Ausdrücke zu verwenden. (Strg+G)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Den hervorgehobenen Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen. (Strg+R)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Den hervorgehobenen Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen und zum nächsten Treffer gehen. (Strg+X)</translation></message>
+  <message><source>Replace the currently selected matches in the search results with the replace text. (Cmd+S)</source><translation>Die ausgewählten Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen. (Strg+S)</translation></message>
+  <message><source>Replace all the matches in the search results with the replace text. (Cmd+L)</source><translation>Alle Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen. (Strg+L)</translation></message>
+  <message><source>Highlight the previous match in the search results. (Up; Cmd+Up to move to the first match in previous file)</source><translation>Den vorherigen Treffer in den Suchergebnissen hervorheben. (Pfeil hoch; mit Strg+Pfeil hoch zum ersten Treffer der vorherigen Datei)</translation></message>
+  <message><source>Highlight the next match in the search results. (Down; Cmd+Down to move to the first match in next file)</source><translation>Den nächsten Treffer in den Suchergebnissen hervorheben. (Pfeil runter; mit Strg+Pfeil runter zum ersten Treffer der nächsten Datei)</translation></message>
+  <message><source>Remove selected items from search results. (Delete)</source><translation>Ausgewählte Einträge aus den Suchergebnissen entfernen. (Entf)</translation></message>
+  <message><source>Expand or collapse all matches to either show or hide all matches. (Cmd+E)</source><translation>Alle Treffer auf- oder zuklappen, um sie zu zeigen oder zu verbergen. (Strg+E)</translation></message>
+  <message><source>Files and folders to search</source><translation>Zu durchsuchende Dateien und Ordner</translation></message>
+  <message><source>Search results showing lines of files with matches</source><translation>Suchergebnisse mit den Zeilen der Dateien, in denen es Treffer gibt</translation></message>
+  <message><source> (no longer exists)</source><translation> (existiert nicht mehr)</translation></message>
+  <message><source>This operation cannot easily be undone.</source><translation>Dieser Vorgang lässt sich nicht ohne Weiteres rückgängig machen.</translation></message>
+  <message><source>No match is selected, so nothing will change.</source><translation>Es ist kein Treffer ausgewählt, daher ändert sich nichts.</translation></message>
+  <message><source>%@ in %@ will change.</source><translation>Geändert werden: %@ in %@.</translation></message>
+  <message><source>%lu match</source><translation>%lu Treffer</translation></message>
+  <message><source>%lu matches</source><translation>%lu Treffer</translation></message>
+  <message><source>%lu file</source><translation>%lu Datei</translation></message>
+  <message><source>%lu files</source><translation>%lu Dateien</translation></message>
+  <message><source>The replace text is empty: the matches will be deleted.</source><translation>Der Ersetzungstext ist leer: Die Treffer werden gelöscht.</translation></message>
+  <message><source>Replace all selected occurrences of the find text with the replace text?</source><translation>Alle ausgewählten Vorkommen des Suchtexts durch den Ersetzungstext ersetzen?</translation></message>
+  <message><source>Replace Selection</source><translation>Auswahl ersetzen</translation></message>
+  <message><source>Do not show this message again</source><translation>Diese Meldung nicht mehr anzeigen</translation></message>
+  <message><source>Replace all occurrences of the find text with the replace text in all files listed in the search results?</source><translation>Alle Vorkommen des Suchtexts in allen Dateien der Suchergebnisse durch den Ersetzungstext ersetzen?</translation></message>
+  <message><source>Replace All</source><translation>Alle ersetzen</translation></message>
+  <message><source>Open</source><translation>Öffnen</translation></message>
+  <message><source>Reveal in Finder</source><translation>In der Dateiverwaltung anzeigen</translation></message>
+  <message><source>Copy Line</source><translation>Zeile kopieren</translation></message>
+  <message><source>Copy Path</source><translation>Pfad kopieren</translation></message>
+  <message><source>Replacing: %d of %d files done</source><translation>Ersetzen: %d von %d Dateien erledigt</translation></message>
+  <message><source>Lines with matches will appear here.</source><translation>Hier erscheinen die Zeilen mit Treffern.</translation></message>
+  <message><source>No matches found.
+Kinds of files searched in folders: %@</source><translation>Keine Treffer gefunden.
+In Ordnern durchsuchte Dateiarten: %@</translation></message>
+  <message><source>Name</source><translation>Name</translation></message>
+  <message><source>Matches</source><translation>Treffer</translation></message>
+  <message><source>Folder</source><translation>Ordner</translation></message>
+  <message><source>Generating search results…</source><translation>Suchergebnisse werden zusammengestellt …</translation></message>
+  <message><source>Review search results</source><translation>Suchergebnisse prüfen</translation></message>
+  <message><source>Drop files and folders here, or press + to add them.</source><translation>Dateien und Ordner hierher ziehen oder mit + hinzufügen.</translation></message>
+  <message><source>%d match found in %d file</source><translation>%d Treffer in %d Datei gefunden</translation></message>
+  <message><source>%d matches found in %d files</source><translation>%d Treffer in %d Dateien gefunden</translation></message>
+  <message><source>%d matches found in %d file</source><translation>%d Treffer in %d Datei gefunden</translation></message>
+  <message><source> • </source><translation> • </translation></message>
+  <message><source>%d files searched</source><translation>%d Dateien durchsucht</translation></message>
+  <message><source>%d file searched</source><translation>%d Datei durchsucht</translation></message>
+  <message><source> • Searching: %@</source><translation> • Durchsucht wird: %@</translation></message>
+  <message><source>Search interrupted (</source><translation>Suche unterbrochen (</translation></message>
+  <message><source>Search completed (</source><translation>Suche abgeschlossen (</translation></message>
+  <message><source>%d files searched)</source><translation>%d Dateien durchsucht)</translation></message>
+  <message><source>%d file searched)</source><translation>%d Datei durchsucht)</translation></message>
+  <message><source>&amp;Add Files and Folders…</source><translation>Dateien und Ordner &amp;hinzufügen …</translation></message>
+  <message><source>&amp;Remove from List</source><translation>Aus Liste &amp;entfernen</translation></message>
+  <message><source>&amp;Close Window</source><translation>Fenster &amp;schließen</translation></message>
+  <message><source>Sto&amp;p</source><translation>An&amp;halten</translation></message>
+  <message><source>Ignore &amp;Case</source><translation>&amp;Groß-/Kleinschreibung ignorieren</translation></message>
+  <message><source>Regular E&amp;xpression</source><translation>Regulärer A&amp;usdruck</translation></message>
+  <message><source>File &amp;Types…</source><translation>Datei&amp;typen …</translation></message>
+  <message><source>S&amp;witch between Form and Results</source><translation>&amp;Wechseln zwischen Formular und Ergebnissen</translation></message>
+  <message><source>&amp;Next Match</source><translation>&amp;Nächster Treffer</translation></message>
+  <message><source>&amp;Previous Match</source><translation>&amp;Vorheriger Treffer</translation></message>
+  <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>
+  <message><source>First Match in Pre&amp;vious File</source><translation>Erster Treffer der v&amp;orherigen Datei</translation></message>
+  <message><source>&amp;Expand or Collapse All</source><translation>Alle auf- oder &amp;zuklappen</translation></message>
+  <message><source>Re&amp;move Selected from Results</source><translation>Auswahl aus Ergebnissen ent&amp;fernen</translation></message>
+  <message><source>&amp;Replace</source><translation>&amp;Ersetzen</translation></message>
+  <message><source>Replace an&amp;d Find</source><translation>Ersetzen und &amp;weitersuchen</translation></message>
+  <message><source>Replace &amp;Selection…</source><translation>&amp;Auswahl ersetzen …</translation></message>
+  <message><source>Replace &amp;All…</source><translation>A&amp;lle ersetzen …</translation></message>
+  <message><source>Do you want to stop the replace that is in progress?</source><translation>Möchten Sie das laufende Ersetzen anhalten?</translation></message>
+  <message><source>Stopping a replace before it finishes will leave files in an unknown state.</source><translation>Wird das Ersetzen vorzeitig angehalten, bleiben Dateien in einem unbekannten Zustand.</translation></message>
+  <message><source>%@ no longer exists</source><translation>%@ existiert nicht mehr</translation></message>
+  <message><source>Subfolders</source><translation>Unterordner</translation></message>
+  <message><source>Tick to search the folders inside this folder, too</source><translation>Ankreuzen, um auch die Ordner in diesem Ordner zu durchsuchen</translation></message>
+  <message><source>Location</source><translation>Ort</translation></message>
+  <message><source>Search &amp;in</source><translation>Suchen &amp;in</translation></message>
+  <message><source>+</source><translation>+</translation></message>
+  <message><source>Add files and folders</source><translation>Dateien und Ordner hinzufügen</translation></message>
+  <message><source>–</source><translation>–</translation></message>
+  <message><source>Remove location</source><translation>Ort entfernen</translation></message>
+  <message><source>Fin&amp;d</source><translation>Su&amp;chen</translation></message>
+  <message><source>Find</source><translation>Suchen</translation></message>
+  <message><source>Re&amp;place</source><translation>E&amp;rsetzen</translation></message>
+  <message><source>Replace</source><translation>Ersetzen</translation></message>
+  <message><source>Ignore &amp;case</source><translation>&amp;Groß/klein ignorieren</translation></message>
+  <message><source>Regular e&amp;xpression</source><translation>Regulärer A&amp;usdruck</translation></message>
+  <message><source>Searching</source><translation>Suche läuft</translation></message>
+  <message><source>Search results</source><translation>Suchergebnisse</translation></message>
+  <message><source>Previous</source><translation>Vorheriger</translation></message>
+  <message><source>Previous match</source><translation>Vorheriger Treffer</translation></message>
+  <message><source>Next</source><translation>Nächster</translation></message>
+  <message><source>Next match</source><translation>Nächster Treffer</translation></message>
+  <message><source>Expand/Collapse</source><translation>Auf-/Zuklappen</translation></message>
+  <message><source>Expand or collapse all</source><translation>Alle auf- oder zuklappen</translation></message>
+  <message><source>Remove</source><translation>Entfernen</translation></message>
+  <message><source>Remove selected results</source><translation>Ausgewählte Ergebnisse entfernen</translation></message>
+  <message><source>Files replaced</source><translation>Dateien, in denen ersetzt wurde</translation></message>
+  <message><source>Stop Replace</source><translation>Ersetzen anhalten</translation></message>
+  <message><source>Replace and Fi&amp;nd</source><translation>Ersetzen und &amp;weitersuchen</translation></message>
+  <message><source>Replace Se&amp;lection…</source><translation>&amp;Auswahl ersetzen …</translation></message>
+  <message><source>Preferences</source><translation>Einstellungen</translation></message>
+  <message><source>&amp;General</source><translation>&amp;Allgemein</translation></message>
+  <message><source>Reading files</source><translation>Dateien lesen</translation></message>
+  <message><source>&amp;Detect the encoding of each file</source><translation>Die Kodierung jeder Datei e&amp;rkennen</translation></message>
+  <message><source>Default &amp;encoding</source><translation>Standard&amp;kodierung</translation></message>
+  <message><source>Default encoding</source><translation>Standardkodierung</translation></message>
+  <message><source>Replacing</source><translation>Ersetzen</translation></message>
+  <message><source>Make a &amp;backup of each file before it is changed</source><translation>Jede Datei &amp;sichern, bevor sie geändert wird</translation></message>
+  <message><source>Backups lie beside their files; “.TDMBackup.” stands in their names.</source><translation>Sicherungskopien liegen neben ihren Dateien; „.TDMBackup.“ steht in ihren Namen.</translation></message>
+  <message><source>Histories</source><translation>Verlauf</translation></message>
+  <message><source>Find and replace texts to &amp;remember</source><translation>&amp;Zu merkende Such- und Ersetzungstexte</translation></message>
+  <message><source>Find and replace texts to remember</source><translation>Zu merkende Such- und Ersetzungstexte</translation></message>
+  <message><source>File &amp;types</source><translation>&amp;Dateitypen</translation></message>
+  <message><source>&amp;Kinds of files that are searched in folders</source><translation>Arten von Dateien, die in &amp;Ordnern durchsucht werden</translation></message>
+  <message><source>Kinds of files that are searched in folders</source><translation>Arten von Dateien, die in Ordnern durchsucht werden</translation></message>
+  <message><source>&amp;Add</source><translation>&amp;Hinzufügen</translation></message>
+  <message><source>Add a kind below the selected one (Insert)</source><translation>Unter der ausgewählten Art eine neue hinzufügen (Einfg)</translation></message>
+  <message><source>D&amp;uplicate</source><translation>D&amp;uplizieren</translation></message>
+  <message><source>Add a copy of the selected kind (Ctrl+D)</source><translation>Eine Kopie der ausgewählten Art hinzufügen (Strg+D)</translation></message>
+  <message><source>&amp;Remove</source><translation>&amp;Entfernen</translation></message>
+  <message><source>Remove the selected kind (Delete)</source><translation>Die ausgewählte Art entfernen (Entf)</translation></message>
+  <message><source>Move U&amp;p</source><translation>Nach o&amp;ben</translation></message>
+  <message><source>Move the selected kind up (Alt+Up)</source><translation>Die ausgewählte Art nach oben verschieben (Alt+Pfeil hoch)</translation></message>
+  <message><source>Move Do&amp;wn</source><translation>Nach u&amp;nten</translation></message>
+  <message><source>Move the selected kind down (Alt+Down)</source><translation>Die ausgewählte Art nach unten verschieben (Alt+Pfeil runter)</translation></message>
+  <message><source>Restore &amp;List…</source><translation>&amp;Liste wiederherstellen …</translation></message>
+  <message><source>Restore the original list of kinds</source><translation>Die ursprüngliche Liste der Dateiarten wiederherstellen</translation></message>
+  <message><source>Remark on the selected kind</source><translation>Bemerkung zur ausgewählten Art</translation></message>
+  <message><source>A filter is a pattern for file names, such as *.txt, or a type, such as uti:public.text. Files that match any ticked kind are searched.</source><translation>Ein Filter ist ein Muster für Dateinamen wie *.txt oder ein Typ wie uti:public.text. Durchsucht werden Dateien, zu denen eine der angekreuzten Arten passt.</translation></message>
+  <message><source>&amp;Close</source><translation>S&amp;chließen</translation></message>
+  <message><source>Western (Mac OS Roman)</source><translation>Westlich (Mac OS Roman)</translation></message>
+  <message><source>Greek (Mac OS)</source><translation>Griechisch (Mac OS)</translation></message>
+  <message><source>Cyrillic (Mac OS)</source><translation>Kyrillisch (Mac OS)</translation></message>
+  <message><source>Central European (Mac OS)</source><translation>Mitteleuropäisch (Mac OS)</translation></message>
+  <message><source>Turkish (Mac OS)</source><translation>Türkisch (Mac OS)</translation></message>
+  <message><source>Cyrillic (Mac OS Ukrainian)</source><translation>Kyrillisch (Mac OS, ukrainisch)</translation></message>
+  <message><source>Unicode (UTF-16)</source><translation>Unicode (UTF-16)</translation></message>
+  <message><source>Unicode (UTF-7)</source><translation>Unicode (UTF-7)</translation></message>
+  <message><source>Unicode (UTF-8)</source><translation>Unicode (UTF-8)</translation></message>
+  <message><source>Unicode (UTF-32)</source><translation>Unicode (UTF-32)</translation></message>
+  <message><source>Unicode (UTF-16BE)</source><translation>Unicode (UTF-16BE)</translation></message>
+  <message><source>Unicode (UTF-16LE)</source><translation>Unicode (UTF-16LE)</translation></message>
+  <message><source>Unicode (UTF-32BE)</source><translation>Unicode (UTF-32BE)</translation></message>
+  <message><source>Unicode (UTF-32LE)</source><translation>Unicode (UTF-32LE)</translation></message>
+  <message><source>Western (ISO Latin 1)</source><translation>Westlich (ISO Latin 1)</translation></message>
+  <message><source>Central European (ISO Latin 2)</source><translation>Mitteleuropäisch (ISO Latin 2)</translation></message>
+  <message><source>Western (ISO Latin 3)</source><translation>Westlich (ISO Latin 3)</translation></message>
+  <message><source>Central European (ISO Latin 4)</source><translation>Mitteleuropäisch (ISO Latin 4)</translation></message>
+  <message><source>Cyrillic (ISO 8859-5)</source><translation>Kyrillisch (ISO 8859-5)</translation></message>
+  <message><source>Arabic (ISO 8859-6)</source><translation>Arabisch (ISO 8859-6)</translation></message>
+  <message><source>Greek (ISO 8859-7)</source><translation>Griechisch (ISO 8859-7)</translation></message>
+  <message><source>Hebrew (ISO 8859-8)</source><translation>Hebräisch (ISO 8859-8)</translation></message>
+  <message><source>Turkish (ISO Latin 5)</source><translation>Türkisch (ISO Latin 5)</translation></message>
+  <message><source>Nordic (ISO Latin 6)</source><translation>Nordisch (ISO Latin 6)</translation></message>
+  <message><source>Thai (ISO 8859-11)</source><translation>Thailändisch (ISO 8859-11)</translation></message>
+  <message><source>Baltic (ISO Latin 7)</source><translation>Baltisch (ISO Latin 7)</translation></message>
+  <message><source>Celtic (ISO Latin 8)</source><translation>Keltisch (ISO Latin 8)</translation></message>
+  <message><source>Western (ISO Latin 9)</source><translation>Westlich (ISO Latin 9)</translation></message>
+  <message><source>Latin-US (DOS)</source><translation>Lateinisch-US (DOS)</translation></message>
+  <message><source>Greek (DOS)</source><translation>Griechisch (DOS)</translation></message>
+  <message><source>Baltic (DOS)</source><translation>Baltisch (DOS)</translation></message>
+  <message><source>Western (DOS Latin 1)</source><translation>Westlich (DOS Latin 1)</translation></message>
+  <message><source>Greek (DOS Greek 1)</source><translation>Griechisch (DOS Griechisch 1)</translation></message>
+  <message><source>Central European (DOS Latin 2)</source><translation>Mitteleuropäisch (DOS Latin 2)</translation></message>
+  <message><source>Cyrillic (DOS)</source><translation>Kyrillisch (DOS)</translation></message>
+  <message><source>Turkish (DOS)</source><translation>Türkisch (DOS)</translation></message>
+  <message><source>Portuguese (DOS)</source><translation>Portugiesisch (DOS)</translation></message>
+  <message><source>Icelandic (DOS)</source><translation>Isländisch (DOS)</translation></message>
+  <message><source>Hebrew (DOS)</source><translation>Hebräisch (DOS)</translation></message>
+  <message><source>Canadian French (DOS)</source><translation>Kanadisches Französisch (DOS)</translation></message>
+  <message><source>Arabic (DOS)</source><translation>Arabisch (DOS)</translation></message>
+  <message><source>Nordic (DOS)</source><translation>Nordisch (DOS)</translation></message>
+  <message><source>Russian (DOS)</source><translation>Russisch (DOS)</translation></message>
+  <message><source>Greek (DOS Greek 2)</source><translation>Griechisch (DOS Griechisch 2)</translation></message>
+  <message><source>Thai (Windows, DOS)</source><translation>Thailändisch (Windows, DOS)</translation></message>
+  <message><source>Japanese (Windows, DOS)</source><translation>Japanisch (Windows, DOS)</translation></message>
+  <message><source>Simplified Chinese (Windows, DOS)</source><translation>Vereinfachtes Chinesisch (Windows, DOS)</translation></message>
+  <message><source>Korean (Windows, DOS)</source><translation>Koreanisch (Windows, DOS)</translation></message>
+  <message><source>Traditional Chinese (Windows, DOS)</source><translation>Traditionelles Chinesisch (Windows, DOS)</translation></message>
+  <message><source>Western (Windows Latin 1)</source><translation>Westlich (Windows Latin 1)</translation></message>
+  <message><source>Central European (Windows Latin 2)</source><translation>Mitteleuropäisch (Windows Latin 2)</translation></message>
+  <message><source>Cyrillic (Windows)</source><translation>Kyrillisch (Windows)</translation></message>
+  <message><source>Greek (Windows)</source><translation>Griechisch (Windows)</translation></message>
+  <message><source>Turkish (Windows Latin 5)</source><translation>Türkisch (Windows Latin 5)</translation></message>
+  <message><source>Hebrew (Windows)</source><translation>Hebräisch (Windows)</translation></message>
+  <message><source>Arabic (Windows)</source><translation>Arabisch (Windows)</translation></message>
+  <message><source>Baltic (Windows)</source><translation>Baltisch (Windows)</translation></message>
+  <message><source>Vietnamese (Windows)</source><translation>Vietnamesisch (Windows)</translation></message>
+  <message><source>Western (ASCII)</source><translation>Westlich (ASCII)</translation></message>
+  <message><source>Chinese (GBK)</source><translation>Chinesisch (GBK)</translation></message>
+  <message><source>Chinese (GB 18030)</source><translation>Chinesisch (GB 18030)</translation></message>
+  <message><source>Japanese (ISO 2022-JP)</source><translation>Japanisch (ISO 2022-JP)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-2)</source><translation>Japanisch (ISO 2022-JP-2)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-1)</source><translation>Japanisch (ISO 2022-JP-1)</translation></message>
+  <message><source>Chinese (ISO 2022-CN)</source><translation>Chinesisch (ISO 2022-CN)</translation></message>
+  <message><source>Korean (ISO 2022-KR)</source><translation>Koreanisch (ISO 2022-KR)</translation></message>
+  <message><source>Japanese (EUC)</source><translation>Japanisch (EUC)</translation></message>
+  <message><source>Simplified Chinese (GB 2312)</source><translation>Vereinfachtes Chinesisch (GB 2312)</translation></message>
+  <message><source>Traditional Chinese (EUC)</source><translation>Traditionelles Chinesisch (EUC)</translation></message>
+  <message><source>Korean (EUC)</source><translation>Koreanisch (EUC)</translation></message>
+  <message><source>Japanese (Shift JIS)</source><translation>Japanisch (Shift JIS)</translation></message>
+  <message><source>Cyrillic (KOI8-R)</source><translation>Kyrillisch (KOI8-R)</translation></message>
+  <message><source>Traditional Chinese (Big 5)</source><translation>Traditionelles Chinesisch (Big 5)</translation></message>
+  <message><source>Simplified Chinese (HZ GB 2312)</source><translation>Vereinfachtes Chinesisch (HZ GB 2312)</translation></message>
+  <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Traditionelles Chinesisch (Big 5 HKSCS)</translation></message>
+  <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainisch (KOI8-U)</translation></message>
+  <message><source>Western (EBCDIC Latin 1)</source><translation>Westlich (EBCDIC Latin 1)</translation></message>
+</context>
+</TS>

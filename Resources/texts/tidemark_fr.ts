@@ -1,0 +1,325 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+  <name>Localizable</name>
+  <message><source>About Velkor Tidemark</source><translation>À propos de Velkor Tidemark</translation></message>
+  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Trouve du texte dans de nombreux fichiers à la fois et le remplace sur place.</translation></message>
+  <message><source>&amp;Undo</source><translation>&amp;Annuler</translation></message>
+  <message><source>&amp;Redo</source><translation>&amp;Rétablir</translation></message>
+  <message><source>Cu&amp;t</source><translation>&amp;Couper</translation></message>
+  <message><source>&amp;Copy</source><translation>Co&amp;pier</translation></message>
+  <message><source>&amp;Paste</source><translation>C&amp;oller</translation></message>
+  <message><source>&amp;Delete</source><translation>&amp;Supprimer</translation></message>
+  <message><source>Select &amp;All</source><translation>&amp;Tout sélectionner</translation></message>
+  <message><source>Pre&amp;ferences…</source><translation>Pré&amp;férences…</translation></message>
+  <message><source>&amp;Edit</source><translation>É&amp;dition</translation></message>
+  <message><source>IDS_HelpFolder</source><translation>fr</translation></message>
+  <message><source>Velkor Tidemark Help</source><translation>Aide de Velkor Tidemark</translation></message>
+  <message><source>The filter is empty: no file will match.</source><translation>Le filtre est vide : aucun fichier ne correspondra.</translation></message>
+  <message><source>“%@” is not a known type: no file will match.</source><translation>« %@ » n’est pas un type connu : aucun fichier ne correspondra.</translation></message>
+  <message><source>A pattern is compared with file names, which never contain “/”: no file will match.</source><translation>Un motif est comparé aux noms de fichiers, qui ne contiennent jamais « / » : aucun fichier ne correspondra.</translation></message>
+  <message><source>Neither a type nor a pattern: only files named exactly “%@” will match.</source><translation>Ni un type ni un motif : seuls les fichiers nommés exactement « %@ » correspondront.</translation></message>
+  <message><source>Filter</source><translation>Filtre</translation></message>
+  <message><source>Do you want to restore the original list of kinds?</source><translation>Voulez-vous rétablir la liste d’origine des genres de fichiers ?</translation></message>
+  <message><source>Kinds that you added or changed will be lost.</source><translation>Les genres que vous avez ajoutés ou modifiés seront perdus.</translation></message>
+  <message><source>Restore</source><translation>Rétablir</translation></message>
+  <message><source>Cancel</source><translation>Annuler</translation></message>
+  <message><source>Kind</source><translation>Genre</translation></message>
+  <message><source>&amp;File</source><translation>&amp;Fichier</translation></message>
+  <message><source>&amp;New Window</source><translation>&amp;Nouvelle fenêtre</translation></message>
+  <message><source>&amp;Quit</source><translation>&amp;Quitter</translation></message>
+  <message><source>&amp;Search</source><translation>&amp;Recherche</translation></message>
+  <message><source>&amp;Results</source><translation>Ré&amp;sultats</translation></message>
+  <message><source>&amp;Help</source><translation>&amp;Aide</translation></message>
+  <message><source>Velkor Tidemark &amp;Help</source><translation>&amp;Aide de Velkor Tidemark</translation></message>
+  <message><source>Frequently Asked &amp;Questions</source><translation>&amp;Questions fréquentes</translation></message>
+  <message><source>Overview for &amp;New Users</source><translation>Présentation pour les &amp;nouveaux utilisateurs</translation></message>
+  <message><source>&amp;Tidemark Home Page</source><translation>Site web de &amp;Tidemark</translation></message>
+  <message><source>&amp;Velkor Home Page</source><translation>Site web de &amp;Velkor</translation></message>
+  <message><source>&amp;About Velkor Tidemark</source><translation>À &amp;propos de Velkor Tidemark</translation></message>
+  <message><source>Continue Replace and Don‘t Quit</source><translation>Continuer le remplacement sans quitter</translation></message>
+  <message><source>Stop Replace and Quit</source><translation>Arrêter le remplacement et quitter</translation></message>
+  <message><source>IDS_ProductVersion</source><translation>Version %@</translation></message>
+  <message><source>IDS_ProductNameAndVersion</source><translation>Velkor Tidemark %@</translation></message>
+  <message><source>Files in this encoding are recognised, but it cannot be the default.</source><translation>Les fichiers dans cet encodage sont reconnus, mais il ne peut pas être l’encodage par défaut.</translation></message>
+  <message><source>No usable encoding is chosen: files whose encoding is not detected cannot be read.</source><translation>Aucun encodage utilisable n’est choisi : les fichiers dont l’encodage n’est pas détecté ne peuvent pas être lus.</translation></message>
+  <message><source>For files whose encoding is not detected, and for all files while detection is off.</source><translation>Pour les fichiers dont l’encodage n’est pas détecté, et pour tous quand la détection est désactivée.</translation></message>
+  <message><source>&amp;Window</source><translation>Fe&amp;nêtre</translation></message>
+  <message><source>&amp;Minimize</source><translation>&amp;Réduire</translation></message>
+  <message><source>&amp;Zoom</source><translation>&amp;Zoom</translation></message>
+  <message><source>For assistance, please contact Velkor via the Velkor website.</source><translation>Pour obtenir de l’aide, veuillez contacter Velkor par son site web.</translation></message>
+  <message><source>Review the regular expression in the find text field and ensure it is valid. Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Vérifiez que l’expression régulière du champ de recherche est valide. Ou décochez la case « Expression régulière » pour faire une recherche de texte ordinaire.</translation></message>
+  <message><source>Review the regular expression in the find text field and ensure it is valid.  Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Vérifiez que l’expression régulière du champ de recherche est valide. Ou décochez la case « Expression régulière » pour faire une recherche de texte ordinaire.</translation></message>
+  <message><source>Review the find and replace text fields and ensure they are valid. Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Vérifiez que le texte recherché et le texte de remplacement sont valides. Ou décochez la case « Expression régulière » pour faire une recherche de texte ordinaire.</translation></message>
+  <message><source>Review the find and replace text fields and ensure they are valid.  Or uncheck the Regular expression checkbox if you want to perform a normal text search.</source><translation>Vérifiez que le texte recherché et le texte de remplacement sont valides. Ou décochez la case « Expression régulière » pour faire une recherche de texte ordinaire.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to search using the regular expression ‘%@’.</source><translation>Désolé, un problème est survenu lors de la recherche avec l’expression régulière « %@ ».</translation></message>
+  <message><source>The find text regular expression is malformed.</source><translation>L’expression régulière du texte recherché est mal formée.</translation></message>
+  <message><source>The find text regular expression caused an internal error.</source><translation>L’expression régulière du texte recherché a provoqué une erreur interne.</translation></message>
+  <message><source>Sorry, it was not possible to search file ‘%@’.</source><translation>Désolé, il n’a pas été possible d’effectuer la recherche dans le fichier « %@ ».</translation></message>
+  <message><source>Search results cannot be shown and replacements will not occur for this file as it contains lines of excessive length.</source><translation>Les résultats ne peuvent pas être affichés et aucun remplacement n’aura lieu dans ce fichier, car il contient des lignes d’une longueur excessive.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to open file ‘%@’.</source><translation>Désolé, un problème est survenu à l’ouverture du fichier « %@ ».</translation></message>
+  <message><source>You do not have permission to open the file.</source><translation>Vous n’avez pas l’autorisation d’ouvrir ce fichier.</translation></message>
+  <message><source>Error %d occured.</source><translation>L’erreur %d s’est produite.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to read a file.</source><translation>Désolé, un problème est survenu à la lecture d’un fichier.</translation></message>
+  <message><source>The chosen character encoding ‘%@’ is unable to read the contents of the file. Check in Preferences that the default character encoding is appropriate for this file.</source><translation>L’encodage choisi « %@ » ne permet pas de lire le contenu du fichier. Vérifiez dans les préférences que l’encodage par défaut convient à ce fichier.</translation></message>
+  <message><source>An error occurred while closing ‘%@’.</source><translation>Une erreur est survenue à la fermeture de « %@ ».</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to modify a file.</source><translation>Désolé, un problème est survenu lors de la modification d’un fichier.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file from the automatic backup that was created.</source><translation>Désolé, un problème est survenu lors de la modification d’un fichier. Vous devrez restaurer le fichier à partir de la sauvegarde automatique qui a été créée.</translation></message>
+  <message><source>Perform the search again to refresh the search results.</source><translation>Relancez la recherche pour actualiser les résultats.</translation></message>
+  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Pour restaurer le fichier, copiez avec le gestionnaire de fichiers le fichier « %@ » vers le fichier « %@ ». Supprimez ensuite la sauvegarde.</translation></message>
+  <message><source>Creating a temporary file for ‘%@’ was not possible due to the file permissions of the parent folder being too restrictive.</source><translation>Impossible de créer un fichier temporaire pour « %@ » : les permissions du dossier parent sont trop restrictives.</translation></message>
+  <message><source>Change permissions on the parent folder for the above mentioned file such that it is permissible to create new files in the folder.</source><translation>Modifiez les permissions du dossier parent du fichier mentionné ci-dessus de façon à autoriser la création de fichiers dans ce dossier.</translation></message>
+  <message><source>Creating the temporary backup file for ‘%@’ gave error number ‘%d’.</source><translation>La création du fichier de sauvegarde temporaire pour « %@ » a donné l’erreur numéro « %d ».</translation></message>
+  <message><source>Copying file ‘%@’ to '%@' gave error number ‘%d’.</source><translation>La copie du fichier « %@ » vers « %@ » a donné l’erreur numéro « %d ».</translation></message>
+  <message><source>Deleting temporary backup file ‘%@’ gave error number ‘%d’.</source><translation>La suppression du fichier de sauvegarde temporaire « %@ » a donné l’erreur numéro « %d ».</translation></message>
+  <message><source>The file ‘%@’ does not exist.</source><translation>Le fichier « %@ » n’existe pas.</translation></message>
+  <message><source>The modification date for file ‘%@’ could not be retrieved.</source><translation>La date de modification du fichier « %@ » n’a pas pu être obtenue.</translation></message>
+  <message><source>File ‘%@’ has been modified outside of this application.</source><translation>Le fichier « %@ » a été modifié en dehors de cette application.</translation></message>
+  <message><source>A file handler could not be opened to truncate file ‘%@’.</source><translation>Le fichier « %@ » n’a pas pu être ouvert pour être tronqué.</translation></message>
+  <message><source>An error occured whilst truncating file‘%@’ to zero bytes.</source><translation>Une erreur est survenue en tronquant le fichier « %@ » à zéro octet.</translation></message>
+  <message><source>An error occured whilst attempting to close the file handler for truncated file ‘%@’.</source><translation>Une erreur est survenue à la fermeture du fichier tronqué « %@ ».</translation></message>
+  <message><source>Writing data to file ‘%@’ failed with exception '%@'.</source><translation>L’écriture dans le fichier « %@ » a échoué avec l’exception « %@ ».</translation></message>
+  <message><source>File permissions on file ‘%@’ do not allow the file to be modified.</source><translation>Les permissions du fichier « %@ » ne permettent pas de le modifier.</translation></message>
+  <message><source>Change permissions of the file or folder path such that it is permissible to update the file.</source><translation>Modifiez les permissions du fichier ou des dossiers de son chemin de façon à autoriser la modification du fichier.</translation></message>
+  <message><source>Sorry, a problem occured whilst attempting to replace using the find text regular expression and replace text format string.</source><translation>Désolé, un problème est survenu lors du remplacement avec l’expression régulière du texte recherché et la chaîne de format du texte de remplacement.</translation></message>
+  <message><source>The find text regular expression and/or replace text format string are malformed.</source><translation>L’expression régulière du texte recherché et/ou la chaîne de format du texte de remplacement sont mal formées.</translation></message>
+  <message><source>The find text regular expression and/or replace text format string caused an internal error.</source><translation>L’expression régulière du texte recherché et/ou la chaîne de format du texte de remplacement ont provoqué une erreur interne.</translation></message>
+  <message><source>
+
+Too many files to list.</source><translation>
+
+Trop de fichiers pour les énumérer.</translation></message>
+  <message><source>Sorry, it was not possible to update the following files due to file permissions or locks:</source><translation>Désolé, il n’a pas été possible de modifier les fichiers suivants à cause de leurs permissions ou de verrous :</translation></message>
+  <message><source>Review the permissions, ownership and lock status of the above files and peform the search and replace again.</source><translation>Vérifiez les permissions, le propriétaire et les verrous des fichiers ci-dessus, puis relancez la recherche et le remplacement.</translation></message>
+  <message><source>IDS_Any</source><translation>Tout fichier</translation></message>
+  <message><source>IDS_Text</source><translation>Texte</translation></message>
+  <message><source>IDS_Documents</source><translation>Documents</translation></message>
+  <message><source>IDS_SourceCode</source><translation>Code source</translation></message>
+  <message><source>IDS_WildcardSample1</source><translation>Fichiers texte brut (exemple)</translation></message>
+  <message><source>IDS_WildcardSample1Uti</source><translation>*.txt</translation></message>
+  <message><source>IDS_WildcardSample2</source><translation>Sources et en-têtes C (exemple)</translation></message>
+  <message><source>IDS_WildcardSample2Uti</source><translation>*.[ch]</translation></message>
+  <message><source>Add Files and Folders to Search</source><translation>Ajouter des fichiers et dossiers à la recherche</translation></message>
+  <message><source>Add</source><translation>Ajouter</translation></message>
+  <message><source>, </source><translation>, </translation></message>
+  <message><source>Continue Replace and Don‘t Close Window</source><translation>Continuer le remplacement sans fermer la fenêtre</translation></message>
+  <message><source>Stop Replace and Close Window</source><translation>Arrêter le remplacement et fermer la fenêtre</translation></message>
+  <message><source>Start Search</source><translation>Lancer la recherche</translation></message>
+  <message><source>Stop Search</source><translation>Arrêter la recherche</translation></message>
+  <message><source>Locate a file or folder to search. (Cmd+O)</source><translation>Choisir un fichier ou un dossier où chercher. (Ctrl+O)</translation></message>
+  <message><source>Remove the selected file or folder from the search. (Cmd+P)</source><translation>Retirer de la recherche le fichier ou dossier sélectionné. (Ctrl+P)</translation></message>
+  <message><source>Select kinds of files to include in search. (Cmd+F)</source><translation>Choisir les genres de fichiers à inclure dans la recherche. (Ctrl+F)</translation></message>
+  <message><source>Enter text to find</source><translation>Saisir le texte à rechercher</translation></message>
+  <message><source>Enter text that replaces the find text</source><translation>Saisir le texte qui remplace le texte recherché</translation></message>
+  <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Lancer ou arrêter la recherche. (Ctrl+Entrée)</translation></message>
+  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Cocher pour respecter la casse pendant la recherche. (Ctrl+C)</translation></message>
+  <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Cocher pour utiliser des expressions régulières dans le texte recherché. (Ctrl+G)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement. (Ctrl+R)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement et passer à la suivante. (Ctrl+X)</translation></message>
+  <message><source>Replace the currently selected matches in the search results with the replace text. (Cmd+S)</source><translation>Remplacer les occurrences sélectionnées dans les résultats par le texte de remplacement. (Ctrl+S)</translation></message>
+  <message><source>Replace all the matches in the search results with the replace text. (Cmd+L)</source><translation>Remplacer toutes les occurrences des résultats par le texte de remplacement. (Ctrl+L)</translation></message>
+  <message><source>Highlight the previous match in the search results. (Up; Cmd+Up to move to the first match in previous file)</source><translation>Mettre en évidence l’occurrence précédente dans les résultats. (Haut ; Ctrl+Haut pour aller à la première occurrence du fichier précédent)</translation></message>
+  <message><source>Highlight the next match in the search results. (Down; Cmd+Down to move to the first match in next file)</source><translation>Mettre en évidence l’occurrence suivante dans les résultats. (Bas ; Ctrl+Bas pour aller à la première occurrence du fichier suivant)</translation></message>
+  <message><source>Remove selected items from search results. (Delete)</source><translation>Retirer des résultats les éléments sélectionnés. (Suppr)</translation></message>
+  <message><source>Expand or collapse all matches to either show or hide all matches. (Cmd+E)</source><translation>Développer ou réduire tout pour afficher ou masquer toutes les occurrences. (Ctrl+E)</translation></message>
+  <message><source>Files and folders to search</source><translation>Fichiers et dossiers où chercher</translation></message>
+  <message><source>Search results showing lines of files with matches</source><translation>Résultats montrant les lignes des fichiers qui contiennent des occurrences</translation></message>
+  <message><source> (no longer exists)</source><translation> (n’existe plus)</translation></message>
+  <message><source>This operation cannot easily be undone.</source><translation>Cette opération ne peut pas être facilement annulée.</translation></message>
+  <message><source>No match is selected, so nothing will change.</source><translation>Aucune occurrence n’est sélectionnée : rien ne changera.</translation></message>
+  <message><source>%@ in %@ will change.</source><translation>Modification à venir : %@ dans %@.</translation></message>
+  <message><source>%lu match</source><translation>%lu occurrence</translation></message>
+  <message><source>%lu matches</source><translation>%lu occurrences</translation></message>
+  <message><source>%lu file</source><translation>%lu fichier</translation></message>
+  <message><source>%lu files</source><translation>%lu fichiers</translation></message>
+  <message><source>The replace text is empty: the matches will be deleted.</source><translation>Le texte de remplacement est vide : les occurrences seront supprimées.</translation></message>
+  <message><source>Replace all selected occurrences of the find text with the replace text?</source><translation>Remplacer toutes les occurrences sélectionnées du texte recherché par le texte de remplacement ?</translation></message>
+  <message><source>Replace Selection</source><translation>Remplacer la sélection</translation></message>
+  <message><source>Do not show this message again</source><translation>Ne plus afficher ce message</translation></message>
+  <message><source>Replace all occurrences of the find text with the replace text in all files listed in the search results?</source><translation>Remplacer toutes les occurrences du texte recherché par le texte de remplacement dans tous les fichiers des résultats ?</translation></message>
+  <message><source>Replace All</source><translation>Tout remplacer</translation></message>
+  <message><source>Open</source><translation>Ouvrir</translation></message>
+  <message><source>Reveal in Finder</source><translation>Afficher dans le gestionnaire de fichiers</translation></message>
+  <message><source>Copy Line</source><translation>Copier la ligne</translation></message>
+  <message><source>Copy Path</source><translation>Copier le chemin</translation></message>
+  <message><source>Replacing: %d of %d files done</source><translation>Remplacement : %d fichiers sur %d traités</translation></message>
+  <message><source>Lines with matches will appear here.</source><translation>Les lignes contenant des occurrences apparaîtront ici.</translation></message>
+  <message><source>No matches found.
+Kinds of files searched in folders: %@</source><translation>Aucune occurrence trouvée.
+Genres de fichiers recherchés dans les dossiers : %@</translation></message>
+  <message><source>Name</source><translation>Nom</translation></message>
+  <message><source>Matches</source><translation>Occurrences</translation></message>
+  <message><source>Folder</source><translation>Dossier</translation></message>
+  <message><source>Generating search results…</source><translation>Constitution des résultats…</translation></message>
+  <message><source>Review search results</source><translation>Examiner les résultats</translation></message>
+  <message><source>Drop files and folders here, or press + to add them.</source><translation>Déposez ici des fichiers et dossiers, ou ajoutez-les avec +.</translation></message>
+  <message><source>%d match found in %d file</source><translation>%d occurrence trouvée dans %d fichier</translation></message>
+  <message><source>%d matches found in %d files</source><translation>%d occurrences trouvées dans %d fichiers</translation></message>
+  <message><source>%d matches found in %d file</source><translation>%d occurrences trouvées dans %d fichier</translation></message>
+  <message><source> • </source><translation> • </translation></message>
+  <message><source>%d files searched</source><translation>%d fichiers parcourus</translation></message>
+  <message><source>%d file searched</source><translation>%d fichier parcouru</translation></message>
+  <message><source> • Searching: %@</source><translation> • En cours : %@</translation></message>
+  <message><source>Search interrupted (</source><translation>Recherche interrompue (</translation></message>
+  <message><source>Search completed (</source><translation>Recherche terminée (</translation></message>
+  <message><source>%d files searched)</source><translation>%d fichiers parcourus)</translation></message>
+  <message><source>%d file searched)</source><translation>%d fichier parcouru)</translation></message>
+  <message><source>&amp;Add Files and Folders…</source><translation>&amp;Ajouter des fichiers et dossiers…</translation></message>
+  <message><source>&amp;Remove from List</source><translation>&amp;Retirer de la liste</translation></message>
+  <message><source>&amp;Close Window</source><translation>&amp;Fermer la fenêtre</translation></message>
+  <message><source>Sto&amp;p</source><translation>Arrê&amp;ter</translation></message>
+  <message><source>Ignore &amp;Case</source><translation>I&amp;gnorer la casse</translation></message>
+  <message><source>Regular E&amp;xpression</source><translation>E&amp;xpression régulière</translation></message>
+  <message><source>File &amp;Types…</source><translation>T&amp;ypes de fichiers…</translation></message>
+  <message><source>S&amp;witch between Form and Results</source><translation>&amp;Basculer entre formulaire et résultats</translation></message>
+  <message><source>&amp;Next Match</source><translation>Occurrence sui&amp;vante</translation></message>
+  <message><source>&amp;Previous Match</source><translation>Occurrence &amp;précédente</translation></message>
+  <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>
+  <message><source>First Match in Pre&amp;vious File</source><translation>Première occurrence du fichier pré&amp;cédent</translation></message>
+  <message><source>&amp;Expand or Collapse All</source><translation>Tout &amp;développer ou réduire</translation></message>
+  <message><source>Re&amp;move Selected from Results</source><translation>Ret&amp;irer la sélection des résultats</translation></message>
+  <message><source>&amp;Replace</source><translation>&amp;Remplacer</translation></message>
+  <message><source>Replace an&amp;d Find</source><translation>Remplacer et s&amp;uivant</translation></message>
+  <message><source>Replace &amp;Selection…</source><translation>Remplacer la sé&amp;lection…</translation></message>
+  <message><source>Replace &amp;All…</source><translation>Remplacer t&amp;out…</translation></message>
+  <message><source>Do you want to stop the replace that is in progress?</source><translation>Voulez-vous arrêter le remplacement en cours ?</translation></message>
+  <message><source>Stopping a replace before it finishes will leave files in an unknown state.</source><translation>Arrêter un remplacement avant la fin laissera des fichiers dans un état inconnu.</translation></message>
+  <message><source>%@ no longer exists</source><translation>%@ n’existe plus</translation></message>
+  <message><source>Subfolders</source><translation>Sous-dossiers</translation></message>
+  <message><source>Tick to search the folders inside this folder, too</source><translation>Cocher pour chercher aussi dans les dossiers de ce dossier</translation></message>
+  <message><source>Location</source><translation>Emplacement</translation></message>
+  <message><source>Search &amp;in</source><translation>C&amp;hercher dans</translation></message>
+  <message><source>+</source><translation>+</translation></message>
+  <message><source>Add files and folders</source><translation>Ajouter des fichiers et dossiers</translation></message>
+  <message><source>–</source><translation>–</translation></message>
+  <message><source>Remove location</source><translation>Retirer l’emplacement</translation></message>
+  <message><source>Fin&amp;d</source><translation>Re&amp;chercher</translation></message>
+  <message><source>Find</source><translation>Rechercher</translation></message>
+  <message><source>Re&amp;place</source><translation>Rem&amp;placer</translation></message>
+  <message><source>Replace</source><translation>Remplacer</translation></message>
+  <message><source>Ignore &amp;case</source><translation>I&amp;gnorer la casse</translation></message>
+  <message><source>Regular e&amp;xpression</source><translation>E&amp;xpression régulière</translation></message>
+  <message><source>Searching</source><translation>Recherche en cours</translation></message>
+  <message><source>Search results</source><translation>Résultats de la recherche</translation></message>
+  <message><source>Previous</source><translation>Précédente</translation></message>
+  <message><source>Previous match</source><translation>Occurrence précédente</translation></message>
+  <message><source>Next</source><translation>Suivante</translation></message>
+  <message><source>Next match</source><translation>Occurrence suivante</translation></message>
+  <message><source>Expand/Collapse</source><translation>Développer/Réduire</translation></message>
+  <message><source>Expand or collapse all</source><translation>Tout développer ou réduire</translation></message>
+  <message><source>Remove</source><translation>Retirer</translation></message>
+  <message><source>Remove selected results</source><translation>Retirer les résultats sélectionnés</translation></message>
+  <message><source>Files replaced</source><translation>Fichiers traités</translation></message>
+  <message><source>Stop Replace</source><translation>Arrêter le remplacement</translation></message>
+  <message><source>Replace and Fi&amp;nd</source><translation>Remplacer et s&amp;uivant</translation></message>
+  <message><source>Replace Se&amp;lection…</source><translation>Remplacer la sé&amp;lection…</translation></message>
+  <message><source>Preferences</source><translation>Préférences</translation></message>
+  <message><source>&amp;General</source><translation>&amp;Général</translation></message>
+  <message><source>Reading files</source><translation>Lecture des fichiers</translation></message>
+  <message><source>&amp;Detect the encoding of each file</source><translation>&amp;Détecter l’encodage de chaque fichier</translation></message>
+  <message><source>Default &amp;encoding</source><translation>&amp;Encodage par défaut</translation></message>
+  <message><source>Default encoding</source><translation>Encodage par défaut</translation></message>
+  <message><source>Replacing</source><translation>Remplacement</translation></message>
+  <message><source>Make a &amp;backup of each file before it is changed</source><translation>&amp;Sauvegarder chaque fichier avant de le modifier</translation></message>
+  <message><source>Backups lie beside their files; “.TDMBackup.” stands in their names.</source><translation>Les sauvegardes se trouvent à côté de leurs fichiers ; leur nom contient « .TDMBackup. ».</translation></message>
+  <message><source>Histories</source><translation>Historiques</translation></message>
+  <message><source>Find and replace texts to &amp;remember</source><translation>Textes recherchés et de remplacement à &amp;mémoriser</translation></message>
+  <message><source>Find and replace texts to remember</source><translation>Textes recherchés et de remplacement à mémoriser</translation></message>
+  <message><source>File &amp;types</source><translation>&amp;Types de fichiers</translation></message>
+  <message><source>&amp;Kinds of files that are searched in folders</source><translation>Ge&amp;nres de fichiers recherchés dans les dossiers</translation></message>
+  <message><source>Kinds of files that are searched in folders</source><translation>Genres de fichiers recherchés dans les dossiers</translation></message>
+  <message><source>&amp;Add</source><translation>&amp;Ajouter</translation></message>
+  <message><source>Add a kind below the selected one (Insert)</source><translation>Ajouter un genre sous celui qui est sélectionné (Inser)</translation></message>
+  <message><source>D&amp;uplicate</source><translation>&amp;Dupliquer</translation></message>
+  <message><source>Add a copy of the selected kind (Ctrl+D)</source><translation>Ajouter une copie du genre sélectionné (Ctrl+D)</translation></message>
+  <message><source>&amp;Remove</source><translation>&amp;Retirer</translation></message>
+  <message><source>Remove the selected kind (Delete)</source><translation>Retirer le genre sélectionné (Suppr)</translation></message>
+  <message><source>Move U&amp;p</source><translation>&amp;Monter</translation></message>
+  <message><source>Move the selected kind up (Alt+Up)</source><translation>Monter le genre sélectionné (Alt+Haut)</translation></message>
+  <message><source>Move Do&amp;wn</source><translation>De&amp;scendre</translation></message>
+  <message><source>Move the selected kind down (Alt+Down)</source><translation>Descendre le genre sélectionné (Alt+Bas)</translation></message>
+  <message><source>Restore &amp;List…</source><translation>Rétab&amp;lir la liste…</translation></message>
+  <message><source>Restore the original list of kinds</source><translation>Rétablir la liste d’origine des genres de fichiers</translation></message>
+  <message><source>Remark on the selected kind</source><translation>Remarque sur le genre sélectionné</translation></message>
+  <message><source>A filter is a pattern for file names, such as *.txt, or a type, such as uti:public.text. Files that match any ticked kind are searched.</source><translation>Un filtre est un motif de noms de fichiers, comme *.txt, ou un type, comme uti:public.text. La recherche porte sur les fichiers qui correspondent à l’un des genres cochés.</translation></message>
+  <message><source>&amp;Close</source><translation>&amp;Fermer</translation></message>
+  <message><source>Western (Mac OS Roman)</source><translation>Occidental (Mac OS Roman)</translation></message>
+  <message><source>Greek (Mac OS)</source><translation>Grec (Mac OS)</translation></message>
+  <message><source>Cyrillic (Mac OS)</source><translation>Cyrillique (Mac OS)</translation></message>
+  <message><source>Central European (Mac OS)</source><translation>Europe centrale (Mac OS)</translation></message>
+  <message><source>Turkish (Mac OS)</source><translation>Turc (Mac OS)</translation></message>
+  <message><source>Cyrillic (Mac OS Ukrainian)</source><translation>Cyrillique (Mac OS, ukrainien)</translation></message>
+  <message><source>Unicode (UTF-16)</source><translation>Unicode (UTF-16)</translation></message>
+  <message><source>Unicode (UTF-7)</source><translation>Unicode (UTF-7)</translation></message>
+  <message><source>Unicode (UTF-8)</source><translation>Unicode (UTF-8)</translation></message>
+  <message><source>Unicode (UTF-32)</source><translation>Unicode (UTF-32)</translation></message>
+  <message><source>Unicode (UTF-16BE)</source><translation>Unicode (UTF-16BE)</translation></message>
+  <message><source>Unicode (UTF-16LE)</source><translation>Unicode (UTF-16LE)</translation></message>
+  <message><source>Unicode (UTF-32BE)</source><translation>Unicode (UTF-32BE)</translation></message>
+  <message><source>Unicode (UTF-32LE)</source><translation>Unicode (UTF-32LE)</translation></message>
+  <message><source>Western (ISO Latin 1)</source><translation>Occidental (ISO Latin 1)</translation></message>
+  <message><source>Central European (ISO Latin 2)</source><translation>Europe centrale (ISO Latin 2)</translation></message>
+  <message><source>Western (ISO Latin 3)</source><translation>Occidental (ISO Latin 3)</translation></message>
+  <message><source>Central European (ISO Latin 4)</source><translation>Europe centrale (ISO Latin 4)</translation></message>
+  <message><source>Cyrillic (ISO 8859-5)</source><translation>Cyrillique (ISO 8859-5)</translation></message>
+  <message><source>Arabic (ISO 8859-6)</source><translation>Arabe (ISO 8859-6)</translation></message>
+  <message><source>Greek (ISO 8859-7)</source><translation>Grec (ISO 8859-7)</translation></message>
+  <message><source>Hebrew (ISO 8859-8)</source><translation>Hébreu (ISO 8859-8)</translation></message>
+  <message><source>Turkish (ISO Latin 5)</source><translation>Turc (ISO Latin 5)</translation></message>
+  <message><source>Nordic (ISO Latin 6)</source><translation>Nordique (ISO Latin 6)</translation></message>
+  <message><source>Thai (ISO 8859-11)</source><translation>Thaï (ISO 8859-11)</translation></message>
+  <message><source>Baltic (ISO Latin 7)</source><translation>Balte (ISO Latin 7)</translation></message>
+  <message><source>Celtic (ISO Latin 8)</source><translation>Celtique (ISO Latin 8)</translation></message>
+  <message><source>Western (ISO Latin 9)</source><translation>Occidental (ISO Latin 9)</translation></message>
+  <message><source>Latin-US (DOS)</source><translation>Latin-US (DOS)</translation></message>
+  <message><source>Greek (DOS)</source><translation>Grec (DOS)</translation></message>
+  <message><source>Baltic (DOS)</source><translation>Balte (DOS)</translation></message>
+  <message><source>Western (DOS Latin 1)</source><translation>Occidental (DOS Latin 1)</translation></message>
+  <message><source>Greek (DOS Greek 1)</source><translation>Grec (DOS grec 1)</translation></message>
+  <message><source>Central European (DOS Latin 2)</source><translation>Europe centrale (DOS Latin 2)</translation></message>
+  <message><source>Cyrillic (DOS)</source><translation>Cyrillique (DOS)</translation></message>
+  <message><source>Turkish (DOS)</source><translation>Turc (DOS)</translation></message>
+  <message><source>Portuguese (DOS)</source><translation>Portugais (DOS)</translation></message>
+  <message><source>Icelandic (DOS)</source><translation>Islandais (DOS)</translation></message>
+  <message><source>Hebrew (DOS)</source><translation>Hébreu (DOS)</translation></message>
+  <message><source>Canadian French (DOS)</source><translation>Français canadien (DOS)</translation></message>
+  <message><source>Arabic (DOS)</source><translation>Arabe (DOS)</translation></message>
+  <message><source>Nordic (DOS)</source><translation>Nordique (DOS)</translation></message>
+  <message><source>Russian (DOS)</source><translation>Russe (DOS)</translation></message>
+  <message><source>Greek (DOS Greek 2)</source><translation>Grec (DOS grec 2)</translation></message>
+  <message><source>Thai (Windows, DOS)</source><translation>Thaï (Windows, DOS)</translation></message>
+  <message><source>Japanese (Windows, DOS)</source><translation>Japonais (Windows, DOS)</translation></message>
+  <message><source>Simplified Chinese (Windows, DOS)</source><translation>Chinois simplifié (Windows, DOS)</translation></message>
+  <message><source>Korean (Windows, DOS)</source><translation>Coréen (Windows, DOS)</translation></message>
+  <message><source>Traditional Chinese (Windows, DOS)</source><translation>Chinois traditionnel (Windows, DOS)</translation></message>
+  <message><source>Western (Windows Latin 1)</source><translation>Occidental (Windows Latin 1)</translation></message>
+  <message><source>Central European (Windows Latin 2)</source><translation>Europe centrale (Windows Latin 2)</translation></message>
+  <message><source>Cyrillic (Windows)</source><translation>Cyrillique (Windows)</translation></message>
+  <message><source>Greek (Windows)</source><translation>Grec (Windows)</translation></message>
+  <message><source>Turkish (Windows Latin 5)</source><translation>Turc (Windows Latin 5)</translation></message>
+  <message><source>Hebrew (Windows)</source><translation>Hébreu (Windows)</translation></message>
+  <message><source>Arabic (Windows)</source><translation>Arabe (Windows)</translation></message>
+  <message><source>Baltic (Windows)</source><translation>Balte (Windows)</translation></message>
+  <message><source>Vietnamese (Windows)</source><translation>Vietnamien (Windows)</translation></message>
+  <message><source>Western (ASCII)</source><translation>Occidental (ASCII)</translation></message>
+  <message><source>Chinese (GBK)</source><translation>Chinois (GBK)</translation></message>
+  <message><source>Chinese (GB 18030)</source><translation>Chinois (GB 18030)</translation></message>
+  <message><source>Japanese (ISO 2022-JP)</source><translation>Japonais (ISO 2022-JP)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-2)</source><translation>Japonais (ISO 2022-JP-2)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-1)</source><translation>Japonais (ISO 2022-JP-1)</translation></message>
+  <message><source>Chinese (ISO 2022-CN)</source><translation>Chinois (ISO 2022-CN)</translation></message>
+  <message><source>Korean (ISO 2022-KR)</source><translation>Coréen (ISO 2022-KR)</translation></message>
+  <message><source>Japanese (EUC)</source><translation>Japonais (EUC)</translation></message>
+  <message><source>Simplified Chinese (GB 2312)</source><translation>Chinois simplifié (GB 2312)</translation></message>
+  <message><source>Traditional Chinese (EUC)</source><translation>Chinois traditionnel (EUC)</translation></message>
+  <message><source>Korean (EUC)</source><translation>Coréen (EUC)</translation></message>
+  <message><source>Japanese (Shift JIS)</source><translation>Japonais (Shift JIS)</translation></message>
+  <message><source>Cyrillic (KOI8-R)</source><translation>Cyrillique (KOI8-R)</translation></message>
+  <message><source>Traditional Chinese (Big 5)</source><translation>Chinois traditionnel (Big 5)</translation></message>
+  <message><source>Simplified Chinese (HZ GB 2312)</source><translation>Chinois simplifié (HZ GB 2312)</translation></message>
+  <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Chinois traditionnel (Big 5 HKSCS)</translation></message>
+  <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainien (KOI8-U)</translation></message>
+  <message><source>Western (EBCDIC Latin 1)</source><translation>Occidental (EBCDIC Latin 1)</translation></message>
+</context>
+</TS>

@@ -1,0 +1,195 @@
+#include "LanguageInstaller.h"
+#include "app/HelpWindow.h"
+#include "app/TDApplicationController.h"
+#include "app/TDPreferenceController.h"
+#include "support/gui/WindowFixture.h"
+#include "ui_Preferences.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QLabel>
+#include <QStyleFactory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+bool isControl(QAccessible::Role role)
+{
+    static const QSet<QAccessible::Role> controls = {
+        QAccessible::Button,    QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::EditableText,
+        QAccessible::SpinBox,   QAccessible::Table,    QAccessible::Tree,     QAccessible::PageTab,
+        QAccessible::MenuItem,  QAccessible::List,     QAccessible::Document, QAccessible::ProgressBar,
+        QAccessible::ButtonMenu};
+    return controls.contains(role);
+}
+
+/// Parts of a control that the toolkit makes, and that bear the control's name.
+bool isPartOf(const QAccessibleInterface &part, const QAccessibleInterface &whole)
+{
+    const QAccessible::Role role = whole.role();
+    return (role == QAccessible::ComboBox || role == QAccessible::SpinBox) && isControl(part.role());
+}
+
+/// What can be reached by the keyboard and has no name, or no role.
+void collectNameless(QAccessibleInterface *interface, QStringList &nameless, int &controls, int depth = 0)
+{
+    if (interface == nullptr || !interface->isValid() || depth > 30)
+        return;
+    const QAccessibleInterface *parent = interface->parent();
+    const auto *widget = qobject_cast<const QWidget *>(interface->object());
+    const bool isFocusable = interface->state().focusable && widget != nullptr &&
+                             widget->focusProxy() == nullptr && interface->role() != QAccessible::Window &&
+                             interface->role() != QAccessible::Dialog;
+    const bool isPart = parent != nullptr && isPartOf(*interface, *parent);
+    if ((isControl(interface->role()) || isFocusable) && !interface->state().invisible && !isPart) {
+        ++controls;
+        const QString object = interface->object() == nullptr ? u"cell"_s : interface->object()->objectName();
+        if (interface->text(QAccessible::Name).isEmpty() && interface->role() != QAccessible::Separator)
+            nameless << u"no name: %1 (%2)"_s.arg(object).arg(int(interface->role()));
+        if (interface->role() == QAccessible::NoRole || interface->role() == QAccessible::Client)
+            nameless << u"no role: %1 (%2)"_s.arg(object).arg(int(interface->role()));
+    }
+    for (int index = 0; index < interface->childCount() && !isPart; ++index)
+        collectNameless(interface->child(index), nameless, controls, depth + 1);
+}
+
+QString namelessControls(QWidget *window, int atLeast)
+{
+    QStringList nameless;
+    int controls = 0;
+    collectNameless(QAccessible::queryAccessibleInterface(window), nameless, controls);
+    EXPECT_GE(controls, atLeast);
+    return nameless.join(u'\n');
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(45, 47, 50));
+    palette.setColor(QPalette::Base, QColor(30, 31, 33));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 39, 42));
+    palette.setColor(QPalette::Highlight, QColor(60, 110, 180));
+    return palette;
+}
+
+class AccessibilityTest : public WindowTest
+{
+protected:
+    AccessibilityTest() { controller.awakeFromNib(); }
+    ~AccessibilityTest() override { setKindsInForce(Kind::defaultKinds()); }
+
+    TDApplicationController controller;
+};
+
+TEST_F(AccessibilityTest, EveryControlOfTheSearchWindowHasANameAndARole)
+{
+    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    document->myDocumentController()->locations().dropFiles({folder.path()});
+    EXPECT_EQ(namelessControls(document->myDocumentController()->window(), 15).toStdString(), "");
+}
+
+TEST_F(AccessibilityTest, EveryControlOfThePreferencesAndTheHelpHasANameAndARole)
+{
+    controller.showPreferencePanel();
+    EXPECT_EQ(namelessControls(controller.preferenceController().window(), 5).toStdString(), "");
+    controller.preferenceController().showFileTypesTab();
+    EXPECT_EQ(namelessControls(controller.preferenceController().window(), 10).toStdString(), "");
+    controller.showHelp();
+    EXPECT_EQ(namelessControls(&controller.helpWindow(), 1).toStdString(), "");
+}
+
+TEST_F(AccessibilityTest, TabReachesEveryControlOfThePreferences)
+{
+    for (const int tab : {0, 1}) {
+        controller.showPreferencePanel();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(controller.preferenceController().window()));
+        Ui::Preferences &ui = controller.preferenceController().ui();
+        ui.tabView->setCurrentIndex(tab);
+        ui.tabView->setFocus();
+        QSet<QWidget *> reached;
+        for (int count = 0; count < 40; ++count) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            reached.insert(QApplication::focusWidget());
+        }
+        const QList<QWidget *> widgets = ui.tabView->currentWidget()->findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() && widget->isEnabled() &&
+                widget->focusProxy() == nullptr && !widget->objectName().startsWith(u"qt_"_s)) {
+                EXPECT_TRUE(reached.contains(widget)) << widget->objectName().toStdString();
+            }
+        }
+    }
+}
+
+void savePicture(QWidget &window, const QString &name)
+{
+    if (const QString folder = qEnvironmentVariable("TIDEMARK_PICTURES"); !folder.isEmpty())
+        window.grab().save(u"%1/%2.png"_s.arg(folder, name));
+}
+
+void expectNothingCut(const QWidget &window)
+{
+    const QList<QWidget *> widgets = window.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const bool isText = label != nullptr || qobject_cast<const QAbstractButton *>(widget) != nullptr;
+        if (!isText || !widget->isVisible() || widget->inherits("tidemark::ElidedLabel"))
+            continue;
+        if (label != nullptr && label->wordWrap())
+            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
+        else
+            EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->objectName().toStdString();
+    }
+}
+
+/// With TIDEMARK_PICTURES set to a folder, every window is left there as a picture.
+class InLanguages : public AccessibilityTest, public testing::WithParamInterface<const char *>
+{};
+
+TEST_P(InLanguages, NothingIsCutInThePreferences)
+{
+    const QString language = QString::fromLatin1(GetParam());
+    const LanguageInstaller texts(language);
+    controller.setKinds(Kind::defaultKinds() + QList<Kind>{Kind::newKind()});
+    const QPalette light = QApplication::palette();
+    for (const bool isDark : {false, true}) {
+        QApplication::setPalette(isDark ? darkPalette() : light);
+        controller.showPreferencePanel();
+        QWidget *window = controller.preferenceController().window();
+        Ui::Preferences &ui = controller.preferenceController().ui();
+        EXPECT_LE(window->width(), 900);
+        for (const int tab : {0, 1}) {
+            ui.tabView->setCurrentIndex(tab);
+            ui.kindsTableView->setCurrentIndex(ui.kindsTableView->model()->index(6, 1));
+            QCoreApplication::processEvents();
+            expectNothingCut(*window);
+            savePicture(*window, u"preferences-%1-%2-%3"_s.arg(language).arg(tab).arg(isDark ? u"dark"_s
+                                                                                             : u"light"_s));
+        }
+    }
+    QApplication::setPalette(light);
+}
+
+TEST_P(InLanguages, NothingIsCutInTheSmallestSearchWindow)
+{
+    const QString language = QString::fromLatin1(GetParam());
+    const LanguageInstaller texts(language);
+    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    SearchWindow *window = document->myDocumentController()->window();
+    window->resize(1, 1);
+    QCoreApplication::processEvents();
+    EXPECT_LE(window->width(), 800);
+    expectNothingCut(*window);
+    savePicture(*window, u"search-"_s + language);
+    controller.showHelp();
+    savePicture(controller.helpWindow(), u"help-"_s + language);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, InLanguages, testing::Values("en", "de", "fr"),
+                         [](const auto &language) { return std::string(language.param); });
+
+} // namespace
+
+} // namespace tidemark::test

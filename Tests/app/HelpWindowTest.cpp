@@ -1,0 +1,110 @@
+#include "app/HelpWindow.h"
+
+#include "app/TDApplicationController.h"
+#include "support/gui/WindowFixture.h"
+
+#include <boost/regex.hpp>
+
+#include <QDirIterator>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTextDocumentFragment>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+QString pageContent(const QString &language, const QString &topic)
+{
+    QFile page(u":/help/%1/%2.html"_s.arg(language, topic));
+    EXPECT_TRUE(page.open(QIODevice::ReadOnly)) << page.fileName().toStdString();
+    return QString::fromUtf8(page.readAll());
+}
+
+/// The cells of each row of the table of that class, as they are shown.
+QList<QStringList> tableRows(const QString &page, const QString &tableClass)
+{
+    const QString table = page.section(u"class=\"%1\">"_s.arg(tableClass), 1).section(u"</table>"_s, 0, 0);
+    static const QRegularExpression cell(u"<td>(.*?)</td>"_s);
+    QList<QStringList> rows;
+    const QStringList lines = table.split(u"<tr>"_s, Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        QStringList cells;
+        for (auto match = cell.globalMatch(line); match.hasNext();)
+            cells << QTextDocumentFragment::fromHtml(match.next().captured(1))
+                         .toPlainText()
+                         .replace(QChar::Nbsp, u' ');
+        if (!cells.isEmpty())
+            rows << cells;
+    }
+    return rows;
+}
+
+class HelpWindowTest : public WindowTest
+{
+protected:
+    HelpWindow window;
+};
+
+TEST_F(HelpWindowTest, TheExamplesDoWhatIsSaid)
+{
+    const QList<QStringList> rows = tableRows(pageContent(u"en"_s, TD_HELP_FAQ_TOPIC), u"examples"_s);
+    EXPECT_GE(rows.size(), 8);
+    for (const QStringList &row : rows) {
+        ASSERT_EQ(row.size(), 4);
+        const boost::regex expression(row[0].toStdString(), boost::regex::perl | boost::regex::icase);
+        EXPECT_EQ(boost::regex_replace(row[2].toStdString(), expression, row[1].toStdString()),
+                  row[3].toStdString())
+            << row[0].toStdString();
+    }
+}
+
+TEST_F(HelpWindowTest, EveryErrorCodeIsExplained)
+{
+    QStringList expected = {u"1"_s, u"2"_s, u"3"_s, u"4"_s};
+    for (int code = 25; code <= 36; ++code)
+        expected << QString::number(code);
+    QStringList explained;
+    const QList<QStringList> rows = tableRows(pageContent(u"en"_s, TD_HELP_FAQ_TOPIC), u"errors"_s);
+    for (const QStringList &row : rows)
+        explained << row.first();
+    EXPECT_EQ(explained, expected);
+}
+
+TEST_F(HelpWindowTest, LinksLeadToPagesAndAnchorsThatExist)
+{
+    static const QRegularExpression link(u"href=\"([^\"#]*)\\.?(?:html)?#?([^\"]*)\""_s);
+    for (QDirIterator pages(u":/help"_s, {u"*.html"_s}, QDir::Files, QDirIterator::Subdirectories);
+         pages.hasNext();) {
+        const QString path = pages.next();
+        const QString language = path.section(u'/', 2, 2);
+        const QString content = pageContent(language, path.section(u'/', 3).chopped(5));
+        for (auto match = link.globalMatch(content); match.hasNext();) {
+            const QRegularExpressionMatch found = match.next();
+            const QString target = found.captured(1).isEmpty()
+                                       ? content
+                                       : pageContent(language, found.captured(1).section(u'.', 0, 0));
+            if (!found.captured(2).isEmpty()) {
+                EXPECT_TRUE(target.contains(u"name=\"%1\""_s.arg(found.captured(2))))
+                    << found.captured(0).toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(HelpWindowTest, BothPagesAreShownInTheWindow)
+{
+    TDApplicationController controller;
+    controller.showHelp();
+    EXPECT_EQ(controller.helpWindow().documentTitle(), u"Velkor Tidemark Help"_s);
+    controller.showHelpForFAQ();
+    EXPECT_EQ(controller.helpWindow().documentTitle(), u"Using Tidemark"_s);
+    EXPECT_TRUE(controller.helpWindow().isVisible());
+    EXPECT_EQ(controller.helpWindow().windowTitle(), u"Velkor Tidemark Help"_s);
+}
+
+} // namespace
+
+} // namespace tidemark::test

@@ -1,0 +1,131 @@
+#include "app/KindFilter.h"
+#include "app/TDApplicationController.h"
+#include "app/TDPreferenceController.h"
+#include "support/gui/WindowFixture.h"
+#include "ui_Preferences.h"
+
+#include <QAbstractItemModelTester>
+#include <QLineEdit>
+#include <QMessageBox>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+class KindsEditorTest : public WindowTest
+{
+protected:
+    KindsEditorTest()
+    {
+        controller.awakeFromNib();
+        controller.setKinds({{u"A"_s, u"*.a"_s, false}, {u"B"_s, u"*.b"_s, false}, {u"C"_s, u"*.c"_s, true}});
+        controller.showPreferencePanelAndSelectFileTypesTab();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(controller.preferenceController().window()));
+    }
+    ~KindsEditorTest() override { setKindsInForce(Kind::defaultKinds()); }
+
+    Ui::Preferences &ui() { return controller.preferenceController().ui(); }
+    QTableView *table() { return ui().kindsTableView; }
+    void select(int row) { table()->setCurrentIndex(table()->model()->index(row, 0)); }
+    static QString titles()
+    {
+        QString titles;
+        const QList<Kind> kinds = kindsInForce();
+        for (const Kind &kind : kinds)
+            titles += kind.title;
+        return titles;
+    }
+
+    TDApplicationController controller;
+};
+
+TEST_F(KindsEditorTest, ButtonsAndKeysChangeTheListInForce)
+{
+    const QAbstractItemModelTester tester(table()->model(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    select(1);
+    ui().moveKindUpButton->click();
+    EXPECT_EQ(titles(), u"BAC"_s);
+    QTest::keyClick(table(), Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(table(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(titles(), u"ACB"_s);
+    EXPECT_FALSE(ui().moveKindDownButton->isEnabled());
+    ui().duplicateKindButton->click();
+    EXPECT_EQ(titles(), u"ACBB"_s);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    ui().removeKindButton->click();
+    EXPECT_EQ(titles(), u"AC"_s);
+    select(0);
+    ui().addKindButton->click();
+    EXPECT_EQ(titles(), u"AAny fileC"_s);
+    EXPECT_EQ(kindsInForce()[1].uti, u"public.item"_s);
+}
+
+TEST_F(KindsEditorTest, TheLastKindCanBeRemovedAndOneAddedToAnEmptyList)
+{
+    for (int count = 0; count < 4; ++count)
+        ui().removeKindButton->click();
+    EXPECT_TRUE(kindsInForce().isEmpty());
+    EXPECT_FALSE(ui().removeKindButton->isEnabled());
+    ui().addKindButton->click();
+    EXPECT_EQ(kindsInForce().size(), 1);
+}
+
+TEST_F(KindsEditorTest, RowsAreEditedInPlace)
+{
+    select(0);
+    QTest::keyClick(table(), Qt::Key_Space);
+    EXPECT_TRUE(kindsInForce()[0].include);
+    table()->setCurrentIndex(table()->model()->index(0, KindsModel::FilterColumn));
+    QTest::keyClick(table(), Qt::Key_F2);
+    auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    ASSERT_NE(field, nullptr);
+    field->clear();
+    QTest::keyClicks(field, u"uti:public.nonsense"_s);
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_TRUE(waitFor([] { return kindsInForce()[0].uti == u"uti:public.nonsense"_s; }));
+    EXPECT_EQ(ui().kindRemarkLabel->text(), u"“public.nonsense” is not a known type: no file will match."_s);
+    EXPECT_EQ(controller.kinds()[0].title, u"A"_s);
+}
+
+TEST_F(KindsEditorTest, TheFactoryListComesBackAfterAQuestion)
+{
+    for (const bool confirms : {false, true}) {
+        ui().restoreKindsButton->click();
+        auto *question =
+            controller.preferenceController().window()->findChild<QMessageBox *>(u"restoreKindsQuestion"_s);
+        ASSERT_NE(question, nullptr);
+        if (confirms)
+            question->buttons().first()->click();
+        else
+            QTest::keyClick(question, Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(question, QEvent::DeferredDelete);
+        EXPECT_EQ(kindsInForce() == Kind::defaultKinds(), confirms);
+    }
+}
+
+TEST_F(KindsEditorTest, ChangesFromElsewhereAreShown)
+{
+    controller.setKinds({{u"Z"_s, u"*.z"_s, true}});
+    EXPECT_EQ(table()->model()->rowCount(), 1);
+    EXPECT_EQ(table()->model()->index(0, 0).data(), u"Z"_s);
+}
+
+TEST(KindFilter, OnlyKnownTypesAndPatternsGoWithoutARemark)
+{
+    for (const QString &fine : {u"*.txt"_s, u"?"_s, u"[ab]x"_s, u"uti:public.text"_s, u"uti:PUBLIC.item"_s})
+        EXPECT_EQ(kindFilterRemark(fine), QString()) << fine.toStdString();
+    for (const QString &odd :
+         {u""_s, u"public.item"_s, u"uti:"_s, u"uti:*.txt"_s, u"src/*.c"_s, u"[ab"_s, u"[]"_s})
+        EXPECT_NE(kindFilterRemark(odd), QString()) << odd.toStdString();
+    const QStringList known = knownTypeFilters();
+    EXPECT_GE(known.size(), 15);
+    for (const QString &filter : known)
+        EXPECT_EQ(kindFilterRemark(filter), QString()) << filter.toStdString();
+}
+
+} // namespace
+
+} // namespace tidemark::test

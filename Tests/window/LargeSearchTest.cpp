@@ -1,0 +1,124 @@
+#include "support/TimeLimit.h"
+#include "support/gui/OpenWindow.h"
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QScrollBar>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+constexpr int FILES = 20000;
+constexpr qint64 LONGEST_STALL = 100;
+constexpr qint64 LONGEST_STOP = 200;
+
+/// Notes how long the main thread was away from its events at most.
+class Heartbeat
+{
+public:
+    Heartbeat()
+    {
+        QObject::connect(&_timer, &QTimer::timeout, [this] { beat(); });
+        _timer.start(2);
+        _sinceBeat.start();
+    }
+    void beat() { _longest = qMax(_longest, _sinceBeat.restart()); }
+    qint64 longestStall() const { return _longest; }
+
+private:
+    QTimer _timer;
+    QElapsedTimer _sinceBeat;
+    qint64 _longest = 0;
+};
+
+/// Someone who moves the window, scrolls and types, every few milliseconds.
+class Fidgeting
+{
+public:
+    explicit Fidgeting(OpenWindow &window) : _window(window)
+    {
+        QObject::connect(&_timer, &QTimer::timeout, [this] { _fidget(); });
+        _timer.start(15);
+    }
+
+private:
+    void _fidget()
+    {
+        ++_count;
+        QScrollBar *bar = _window.outline()->verticalScrollBar();
+        bar->setValue(bar->maximum() / 100 * (_count % 100));
+        if (_count % 2 == 0)
+            _window.window()->move(_count % 60, _count % 40);
+        QTest::keyClick(_window.ui().replaceTextComboBox->lineEdit(), Qt::Key(Qt::Key_A + _count % 26));
+        if (_count % 20 == 0)
+            _window.controller().actions().nextMatch->trigger();
+    }
+
+    OpenWindow &_window;
+    QTimer _timer;
+    int _count = 0;
+};
+
+class LargeSearchTest : public WindowTest
+{
+protected:
+    /// A tree of many files; TIDEMARK_TEST_TREE names another one to measure with.
+    FilePath tree() const
+    {
+        const QByteArray given = qgetenv("TIDEMARK_TEST_TREE");
+        if (!given.isEmpty())
+            return FilePath(given);
+        const QByteArray content = QByteArray("a line with an e\nand one without\n").repeated(10);
+        for (int file = 0; file < FILES; ++file)
+            folder.write(QByteArray::number(file / 500) + '/' + QByteArray::number(file) + ".txt", content);
+        return folder.path();
+    }
+};
+
+TEST_F(LargeSearchTest, TheWindowStaysAliveWhileItIsUsed)
+{
+    OpenWindow window(application);
+    window.searchIn(tree(), u"e"_s);
+    window.ui().replaceTextComboBox->setFocus();
+    Heartbeat heart;
+    Fidgeting user(window);
+    QElapsedTimer duration;
+    duration.start();
+    window.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }, 120000));
+    const qint64 searched = duration.elapsed();
+    // The results of the one before have to go first.
+    window.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }, 120000));
+    QTest::qWait(100);
+    std::printf("%lld files with matches in %lld ms, longest stall %lld ms\n",
+                static_cast<long long>(window.document.findResults().count()),
+                static_cast<long long>(searched), static_cast<long long>(heart.longestStall()));
+    EXPECT_GE(window.document.findResults().count(), FILES / 2);
+    EXPECT_LT(heart.longestStall(), timeLimit(LONGEST_STALL));
+}
+
+TEST_F(LargeSearchTest, StopEndsItAtOnce)
+{
+    OpenWindow window(application);
+    window.searchIn(tree(), u"e"_s);
+    window.controller().startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.document.findResults().isEmpty(); }));
+    Heartbeat heart;
+    QElapsedTimer sinceStop;
+    sinceStop.start();
+    window.ui().startStopButton->click();
+    EXPECT_FALSE(window.controller().searching());
+    ASSERT_TRUE(waitFor([&] { return window.document.resultsStatusText().contains(u'('); }));
+    std::printf("stopped after %lld ms\n", static_cast<long long>(sinceStop.elapsed()));
+    EXPECT_LT(sinceStop.elapsed(), timeLimit(LONGEST_STOP));
+    heart.beat();
+    EXPECT_LT(heart.longestStall(), timeLimit(LONGEST_STALL));
+}
+
+} // namespace
+
+} // namespace tidemark::test

@@ -1,0 +1,243 @@
+#include "support/gui/OpenWindow.h"
+
+#include "foundation/FileSystemCalls.h"
+#include "foundation/TDFileCommon.h"
+
+#include <QAction>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QRegularExpression>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cerrno>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace tidemark::test {
+
+namespace {
+
+constexpr int HEADERS = 3000;
+constexpr qint64 OLD = 1234567890000000000;
+
+/// Thousands of files needn't survive a power failure here.
+class WithoutSync : public FileSystemCalls
+{
+public:
+    WithoutSync() { setCurrent(this); }
+    ~WithoutSync() override { setCurrent(nullptr); }
+    int sync(int) override { return 0; }
+    int syncFileSystem(int) override { return 0; }
+};
+
+class ReplaceAllTest : public WindowTest
+{
+protected:
+    ReplaceAllTest()
+    {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, false);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, false);
+    }
+
+    /// Copies of this system's own C headers, all with the same old date; TIDEMARK_TEST_HEADERS gives another
+    /// number of them.
+    void copyHeaders(const std::function<bool(const QByteArray &)> &isWanted)
+    {
+        const int given = qEnvironmentVariableIntValue("TIDEMARK_TEST_HEADERS");
+        const int most = given > 0 ? given : HEADERS;
+        QDirIterator headers(u"/usr/include"_s, {u"*.h"_s}, QDir::Files | QDir::NoSymLinks,
+                             QDirIterator::Subdirectories);
+        while (headers.hasNext() && contents.size() < most) {
+            const QByteArray content = contentOfFile(FilePath(headers.next().toUtf8()));
+            if (!isWanted(content))
+                continue;
+            const QByteArray name =
+                QByteArray::number(contents.size() / 200) + '/' + QByteArray::number(contents.size()) + ".h";
+            setModificationDate(folder.write(name, content), OLD);
+            contents.append({name, content});
+        }
+    }
+
+    /// Searches and replaces everything in the window, then looks at each file.
+    void replaceAllAndCompare(const QString &findText, const QString &replaceText,
+                              const std::function<QByteArray(const QByteArray &)> &expected)
+    {
+        const WithoutSync quick;
+        OpenWindow window(application);
+        window.searchIn(folder.path(), findText);
+        window.search();
+        QElapsedTimer duration;
+        duration.start();
+        window.replaceAll(replaceText);
+        std::printf("replaced in %lld ms\n", static_cast<long long>(duration.elapsed()));
+        EXPECT_EQ(window.sheet(), nullptr) << (window.sheet() ? qPrintable(window.sheet()->text()) : "");
+        qsizetype changed = 0;
+        for (const auto &[name, content] : std::as_const(contents)) {
+            const QByteArray wanted = isUtf8(content) ? expected(content) : content;
+            ASSERT_EQ(folder.read(name), wanted) << name.constData();
+            const auto date = TDFileCommon::fileModificationDate(folder.path(name));
+            ASSERT_EQ(date->nanoseconds == OLD, wanted == content) << name.constData();
+            changed += wanted != content;
+        }
+        std::printf("%lld of %lld files changed\n", static_cast<long long>(changed),
+                    static_cast<long long>(contents.size()));
+        EXPECT_GT(changed, contents.size() / 10);
+    }
+
+    static bool isUtf8(const QByteArray &content)
+    {
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString decoded = decoder.decode(content);
+        return !decoder.hasError() && !decoded.isNull();
+    }
+
+    QList<std::pair<QByteArray, QByteArray>> contents;
+};
+
+TEST_F(ReplaceAllTest, PlainTextEqualsReplacingTheBytes)
+{
+    copyHeaders([](const QByteArray &) { return true; });
+    if (contents.isEmpty())
+        GTEST_SKIP() << "This system has no headers in /usr/include.";
+    replaceAllAndCompare(u"int"_s, u"whole number"_s,
+                         [](QByteArray content) { return content.replace("int", "whole number"); });
+}
+
+TEST_F(ReplaceAllTest, SwappedGroupsEqualAnotherLibrarysWork)
+{
+    // Positions in an expression's line count bytes, so that behind other characters they are shifted.
+    copyHeaders([](const QByteArray &content) {
+        return std::all_of(content.begin(), content.end(), [](char byte) { return byte >= 0; });
+    });
+    if (contents.isEmpty())
+        GTEST_SKIP() << "This system has no headers in /usr/include.";
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    const QRegularExpression expression(u"([a-z]+)_([a-z]+)"_s);
+    replaceAllAndCompare(u"([a-z]+)_([a-z]+)"_s, u"$2_$1"_s, [&expression](const QByteArray &content) {
+        // One character for each byte.
+        QString text = QString::fromLatin1(content);
+        return text.replace(expression, u"\\2_\\1"_s).toLatin1();
+    });
+}
+
+/// No room for backups of files whose path ends so.
+class FullBackupFolder : public FileSystemCalls
+{
+public:
+    explicit FullBackupFolder(QByteArray namePart) : _namePart(std::move(namePart)) { setCurrent(this); }
+    ~FullBackupFolder() override { setCurrent(nullptr); }
+
+    int makeUniqueFile(char *pathTemplate) override
+    {
+        if (!QByteArrayView(pathTemplate).contains(_namePart))
+            return FileSystemCalls::makeUniqueFile(pathTemplate);
+        errno = ENOSPC;
+        return -1;
+    }
+
+private:
+    const QByteArray _namePart;
+};
+
+/// This process without the rights of root for a while, so that permission bits hold.
+class PlainUser
+{
+public:
+    PlainUser() : _isNeeded(runsAsRoot())
+    {
+        if (_isNeeded) {
+            EXPECT_EQ(seteuid(NOBODY), 0);
+        }
+    }
+    ~PlainUser()
+    {
+        if (_isNeeded) {
+            EXPECT_EQ(seteuid(0), 0);
+        }
+    }
+    static void own(const FilePath &path)
+    {
+        if (runsAsRoot()) {
+            EXPECT_EQ(chown(path.cString(), NOBODY, gid_t(-1)), 0);
+        }
+    }
+
+private:
+    static constexpr uid_t NOBODY = 65534;
+    const bool _isNeeded;
+};
+
+TEST_F(ReplaceAllTest, EachFailureIsListedOnceAndTheRestIsWritten)
+{
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, true);
+    const QByteArray before = "a tide and a tide\r\nno match\r\n";
+    const QByteArray after = "a ebb and a ebb\r\nno match\r\n";
+    for (int file = 0; file < 40; ++file)
+        PlainUser::own(folder.write("file" + QByteArray::number(file) + ".txt", before));
+    PlainUser::own(folder.path());
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"tide"_s);
+    window.search();
+    ASSERT_EQ(window.document.findResults().count(), 40);
+    writeFile(folder.path("file3.txt"), "changed outside: tide\n");
+    setModificationDate(folder.path("file3.txt"), OLD);
+    chmod(folder.path("file7.txt").cString(), 0444);
+    unlink(folder.path("file11.txt").cString());
+    const QList<int> failing = {3, 7, 11, 13};
+    {
+        const FullBackupFolder full("file13");
+        const PlainUser user;
+        window.replaceAll(u"ebb"_s);
+    }
+    ASSERT_NE(window.sheet(), nullptr);
+    for (int file = 0; file < 40; ++file) {
+        const QString name = u"file%1.txt"_s.arg(file);
+        const bool fails = failing.contains(file);
+        EXPECT_EQ(window.sheet()->text().contains(name), fails) << qPrintable(name);
+        if (!fails) {
+            EXPECT_EQ(folder.read(name.toLatin1()), after);
+        }
+    }
+    EXPECT_EQ(folder.read("file3.txt"), "changed outside: tide\n");
+    EXPECT_EQ(folder.read("file7.txt"), before);
+    EXPECT_EQ(folder.read("file13.txt"), before);
+    for (const auto &file : window.document.findResults().files()) {
+        const QString line = file->matchLines().first()->matchLine()->matchLineString();
+        const int number = file->filenameMatchLineSortKey().remove(u"file"_s).remove(u".txt"_s).toInt();
+        EXPECT_EQ(line, failing.contains(number) ? u"a tide and a tide\r\n"_s : u"a ebb and a ebb\r\n"_s);
+    }
+    window.sheet()->close();
+
+    chmod(folder.path("file7.txt").cString(), 0644);
+    const FilePath vanished = folder.write("file11.txt", before);
+    PlainUser::own(vanished);
+    for (const auto &file : window.document.findResults().files()) {
+        if (file->path() == vanished)
+            file->setModificationDate(TDFileCommon::fileModificationDate(vanished));
+    }
+    {
+        const PlainUser user;
+        window.replaceAll(u"ebb"_s);
+    }
+    // What was changed outside has to be searched again first.
+    ASSERT_NE(window.sheet(), nullptr);
+    EXPECT_TRUE(window.sheet()->text().contains(u"file3.txt"_s));
+    EXPECT_FALSE(window.sheet()->text().contains(u"file7.txt"_s));
+    window.sheet()->close();
+    window.search();
+    EXPECT_EQ(folder.read("file7.txt"), after);
+    EXPECT_EQ(folder.read("file11.txt"), after);
+    EXPECT_EQ(folder.read("file13.txt"), after);
+    {
+        const PlainUser user;
+        window.replaceAll(u"ebb"_s);
+    }
+    EXPECT_EQ(window.sheet(), nullptr);
+    EXPECT_EQ(folder.read("file3.txt"), "changed outside: ebb\n");
+}
+
+} // namespace
+
+} // namespace tidemark::test
