@@ -2,10 +2,10 @@
 # Runs the real window on a virtual display of its own, on a copy of a sample tree: demo.sh PROGRAM FOLDER
 set -euo pipefail
 program=$1
-folder=$2
+rm -rf "$2"
+mkdir -p "$2"
+folder=$(realpath "$2")
 
-rm -rf "$folder"
-mkdir -p "$folder"
 scripts/sample-tree.sh "$folder/tree"
 mkdir -p "$folder/tree/headers"
 find /usr/include -maxdepth 2 -name '*.h' -type f 2>/dev/null | sort | sed -n 1,300p |
