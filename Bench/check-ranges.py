@@ -16,8 +16,6 @@ DRIVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../build/rele
 QUERIES = [
     ("EINVAL", False, False),
     ("einval", False, True),
-    ("e", False, False),
-    ("  ", False, False),
     ("(int ", False, True),
     ("return", False, True),
     (r"[A-Z]+_SUSPEND", True, False),
