@@ -29,8 +29,8 @@ struct DriverOptions
     bool printsJson = false;
 };
 
-/// Nothing, with what is wrong in `problem`, when the arguments aren't understood. Arguments that name files are
-/// taken as bytes.
+/// Nothing, with what is wrong in `problem`, when the arguments aren't understood. Arguments that name files
+/// are taken as bytes.
 std::optional<DriverOptions> parseArguments(const QList<QByteArray> &arguments, QByteArray &problem);
 
 extern const char *const DRIVER_USAGE;

@@ -18,7 +18,8 @@ QByteArray sampleText(bool withOtherScripts)
 {
     QByteArray text;
     for (int line = 0; text.size() < (1 << 20); ++line) {
-        text += "static int value_" + QByteArray::number(line) + " = compute(argument, 0x7F); // a comment of some words\n";
+        text += "static int value_" + QByteArray::number(line) +
+                " = compute(argument, 0x7F); // a comment of some words\n";
         if (withOtherScripts && line % 8 == 0)
             text += "Прилив и отлив — слова, которых нет в коде; größer, façade\n";
     }
@@ -82,7 +83,8 @@ BENCHMARK(PrefilterExpression);
 void PlainTextSearch(benchmark::State &state)
 {
     const QString text = QString::fromUtf8(sampleText(true));
-    const PlainTextPattern pattern(state.range(0) != 0 ? QStringLiteral("НЕТУ") : QStringLiteral("EAGAIN"), CaseRule::Ignore);
+    const PlainTextPattern pattern(state.range(0) != 0 ? QStringLiteral("НЕТУ") : QStringLiteral("EAGAIN"),
+                                   CaseRule::Ignore);
     for (auto _ : state)
         benchmark::DoNotOptimize(pattern.firstRange(text, {0, text.size()}));
     state.SetBytesProcessed(state.iterations() * text.size() * 2);

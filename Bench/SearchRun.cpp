@@ -60,7 +60,8 @@ void SearchRun::_list(const TDFindResultItem &file)
             QByteArray line = file.path().bytes() + ':' + QByteArray::number(item->matchLine()->lineNumber());
             char separator = ':';
             for (const TextRange &range : item->matchLine()->matchRanges()) {
-                line += separator + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
+                line +=
+                    separator + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
                 separator = ',';
             }
             _print(line + '\n');

@@ -28,8 +28,8 @@ struct SearchTotals
     TDError expressionError;
 };
 
-/// Receives a search: keeps its totals, prints what the options ask for, and keeps the nodes that a replacement
-/// needs.
+/// Receives a search: keeps its totals, prints what the options ask for, and keeps the nodes that a
+/// replacement needs.
 class SearchRun : public TDSearchEngineDelegate
 {
 public:

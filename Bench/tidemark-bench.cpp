@@ -59,9 +59,10 @@ QList<TDSearchLocation> searchLocations(const DriverOptions &options)
     for (const FilePath &path : options.locations) {
         const bool isAbsolute = path.bytes().startsWith('/');
         TDSearchLocation location;
-        location.setURL((isAbsolute ? path
-                                    : FilePath::fromDisplayText(QDir::currentPath()).appendingPathComponent(path.bytes()))
-                            .toUrl());
+        location.setURL(
+            (isAbsolute ? path
+                        : FilePath::fromDisplayText(QDir::currentPath()).appendingPathComponent(path.bytes()))
+                .toUrl());
         location.includeSubFolders = location.isFolder && options.includesSubFolders;
         locations << location;
     }
@@ -115,11 +116,12 @@ void report(const DriverOptions &options, const SearchTotals &totals,
         }
         std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
     } else if (!options.isQuiet) {
-        std::printf("%llu matches found in %llu files, %llu files searched, %llu errors, %.3f s\n", totals.matches,
-                    totals.filesWithMatches, totals.files, totals.errors, totals.seconds);
+        std::printf("%llu matches found in %llu files, %llu files searched, %llu errors, %.3f s\n",
+                    totals.matches, totals.filesWithMatches, totals.files, totals.errors, totals.seconds);
         if (replaced)
-            std::printf("%llu replacements, %llu files rewritten, %lld files failed\n", replaced->replacements,
-                        replaced->filesRewritten, static_cast<long long>(replaced->failedPaths.size()));
+            std::printf("%llu replacements, %llu files rewritten, %lld files failed\n",
+                        replaced->replacements, replaced->filesRewritten,
+                        static_cast<long long>(replaced->failedPaths.size()));
     }
 }
 
@@ -147,7 +149,8 @@ std::shared_ptr<SearchRun> searchRepeatedly(DriverOptions &options, const QList<
         if (run->totals().expressionError)
             break;
     }
-    std::sort(all.begin(), all.end(), [](const auto &left, const auto &right) { return left.seconds < right.seconds; });
+    std::sort(all.begin(), all.end(),
+              [](const auto &left, const auto &right) { return left.seconds < right.seconds; });
     medianTotals = all[all.size() / 2];
     return run;
 }
@@ -176,7 +179,8 @@ int main(int argc, char **argv)
     report(*options, totals, replaced);
     if (replaced && replaced->error)
         printError(replaced->error);
-    return replaced && replaced->error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)
+    return replaced &&
+                   replaced->error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)
                ? MALFORMED_EXPRESSION
                : SEARCH_ENDED;
 }

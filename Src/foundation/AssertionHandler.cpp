@@ -24,7 +24,9 @@ std::atomic<AssertionHandler> currentHandler = writeToStandardError;
 
 } // namespace
 
-InternalInconsistency::InternalInconsistency(const AssertionFailure &failure) : std::logic_error(sentence(failure)) {}
+InternalInconsistency::InternalInconsistency(const AssertionFailure &failure)
+    : std::logic_error(sentence(failure))
+{}
 
 AssertionHandler setAssertionHandler(AssertionHandler handler)
 {

@@ -20,8 +20,8 @@ constexpr std::uint64_t zeroBytes(std::uint64_t word)
     return (word - ONES) & ~word & HIGH_BITS;
 }
 
-/// Counts in lanes of a byte each, which the compiler turns into vector instructions; they are added up before one
-/// can overflow.
+/// Counts in lanes of a byte each, which the compiler turns into vector instructions; they are added up
+/// before one can overflow.
 qint64 countOf(char byte, QByteArrayView bytes)
 {
     constexpr qsizetype LANES = 32;

@@ -81,19 +81,20 @@ std::optional<QString> valueRead(Read read, const char *key)
 
 std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, const char *key)
 {
-    return valueRead([&path](const char *name, void *value, size_t size) {
-        return readAttribute(path.cString(), name, value, size);
-    }, key);
+    return valueRead([&path](const char *name, void *value,
+                             size_t size) { return readAttribute(path.cString(), name, value, size); },
+                     key);
 }
 
 std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, const char *key)
 {
-    return valueRead([descriptor](const char *name, void *value, size_t size) {
-        return readAttribute(descriptor, name, value, size);
-    }, key);
+    return valueRead([descriptor](const char *name, void *value,
+                                  size_t size) { return readAttribute(descriptor, name, value, size); },
+                     key);
 }
 
-bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value, int flag)
+bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value,
+                                         int flag)
 {
     const QByteArray bytes = value.toUtf8();
     const size_t size = size_t(bytes.size()) + (flag == 1 ? 1 : 0);

@@ -18,7 +18,9 @@ std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, co
 /// The same of an open file.
 std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, const char *key);
 
-/// Sets the attribute, following links. With the flag 1 a terminating zero byte is stored too. False on failure.
-bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value, int flag);
+/// Sets the attribute, following links. With the flag 1 a terminating zero byte is stored too. False on
+/// failure.
+bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value,
+                                         int flag);
 
 } // namespace tidemark

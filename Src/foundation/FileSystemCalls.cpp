@@ -86,7 +86,8 @@ int FileSystemCalls::makeUniqueFile(char *pathTemplate)
     std::uniform_int_distribution<size_t> anyLetter(0, UNIQUE_LETTERS.size() - 1);
     for (int attempt = 0; attempt < UNIQUE_ATTEMPTS; ++attempt) {
         std::generate(start, end, [&] { return UNIQUE_LETTERS[anyLetter(random)]; });
-        const int descriptor = open(pathTemplate, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        const int descriptor =
+            open(pathTemplate, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
         if (descriptor >= 0 || errno != EEXIST)
             return descriptor;
     }

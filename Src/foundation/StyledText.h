@@ -47,8 +47,8 @@ struct StyledRun
     friend bool operator==(const StyledRun &, const StyledRun &) = default;
 };
 
-/// A text with its looks, free of any GUI library; whoever draws it applies the runs in order, later ones over
-/// earlier ones. Runs may reach beyond the text and are cut to it then.
+/// A text with its looks, free of any GUI library; whoever draws it applies the runs in order, later ones
+/// over earlier ones. Runs may reach beyond the text and are cut to it then.
 struct StyledText
 {
     QString text;

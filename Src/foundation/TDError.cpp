@@ -15,7 +15,8 @@ const QString TDError::UNDERLYING_ERROR_KEY = QStringLiteral("NSUnderlyingError"
 
 TDError TDError::initalizePresentErrorWithCode(qint64 code, const QString &localizedDescription,
                                                const QString &localizedFailureReason,
-                                               const QString &localizedRecoverySuggestion, QVariantMap errorInfo)
+                                               const QString &localizedRecoverySuggestion,
+                                               QVariantMap errorInfo)
 {
     if (localizedDescription.isNull() || localizedFailureReason.isNull())
         throw std::invalid_argument("an error needs a description and a failure reason");
@@ -39,7 +40,8 @@ TDError TDError::posixError(int errorNumber, const FilePath &path, const QString
     const QString systemText = QString::fromStdString(std::generic_category().message(errorNumber));
     QVariantMap info;
     info[FAILURE_REASON_KEY] = failureReason.isNull() ? systemText : failureReason;
-    info[DESCRIPTION_KEY] = failureReason.isNull() ? systemText : failureReason + QStringLiteral("\n\n") + systemText;
+    info[DESCRIPTION_KEY] =
+        failureReason.isNull() ? systemText : failureReason + QStringLiteral("\n\n") + systemText;
     if (!path.isEmpty())
         info[FILE_PATH_KEY] = QVariant::fromValue(path);
 

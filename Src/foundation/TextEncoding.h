@@ -44,7 +44,8 @@ QString convertEncodingToIANACharSetName(CoreFoundationEncoding encoding);
 
 /// How bytes of an encoding can be examined without decoding them.
 enum class EncodingShape {
-    /// Every byte below 0x80 is that ASCII character wherever it stands (UTF-8, ISO 8859, Windows, Mac, EUC ...).
+    /// Every byte below 0x80 is that ASCII character wherever it stands (UTF-8, ISO 8859, Windows, Mac, EUC
+    /// ...).
     AsciiBytes,
     /// Bytes below 0x80 may also be part of a longer character or change a state (Shift-JIS, Big 5, GBK,
     /// ISO 2022, HZ, UTF-7, EBCDIC ...).

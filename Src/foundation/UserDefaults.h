@@ -16,7 +16,12 @@ class QSettings;
 namespace tidemark {
 
 /// Settings that are read while searching; reading one is a single atomic load.
-enum class BooleanSetting { RegularExpression, IgnoreCase, AutoDetectFileEncoding, CreateBackupBeforeReplacing };
+enum class BooleanSetting {
+    RegularExpression,
+    IgnoreCase,
+    AutoDetectFileEncoding,
+    CreateBackupBeforeReplacing
+};
 
 /// The per-user store of settings: stored values, and registered ones that apply where nothing is stored.
 /// Reading is safe from any thread; writing and the signal belong to the main thread. A stored value of a

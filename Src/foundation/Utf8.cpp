@@ -31,7 +31,8 @@ bool isTrail(uchar byte)
     return (byte & 0xC0) == 0x80;
 }
 
-/// The length of the well-formed sequence at the start of the bytes, the first of which isn't ASCII; 0 for none.
+/// The length of the well-formed sequence at the start of the bytes, the first of which isn't ASCII; 0 for
+/// none.
 qsizetype lengthOfSequence(const uchar *bytes, qsizetype count)
 {
     const uchar lead = bytes[0];
@@ -82,7 +83,8 @@ QByteArray generalizedUtf8(QStringView text)
     QByteArray bytes;
     for (qsizetype index = 0; index < text.size(); ++index) {
         const qsizetype length =
-            text[index].isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate() ? 2 : 1;
+            text[index].isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate() ? 2
+                                                                                                         : 1;
         if (length == 1 && text[index].isSurrogate())
             appendSurrogate(bytes, text[index].unicode());
         else

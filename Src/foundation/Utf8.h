@@ -6,8 +6,8 @@
 
 namespace tidemark {
 
-/// The text's UTF-8 bytes. A lone surrogate, which UTF-8 has no place for, takes the three bytes that its number
-/// would have, so that it matches nothing but itself.
+/// The text's UTF-8 bytes. A lone surrogate, which UTF-8 has no place for, takes the three bytes that its
+/// number would have, so that it matches nothing but itself.
 QByteArray generalizedUtf8(QStringView text);
 
 /// Strict: no overlong forms, surrogates, numbers above U+10FFFF or cut sequences.

@@ -22,21 +22,23 @@ boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
 QString recoverySuggestionForExpression(ExpressionFault fault)
 {
     return fault == ExpressionFault::Malformed
-               ? localizedString(
-                     "Review the regular expression in the find text field and ensure it is valid. Or uncheck the "
-                     "Regular expression checkbox if you want to perform a normal text search.")
-               : localizedString(
-                     "Review the regular expression in the find text field and ensure it is valid.  Or uncheck the "
-                     "Regular expression checkbox if you want to perform a normal text search.");
+               ? localizedString("Review the regular expression in the find text field and ensure it is "
+                                 "valid. Or uncheck the "
+                                 "Regular expression checkbox if you want to perform a normal text search.")
+               : localizedString("Review the regular expression in the find text field and ensure it is "
+                                 "valid.  Or uncheck the "
+                                 "Regular expression checkbox if you want to perform a normal text search.");
 }
 
 QString recoverySuggestionForFormat(ExpressionFault fault)
 {
     return fault == ExpressionFault::Malformed
-               ? localizedString("Review the find and replace text fields and ensure they are valid. Or uncheck the "
-                                 "Regular expression checkbox if you want to perform a normal text search.")
-               : localizedString("Review the find and replace text fields and ensure they are valid.  Or uncheck the "
-                                 "Regular expression checkbox if you want to perform a normal text search.");
+               ? localizedString(
+                     "Review the find and replace text fields and ensure they are valid. Or uncheck the "
+                     "Regular expression checkbox if you want to perform a normal text search.")
+               : localizedString(
+                     "Review the find and replace text fields and ensure they are valid.  Or uncheck the "
+                     "Regular expression checkbox if you want to perform a normal text search.");
 }
 
 } // namespace tidemark

@@ -35,7 +35,8 @@ struct TDFindPattern::Expression
 
     void compile(const QString &findText, CaseRule caseRule)
     {
-        fault = expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
+        fault =
+            expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
     }
 };
 
@@ -48,10 +49,9 @@ struct TDFindPattern::Prefilters
 };
 
 TDFindPattern::TDFindPattern(const QString &findText, CaseRule caseRule)
-    : _findText(findText), _plainText(findText, caseRule), _compiledExpression(std::make_unique<Expression>()),
-      _prefilters(std::make_unique<Prefilters>())
-{
-}
+    : _findText(findText), _plainText(findText, caseRule),
+      _compiledExpression(std::make_unique<Expression>()), _prefilters(std::make_unique<Prefilters>())
+{}
 
 TDFindPattern::~TDFindPattern() = default;
 

@@ -25,8 +25,8 @@ public:
     const QString &findText() const { return _findText; }
     CaseRule caseRule() const { return _plainText.caseRule(); }
 
-    /// What chooses lines for the reading that is in force now; null when every line has to be searched. Made when
-    /// first asked for.
+    /// What chooses lines for the reading that is in force now; null when every line has to be searched. Made
+    /// when first asked for.
     const LinePrefilter *prefilter() const;
 
     class Line;
@@ -49,13 +49,12 @@ public:
     /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
     Line(const TDFindPattern &pattern, const QString &line, QByteArrayView bytes = {})
         : _pattern(pattern), _line(line), _bytes(bytes)
-    {
-    }
+    {}
 
-    /// The first match within the range of the line, or not found. An empty match at the very start of the line
-    /// counts as not found. With a regular expression the range is taken as a range of the line's UTF-8 bytes,
-    /// and so is the one returned; nothing before the range is visible to it. A malformed expression, or one
-    /// that fails while searching, sets error code 36.
+    /// The first match within the range of the line, or not found. An empty match at the very start of the
+    /// line counts as not found. With a regular expression the range is taken as a range of the line's UTF-8
+    /// bytes, and so is the one returned; nothing before the range is visible to it. A malformed expression,
+    /// or one that fails while searching, sets error code 36.
     TextRange firstRange(TextRange searchRange, TDError &error);
 
 private:

@@ -40,7 +40,8 @@ TDFindResultItem::initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLin
     return item;
 }
 
-std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithError(const TDError &error, TDFindResultItem *parent)
+std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithError(const TDError &error,
+                                                                  TDFindResultItem *parent)
 {
     auto item = std::make_shared<TDFindResultItem>();
     item->_error = error;

@@ -31,9 +31,8 @@ public:
                                                                TDFindResultItem *parent);
     static std::shared_ptr<TDFindResultItem> initWithError(const TDError &error, TDFindResultItem *parent);
     /// A file node whose one child tells the error.
-    static std::shared_ptr<TDFindResultItem> initWithFailedFile(const FilePath &path,
-                                                                std::optional<FileDate> modificationDate,
-                                                                const TDError &error);
+    static std::shared_ptr<TDFindResultItem>
+    initWithFailedFile(const FilePath &path, std::optional<FileDate> modificationDate, const TDError &error);
 
     /// True for every leaf, error nodes included.
     bool isMatchLine() const { return _matchLine != nullptr || _error; }
@@ -61,7 +60,10 @@ public:
     bool includesBOM() const { return _file().includesBOM; }
     void setIncludesBOM(bool includesBOM) { _fileFields->includesBOM = includesBOM; }
     /// The one that found the file's match lines; null on leaves and on files that failed.
-    const std::shared_ptr<TDMatchLineHighlighter> &matchLineHighlighter() const { return _file().highlighter; }
+    const std::shared_ptr<TDMatchLineHighlighter> &matchLineHighlighter() const
+    {
+        return _file().highlighter;
+    }
     void setMatchLineHighlighter(std::shared_ptr<TDMatchLineHighlighter> highlighter);
 
     /// 0 for a match line; for a file the sum over the highlighter's match lines, counted anew at every call;

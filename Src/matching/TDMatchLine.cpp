@@ -59,7 +59,8 @@ StyledText TDMatchLine::buildMatchLineAttributedString() const
     const TextRange body = rangeWithoutNewlinesAtEnds(_matchLineString);
 
     StyledText styled;
-    styled.text = prefix + withVisibleControls(QStringView(_matchLineString).sliced(body.location, body.length));
+    styled.text =
+        prefix + withVisibleControls(QStringView(_matchLineString).sliced(body.location, body.length));
     styled.font = {QStringLiteral("Lucida Grande"), SMALL_SYSTEM_FONT_SIZE};
     styled.lineBreakMode = LineBreakMode::WrapByCharacter;
     styled.runs.reserve(_matchRanges.size() + 2);
@@ -67,9 +68,12 @@ StyledText TDMatchLine::buildMatchLineAttributedString() const
     for (qsizetype index = 0; index < _matchRanges.size(); ++index) {
         // Positions are those in the untrimmed line, also on a line that begins with line-break characters.
         const TextRange shown = {prefix.size() + _matchRanges[index].location, _matchRanges[index].length};
-        styled.runs << StyledRun{
-            shown, TD_COLOR_BLACK,
-            index == _highlightedMatchIndex ? HIGHLIGHTED_MATCH_BACKGROUND : MATCH_BACKGROUND, false, {}};
+        styled.runs << StyledRun{shown,
+                                 TD_COLOR_BLACK,
+                                 index == _highlightedMatchIndex ? HIGHLIGHTED_MATCH_BACKGROUND
+                                                                 : MATCH_BACKGROUND,
+                                 false,
+                                 {}};
     }
     if (!_matchRanges.isEmpty())
         styled.runs << StyledRun{{0, prefix.size()}, LINE_NUMBER_COLOR, {}, false, {}};

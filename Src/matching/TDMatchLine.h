@@ -33,8 +33,8 @@ public:
     const QString &matchLineString() const { return _matchLineString; }
     void setMatchLineString(const QString &line) { _matchLineString = line; }
 
-    /// The line as it stands in the file, which is the text that was read until a changed line is saved. It can
-    /// be several lines of the file after a replacement with line ends in it. Null: not known.
+    /// The line as it stands in the file, which is the text that was read until a changed line is saved. It
+    /// can be several lines of the file after a replacement with line ends in it. Null: not known.
     const QString &savedLineString() const { return _savedLineString; }
     void setSavedLineString(const QString &line) { _savedLineString = line; }
 

@@ -64,7 +64,8 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     _hasExcessiveLines = false;
 
     _searchLines(*reader, pattern, error);
-    const bool isExpressionFault = error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
+    const bool isExpressionFault =
+        error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
     if (!isExpressionFault && !_matchLines.isEmpty() && _hasExcessiveLines)
         error = excessiveLineError(file.path);
     TDError closingError;
@@ -103,7 +104,8 @@ void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, const TDFindPatt
 }
 
 TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const FileToRead &file,
-                                                                          StringEncoding encoding, TDError &error,
+                                                                          StringEncoding encoding,
+                                                                          TDError &error,
                                                                           SearchContext &context)
 {
     using Outcome = TextBlockReader::Outcome;
@@ -124,7 +126,8 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
             return BlockSearch::Done;
     }
     const bool isInDoubt = _hasExcessiveLines && !_matchLines.isEmpty() && !shouldStop();
-    return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader : BlockSearch::Done;
+    return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
+                                                            : BlockSearch::Done;
 }
 
 void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error,
@@ -141,7 +144,8 @@ void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumb
     for (const LineSpan &line : candidates) {
         lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
         counted = line.start;
-        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context.pattern(), error);
+        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context.pattern(),
+                         error);
         if (error || shouldStop())
             return;
     }
@@ -163,8 +167,8 @@ void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &line
     }
 }
 
-void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
-                                              TDError &error)
+void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber,
+                                              const TDFindPattern &pattern, TDError &error)
 {
     if (const std::optional<QString> line = textFromUtf8(bytes))
         _searchLine(*line, bytes, lineNumber, pattern, error);

@@ -28,21 +28,23 @@ using MatchLines = QList<std::shared_ptr<TDMatchLine>>;
 class TDMatchLineHighlighter
 {
 public:
-    /// Searches the file from its first line on. True: matchLines() holds the match lines, possibly none. False:
-    /// the error, which must be null on entry, tells why, and matchLines() means nothing: what the reader
-    /// reports; code 36 for a faulty expression, at the first line searched; code 1 for a file that has
-    /// matches and a line over TD_LONGEST_LINE. A stopped file ends with true and no lines.
-    bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, const TDFindPattern &pattern);
-    /// The same result, in blocks as far as the file allows: most of a file without matches is never decoded. The
-    /// context's pattern is what is searched for.
-    bool processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error, SearchContext &context);
+    /// Searches the file from its first line on. True: matchLines() holds the match lines, possibly none.
+    /// False: the error, which must be null on entry, tells why, and matchLines() means nothing: what the
+    /// reader reports; code 36 for a faulty expression, at the first line searched; code 1 for a file that
+    /// has matches and a line over TD_LONGEST_LINE. A stopped file ends with true and no lines.
+    bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
+                         const TDFindPattern &pattern);
+    /// The same result, in blocks as far as the file allows: most of a file without matches is never decoded.
+    /// The context's pattern is what is searched for.
+    bool processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,
+                         SearchContext &context);
     /// The same with a find text that is compiled for this one file.
     bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, bool ignoreCase,
                          const QString &matchPattern);
 
     /// The first match within the range of the line; the terms are those of TDFindPattern::Line.
-    static TextRange firstRangeOfPatternInString(const QString &line, const QString &pattern, CaseRule caseRule,
-                                                 TextRange searchRange, TDError &error);
+    static TextRange firstRangeOfPatternInString(const QString &line, const QString &pattern,
+                                                 CaseRule caseRule, TextRange searchRange, TDError &error);
 
     const MatchLines &matchLines() const { return _matchLines; }
     void setMatchLines(const MatchLines &lines) { _matchLines = lines; }
@@ -62,14 +64,17 @@ public:
 private:
     enum class BlockSearch { Done, NeedsLineReader };
 
-    bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error, const TDFindPattern &pattern);
+    bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
+                         const TDFindPattern &pattern);
     void _searchLines(TDFileReader &reader, const TDFindPattern &pattern, TDError &error);
-    BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error, SearchContext &context);
+    BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error,
+                              SearchContext &context);
     void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
-    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern, TDError &error);
-    void _searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
-                     TDError &error);
+    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
+                          TDError &error);
+    void _searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber,
+                     const TDFindPattern &pattern, TDError &error);
 
     MatchLines _matchLines;
     std::atomic<bool> _shouldStop = false;

@@ -94,7 +94,8 @@ template <typename Unit>
 std::wstring widened(QByteArrayView bytes)
 {
     std::wstring text;
-    for (qsizetype index = 0; index + qsizetype(sizeof(Unit)) <= bytes.size(); index += qsizetype(sizeof(Unit))) {
+    for (qsizetype index = 0; index + qsizetype(sizeof(Unit)) <= bytes.size();
+         index += qsizetype(sizeof(Unit))) {
         Unit unit = 0;
         std::memcpy(&unit, bytes.data() + index, sizeof unit);
         text.push_back(static_cast<wchar_t>(unit));
@@ -255,9 +256,9 @@ StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
 StringEncoding TDFileReader::_probeExtendedAttributeEncoding()
 {
     const std::optional<QString> value =
-        _isFoundInFolder
-            ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
-            : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        _isFoundInFolder ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
+                                                                  TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
+                         : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
     return value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
 }
 

@@ -11,8 +11,8 @@ namespace tidemark {
 inline constexpr qsizetype TD_CONTENT_PROBE_SIZE = 512;
 
 /// The encoding that an XML declaration or an HTML META element in the bytes names, or
-/// TD_FILE_COMMON_UNKNOWN_ENCODING. The bytes are tried as ASCII-like text first, then as 16-bit units, then as
-/// 32-bit units. Callable from any thread.
+/// TD_FILE_COMMON_UNKNOWN_ENCODING. The bytes are tried as ASCII-like text first, then as 16-bit units, then
+/// as 32-bit units. Callable from any thread.
 StringEncoding declaredEncoding(QByteArrayView bytes);
 
 struct ByteOrderMark

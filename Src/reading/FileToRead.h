@@ -4,8 +4,8 @@
 
 namespace tidemark {
 
-/// A file by its path and, where the folder is open already, by its name in it, which spares the look-up of the
-/// whole path and reaches files whose path is longer than the system takes.
+/// A file by its path and, where the folder is open already, by its name in it, which spares the look-up of
+/// the whole path and reaches files whose path is longer than the system takes.
 struct FileToRead
 {
     FilePath path;

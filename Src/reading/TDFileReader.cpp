@@ -70,8 +70,8 @@ std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FilePath &p
     return fileReaderWithFile(FileToRead{path, -1, {}}, encoding, error);
 }
 
-std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead &file, StringEncoding encoding,
-                                                               TDError &error)
+std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead &file,
+                                                               StringEncoding encoding, TDError &error)
 {
     error.clear();
     const int descriptor = file.open();
@@ -88,8 +88,9 @@ std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead 
 
 TDError TDFileReader::openError(const FilePath &path, int errorNumber)
 {
-    const QString description = formatted(
-        localizedString("Sorry, a problem occured whilst attempting to open file ‘%@’."), {path.displayText()});
+    const QString description =
+        formatted(localizedString("Sorry, a problem occured whilst attempting to open file ‘%@’."),
+                  {path.displayText()});
     const QString reason = errorNumber == EACCES
                                ? localizedString("You do not have permission to open the file.")
                                : formatted(localizedString("Error %d occured."), {errorNumber});
@@ -102,18 +103,19 @@ TDError TDFileReader::encodingError(StringEncoding encoding)
     return TDError::initalizePresentErrorWithCode(
         TD_ERROR_CODE_TD_FILE_READER_FILE_ENCODING_ERROR,
         localizedString("Sorry, a problem occured whilst attempting to read a file."),
-        formatted(localizedString("The chosen character encoding ‘%@’ is unable to read the contents of the file. "
-                                  "Check in Preferences that the default character encoding is appropriate for "
-                                  "this file."),
-                  {localizedNameOfStringEncoding(encoding)}));
+        formatted(
+            localizedString("The chosen character encoding ‘%@’ is unable to read the contents of the file. "
+                            "Check in Preferences that the default character encoding is appropriate for "
+                            "this file."),
+            {localizedNameOfStringEncoding(encoding)}));
 }
 
 int TDFileReader::_sizeOfUnit() const
 {
     if (!isFixedByteOrder(_stringEncoding))
         return 1;
-    const bool utf16 = _stringEncoding == TD_ENCODING_UTF16_LITTLE_ENDIAN ||
-                       _stringEncoding == TD_ENCODING_UTF16_BIG_ENDIAN;
+    const bool utf16 =
+        _stringEncoding == TD_ENCODING_UTF16_LITTLE_ENDIAN || _stringEncoding == TD_ENCODING_UTF16_BIG_ENDIAN;
     return utf16 ? 2 : 4;
 }
 

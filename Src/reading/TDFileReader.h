@@ -22,15 +22,16 @@ struct LineBytes
     int eolCount = 0;     ///< line-end characters at the end: 0, 1 or 2 (CR LF)
 };
 
-/// Opens one file, settles its encoding, and hands out its lines. A line ends at LF, at CR LF or at a CR that no
-/// LF follows; in UTF-16 and UTF-32 with a stated byte order whole units are looked at, otherwise bytes.
+/// Opens one file, settles its encoding, and hands out its lines. A line ends at LF, at CR LF or at a CR that
+/// no LF follows; in UTF-16 and UTF-32 with a stated byte order whole units are looked at, otherwise bytes.
 /// Call closeFile() before destroying it. One thread at a time.
 class TDFileReader
 {
 public:
     /// Nothing, with error code 1, when the file can't be opened. TD_FILE_COMMON_UNKNOWN_ENCODING asks for
-    /// detection: byte-order mark, declaration in the first 512 bytes, extended attribute, the user's default,
-    /// in that precedence. With a given encoding nothing is looked at, and a mark is text of the first line.
+    /// detection: byte-order mark, declaration in the first 512 bytes, extended attribute, the user's
+    /// default, in that precedence. With a given encoding nothing is looked at, and a mark is text of the
+    /// first line.
     static std::unique_ptr<TDFileReader> fileReaderWithFile(const FilePath &path, StringEncoding encoding,
                                                             TDError &error);
     static std::unique_ptr<TDFileReader> fileReaderWithFile(const FileToRead &file, StringEncoding encoding,
@@ -80,7 +81,7 @@ private:
     FilePath _path;
     bool _hadByteOrderMarker = false;
     bool _isFoundInFolder; ///< then it is no link, and its attributes are those of the open file
-    int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
+    int _unitSize = 1;     ///< bytes a code unit: 1 for everything that is split by bytes
     std::unique_ptr<TextConverter> _converter;
     QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer
 };

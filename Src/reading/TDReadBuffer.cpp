@@ -93,7 +93,8 @@ bool TDReadBuffer::close(TDError &error, const FilePath &path)
         return true;
     }
     error = TDError::posixError(
-        errno, path, formatted(localizedString("An error occurred while closing ‘%@’."), {path.displayText()}));
+        errno, path,
+        formatted(localizedString("An error occurred while closing ‘%@’."), {path.displayText()}));
     return false;
 }
 

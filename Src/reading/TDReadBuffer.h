@@ -39,7 +39,8 @@ public:
     /// Reads the next block over the one at hand.
     void unbufferedRead(TDError &error);
 
-    /// Closes the descriptor; `path` is for the error's text. True when it is closed, also when it already was.
+    /// Closes the descriptor; `path` is for the error's text. True when it is closed, also when it already
+    /// was.
     bool close(TDError &error, const FilePath &path);
 
     int descriptor() const { return _descriptor; }

@@ -34,8 +34,8 @@ int unitSizeOf(EncodingShape shape)
     }
 }
 
-/// Behind the last line feed of whole units; a carriage return by itself doesn't count, which only makes blocks
-/// longer.
+/// Behind the last line feed of whole units; a carriage return by itself doesn't count, which only makes
+/// blocks longer.
 qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype count, int unitSize, bool littleEndian)
 {
     char lineFeed[4] = {};
@@ -51,8 +51,7 @@ qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype count, int uni
 
 TextBlockReader::TextBlockReader()
     : _buffer(std::make_unique_for_overwrite<char[]>(size_t(FIRST_CAPACITY))), _capacity(FIRST_CAPACITY)
-{
-}
+{}
 
 TextBlockReader::~TextBlockReader()
 {

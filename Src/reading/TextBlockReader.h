@@ -12,10 +12,11 @@
 
 namespace tidemark {
 
-/// Reads files as blocks of whole lines in UTF-8, for searching them fast. It knows its limits: for everything
-/// that is out of the ordinary it sends the caller to the line reader, whose lines, errors and quirks are the
-/// measure; what it does deliver is exactly the text of the line reader's lines, one after the other. One object
-/// reads any number of files, one at a time, and keeps its buffers. Not to be shared between threads.
+/// Reads files as blocks of whole lines in UTF-8, for searching them fast. It knows its limits: for
+/// everything that is out of the ordinary it sends the caller to the line reader, whose lines, errors and
+/// quirks are the measure; what it does deliver is exactly the text of the line reader's lines, one after the
+/// other. One object reads any number of files, one at a time, and keeps its buffers. Not to be shared
+/// between threads.
 class TextBlockReader
 {
 public:

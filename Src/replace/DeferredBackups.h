@@ -7,8 +7,9 @@
 
 namespace tidemark {
 
-/// While one exists, rewritten files aren't flushed to the disk one by one: backups that aren't to be kept stay until
-/// all new content has been flushed at once, and are deleted then. Main thread only, one at a time.
+/// While one exists, rewritten files aren't flushed to the disk one by one: backups that aren't to be kept
+/// stay until all new content has been flushed at once, and are deleted then. Main thread only, one at a
+/// time.
 class DeferredBackups
 {
 public:
@@ -25,8 +26,8 @@ public:
     void add(const FilePath &path, const FilePath &backup);
     /// True when so many wait that it is time to flush.
     bool isFull() const;
-    /// Flushes the file systems concerned, then deletes the backups. Returns the files whose backup is still there,
-    /// because flushing or deleting failed.
+    /// Flushes the file systems concerned, then deletes the backups. Returns the files whose backup is still
+    /// there, because flushing or deleting failed.
     QList<FilePath> flush();
 
 private:

@@ -17,7 +17,10 @@ namespace {
 constexpr const char *ACCESS_CONTROL_LIST = "system.posix_acl_access";
 
 #ifdef __APPLE__
-ssize_t listAttributes(int file, char *names, size_t size) { return flistxattr(file, names, size, 0); }
+ssize_t listAttributes(int file, char *names, size_t size)
+{
+    return flistxattr(file, names, size, 0);
+}
 ssize_t readAttribute(int file, const char *name, void *value, size_t size)
 {
     return fgetxattr(file, name, value, size, 0, 0);
@@ -50,7 +53,8 @@ void copyAttributes(int from, int to, bool withAccessControlList)
     QByteArray names(size, Qt::Uninitialized);
     const ssize_t length = listAttributes(from, names.data(), size_t(size));
     names.truncate(qMax(ssize_t(0), length));
-    for (const char *name = names.constData(); name < names.constData() + names.size(); name += qstrlen(name) + 1) {
+    for (const char *name = names.constData(); name < names.constData() + names.size();
+         name += qstrlen(name) + 1) {
         const ssize_t valueSize = readAttribute(from, name, nullptr, 0);
         if (valueSize < 0 || (!withAccessControlList && qstrcmp(name, ACCESS_CONTROL_LIST) == 0))
             continue;
@@ -105,7 +109,8 @@ int copyFile(const FilePath &from, const FilePath &to)
     const int source = calls.open(from.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (source < 0)
         return errno;
-    const int target = calls.open(to.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    const int target =
+        calls.open(to.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (target < 0) {
         const int error = errno;
         (void)calls.close(source);

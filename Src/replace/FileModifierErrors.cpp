@@ -16,8 +16,9 @@ QString shortDescription()
 /// For failures after the file was touched.
 QString longDescription()
 {
-    return localizedString("Sorry, a problem occured whilst attempting to modify a file. You will need to restore "
-                           "the file from the automatic backup that was created.");
+    return localizedString(
+        "Sorry, a problem occured whilst attempting to modify a file. You will need to restore "
+        "the file from the automatic backup that was created.");
 }
 
 QString searchAgainSuggestion()
@@ -27,9 +28,10 @@ QString searchAgainSuggestion()
 
 QString restoreSuggestion(const FilePath &path, const FilePath &backup)
 {
-    return formatted(localizedString("To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards "
-                                     "delete the backup file."),
-                     {backup.displayText(), path.displayText()});
+    return formatted(
+        localizedString("To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards "
+                        "delete the backup file."),
+        {backup.displayText(), path.displayText()});
 }
 
 QVariantMap underlying(const TDError &error)
@@ -53,8 +55,9 @@ TDError backupCreationError(const FilePath &path, int errorNumber)
             formatted(localizedString("Creating a temporary file for ‘%@’ was not possible due to the file "
                                       "permissions of the parent folder being too restrictive."),
                       {path.displayText()}),
-            localizedString("Change permissions on the parent folder for the above mentioned file such that it is "
-                            "permissible to create new files in the folder."));
+            localizedString(
+                "Change permissions on the parent folder for the above mentioned file such that it is "
+                "permissible to create new files in the folder."));
     return modifierError(
         TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_CREATION_ERROR, shortDescription(),
         formatted(localizedString("Creating the temporary backup file for ‘%@’ gave error number ‘%d’."),
@@ -103,10 +106,11 @@ TDError fileModifiedError(const FilePath &path)
 
 TDError truncationOpenError(const FilePath &path, const FilePath &backup)
 {
-    return modifierError(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATION_ERROR, longDescription(),
-                         formatted(localizedString("A file handler could not be opened to truncate file ‘%@’."),
-                                   {path.displayText()}),
-                         restoreSuggestion(path, backup));
+    return modifierError(
+        TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATION_ERROR, longDescription(),
+        formatted(localizedString("A file handler could not be opened to truncate file ‘%@’."),
+                  {path.displayText()}),
+        restoreSuggestion(path, backup));
 }
 
 TDError truncationError(const FilePath &path)
@@ -121,9 +125,10 @@ TDError truncationCloseError(const FilePath &path)
 {
     return modifierError(
         TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATION_CLOSE_ERROR, shortDescription(),
-        formatted(localizedString("An error occured whilst attempting to close the file handler for truncated file "
-                                  "‘%@’."),
-                  {path.displayText()}));
+        formatted(
+            localizedString("An error occured whilst attempting to close the file handler for truncated file "
+                            "‘%@’."),
+            {path.displayText()}));
 }
 
 TDError writeError(const FilePath &path, const FilePath &backup, const QString &exception,
@@ -141,8 +146,9 @@ TDError fileNotWritableError(const FilePath &path)
         TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_NOT_WRITABLE_ERROR, shortDescription(),
         formatted(localizedString("File permissions on file ‘%@’ do not allow the file to be modified."),
                   {path.displayText()}),
-        localizedString("Change permissions of the file or folder path such that it is permissible to update the "
-                        "file."));
+        localizedString(
+            "Change permissions of the file or folder path such that it is permissible to update the "
+            "file."));
 }
 
 } // namespace tidemark

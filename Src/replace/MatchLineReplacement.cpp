@@ -12,8 +12,8 @@ TextRange cutToLine(TextRange range, qint64 lineLength)
 
 } // namespace
 
-std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index, const TDReplacement &replacement,
-                                               TDError &error)
+std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
+                                               const TDReplacement &replacement, TDError &error)
 {
     const QString &text = line.matchLineString();
     const TextRange range = cutToLine(line.matchRanges().at(index), text.size());
@@ -44,8 +44,8 @@ ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replaceme
         if (shouldStop())
             break;
         range = cutToLine(range, text.size());
-        const auto replaced =
-            replacement.replacementForMatchedText(QStringView(text).sliced(range.location, range.length), error);
+        const auto replaced = replacement.replacementForMatchedText(
+            QStringView(text).sliced(range.location, range.length), error);
         if (!replaced)
             break;
         const qint64 location = qMax(range.location, copied);

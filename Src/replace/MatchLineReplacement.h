@@ -17,11 +17,11 @@ struct AppliedReplacement
     qint64 offset = 0;    ///< by how much everything behind it moved
 };
 
-/// Replaces the match at the index in the line's text, gives the range its new length and moves the later ones.
-/// A range that reaches beyond the line is cut to it. Nothing, and nothing changed, when the replacement can't
-/// be formed.
-std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index, const TDReplacement &replacement,
-                                               TDError &error);
+/// Replaces the match at the index in the line's text, gives the range its new length and moves the later
+/// ones. A range that reaches beyond the line is cut to it. Nothing, and nothing changed, when the
+/// replacement can't be formed.
+std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
+                                               const TDReplacement &replacement, TDError &error);
 
 /// How far a run over all matches of a line came.
 struct ReplacedMatches
@@ -30,8 +30,8 @@ struct ReplacedMatches
     qint64 lastLength = 0; ///< of the last replacement formed; meaningless when there was none
 };
 
-/// The same for every match of the line from the first on, in one pass, until `shouldStop`, which is asked before
-/// each, says so. What was replaced before a failure or a stop stays replaced.
+/// The same for every match of the line from the first on, in one pass, until `shouldStop`, which is asked
+/// before each, says so. What was replaced before a failure or a stop stays replaced.
 ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replacement,
                                const std::function<bool()> &shouldStop, TDError &error);
 
@@ -42,8 +42,7 @@ public:
     explicit SavedMatchLine(const TDMatchLine &line)
         : _text(line.matchLineString()), _ranges(line.matchRanges()),
           _highlightedMatchIndex(line.highlightedMatchIndex())
-    {
-    }
+    {}
     void restore(TDMatchLine &line) const;
 
 private:

@@ -33,7 +33,8 @@ int PlanWriter::_appendOldContent(qint64 offset, qint64 length)
         const qsizetype used = _pending.size();
         const qsizetype wanted = qsizetype(qMin(length, qint64(WRITE_BLOCK)));
         _pending.resize(used + wanted);
-        const ssize_t count = FileSystemCalls::current().pread(_oldContent, _pending.data() + used, size_t(wanted), offset);
+        const ssize_t count =
+            FileSystemCalls::current().pread(_oldContent, _pending.data() + used, size_t(wanted), offset);
         _pending.truncate(used + qMax(ssize_t(0), count));
         if (count < 0)
             return errno;

@@ -15,7 +15,8 @@ qint64 countLines(QStringView text)
 {
     qint64 count = 0;
     for (qsizetype index = 0; index < text.size(); ++index) {
-        const bool endsLine = text[index] == u'\n' || (text[index] == u'\r' && text.mid(index + 1, 1) != u"\n");
+        const bool endsLine =
+            text[index] == u'\n' || (text[index] == u'\r' && text.mid(index + 1, 1) != u"\n");
         if (endsLine || index + 1 == text.size())
             ++count;
     }
@@ -28,8 +29,8 @@ void forgetSavedLines(const MatchLines &lines)
         line->setSavedLineString(QStringLiteral(""));
 }
 
-/// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into a
-/// line, or emptied one, the numbers of the lines behind it follow the file.
+/// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into
+/// a line, or emptied one, the numbers of the lines behind it follow the file.
 void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
 {
     QSet<const TDMatchLine *> saved;
@@ -44,8 +45,8 @@ void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
         }
         if (!saved.contains(line.get()) || line->savedLineString() == line->matchLineString())
             continue;
-        // Behind a lone CR such a line has become part of the one before, and where the later ones stand can't be
-        // told from here: a text that no line has makes the next rewrite refuse them.
+        // Behind a lone CR such a line has become part of the one before, and where the later ones stand
+        // can't be told from here: a text that no line has makes the next rewrite refuse them.
         isUncertain = isUncertain || (line->lineNumber() > 1 && line->matchLineString().startsWith(u'\n') &&
                                       !line->savedLineString().startsWith(u'\n'));
         if (!line->savedLineString().isNull())

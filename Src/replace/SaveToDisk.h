@@ -12,8 +12,8 @@ namespace tidemark {
 /// transient.
 using IsFileInSearchLocations = std::function<bool(const FilePath &path)>;
 
-/// Writes a file node's match lines to its file and takes over the file's new date. A node without match lines
-/// is left alone and counts as saved. False with the error of the rewrite.
+/// Writes a file node's match lines to its file and takes over the file's new date. A node without match
+/// lines is left alone and counts as saved. False with the error of the rewrite.
 bool saveToDiskFindResultItem(TDFindResultItem &file, const IsFileInSearchLocations &isFileInSearchLocations,
                               TDError &error);
 

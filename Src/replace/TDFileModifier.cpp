@@ -90,8 +90,9 @@ std::unique_ptr<TDFileModifier> TDFileModifier::fileModifierWithFile(
     return modifier;
 }
 
-bool TDFileModifier::_rewrite(std::optional<FileDate> date, const MatchLines &matchLines, StringEncoding encoding,
-                              bool hadByteOrderMarker, bool transientBackupFile, TDError &error)
+bool TDFileModifier::_rewrite(std::optional<FileDate> date, const MatchLines &matchLines,
+                              StringEncoding encoding, bool hadByteOrderMarker, bool transientBackupFile,
+                              TDError &error)
 {
     if (!fileExistsAtPath(_path, error) || !fileIsWritableAtPath(_path, error))
         return false;
@@ -114,8 +115,8 @@ std::optional<FilePath> TDFileModifier::_makeBackup(bool transientBackupFile, TD
 }
 
 bool TDFileModifier::_writeWithBackup(const FilePath &backup, std::optional<FileDate> date,
-                                      const MatchLines &matchLines, StringEncoding encoding, bool hadByteOrderMarker,
-                                      TDError &error)
+                                      const MatchLines &matchLines, StringEncoding encoding,
+                                      bool hadByteOrderMarker, TDError &error)
 {
     RewritePlan plan;
     StringEncoding writtenEncoding = encoding;

@@ -13,24 +13,24 @@ namespace tidemark {
 
 class RewritePlan;
 
-/// Rewrites one file in place. The file keeps its identity: links to it, owner, mode and attributes stay, as its
-/// content is replaced and nothing else. All of it runs on the main thread.
+/// Rewrites one file in place. The file keeps its identity: links to it, owner, mode and attributes stay, as
+/// its content is replaced and nothing else. All of it runs on the main thread.
 class TDFileModifier
 {
 public:
     /// Puts the match lines in place of the lines with their numbers; every other byte stays as it was.
     ///
-    /// Refused, with the file untouched and no backup left, when the file is missing (28), not writable (35), not
-    /// of exactly the given date (29, 30), when no backup can be made (25 to 27), or when the new content can't be
-    /// produced without losing a byte (4, or the reader's error). From then on the backup holds the old content
-    /// whatever happens (31 to 34). A backup that isn't to be kept is deleted last of all, when the new content is
-    /// on the disk; when that fails the rewrite counts as failed (27) although the new content is in place.
+    /// Refused, with the file untouched and no backup left, when the file is missing (28), not writable (35),
+    /// not of exactly the given date (29, 30), when no backup can be made (25 to 27), or when the new content
+    /// can't be produced without losing a byte (4, or the reader's error). From then on the backup holds the
+    /// old content whatever happens (31 to 34). A backup that isn't to be kept is deleted last of all, when
+    /// the new content is on the disk; when that fails the rewrite counts as failed (27) although the new
+    /// content is in place.
     ///
-    /// `encoding` is what the reader is given, normally the request to detect it. A transient backup goes to the
-    /// temporary folder and is always deleted; otherwise it lies beside the file and is kept, if the settings say
-    /// so, at the first rewrite of a file in this run of the program.
-    /// While a DeferredBackups exists, flushing and deleting are left to it.
-    /// Returns nothing, with the error set, on any failure.
+    /// `encoding` is what the reader is given, normally the request to detect it. A transient backup goes to
+    /// the temporary folder and is always deleted; otherwise it lies beside the file and is kept, if the
+    /// settings say so, at the first rewrite of a file in this run of the program. While a DeferredBackups
+    /// exists, flushing and deleting are left to it. Returns nothing, with the error set, on any failure.
     static std::unique_ptr<TDFileModifier>
     fileModifierWithFile(const FilePath &path, std::optional<FileDate> originalFileModificationDate,
                          const MatchLines &matchLines, StringEncoding encoding, bool hadByteOrderMarker,
@@ -43,12 +43,14 @@ public:
     static bool fileExistsAtPath(const FilePath &path, TDError &error);
     static bool fileIsWritableAtPath(const FilePath &path, TDError &error);
     /// Nothing when the date can't be read.
-    static std::optional<bool> fileModifiedSince(std::optional<FileDate> date, const FilePath &path, TDError &error);
+    static std::optional<bool> fileModifiedSince(std::optional<FileDate> date, const FilePath &path,
+                                                 TDError &error);
     /// The name of an empty file that didn't exist before.
     static std::optional<FilePath> createEmptyBackupFile(const FilePath &path, bool transientBackupFile,
                                                          TDError &error);
     static bool deleteTemporaryBackupFile(const FilePath &backupPath, TDError &error);
-    static bool copyOriginalFileToBackupLocation(const FilePath &path, const FilePath &backupPath, TDError &error);
+    static bool copyOriginalFileToBackupLocation(const FilePath &path, const FilePath &backupPath,
+                                                 TDError &error);
     static bool truncateFile(const FilePath &path, const FilePath &backupPath, TDError &error);
 
     /// The files rewritten by this process, with links resolved.
@@ -62,7 +64,8 @@ private:
     std::optional<FilePath> _makeBackup(bool transientBackupFile, TDError &error);
     bool _writeWithBackup(const FilePath &backup, std::optional<FileDate> date, const MatchLines &matchLines,
                           StringEncoding encoding, bool hadByteOrderMarker, TDError &error);
-    bool _replaceContent(const RewritePlan &plan, const FilePath &backup, StringEncoding encoding, TDError &error);
+    bool _replaceContent(const RewritePlan &plan, const FilePath &backup, StringEncoding encoding,
+                         TDError &error);
     bool _finish(const FilePath &backup, bool transientBackupFile, TDError &error);
 
     FilePath _path;

@@ -37,8 +37,8 @@ bool TDReplaceEngine::performReplaceWithSave(Save save, TDFindResultItem &item, 
         return false;
 
     TDFindResultItem &file = *item.parent();
-    const bool failed =
-        save == Save::Yes && !saveLinesToDisk(file, {item.sharedMatchLine()}, request.isFileInSearchLocations, error);
+    const bool failed = save == Save::Yes && !saveLinesToDisk(file, {item.sharedMatchLine()},
+                                                              request.isFileInSearchLocations, error);
     if (failed)
         before.restore(line);
     const bool standsOnNextMatch = !failed && applied->newLength == 0 && removeEmptiedMatch(line, index);

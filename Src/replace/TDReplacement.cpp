@@ -17,7 +17,8 @@ TDError replaceError(ExpressionFault fault)
         localizedString("Sorry, a problem occured whilst attempting to replace using the find text regular "
                         "expression and replace text format string."),
         fault == ExpressionFault::Malformed
-            ? localizedString("The find text regular expression and/or replace text format string are malformed.")
+            ? localizedString(
+                  "The find text regular expression and/or replace text format string are malformed.")
             : localizedString("The find text regular expression and/or replace text format string caused an "
                               "internal error."),
         recoverySuggestionForFormat(fault));
@@ -34,12 +35,13 @@ struct TDReplacement::Expression
     Expression(const QString &findText, const QString &replaceText, CaseRule caseRule)
         : format(generalizedUtf8(replaceText).toStdString())
     {
-        fault = expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
+        fault =
+            expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
     }
 };
 
-TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, SearchMode mode, CaseRule caseRule,
-                             ReplacementExtent extent)
+TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, SearchMode mode,
+                             CaseRule caseRule, ReplacementExtent extent)
     : _replaceText(replaceText), _mode(mode), _extent(extent)
 {
     if (mode == SearchMode::RegularExpression)
@@ -56,7 +58,8 @@ TDReplacement TDReplacement::withUserDefaults(const QString &findText, const QSt
     return TDReplacement(findText, replaceText,
                          settings.boolFor(BooleanSetting::RegularExpression) ? SearchMode::RegularExpression
                                                                              : SearchMode::PlainText,
-                         settings.boolFor(BooleanSetting::IgnoreCase) ? CaseRule::Ignore : CaseRule::Exact, extent);
+                         settings.boolFor(BooleanSetting::IgnoreCase) ? CaseRule::Ignore : CaseRule::Exact,
+                         extent);
 }
 
 std::optional<QString> TDReplacement::replacementForMatchedText(QStringView matchedText, TDError &error) const

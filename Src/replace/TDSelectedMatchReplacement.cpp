@@ -16,12 +16,10 @@ constexpr qsizetype LONGEST_FILE_LIST = 1001;
 TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &request,
                                                        const std::atomic<bool> &stopReplace,
                                                        BetweenFiles betweenFiles)
-    : _request(request),
-      _replacement(TDReplacement::withUserDefaults(request.findText, request.replaceText,
-                                                   ReplacementExtent::EveryOccurrence)),
+    : _request(request), _replacement(TDReplacement::withUserDefaults(request.findText, request.replaceText,
+                                                                      ReplacementExtent::EveryOccurrence)),
       _stopReplace(stopReplace), _betweenFiles(std::move(betweenFiles))
-{
-}
+{}
 
 TDSelectedMatchReplacement::Outcome
 TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &selectedObjects)
@@ -64,8 +62,8 @@ bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResu
     TDMatchLine &line = *item->matchLine();
     _changedItems << item;
     _savedLines << SavedMatchLine(line);
-    const ReplacedMatches done =
-        replaceMatches(line, _replacement, [this] { return _stopReplace.load(); }, _outcome.error);
+    const ReplacedMatches done = replaceMatches(
+        line, _replacement, [this] { return _stopReplace.load(); }, _outcome.error);
     if (done.count > 0)
         _lastReplacementLength = done.lastLength;
     _replacementsInFile += quint64(done.count);
@@ -137,10 +135,12 @@ TDError TDSelectedMatchReplacement::failedFilesError(const QList<FilePath> &fail
     }
     return TDError::initalizePresentErrorWithCode(
         TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_NOT_WRITABLE_ERROR,
-        localizedString("Sorry, it was not possible to update the following files due to file permissions or locks:"),
+        localizedString(
+            "Sorry, it was not possible to update the following files due to file permissions or locks:"),
         names,
-        localizedString("Review the permissions, ownership and lock status of the above files and peform the search "
-                        "and replace again."));
+        localizedString(
+            "Review the permissions, ownership and lock status of the above files and peform the search "
+            "and replace again."));
 }
 
 } // namespace tidemark

@@ -34,9 +34,9 @@ public:
     TDSelectedMatchReplacement(const ReplaceRequest &request, const std::atomic<bool> &stopReplace,
                                BetweenFiles betweenFiles = {});
 
-    /// The selected nodes in selection order; only match lines among them are replaced in. The list isn't looked
-    /// at any more after a stop or a faulty expression: the lines of the file in hand then stay changed in memory
-    /// only.
+    /// The selected nodes in selection order; only match lines among them are replaced in. The list isn't
+    /// looked at any more after a stop or a faulty expression: the lines of the file in hand then stay
+    /// changed in memory only.
     Outcome replaceSelectedMatches(const FindResultItems &selectedObjects);
 
     /// The error that lists files which couldn't be updated.

@@ -38,8 +38,9 @@ SharedFolder::~SharedFolder()
 
 SearchPipeline::SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
                                SearchFile searchFile, std::function<void(const SearchJob &)> deliver)
-    : _pattern(pattern), _shouldStop(shouldStop), _searchFile(std::move(searchFile)), _deliver(std::move(deliver)),
-      _filling(std::make_shared<Batch>()), _ownContext(std::make_unique<SearchContext>(pattern))
+    : _pattern(pattern), _shouldStop(shouldStop), _searchFile(std::move(searchFile)),
+      _deliver(std::move(deliver)), _filling(std::make_shared<Batch>()),
+      _ownContext(std::make_unique<SearchContext>(pattern))
 {
     for (int worker = 1; worker < threads; ++worker)
         _workers.emplace_back([this] { _work(); });
@@ -123,7 +124,8 @@ void SearchPipeline::finish()
     _deliverUntil(0);
 }
 
-/// Delivers every batch that is done from the front on; while more than so many are outstanding, works or waits.
+/// Delivers every batch that is done from the front on; while more than so many are outstanding, works or
+/// waits.
 void SearchPipeline::_deliverUntil(size_t mostOutstanding)
 {
     std::unique_lock lock(_mutex);

@@ -2,8 +2,8 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
-#include "matching/TDFindResultItem.h"
 #include "matching/TDFindPattern.h"
+#include "matching/TDFindResultItem.h"
 #include "reading/FileToRead.h"
 
 #include <atomic>
@@ -47,18 +47,18 @@ struct SearchJob
 };
 
 /// Searches one file; on the search's own thread or on a worker.
-using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(const FileToRead &file, SearchContext &context,
-                                                                   TDError &error)>;
+using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(const FileToRead &file,
+                                                                   SearchContext &context, TDError &error)>;
 
-/// Searches files on several threads, ahead of the thread that owns it but within a bounded window, and hands the
-/// outcomes out on that thread, in the order in which the files were added. That thread takes part in the work
-/// whenever it would have to wait.
+/// Searches files on several threads, ahead of the thread that owns it but within a bounded window, and hands
+/// the outcomes out on that thread, in the order in which the files were added. That thread takes part in the
+/// work whenever it would have to wait.
 class SearchPipeline
 {
 public:
     /// `threads` counts the owner's; at least 1. The pattern and the flag must outlive the pipeline.
-    SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop, SearchFile searchFile,
-                   std::function<void(const SearchJob &)> deliver);
+    SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
+                   SearchFile searchFile, std::function<void(const SearchJob &)> deliver);
     /// Abandons what isn't delivered and joins the workers.
     ~SearchPipeline();
     SearchPipeline(const SearchPipeline &) = delete;

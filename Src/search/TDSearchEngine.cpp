@@ -77,7 +77,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
 
 void TDSearchEngine::_prepareThreads()
 {
-    const int threads = _threadCount > 0 ? _threadCount : int(std::max(1U, std::thread::hardware_concurrency()));
+    const int threads =
+        _threadCount > 0 ? _threadCount : int(std::max(1U, std::thread::hardware_concurrency()));
     if (threads == 1) {
         _context = std::make_unique<SearchContext>(*_pattern);
         return;
@@ -127,7 +128,8 @@ void TDSearchEngine::didFindFileInFolder(int folderDescriptor, const char *name,
     SearchJob job;
     job.file.path = path;
     job.scannedCount = scannedCount;
-    job.folder = _sharedFolder(folderDescriptor, QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name))));
+    job.folder =
+        _sharedFolder(folderDescriptor, QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name))));
     if (job.folder) {
         job.file.folderDescriptor = job.folder->descriptor();
         job.file.name = name;
@@ -162,7 +164,8 @@ void TDSearchEngine::didFailToReadFolder(const FilePath &path, int errorNumber)
     job.file.path = path;
     job.folderErrorNumber = errorNumber;
     job.error = TDFileReader::openError(path, errorNumber);
-    job.result = TDFindResultItem::initWithFailedFile(path, TDFileCommon::fileModificationDate(path), job.error);
+    job.result =
+        TDFindResultItem::initWithFailedFile(path, TDFileCommon::fileModificationDate(path), job.error);
     _take(std::move(job));
 }
 
@@ -212,7 +215,8 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
 {
     auto highlighter = std::make_shared<TDMatchLineHighlighter>();
     highlighter->setSearchShouldStop(&_shouldStopSearch);
-    const bool searched = highlighter->processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context);
+    const bool searched =
+        highlighter->processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context);
     // The highlighter outlives the search, as it owns the match lines.
     highlighter->setSearchShouldStop(nullptr);
     if (!searched) {

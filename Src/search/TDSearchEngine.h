@@ -2,8 +2,8 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
-#include "matching/TDFindResultItem.h"
 #include "matching/SearchContext.h"
+#include "matching/TDFindResultItem.h"
 #include "search/SearchPipeline.h"
 #include "search/TDSearchLocation.h"
 #include "search/VKFolderTraverser.h"
@@ -23,8 +23,8 @@ class TDSearchEngineDelegate
 public:
     virtual ~TDSearchEngineDelegate() = default;
 
-    /// Once for each file, before what was found in it: the traverser's count of files, and the engine's counts so
-    /// far.
+    /// Once for each file, before what was found in it: the traverser's count of files, and the engine's
+    /// counts so far.
     virtual void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
                              quint64 matchCount);
     /// A file node with its match lines, after it was counted; or one whose child is an error, which isn't.
@@ -76,8 +76,8 @@ public:
 private:
     void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
                      qint64 sizeOnDisk) override;
-    void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path, quint64 scannedCount,
-                             int level, qint64 size, qint64 sizeOnDisk) override;
+    void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
+                             quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
     void traversalFinished() override;
     void traversalStopped() override;
@@ -86,7 +86,8 @@ private:
     std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
     void _prepareThreads();
     CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
-    std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context, TDError &error);
+    std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context,
+                                                  TDError &error);
     void _take(SearchJob job);
     void _announce(const SearchJob &job);
     void _deliver(const SearchJob &job);

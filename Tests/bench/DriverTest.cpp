@@ -42,11 +42,13 @@ TEST(Driver, ListsLinesAndErrorsInTheOrderOfTheWalk)
     const QByteArray root = folder.path().bytes();
     const DriverRun found = run("--find foo --list --errors --quiet " + root);
     EXPECT_EQ(found.exitStatus, 0);
-    EXPECT_EQ(found.output, root + "/a/c.txt:1:5+3\n" + root + "/a/d\xFF.txt:1:0+3\n" + root + "/b.txt:2:0+3,5+3\n" +
-                                root + "/e.txt: error 4: The chosen character encoding ‘Unicode (UTF-8)’ is unable to "
-                                       "read the contents of the file. Check in Preferences that the default character "
-                                       "encoding is appropriate for this file.\n");
-    EXPECT_EQ(run("--find foo --list --quiet --no-subfolders --case-sensitive " + root).output, root + "/b.txt:2:0+3\n");
+    EXPECT_EQ(found.output,
+              root + "/a/c.txt:1:5+3\n" + root + "/a/d\xFF.txt:1:0+3\n" + root + "/b.txt:2:0+3,5+3\n" + root +
+                  "/e.txt: error 4: The chosen character encoding ‘Unicode (UTF-8)’ is unable to "
+                  "read the contents of the file. Check in Preferences that the default character "
+                  "encoding is appropriate for this file.\n");
+    EXPECT_EQ(run("--find foo --list --quiet --no-subfolders --case-sensitive " + root).output,
+              root + "/b.txt:2:0+3\n");
     EXPECT_EQ(run("--find foo --list --quiet --kind 'B.*' " + root).output, root + "/b.txt:2:0+3,5+3\n");
 }
 
@@ -55,11 +57,17 @@ TEST(Driver, ReplacesAndCounts)
     const TemporaryFolder folder;
     folder.write("a.txt", "key=value\r\nother\r\nk=v");
     folder.write("b.txt", "nothing");
-    const DriverRun done = run("--find '(\\w+)=(\\w+)' --regex --replace '$2=$1' --no-backup --json " + folder.path().bytes());
+    const DriverRun done =
+        run("--find '(\\w+)=(\\w+)' --regex --replace '$2=$1' --no-backup --json " + folder.path().bytes());
     EXPECT_EQ(done.exitStatus, 0);
     const QJsonObject counts = QJsonDocument::fromJson(done.output).object();
-    for (const auto &[name, expected] : {std::pair{"files", 2}, {"filesWithMatches", 1}, {"matches", 2}, {"errors", 0},
-                                         {"filesRewritten", 1}, {"replacements", 2}, {"filesFailed", 0}})
+    for (const auto &[name, expected] : {std::pair{"files", 2},
+                                         {"filesWithMatches", 1},
+                                         {"matches", 2},
+                                         {"errors", 0},
+                                         {"filesRewritten", 1},
+                                         {"replacements", 2},
+                                         {"filesFailed", 0}})
         EXPECT_EQ(counts.value(QLatin1String(name)).toInt(-1), expected) << name;
     EXPECT_EQ(folder.read("a.txt"), "value=key\r\nother\r\nv=k");
     EXPECT_EQ(folder.names(), QList<QByteArray>({"a.txt", "b.txt"}));
@@ -71,8 +79,9 @@ TEST(Driver, TellsMalformedExpressionsAndWrongUsageByItsExitStatus)
     folder.write("a.txt", "text");
     const DriverRun malformed = run("--find '(' --regex " + folder.path().bytes());
     EXPECT_EQ(malformed.exitStatus, 1);
-    EXPECT_TRUE(malformed.output.contains("The find text regular expression is malformed.")) << malformed.output.constData();
-    for (const char *arguments : {"", "--find", "--find x", "--find x --threads 0 /tmp", "--find x --unknown /tmp",
-                                  "--find x --encoding no-such-name /tmp"})
+    EXPECT_TRUE(malformed.output.contains("The find text regular expression is malformed."))
+        << malformed.output.constData();
+    for (const char *arguments : {"", "--find", "--find x", "--find x --threads 0 /tmp",
+                                  "--find x --unknown /tmp", "--find x --encoding no-such-name /tmp"})
         EXPECT_EQ(run(arguments).exitStatus, 2) << arguments;
 }

@@ -21,7 +21,8 @@ QByteArray described(const TDMatchLineHighlighter &highlighter, bool searched, c
         return "error " + QByteArray::number(error.code()) + ' ' + error.localizedFailureReason().toUtf8();
     QByteArray text = highlighter.includesBOM() ? "mark" : "no mark";
     for (const auto &line : highlighter.matchLines()) {
-        text += '\n' + QByteArray::number(line->lineNumber()) + ' ' + generalizedUtf8(line->matchLineString()).toHex();
+        text += '\n' + QByteArray::number(line->lineNumber()) + ' ' +
+                generalizedUtf8(line->matchLineString()).toHex();
         for (const TextRange &range : line->matchRanges())
             text += ' ' + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
     }
@@ -40,8 +41,8 @@ QByteArray byBlocks(const FilePath &path, SearchContext &context)
 {
     TDMatchLineHighlighter highlighter;
     TDError error;
-    const bool searched =
-        highlighter.processWithFile(FileToRead{path, -1, {}}, TD_FILE_COMMON_UNKNOWN_ENCODING, error, context);
+    const bool searched = highlighter.processWithFile(FileToRead{path, -1, {}},
+                                                      TD_FILE_COMMON_UNKNOWN_ENCODING, error, context);
     return described(highlighter, searched, error);
 }
 
@@ -53,8 +54,14 @@ public:
 
     QByteArray make()
     {
-        static const QList<QByteArray> MARKS = {"", "", "", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF",
-                                                QByteArray("\xFF\xFE\0\0", 4), QByteArray("\0\0\xFE\xFF", 4)};
+        static const QList<QByteArray> MARKS = {"",
+                                                "",
+                                                "",
+                                                "\xEF\xBB\xBF",
+                                                "\xFF\xFE",
+                                                "\xFE\xFF",
+                                                QByteArray("\xFF\xFE\0\0", 4),
+                                                QByteArray("\0\0\xFE\xFF", 4)};
         const qsizetype kind = _below(int(MARKS.size()));
         const int pieces = _below(4) == 0 ? _below(6) : _below(400);
         QString text;
@@ -70,10 +77,12 @@ private:
     QString _piece()
     {
         static const QStringList PIECES = {
-            QStringLiteral("tide"),    QStringLiteral("Tide "),      QStringLiteral("\n"),  QStringLiteral("\r"),
-            QStringLiteral("\r\n"),    QStringLiteral("\n\n"),       QStringLiteral("é"),   QStringLiteral("Прилив "),
-            QStringLiteral("ab "),     QStringLiteral("\u2028"),     QStringLiteral("\t"),  QStringLiteral("t\u0131de"),
-            QStringLiteral("😀tide"), QStringLiteral("tide\u0301"), QStringLiteral("x1 "), QStringLiteral("\f")};
+            QStringLiteral("tide"),   QStringLiteral("Tide "),      QStringLiteral("\n"),
+            QStringLiteral("\r"),     QStringLiteral("\r\n"),       QStringLiteral("\n\n"),
+            QStringLiteral("é"),      QStringLiteral("Прилив "),    QStringLiteral("ab "),
+            QStringLiteral("\u2028"), QStringLiteral("\t"),         QStringLiteral("t\u0131de"),
+            QStringLiteral("😀tide"),  QStringLiteral("tide\u0301"), QStringLiteral("x1 "),
+            QStringLiteral("\f")};
         if (_below(3000) == 0)
             return QString(24990 + _below(20), u'y');
         if (_below(2000) == 0)
@@ -116,11 +125,12 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
         QString findText;
         bool isExpression;
     };
-    const QList<Query> queries = {
-        {QStringLiteral("tide"), false},    {QStringLiteral("é"), false},       {QStringLiteral("ПРИЛИВ"), false},
-        {QStringLiteral("t[i1]de?"), true}, {QStringLiteral("^x1|e $"), true},  {QStringLiteral("\\bab\\b"), true},
-        {QStringLiteral("y*"), true},       {QStringLiteral("(.)\\1"), true},   {QStringLiteral("e"), false},
-        {QStringLiteral("("), true},        {QStringLiteral("[^ -~]+"), true},  {QStringLiteral(""), false}};
+    const QList<Query> queries = {{QStringLiteral("tide"), false},   {QStringLiteral("é"), false},
+                                  {QStringLiteral("ПРИЛИВ"), false}, {QStringLiteral("t[i1]de?"), true},
+                                  {QStringLiteral("^x1|e $"), true}, {QStringLiteral("\\bab\\b"), true},
+                                  {QStringLiteral("y*"), true},      {QStringLiteral("(.)\\1"), true},
+                                  {QStringLiteral("e"), false},      {QStringLiteral("("), true},
+                                  {QStringLiteral("[^ -~]+"), true}, {QStringLiteral(""), false}};
     for (const Query &query : queries) {
         _setMode(query.isExpression);
         const TDFindPattern pattern(query.findText, CaseRule::Ignore);
@@ -145,7 +155,8 @@ TEST_F(BlockSearch, KeepsLinesWholeAcrossBlocks)
                 QByteArray content;
                 while (content.size() < border - 200)
                     content += QByteArray("a line of some text") + lineEnd;
-                content += QByteArray(border + shift - content.size() - 8, 'x') + " no tide" + lineEnd + "tide" + lineEnd;
+                content += QByteArray(border + shift - content.size() - 8, 'x') + " no tide" + lineEnd +
+                           "tide" + lineEnd;
                 content += QByteArray("more tide") + lineEnd + "end of tide";
                 const FilePath path = folder.write("file", content);
                 ASSERT_EQ(byLines(path, pattern), byBlocks(path, context)) << border << ' ' << shift;
@@ -158,7 +169,9 @@ TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
 {
     const TDFindPattern pattern(QStringLiteral("größe"), CaseRule::Ignore);
     SearchContext context(pattern);
-    const QByteArray latin = "GR\xD6\xDF" "E und gr\xF6\xDF" "e\nnichts\n";
+    const QByteArray latin = "GR\xD6\xDF"
+                             "E und gr\xF6\xDF"
+                             "e\nnichts\n";
     const QList<QByteArray> contents = {
         "<?xml version='1.0' encoding='iso-8859-1'?>\n" + latin,
         "<html><META http-equiv=x content='text/html; charset=windows-1252'>\r\n" + latin,
@@ -200,7 +213,8 @@ TEST(ByteScan, NeverOverlooksALongLine)
         for (qsizetype start = 0; start < bytes.size();) {
             const qsizetype end = indexOfLineEnd(QByteArrayView(bytes).sliced(start));
             qsizetype length = end < 0 ? bytes.size() - start : end + 1;
-            if (end >= 0 && bytes[start + end] == '\r' && start + length < bytes.size() && bytes[start + length] == '\n')
+            if (end >= 0 && bytes[start + end] == '\r' && start + length < bytes.size() &&
+                bytes[start + length] == '\n')
                 ++length;
             longest = qMax(longest, length);
             start += length;
@@ -214,8 +228,8 @@ TEST(ByteScan, NeverOverlooksALongLine)
 TEST(Utf8, AcceptsExactlyWhatDecodes)
 {
     std::mt19937 random(11);
-    static constexpr unsigned char BYTES[] = {'a', 'b', 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC1, 0xC2, 0xDF,
-                                              0xE0, 0xE1, 0xED, 0xEF, 0xF0, 0xF1, 0xF4, 0xF5, 0xFF};
+    static constexpr unsigned char BYTES[] = {'a',  'b',  0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC1, 0xC2,
+                                              0xDF, 0xE0, 0xE1, 0xED, 0xEF, 0xF0, 0xF1, 0xF4, 0xF5, 0xFF};
     for (int round = 0; round < 300000; ++round) {
         QByteArray bytes(qsizetype(random() % 3) * 40, 'x');
         const int size = 1 + int(random() % 5);

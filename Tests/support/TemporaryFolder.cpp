@@ -30,7 +30,8 @@ TemporaryFolder::~TemporaryFolder()
 FilePath TemporaryFolder::path() const
 {
     // Resolved, so that comparisons with resolved paths hold where the temporary folder is a link.
-    return FilePath(QByteArray::fromStdString(std::filesystem::canonical(_folder.path().toStdString()).native()));
+    return FilePath(
+        QByteArray::fromStdString(std::filesystem::canonical(_folder.path().toStdString()).native()));
 }
 
 FilePath TemporaryFolder::path(const QByteArray &name) const

@@ -4,8 +4,8 @@
 
 namespace tidemark::test {
 
-/// A limit that the program holds on an idle machine, in milliseconds. Tests share their machine with other tests
-/// and may be slowed down by sanitizers, so they get more; with TIDEMARK_STRICT_TIMES set they don't.
+/// A limit that the program holds on an idle machine, in milliseconds. Tests share their machine with other
+/// tests and may be slowed down by sanitizers, so they get more; with TIDEMARK_STRICT_TIMES set they don't.
 inline qint64 timeLimit(qint64 milliseconds)
 {
     if (qEnvironmentVariableIsSet("TIDEMARK_STRICT_TIMES"))
