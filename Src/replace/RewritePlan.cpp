@@ -1,6 +1,6 @@
 #include "replace/RewritePlan.h"
 
-#include "foundation/LocalizedText.h"
+#include "foundation/AsciiText.h"
 #include "replace/FileModifierErrors.h"
 
 #include <algorithm>
@@ -15,15 +15,9 @@ namespace {
 /// The reader may hand out other bytes than the file has only within its first four.
 constexpr qsizetype CHECKED_FIRST_BYTES = 4;
 
-/// Bytes below 0x80 need no decoding to be known as valid.
-bool isPlainAscii(QByteArrayView bytes)
-{
-    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) != 0; });
-}
-
 bool isValid(TextConverter &converter, QByteArrayView bytes)
 {
-    return (converter.shape() == EncodingShape::AsciiBytes && isPlainAscii(bytes)) ||
+    return (converter.shape() == EncodingShape::AsciiBytes && isAscii(bytes)) ||
            converter.decode(bytes).has_value();
 }
 

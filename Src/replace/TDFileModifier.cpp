@@ -17,7 +17,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace tidemark {
@@ -48,11 +47,6 @@ QByteArray backupTemplate(const FilePath &path, bool transientBackupFile)
     return FilePath::fromDisplayText(QDir::tempPath())
         .appendingPathComponent(path.lastPathComponent() + ".TDMBackup.XXXXXX")
         .bytes();
-}
-
-QString systemText(int errorNumber)
-{
-    return QString::fromStdString(std::generic_category().message(errorNumber));
 }
 
 /// A descriptor that is closed at the end, for paths on which closing can't lose anything.
@@ -168,7 +162,7 @@ bool TDFileModifier::_replaceContent(const RewritePlan &plan, const FilePath &ba
         errorNumber = errno;
     if (errorNumber == 0)
         return true;
-    error = writeError(_path, backup, systemText(errorNumber), {});
+    error = writeError(_path, backup, TDError::posixError(errorNumber).localizedFailureReason(), {});
     return false;
 }
 
