@@ -85,14 +85,5 @@ TEST(StyledTextTest, LaterRunsWinWhereTheyGiveAColour)
     EXPECT_FALSE(text.foregroundAt(3).has_value());
 }
 
-TEST(StyledTextTest, AHyperlinkCoversItsWholeTextInUnderlinedBlue)
-{
-    const QUrl url(u"https://example.com/a"_s);
-    const StyledText link = hyperlinkFromString(u"here"_s, url);
-    EXPECT_EQ(link.text, u"here"_s);
-    ASSERT_EQ(link.runs.size(), 1);
-    EXPECT_TRUE((link.runs.first() == StyledRun{{0, 4}, TD_COLOR_BLUE, {}, true, url}));
-}
-
 } // namespace
 } // namespace tidemark

@@ -44,17 +44,6 @@ QString looks(const StyledText &text)
     return letters;
 }
 
-TEST(TDMatchLineTest, StartsEmptyWithNothingHighlighted)
-{
-    const TDMatchLine line;
-    EXPECT_EQ(line.numberOfMatches(), 0U);
-    EXPECT_EQ(line.highlightedMatchIndex(), -1);
-    EXPECT_EQ(line.lineNumber(), 0);
-    EXPECT_FALSE(line.selected());
-    EXPECT_TRUE(line.matchLineString().isNull());
-    EXPECT_EQ(line.buildMatchLineAttributedString().text, u"0: "_s);
-}
-
 TEST(TDMatchLineTest, DisplayTextIsNumberAndLineWithControlsAsBullets)
 {
     const struct
@@ -99,17 +88,6 @@ TEST(TDMatchLineTest, MatchesAreColouredOverBaseAndNumber)
     EXPECT_EQ(text.font.family, u"Lucida Grande"_s);
     EXPECT_EQ(text.font.pointSize, 11);
     EXPECT_EQ(text.lineBreakMode, LineBreakMode::WrapByCharacter);
-}
-
-TEST(TDMatchLineTest, DisplayTextIsKeptUntilItIsDropped)
-{
-    TDMatchLine line = lineWith(1, u"a"_s, {{0, 1}});
-    EXPECT_EQ(line.matchLineAttributedString().text, u"1: a"_s);
-    line.setMatchLineString(u"b"_s);
-    line.offsetMatchRangesBy(1, 0);
-    EXPECT_EQ(line.matchLineAttributedString().text, u"1: a"_s);
-    line.updateMatchLineAttributeString();
-    EXPECT_EQ(line.matchLineAttributedString().text, u"1: b"_s);
 }
 
 TEST(TDMatchLineTest, OffsetMovesTheRangesFromAnIndexOn)

@@ -31,11 +31,6 @@ TEST(Kind, FactoryListIncludesTextOnly)
     EXPECT_EQ(included, QStringList{u"uti:public.text"_s});
 }
 
-TEST(Kind, NewKindIsAPatternThatIsNotIncluded)
-{
-    EXPECT_EQ(Kind::newKind(), (Kind{localizedString("IDS_Any"), u"public.item"_s, false}));
-}
-
 TEST(Kind, DescriptionStaysUnclosedAndLeavesPlaceholdersInValuesAlone)
 {
     EXPECT_EQ((Kind{u"100 %@"_s, u"*.%d"_s, true}).description(),
