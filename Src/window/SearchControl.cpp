@@ -52,9 +52,9 @@ void SearchControl::_beginSession()
     _searchEngine = std::make_shared<TDSearchEngine>();
     _searchEngine->setDelegate(_session);
     const bool ignoreCase = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_IGNORE_CASE);
-    _runOnThread({_document.findText(), _document.searchLocations(), !ignoreCase});
     _refreshTimer.start();
-    // The first refresh comes at once, but not before the caller has returned.
+    // The first refresh comes at once, but not before the caller has returned; it is queued
+    // before the search can queue anything, so it never shows what belongs to a later refresh.
     QMetaObject::invokeMethod(
         this,
         [this, session = _session] {
@@ -62,6 +62,7 @@ void SearchControl::_beginSession()
                 updateSearchResultsOutlineView();
         },
         Qt::QueuedConnection);
+    _runOnThread({_document.findText(), _document.searchLocations(), !ignoreCase});
 }
 
 void SearchControl::_runOnThread(const SearchRequest &request)

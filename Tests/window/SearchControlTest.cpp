@@ -35,7 +35,10 @@ TEST_F(SearchControlTest, FilesAreShownOneByOneUntilThe250thMatchLine)
     search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
         delegate.didFindMatchInFile(fileWithLines("/a", 249));
         // Only after the window has taken it does the search go on.
-        EXPECT_EQ(document.findResults().count(), 1);
+        qsizetype shown = 0;
+        QMetaObject::invokeMethod(
+            &document, [&] { shown = document.findResults().count(); }, Qt::BlockingQueuedConnection);
+        EXPECT_EQ(shown, 1);
         delegate.didFindMatchInFile(fileWithLines("/b", 1));
         delegate.didFindMatchInFile(fileWithLines("/c", 1));
         handedOver = true;
