@@ -321,5 +321,29 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Traditionelles Chinesisch (Big 5 HKSCS)</translation></message>
   <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainisch (KOI8-U)</translation></message>
   <message><source>Western (EBCDIC Latin 1)</source><translation>Westlich (EBCDIC Latin 1)</translation></message>
+  <message><source>… and %d more</source><translation>… und %d weitere</translation></message>
+  <message><source>%@
+    old content: %@
+</source><translation>%@
+    alter Inhalt: %@
+</translation></message>
+  <message><source>%@: %@
+    old content: %@
+</source><translation>%@: %@
+    alter Inhalt: %@
+</translation></message>
+  <message><source>The old content of some files could not be put back.</source><translation>Der alte Inhalt einiger Dateien konnte nicht wiederhergestellt werden.</translation></message>
+  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Ihre Sicherungskopien sind noch da, und Tidemark fragt beim nächsten Start wieder.</translation></message>
+  <message><source>Tidemark ended while it was rewriting files.</source><translation>Tidemark wurde beendet, während es Dateien umschrieb.</translation></message>
+  <message><source>These files may be written only in part:
+
+%@
+Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Diese Dateien sind vielleicht nur teilweise geschrieben:
+
+%@
+Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestellt werden? Wenn Sie die Dateien lassen, wie sie sind, bleiben die Sicherungskopien erhalten.</translation></message>
+  <message><source>Put Old Content Back</source><translation>Alten Inhalt wiederherstellen</translation></message>
+  <message><source>Keep Files As They Are</source><translation>Dateien so lassen</translation></message>
+  <message><source>Decide Later</source><translation>Später entscheiden</translation></message>
 </context>
 </TS>

@@ -321,5 +321,29 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Chinois traditionnel (Big 5 HKSCS)</translation></message>
   <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainien (KOI8-U)</translation></message>
   <message><source>Western (EBCDIC Latin 1)</source><translation>Occidental (EBCDIC Latin 1)</translation></message>
+  <message><source>… and %d more</source><translation>… et %d autres</translation></message>
+  <message><source>%@
+    old content: %@
+</source><translation>%@
+    ancien contenu : %@
+</translation></message>
+  <message><source>%@: %@
+    old content: %@
+</source><translation>%@ : %@
+    ancien contenu : %@
+</translation></message>
+  <message><source>The old content of some files could not be put back.</source><translation>L’ancien contenu de certains fichiers n’a pas pu être rétabli.</translation></message>
+  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Leurs copies de sauvegarde sont toujours là, et Tidemark reposera la question au prochain démarrage.</translation></message>
+  <message><source>Tidemark ended while it was rewriting files.</source><translation>Tidemark s’est arrêté pendant qu’il réécrivait des fichiers.</translation></message>
+  <message><source>These files may be written only in part:
+
+%@
+Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Ces fichiers ne sont peut-être écrits qu’en partie :
+
+%@
+Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le rétablir ? Si vous laissez les fichiers tels quels, les copies de sauvegarde sont conservées.</translation></message>
+  <message><source>Put Old Content Back</source><translation>Rétablir l’ancien contenu</translation></message>
+  <message><source>Keep Files As They Are</source><translation>Laisser les fichiers tels quels</translation></message>
+  <message><source>Decide Later</source><translation>Décider plus tard</translation></message>
 </context>
 </TS>

@@ -2,6 +2,7 @@
 
 #include "app/AboutWindow.h"
 #include "app/HelpWindow.h"
+#include "app/InterruptedRewritesQuestion.h"
 #include "app/MainMenu.h"
 #include "app/ResultsAccessibility.h"
 #include "app/TDPreferenceController.h"
@@ -86,6 +87,13 @@ void TDApplicationController::applicationDidFinishLaunching()
 {
     if (_documents.empty() && applicationShouldOpenUntitledFile())
         applicationOpenUntitledFile();
+}
+
+void TDApplicationController::askAboutInterruptedRewrites(const FilePath &folder)
+{
+    MyDocument *document = documents().value(0);
+    QWidget *window = document != nullptr ? document->myDocumentController()->window() : nullptr;
+    tidemark::askAboutInterruptedRewrites(window, std::make_unique<InterruptedRewrites>(folder));
 }
 
 bool TDApplicationController::applicationOpenUntitledFile()

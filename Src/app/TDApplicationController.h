@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/FilePath.h"
 #include "search/Kind.h"
 #include "window/ApplicationDelegate.h"
 
@@ -41,6 +42,9 @@ public:
     void registerUserDefaults();
     /// Opens an untitled document, unless there is one already.
     void applicationDidFinishLaunching();
+    /// Looks for files that an earlier run left partly written, and asks about them. `folder` is where the
+    /// records of rewrites are.
+    void askAboutInterruptedRewrites(const FilePath &folder);
     bool applicationShouldOpenUntitledFile() const { return true; }
     bool applicationOpenUntitledFile();
     /// Null for another type than that of search documents.

@@ -1,6 +1,7 @@
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
 #include "foundation/UserDefaults.h"
+#include "replace/RewriteRecord.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -19,8 +20,11 @@ int main(int argc, char **argv)
     installUserLanguage();
     UserDefaults::setStandard(UserDefaults::atPath(UserDefaults::userFilePath()));
 
+    const FilePath recordFolder = RewriteRecord::userFolder();
+    RewriteRecord rewriteRecord(recordFolder);
     TDApplicationController controller;
     controller.awakeFromNib();
     controller.applicationDidFinishLaunching();
+    controller.askAboutInterruptedRewrites(recordFolder);
     return QApplication::exec();
 }

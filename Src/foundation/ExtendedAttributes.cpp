@@ -35,6 +35,11 @@ int writeAttribute(const char *path, const char *name, const void *value, size_t
 {
     return setxattr(path, name, value, size, 0, 0);
 }
+
+int writeAttribute(int descriptor, const char *name, const void *value, size_t size)
+{
+    return fsetxattr(descriptor, name, value, size, 0, 0);
+}
 #else
 QByteArray attributeName(const char *key)
 {
@@ -54,6 +59,11 @@ ssize_t readAttribute(int descriptor, const char *name, void *value, size_t size
 int writeAttribute(const char *path, const char *name, const void *value, size_t size)
 {
     return setxattr(path, name, value, size, 0);
+}
+
+int writeAttribute(int descriptor, const char *name, const void *value, size_t size)
+{
+    return fsetxattr(descriptor, name, value, size, 0);
 }
 #endif
 
@@ -77,6 +87,15 @@ std::optional<QString> valueRead(Read read, const char *key)
     return longLength < 0 ? std::nullopt : textBeforeZero(QByteArrayView(value).first(longLength));
 }
 
+/// `file` is a path or a descriptor.
+template <typename File>
+bool valueWritten(File file, const char *key, const QString &value, int flag)
+{
+    const QByteArray bytes = value.toUtf8();
+    const size_t size = size_t(bytes.size()) + (flag == 1 ? 1 : 0);
+    return writeAttribute(file, attributeName(key).constData(), bytes.constData(), size) == 0;
+}
+
 } // namespace
 
 std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, const char *key)
@@ -96,9 +115,13 @@ std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, co
 bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value,
                                          int flag)
 {
-    const QByteArray bytes = value.toUtf8();
-    const size_t size = size_t(bytes.size()) + (flag == 1 ? 1 : 0);
-    return writeAttribute(path.cString(), attributeName(key).constData(), bytes.constData(), size) == 0;
+    return valueWritten(path.cString(), key, value, flag);
+}
+
+bool setDescriptorValueForExtendedAttributeKey(int descriptor, const char *key, const QString &value,
+                                               int flag)
+{
+    return valueWritten(descriptor, key, value, flag);
 }
 
 } // namespace tidemark

@@ -23,4 +23,8 @@ std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, co
 bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value,
                                          int flag);
 
+/// The same of an open file.
+bool setDescriptorValueForExtendedAttributeKey(int descriptor, const char *key, const QString &value,
+                                               int flag);
+
 } // namespace tidemark

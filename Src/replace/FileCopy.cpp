@@ -89,21 +89,39 @@ void copyDates(int to, const struct stat &status)
     (void)::futimens(to, dates);
 }
 
-int fillCopy(FileSystemCalls &calls, int source, int target)
+int fillCopy(FileSystemCalls &calls, int source, int target, Flush flush, FileState *copied)
 {
     struct stat status;
-    if (::fstat(source, &status) != 0 || calls.copyContent(source, target) != 0)
+    struct stat copyStatus;
+    if (::fstat(source, &status) != 0 || calls.copyContent(source, target) != 0 ||
+        ::fstat(target, &copyStatus) != 0)
         return errno;
+    // Some special files have more content than they say.
+    if (copyStatus.st_size < status.st_size)
+        return EIO;
+    if (copied != nullptr)
+        *copied = FileState::fromStatus(status);
     // Rights first: a change of owner would take some attributes away again.
     const bool sameGroup = copyRights(target, status);
     copyAttributes(source, target, sameGroup);
     copyDates(target, status);
-    return 0;
+    return flush == Flush::Yes && calls.sync(target) != 0 ? errno : 0;
 }
 
 } // namespace
 
-int copyFile(const FilePath &from, const FilePath &to)
+FileState FileState::fromStatus(const struct stat &status)
+{
+    return {status.st_dev, status.st_ino, status.st_size, FileDate::fromStatus(status)};
+}
+
+void copyAttributesAndDates(int from, int to, const struct stat &status)
+{
+    copyAttributes(from, to, false);
+    copyDates(to, status);
+}
+
+int copyFile(const FilePath &from, const FilePath &to, Flush flush, FileState *copied)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     const int source = calls.open(from.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
@@ -116,12 +134,23 @@ int copyFile(const FilePath &from, const FilePath &to)
         (void)calls.close(source);
         return error;
     }
-    int error = fillCopy(calls, source, target);
+    int error = fillCopy(calls, source, target, flush, copied);
     (void)calls.close(source);
     if (calls.close(target) != 0 && error == 0)
         error = errno;
     if (error != 0)
         (void)calls.remove(to.cString());
+    return error;
+}
+
+int flushFolder(const FilePath &folder)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    const int descriptor = calls.open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (descriptor < 0)
+        return errno;
+    const int error = calls.sync(descriptor) != 0 && errno != EINVAL ? errno : 0;
+    (void)calls.close(descriptor);
     return error;
 }
 

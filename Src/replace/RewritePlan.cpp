@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <numeric>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,12 +31,11 @@ std::optional<QByteArray> exactBytes(TextConverter &converter, const QString &te
     return bytes;
 }
 
-/// Whether it does no harm that the file has no line with the match line's number. A last line that was
+/// Whether it does no harm that the file has no line with the change's number. A last line that was
 /// emptied is none any more.
-bool canBeLeftOut(const std::shared_ptr<TDMatchLine> &line)
+bool canBeLeftOut(const LineChange &change)
 {
-    return line->savedLineString().isNull() ||
-           (line->savedLineString().isEmpty() && line->matchLineString().isEmpty());
+    return change.oldText.isNull() || (change.oldText.isEmpty() && change.newText.isEmpty());
 }
 
 } // namespace
@@ -58,11 +58,23 @@ QByteArray byteOrderMarkOfEncoding(StringEncoding encoding)
     }
 }
 
-/// The match lines that stand for the same line of the file.
+LineChanges lineChangesOf(const MatchLines &matchLines)
+{
+    LineChanges changes;
+    changes.reserve(size_t(matchLines.size()));
+    for (const auto &line : matchLines)
+        changes.push_back({line->lineNumber(), line->savedLineString(), line->matchLineString()});
+    std::stable_sort(changes.begin(), changes.end(), [](const LineChange &left, const LineChange &right) {
+        return left.lineNumber < right.lineNumber;
+    });
+    return changes;
+}
+
+/// The changes of the same line of the file.
 struct RewritePlan::Place
 {
-    MatchLines::const_iterator first;
-    MatchLines::const_iterator last; ///< behind the last one
+    LineChanges::const_iterator first;
+    LineChanges::const_iterator last; ///< behind the last one
 };
 
 void RewritePlan::_keep(qint64 length)
@@ -83,7 +95,13 @@ void RewritePlan::_put(const QByteArray &bytes)
     _segments.back().length = _segments.back().newBytes.size();
 }
 
-bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines,
+qint64 RewritePlan::newSize() const
+{
+    return std::accumulate(_segments.begin(), _segments.end(), qint64(0),
+                           [](qint64 sum, const Segment &segment) { return sum + segment.length; });
+}
+
+bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const LineChanges &changes,
                         bool hadByteOrderMarker, TDError &error)
 {
     _path = path;
@@ -94,11 +112,7 @@ bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const MatchL
         return false;
     }
     _keep(mark.size());
-    MatchLines inOrder = matchLines;
-    std::stable_sort(inOrder.begin(), inOrder.end(), [](const auto &left, const auto &right) {
-        return left->lineNumber() < right->lineNumber();
-    });
-    if (!_addLines(reader, inOrder, error))
+    if (!_addLines(reader, changes, error))
         return false;
     if (!_accountsForEveryByte(reader.path(), mark)) {
         error = TDFileReader::encodingError(reader.stringEncoding());
@@ -118,19 +132,19 @@ std::optional<LineBytes> RewritePlan::_nextLine(TDFileReader &reader, TDError &e
     return line;
 }
 
-bool RewritePlan::_addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error)
+bool RewritePlan::_addLines(TDFileReader &reader, const LineChanges &changes, TDError &error)
 {
-    auto next = matchLines.cbegin();
+    auto next = changes.cbegin();
     bool hasEveryLine = true;
     while (const std::optional<LineBytes> line = _nextLine(reader, error)) {
-        for (; next != matchLines.cend() && (*next)->lineNumber() < _lineNumber; ++next)
+        for (; next != changes.cend() && next->lineNumber < _lineNumber; ++next)
             hasEveryLine = hasEveryLine && canBeLeftOut(*next);
         Place place = {next, next};
-        while (place.last != matchLines.cend() && (*place.last)->lineNumber() == _lineNumber)
+        while (place.last != changes.cend() && place.last->lineNumber == _lineNumber)
             ++place.last;
         next = place.last;
         if (place.first != place.last) {
-            if (!_addMatchLines(reader, line->bytes.toByteArray(), place, error))
+            if (!_addChanges(reader, line->bytes.toByteArray(), place, error))
                 return false;
         } else if (isValid(*reader.converter(), line->bytes)) {
             _keep(line->bytes.size());
@@ -139,19 +153,18 @@ bool RewritePlan::_addLines(TDFileReader &reader, const MatchLines &matchLines, 
             return false;
         }
     }
-    if (!error && !(hasEveryLine && std::all_of(next, matchLines.cend(), canBeLeftOut)))
+    if (!error && !(hasEveryLine && std::all_of(next, changes.cend(), canBeLeftOut)))
         error = fileModifiedError(_path);
     return !error;
 }
 
-bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place,
-                                 TDError &error)
+bool RewritePlan::_addChanges(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error)
 {
     std::optional<QString> oldText = reader.decode(oldBytes, error);
     if (!oldText)
         return false;
     // A line that was replaced with line ends in it stands for several lines of the file by now.
-    const QString expected = (*place.first)->savedLineString();
+    const QString expected = place.first->oldText;
     while (!expected.isNull() && oldText->size() < expected.size() && expected.startsWith(*oldText)) {
         const std::optional<LineBytes> following = _nextLine(reader, error);
         const std::optional<QString> text = following ? reader.decode(following->bytes, error) : std::nullopt;
@@ -167,8 +180,7 @@ bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, cons
         return false;
     }
 
-    const bool isUnchanged =
-        std::next(place.first) == place.last && (*place.first)->matchLineString() == *oldText;
+    const bool isUnchanged = std::next(place.first) == place.last && place.first->newText == *oldText;
     if (isUnchanged) {
         _keep(oldBytes.size());
         return true;
@@ -176,9 +188,8 @@ bool RewritePlan::_addMatchLines(TDFileReader &reader, QByteArray oldBytes, cons
     // Where encoding the old text doesn't give the old bytes, a changed line would change more than its
     // matches.
     bool isExact = exactBytes(*reader.converter(), *oldText) == oldBytes;
-    for (auto line = place.first; isExact && line != place.last; ++line) {
-        const std::optional<QByteArray> newBytes =
-            exactBytes(*reader.converter(), (*line)->matchLineString());
+    for (auto change = place.first; isExact && change != place.last; ++change) {
+        const std::optional<QByteArray> newBytes = exactBytes(*reader.converter(), change->newText);
         isExact = newBytes.has_value();
         if (isExact)
             _put(*newBytes);

@@ -13,6 +13,18 @@
 
 namespace tidemark {
 
+/// What one line of a file is to become.
+struct LineChange
+{
+    qint64 lineNumber = 0; ///< 1-based
+    QString oldText;       ///< as it must stand in the file, maybe several lines; null: not known
+    QString newText;
+};
+
+/// In the order of their line numbers; several for one line stay in their order.
+using LineChanges = std::vector<LineChange>;
+LineChanges lineChangesOf(const MatchLines &matchLines);
+
 /// The new content of a file, worked out and checked in full before the file is touched: stretches of the old
 /// content that stay as they are, and bytes that are new. Holds only the changed lines in memory.
 class RewritePlan
@@ -26,21 +38,23 @@ public:
         bool isNew = false;
     };
 
-    /// Reads the old content to its end through the reader and puts the match lines in place of the lines
-    /// with their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4
+    /// Reads the old content to its end through the reader and puts the changes in place of the lines with
+    /// their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4
     /// when a changed line can't be encoded exactly or mark and lines don't account for every byte of the
     /// content, or code 30 when a line isn't the one that was searched, or isn't there. `path` is the file's
     /// own, for the error.
-    bool build(TDFileReader &reader, const FilePath &path, const MatchLines &matchLines,
+    bool build(TDFileReader &reader, const FilePath &path, const LineChanges &changes,
                bool hadByteOrderMarker, TDError &error);
 
     const std::vector<Segment> &segments() const { return _segments; }
+    /// Of the new content, in bytes.
+    qint64 newSize() const;
 
 private:
     struct Place;
     std::optional<LineBytes> _nextLine(TDFileReader &reader, TDError &error);
-    bool _addLines(TDFileReader &reader, const MatchLines &matchLines, TDError &error);
-    bool _addMatchLines(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
+    bool _addLines(TDFileReader &reader, const LineChanges &changes, TDError &error);
+    bool _addChanges(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
     bool _accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const;
     void _keep(qint64 length);
     void _put(const QByteArray &bytes);

@@ -31,7 +31,7 @@ void forgetSavedLines(const MatchLines &lines)
 
 /// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into
 /// a line, or emptied one, the numbers of the lines behind it follow the file.
-void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
+void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
 {
     QSet<const TDMatchLine *> saved;
     for (const auto &line : savedLines)
@@ -59,6 +59,20 @@ void noteSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
 
 } // namespace
 
+FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLines &lines,
+                                    const IsFileInSearchLocations &isFileInSearchLocations)
+{
+    return {file.path(),          file.modificationDate(),
+            lineChangesOf(lines), TDStringEncoding::userDefaultsEncoding(),
+            file.includesBOM(),   isFileInSearchLocations(file.path())};
+}
+
+void noteSavedLines(TDFindResultItem &file, const MatchLines &lines)
+{
+    if (file.matchLineHighlighter())
+        followSavedLines(file.matchLineHighlighter()->matchLines(), lines);
+}
+
 bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
                      const IsFileInSearchLocations &isFileInSearchLocations, TDError &error)
 {
@@ -66,8 +80,7 @@ bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
                                               TDStringEncoding::userDefaultsEncoding(), file.includesBOM(),
                                               isFileInSearchLocations(file.path()), error))
         return false;
-    if (file.matchLineHighlighter())
-        noteSavedLines(file.matchLineHighlighter()->matchLines(), lines);
+    noteSavedLines(file, lines);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "matching/TDFindResultItem.h"
+#include "replace/FileRewrite.h"
 
 #include <functional>
 
@@ -11,6 +12,13 @@ namespace tidemark {
 /// Tells whether a path is that of a search location that is a single file; the backup of such a file is
 /// transient.
 using IsFileInSearchLocations = std::function<bool(const FilePath &path)>;
+
+/// What it takes to write the given lines of a file node to its file.
+FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLines &lines,
+                                    const IsFileInSearchLocations &isFileInSearchLocations);
+
+/// To be called when the lines have been written, before any of them changes again.
+void noteSavedLines(TDFindResultItem &file, const MatchLines &lines);
 
 /// Writes a file node's match lines to its file and takes over the file's new date. A node without match
 /// lines is left alone and counts as saved. False with the error of the rewrite.

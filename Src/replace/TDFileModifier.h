@@ -5,16 +5,15 @@
 #include "foundation/TDFileCommon.h"
 #include "foundation/TextEncoding.h"
 #include "matching/TDMatchLineHighlighter.h"
+#include "replace/FileCopy.h"
 
 #include <memory>
 #include <optional>
 
 namespace tidemark {
 
-class RewritePlan;
-
 /// Rewrites one file in place. The file keeps its identity: links to it, owner, mode and attributes stay, as
-/// its content is replaced and nothing else. All of it runs on the main thread.
+/// its content is replaced and nothing else. Many files at once are the business of RewriteQueue.
 class TDFileModifier
 {
 public:
@@ -29,8 +28,8 @@ public:
     ///
     /// `encoding` is what the reader is given, normally the request to detect it. A transient backup goes to
     /// the temporary folder and is always deleted; otherwise it lies beside the file and is kept, if the
-    /// settings say so, at the first rewrite of a file in this run of the program. While a DeferredBackups
-    /// exists, flushing and deleting are left to it. Returns nothing, with the error set, on any failure.
+    /// settings say so, at the first rewrite of a file in this run of the program. Returns nothing, with the
+    /// error set, on any failure.
     static std::unique_ptr<TDFileModifier>
     fileModifierWithFile(const FilePath &path, std::optional<FileDate> originalFileModificationDate,
                          const MatchLines &matchLines, StringEncoding encoding, bool hadByteOrderMarker,
@@ -49,24 +48,21 @@ public:
     static std::optional<FilePath> createEmptyBackupFile(const FilePath &path, bool transientBackupFile,
                                                          TDError &error);
     static bool deleteTemporaryBackupFile(const FilePath &backupPath, TDError &error);
+    /// `copied` gets the state of the file before it was copied.
     static bool copyOriginalFileToBackupLocation(const FilePath &path, const FilePath &backupPath,
-                                                 TDError &error);
-    static bool truncateFile(const FilePath &path, const FilePath &backupPath, TDError &error);
+                                                 Flush flush, FileState &copied, TDError &error);
+    /// Nothing is touched, and the code is 30, when the file isn't in the given state.
+    static bool truncateFile(const FilePath &path, const FilePath &backupPath, const FileState &state,
+                             TDError &error);
 
-    /// The files rewritten by this process, with links resolved.
+    /// The files rewritten by this process, with links resolved. Main thread.
     static bool isPathToModifiedFile(const FilePath &path);
+    static void notePathToModifiedFile(const FilePath &path);
+    /// Whether the backup of a file, with links resolved, is to be kept. Main thread.
+    static bool keepsBackupOfFile(const FilePath &path, bool transientBackupFile);
 
 private:
-    explicit TDFileModifier(const FilePath &path);
-
-    bool _rewrite(std::optional<FileDate> date, const MatchLines &matchLines, StringEncoding encoding,
-                  bool hadByteOrderMarker, bool transientBackupFile, TDError &error);
-    std::optional<FilePath> _makeBackup(bool transientBackupFile, TDError &error);
-    bool _writeWithBackup(const FilePath &backup, std::optional<FileDate> date, const MatchLines &matchLines,
-                          StringEncoding encoding, bool hadByteOrderMarker, TDError &error);
-    bool _replaceContent(const RewritePlan &plan, const FilePath &backup, StringEncoding encoding,
-                         TDError &error);
-    bool _finish(const FilePath &backup, bool transientBackupFile, TDError &error);
+    explicit TDFileModifier(const FilePath &path) : _path(path) {}
 
     FilePath _path;
 };

@@ -1,7 +1,7 @@
 #include "replace/TDSelectedMatchReplacement.h"
 
 #include "foundation/LocalizedText.h"
-#include "replace/DeferredBackups.h"
+#include "replace/SaveToDisk.h"
 
 #include <algorithm>
 
@@ -21,14 +21,31 @@ TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &req
       _stopReplace(stopReplace), _betweenFiles(std::move(betweenFiles))
 {}
 
+void TDSelectedMatchReplacement::ChangedFile::restoreLines()
+{
+    for (qsizetype index = 0; index < items.size(); ++index)
+        savedLines[index].restore(*items[index]->matchLine());
+}
+
+bool TDSelectedMatchReplacement::ChangedFile::hasSomethingToSave() const
+{
+    // Lines can have been left unsaved by an earlier run that was stopped.
+    return replacements > 0 || std::any_of(items.begin(), items.end(), [](const auto &item) {
+               return item->matchLine()->matchLineString() != item->matchLine()->savedLineString();
+           });
+}
+
 TDSelectedMatchReplacement::Outcome
 TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &selectedObjects)
 {
     _outcome = {};
-    _currentFile = nullptr;
-    DeferredBackups backups;
+    _current = std::make_shared<ChangedFile>();
+    _queue = std::make_unique<RewriteQueue>([this] {
+        if (_betweenFiles)
+            _betweenFiles(_filesDone);
+    });
     _replaceInObjects(selectedObjects);
-    _outcome.failedPaths << backups.flush();
+    _outcome.failedPaths << _queue->finish();
     if (_outcome.error.isNull() && !_outcome.failedPaths.isEmpty())
         _outcome.error = failedFilesError(_outcome.failedPaths);
     return _outcome;
@@ -41,80 +58,95 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
             break;
         if (item->matchLine() == nullptr)
             continue;
-        if (item->parent() != _currentFile)
+        if (item->parent() != _current->file)
             _changeToFile(item->parent());
         // Events delivered between the files may have asked for the stop.
         if (_stopReplace)
             break;
-        if (!_replaceInLine(item))
+        if (!_replaceInLine(item)) {
+            _queue->flush();
             return;
+        }
     }
     _outcome.stopped = _stopReplace;
-    if (!_outcome.stopped)
+    if (_outcome.stopped) {
+        _abandonWaitingFiles();
+    } else {
         _saveCurrentFile();
+        _queue->flush();
+    }
     // Only the last file's ranges are cleared; ranges that cover an empty replacement elsewhere stay.
-    if (!_lastSaveFailed && _lastReplacementLength == 0)
+    if (!_current->hasFailed && _lastReplacementLength == 0)
         _clearRangesOfCurrentFile();
 }
 
 bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResultItem> &item)
 {
     TDMatchLine &line = *item->matchLine();
-    _changedItems << item;
-    _savedLines << SavedMatchLine(line);
+    _current->items << item;
+    _current->savedLines << SavedMatchLine(line);
     const ReplacedMatches done = replaceMatches(
         line, _replacement, [this] { return _stopReplace.load(); }, _outcome.error);
     if (done.count > 0)
         _lastReplacementLength = done.lastLength;
-    _replacementsInFile += quint64(done.count);
+    _current->replacements += quint64(done.count);
     return _outcome.error.isNull();
 }
 
 void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
 {
     _saveCurrentFile();
-    _changedItems.clear();
-    _savedLines.clear();
-    _replacementsInFile = 0;
-    _lastSaveFailed = false;
-    _currentFile = file;
-}
-
-bool TDSelectedMatchReplacement::_hasSomethingToSave() const
-{
-    if (_currentFile == nullptr)
-        return false;
-    // Lines can have been left unsaved by an earlier run that was stopped.
-    return _replacementsInFile > 0 ||
-           std::any_of(_changedItems.begin(), _changedItems.end(), [](const auto &item) {
-               return item->matchLine()->matchLineString() != item->matchLine()->savedLineString();
-           });
+    // Its lines are on their way to the disk and may not change meanwhile.
+    if (_waitingFiles.contains(file))
+        _queue->flush();
+    _current = std::make_shared<ChangedFile>();
+    _current->file = file;
 }
 
 void TDSelectedMatchReplacement::_saveCurrentFile()
 {
-    if (!_hasSomethingToSave())
+    TDFindResultItem *file = _current->file;
+    if (file == nullptr || !file->matchLineHighlighter() || !_current->hasSomethingToSave())
         return;
-    TDError error;
-    _lastSaveFailed = !saveToDiskFindResultItem(*_currentFile, _request.isFileInSearchLocations, error);
-    if (_lastSaveFailed) {
-        for (qsizetype index = 0; index < _changedItems.size(); ++index)
-            _savedLines[index].restore(*_changedItems[index]->matchLine());
-        _outcome.failedPaths << _currentFile->path();
-    } else {
+    _waitingFiles.insert(file, _current);
+    _queue->add(
+        rewriteRequest(*file, file->matchLineHighlighter()->matchLines(), _request.isFileInSearchLocations),
+        [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
+            _fileIsDone(*changed, rewrite, isRewritten);
+        });
+}
+
+void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRewrite &rewrite,
+                                             bool isRewritten)
+{
+    TDFindResultItem &file = *changed.file;
+    _waitingFiles.remove(&file);
+    changed.hasFailed = !isRewritten;
+    if (isRewritten) {
+        noteSavedLines(file, file.matchLineHighlighter()->matchLines());
+        file.setModificationDate(rewrite.newModificationDate());
         ++_outcome.filesRewritten;
-        _outcome.replacements += _replacementsInFile;
+        _outcome.replacements += changed.replacements;
+    } else {
+        changed.restoreLines();
+        _outcome.failedPaths << file.path();
     }
-    if (DeferredBackups *backups = DeferredBackups::current(); backups != nullptr && backups->isFull())
-        _outcome.failedPaths << backups->flush();
     ++_filesDone;
     if (_betweenFiles)
         _betweenFiles(_filesDone);
 }
 
+void TDSelectedMatchReplacement::_abandonWaitingFiles()
+{
+    _queue->abandonWaiting();
+    for (const auto &changed : std::as_const(_waitingFiles))
+        changed->restoreLines();
+    _waitingFiles.clear();
+}
+
 void TDSelectedMatchReplacement::_clearRangesOfCurrentFile()
 {
-    for (const auto &item : _changedItems) {
+    for (const auto &item : std::as_const(_current->items)) {
         item->matchLine()->setMatchRanges({});
         item->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
         item->matchLine()->updateMatchLineAttributeString();

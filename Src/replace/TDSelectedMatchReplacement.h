@@ -3,12 +3,15 @@
 #include "foundation/TDError.h"
 #include "matching/TDFindResultItem.h"
 #include "replace/MatchLineReplacement.h"
+#include "replace/RewriteQueue.h"
 #include "replace/TDReplaceEngine.h"
 
+#include <QHash>
 #include <QList>
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 namespace tidemark {
 
@@ -27,7 +30,8 @@ public:
         TDError error;
     };
 
-    /// Called between two files with the number of files done; may deliver events.
+    /// Called between two files, and while the disk is waited for, with the number of files done; may deliver
+    /// events.
     using BetweenFiles = std::function<void(quint64 filesDone)>;
 
     /// `stopReplace` is looked at before every line and every match.
@@ -36,18 +40,33 @@ public:
 
     /// The selected nodes in selection order; only match lines among them are replaced in. The list isn't
     /// looked at any more after a stop or a faulty expression: the lines of the file in hand then stay
-    /// changed in memory only.
+    /// changed in memory only. Files are written in groups; those whose group isn't being written at a stop
+    /// are as they were, with their lines.
     Outcome replaceSelectedMatches(const FindResultItems &selectedObjects);
 
     /// The error that lists files which couldn't be updated.
     static TDError failedFilesError(const QList<FilePath> &failedPaths);
 
 private:
+    /// What was done to one file's lines.
+    struct ChangedFile
+    {
+        TDFindResultItem *file = nullptr;
+        FindResultItems items;
+        QList<SavedMatchLine> savedLines; ///< one for each item
+        quint64 replacements = 0;
+        bool hasFailed = false;
+
+        void restoreLines();
+        bool hasSomethingToSave() const;
+    };
+
     void _replaceInObjects(const FindResultItems &selectedObjects);
     bool _replaceInLine(const std::shared_ptr<TDFindResultItem> &item);
     void _changeToFile(TDFindResultItem *file);
-    bool _hasSomethingToSave() const;
     void _saveCurrentFile();
+    void _fileIsDone(ChangedFile &changed, const FileRewrite &rewrite, bool isRewritten);
+    void _abandonWaitingFiles();
     void _clearRangesOfCurrentFile();
 
     ReplaceRequest _request;
@@ -56,13 +75,11 @@ private:
     BetweenFiles _betweenFiles;
 
     Outcome _outcome;
-    TDFindResultItem *_currentFile = nullptr;
-    FindResultItems _changedItems;
-    QList<SavedMatchLine> _savedLines; ///< one for each of _changedItems
-    bool _lastSaveFailed = false;
+    std::shared_ptr<ChangedFile> _current;
+    QHash<TDFindResultItem *, std::shared_ptr<ChangedFile>> _waitingFiles;
     qint64 _lastReplacementLength = -1; ///< -1 before the first replacement
     quint64 _filesDone = 0;
-    quint64 _replacementsInFile = 0;
+    std::unique_ptr<RewriteQueue> _queue;
 };
 
 } // namespace tidemark

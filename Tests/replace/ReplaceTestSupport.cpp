@@ -1,5 +1,6 @@
 #include "replace/ReplaceTestSupport.h"
 
+#include "foundation/FileSystemCalls.h"
 #include "replace/TDSelectedMatchReplacement.h"
 #include "search/TDSearchEngine.h"
 
@@ -24,6 +25,14 @@ public:
     FindResultItems files;
 };
 
+/// Flushing takes its time and shows nowhere but after a power cut.
+class UnflushedCalls : public FileSystemCalls
+{
+public:
+    int sync(int) override { return 0; }
+    int syncFileSystem(int) override { return 0; }
+};
+
 UserDefaults &settings()
 {
     return UserDefaults::standard();
@@ -40,6 +49,8 @@ QByteArray attribute(const FilePath &path, const char *name)
 
 ReplaceTest::ReplaceTest() : _oldTemporaryFolder(qgetenv("TMPDIR"))
 {
+    static UnflushedCalls unflushedCalls;
+    FileSystemCalls::setCurrent(&unflushedCalls);
     qputenv("TMPDIR", _transientFolder.path().bytes());
     setMode(SearchMode::PlainText);
     setCaseRule(CaseRule::Exact);
@@ -48,6 +59,7 @@ ReplaceTest::ReplaceTest() : _oldTemporaryFolder(qgetenv("TMPDIR"))
 
 ReplaceTest::~ReplaceTest()
 {
+    FileSystemCalls::setCurrent(nullptr);
     if (_oldTemporaryFolder.isNull())
         qunsetenv("TMPDIR");
     else

@@ -15,7 +15,9 @@ protected:
     Outcome run(const FindResultItems &selected, const QString &findText, const QString &replaceText)
     {
         const auto betweenFiles = [this](quint64 filesDone) {
-            _filesDone << filesDone;
+            // It is called while the disk is waited for, too.
+            if (_filesDone.isEmpty() ? filesDone > 0 : _filesDone.last() != filesDone)
+                _filesDone << filesDone;
             _stop = _stop || filesDone == _stopAfter;
         };
         TDSelectedMatchReplacement replacement(request(findText, replaceText), _stop, betweenFiles);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "replace/RewritePlan.h"
+
+#include <QByteArrayView>
+
+#include <functional>
+
+namespace tidemark {
+
+/// Takes a stretch of content; 0, or an errno that ends the handing out.
+using ContentSink = std::function<int(QByteArrayView)>;
+
+/// Hands out the content that a plan describes, in order, in stretches of at most a few hundred KB unless a
+/// line is longer. What stays is taken from the open file with the old content, which is read front to back
+/// and stays the caller's. 0, or errno of reading or of the sink.
+int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink &sink);
+
+/// Writes all of it; 0, or errno with part of it written.
+int writeAll(int descriptor, QByteArrayView bytes);
+
+} // namespace tidemark

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "replace/FileRewrite.h"
+
+#include <QList>
+#include <QSemaphore>
+#include <QSet>
+#include <QThreadPool>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tidemark {
+
+/// Rewrites many files, group by group, each group in three phases: backups and new contents are prepared on
+/// several threads as the files are added; one flush brings the group's backups, and the contents of the
+/// group before, to the disk; then the group's files are written and the backups of the group before deleted.
+/// So no file is touched before its backup is safe, and no backup deleted before the content is. Used on the
+/// main thread, which gets all calls back.
+class RewriteQueue
+{
+public:
+    /// What became of one file. `rewrite.error()` tells why it failed.
+    using Done = std::function<void(const FileRewrite &rewrite, bool isRewritten)>;
+    /// Called again and again while the queue waits for other threads; may deliver events.
+    using WhileWaiting = std::function<void()>;
+
+    explicit RewriteQueue(WhileWaiting whileWaiting = {});
+    /// Finishes what is left.
+    ~RewriteQueue();
+    RewriteQueue(const RewriteQueue &) = delete;
+    RewriteQueue &operator=(const RewriteQueue &) = delete;
+
+    /// `done` is called in the order of the files, in this call or a later one of this object's. Groups begin
+    /// with a single file and grow.
+    void add(FileRewrite::Request request, Done done);
+    /// Writes the files that were added so far.
+    void flush();
+    /// Leaves those that aren't written as they are; `done` isn't called for them.
+    void abandonWaiting();
+    /// Writes what is left and deletes the last backups. Returns the files whose backup is still there
+    /// although it shouldn't, because flushing or deleting it failed; their new content is in place.
+    QList<FilePath> finish();
+
+private:
+    struct Job
+    {
+        FileRewrite rewrite;
+        Done done;
+        bool isPrepared = false;
+        bool isRewritten = false;
+    };
+    using Group = std::vector<std::shared_ptr<Job>>;
+
+    bool _isGroupFull() const;
+    void _waitUntilPrepared();
+    void _write(const Group &group);
+    void _writeAlone(const std::shared_ptr<Job> &job);
+    int _bringToDisk(const std::vector<RewriteRecord::Entry> &prepared);
+    void _deleteBackupsOfWritten(bool isFlushed);
+    void _forEach(const Group &group, const std::function<void(Job &)> &step);
+    void _wait(QSemaphore &semaphore, int count);
+
+    WhileWaiting _whileWaiting;
+    QThreadPool _threads;
+    QSemaphore _preparedCount;
+    Group _preparing;
+    QSet<FilePath> _preparingPaths;
+    qint64 _preparingBytes = 0;
+    qsizetype _groupLimit = 1;
+    Group _written; ///< their content isn't known to be on the disk
+    QList<FilePath> _backupsLeft;
+};
+
+} // namespace tidemark
