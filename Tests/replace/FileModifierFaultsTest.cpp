@@ -7,8 +7,9 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
-#include <sys/wait.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tidemark::test {
@@ -23,9 +24,8 @@ public:
     explicit FaultyCalls(const FilePath &original) : _original(original) { setCurrent(this); }
     ~FaultyCalls() override { setCurrent(nullptr); }
 
-    qsizetype failAt = -1; ///< index of the call that fails
+    QList<qsizetype> failAt; ///< indexes of the calls that fail
     int errorNumber = EIO;
-    bool dies = false; ///< the process ends there instead
     std::function<void(const QByteArray &step)> before = [](const QByteArray &) {};
     QList<QByteArray> steps;
 
@@ -108,11 +108,8 @@ private:
     {
         before(step);
         steps << step;
-        const bool fails = steps.size() - 1 == failAt;
-        if (fails && dies)
-            _exit(0);
         errno = errorNumber;
-        return fails;
+        return failAt.contains(steps.size() - 1);
     }
 
     FilePath _original;
@@ -216,7 +213,7 @@ void FileModifierFaultsTest::failEveryCall()
         const auto file = changedFile(name);
         TDError error;
         FaultyCalls calls(file->path());
-        calls.failAt = call;
+        calls.failAt = {call};
         const bool saved = save(*file, error);
         if (call < 0) {
             steps = calls.steps;
@@ -264,32 +261,86 @@ TEST_F(FileModifierFaultsTest, TheSameHoldsForTransientBackups)
     EXPECT_TRUE(backupNames(_folder).isEmpty());
 }
 
-TEST_F(FileModifierFaultsTest, DyingAtAnyCallLosesNothing)
+TEST_F(FileModifierFaultsTest, AnyTwoCallsThatFailLoseNothing)
 {
+    setKeepsBackups(false);
     const auto file = changedFile("a.txt");
-    for (qsizetype call = 0, count = 1; call < count; ++call) {
-        writeFile(file->path(), _old);
-        file->setModificationDate(TDFileCommon::fileModificationDate(file->path()));
-        const pid_t child = fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            FaultyCalls calls(file->path());
-            calls.failAt = call;
-            calls.dies = true;
-            TDError error;
-            (void)save(*file, error);
-            _exit(1); // no call was left to die at
-        }
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        count += WEXITSTATUS(status) == 0 ? 1 : 0;
-        SCOPED_TRACE("call " + std::to_string(call));
-        EXPECT_TRUE(WIFEXITED(status));
-        expectNothingIsLost(file->path());
-        for (const FilePath &backup : backups())
-            ::unlink(backup.cString());
-        EXPECT_LT(call, 100);
+    TDError error;
+    qsizetype count = 0;
+    {
+        FaultyCalls calls(file->path());
+        EXPECT_TRUE(save(*file, error));
+        count = calls.steps.size();
     }
+    for (qsizetype first = 0; first < count; ++first) {
+        for (qsizetype second = first + 1; second < count + 2; ++second) {
+            const auto again = changedFile("a.txt");
+            FaultyCalls calls(again->path());
+            calls.failAt = {first, second};
+            const bool saved = save(*again, error);
+            SCOPED_TRACE(std::to_string(first) + " and " + std::to_string(second));
+            expectNothingIsLost(again->path());
+            EXPECT_TRUE(!saved || _folder.read("a.txt") == _new);
+            for (const FilePath &backup : backups())
+                ::unlink(backup.cString());
+        }
+    }
+}
+
+TEST_F(FileModifierFaultsTest, WhatSomebodyPutsInThePlaceOfAFileIsNeverWrittenTo)
+{
+    const FilePath other = _folder.write("other.txt", "other");
+    const FilePath path = _folder.path("a.txt");
+    const QList<std::function<void()>> changes = {
+        [&] { ::unlink(path.cString()); },
+        [&] {
+            EXPECT_TRUE(::unlink(path.cString()) == 0 && ::symlink(other.cString(), path.cString()) == 0);
+        },
+        [&] { EXPECT_TRUE(::unlink(path.cString()) == 0 && ::link(other.cString(), path.cString()) == 0); },
+        [&] { EXPECT_TRUE(::unlink(path.cString()) == 0 && ::mkdir(path.cString(), 0700) == 0); },
+        [&] { EXPECT_TRUE(::unlink(path.cString()) == 0 && ::mkfifo(path.cString(), 0700) == 0); },
+    };
+    for (const Step &step : STEPS) {
+        for (qsizetype change = 0; change < changes.size(); ++change) {
+            std::filesystem::remove_all(path.cString());
+            const auto file = changedFile("a.txt");
+            TDError error;
+            bool isDone = false;
+            {
+                FaultyCalls calls(path);
+                calls.before = [&](const QByteArray &name) {
+                    if (name == step.name && !std::exchange(isDone, true))
+                        changes[change]();
+                };
+                (void)save(*file, error);
+            }
+            SCOPED_TRACE(step.name.toStdString() + ", change " + std::to_string(change));
+            EXPECT_TRUE(isDone);
+            EXPECT_EQ(_folder.read("other.txt"), "other");
+            for (const FilePath &backup : backups())
+                ::unlink(backup.cString());
+        }
+    }
+}
+
+TEST_F(FileModifierFaultsTest, ABackupNameThatIsTakenMeanwhileIsLeftToWhoeverTookIt)
+{
+    const FilePath other = _folder.write("other.txt", "other");
+    const auto file = changedFile("a.txt");
+    TDError error;
+    FilePath name;
+    FaultyCalls calls(file->path());
+    calls.before = [&](const QByteArray &step) {
+        if (step == "free reserved name")
+            name = backups().value(0);
+        if (step == "open copy") {
+            EXPECT_EQ(::symlink(other.cString(), name.cString()), 0);
+        }
+    };
+    EXPECT_FALSE(save(*file, error));
+    EXPECT_EQ(error.code(), 26);
+    EXPECT_EQ(_folder.read("other.txt"), "other");
+    EXPECT_TRUE(_folder.read("a.txt") == _old);
 }
 
 TEST_F(FileModifierFaultsTest, TheLongTextsTellWhatToRestore)
@@ -300,7 +351,8 @@ TEST_F(FileModifierFaultsTest, TheLongTextsTellWhatToRestore)
         FaultyCalls calls(file->path());
         calls.errorNumber = ENOSPC;
         calls.before = [&](const QByteArray &step) {
-            calls.failAt = step == "write" && calls.steps.contains("write") ? calls.steps.size() : -1;
+            if (step == "write" && calls.steps.contains("write"))
+                calls.failAt = {calls.steps.size()};
         };
         EXPECT_FALSE(save(*file, error));
     }

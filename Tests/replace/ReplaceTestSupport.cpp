@@ -25,14 +25,6 @@ public:
     FindResultItems files;
 };
 
-/// Flushing takes its time and shows nowhere but after a power cut.
-class UnflushedCalls : public FileSystemCalls
-{
-public:
-    int sync(int) override { return 0; }
-    int syncFileSystem(int) override { return 0; }
-};
-
 UserDefaults &settings()
 {
     return UserDefaults::standard();

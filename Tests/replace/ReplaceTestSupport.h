@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/FileSystemCalls.h"
 #include "foundation/UserDefaults.h"
 #include "matching/TDFindResultItem.h"
 #include "replace/TDReplaceEngine.h"
@@ -13,6 +14,14 @@
 #include <sys/stat.h>
 
 namespace tidemark::test {
+
+/// Flushing takes its time and shows nowhere but after a power cut.
+class UnflushedCalls : public FileSystemCalls
+{
+public:
+    int sync(int) override { return 0; }
+    int syncFileSystem(int) override { return 0; }
+};
 
 /// A folder to search in, the settings in force, and a temporary folder of its own for transient backups.
 class ReplaceTest : public testing::Test
