@@ -1,18 +1,16 @@
 #include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
-#include "foundation/StyledText.h"
+#include "foundation/TextEncoding.h"
 #include "foundation/Utf8.h"
 
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <random>
 
 namespace tidemark {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 TEST(CharacterSetsTest, NewlinesAndControlsAreTheseAndNoOthers)
 {
@@ -27,21 +25,6 @@ TEST(CharacterSetsTest, NewlinesAndControlsAreTheseAndNoOthers)
         EXPECT_TRUE(isControlCharacter(control)) << std::hex << quint32(control);
     for (const char32_t other : {0x20, 0xA0, 0x2028, 0x2029, 0x3000, 0xE000, 0xD800, 0xFFFF, 0x1F600})
         EXPECT_FALSE(isControlCharacter(other)) << std::hex << quint32(other);
-}
-
-TEST(CharacterSetsTest, OnlyNewlinesAtTheEndsAreTakenOff)
-{
-    const struct
-    {
-        QString text;
-        TextRange range;
-    } cases[] = {
-        {u"ab\r\n"_s, {0, 2}}, {u"\u2028a\nb\u0085"_s, {1, 3}}, {u" a \t\n"_s, {0, 4}}, {u"a"_s, {0, 1}},
-        {u""_s, {0, 0}},
-    };
-    for (const auto &[text, range] : cases)
-        EXPECT_TRUE(rangeWithoutNewlinesAtEnds(text) == range) << testing::PrintToString(text);
-    EXPECT_EQ(rangeWithoutNewlinesAtEnds(u"\r\n\v\n").length, 0);
 }
 
 TEST(ByteScanTest, FindsTheFirstLineEndAtEveryPlaceAmongBytesThatResembleIt)
@@ -59,6 +42,30 @@ TEST(ByteScanTest, FindsTheFirstLineEndAtEveryPlaceAmongBytesThatResembleIt)
     }
 }
 
+TEST(ByteScanTest, CountsLineEndsAndNeverOverlooksALongLine)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 20000; ++round) {
+        QByteArray bytes;
+        for (int index = int(random() % 60); index > 0; --index)
+            bytes += "xxxx\r\n"[random() % 6];
+        // A line end is "\n", or "\r" with no "\n" behind it.
+        int ends = 0;
+        qsizetype start = 0;
+        qsizetype longest = 0;
+        for (qsizetype index = 0; index < bytes.size(); ++index) {
+            if (bytes[index] == '\n' || (bytes[index] == '\r' && bytes.mid(index + 1, 1) != "\n")) {
+                ++ends;
+                longest = qMax(longest, index + 1 - start);
+                start = index + 1;
+            }
+        }
+        ASSERT_EQ(countLineEnds(bytes), ends) << testing::PrintToString(bytes);
+        ASSERT_TRUE(qMax(longest, bytes.size() - start) <= 8 || mayHoldLineLongerThan(bytes, 8))
+            << testing::PrintToString(bytes);
+    }
+}
+
 TEST(Utf8Test, LoneSurrogatesTakeThreeBytesAndPairsFour)
 {
     EXPECT_EQ(generalizedUtf8(u"aé😀"), QByteArray("a\xC3\xA9\xF0\x9F\x98\x80"));
@@ -71,18 +78,18 @@ TEST(Utf8Test, LoneSurrogatesTakeThreeBytesAndPairsFour)
                                                                  "\xED\xB0\x80"));
 }
 
-TEST(StyledTextTest, LaterRunsWinWhereTheyGiveAColour)
+TEST(Utf8Test, AcceptsExactlyWhatDecodes)
 {
-    StyledText text;
-    text.text = u"abcd"_s;
-    text.runs << StyledRun{{0, 3}, TD_COLOR_BLACK, {}, false, {}}
-              << StyledRun{{1, 1}, TD_COLOR_RED, {}, false, {}}
-              << StyledRun{{0, 2}, {}, TD_COLOR_WHITE, false, {}};
-    EXPECT_TRUE(text.foregroundAt(0) == TD_COLOR_BLACK);
-    EXPECT_TRUE(text.foregroundAt(1) == TD_COLOR_RED);
-    EXPECT_TRUE(text.backgroundAt(1) == TD_COLOR_WHITE);
-    EXPECT_FALSE(text.backgroundAt(2).has_value());
-    EXPECT_FALSE(text.foregroundAt(3).has_value());
+    std::mt19937 random(11);
+    static constexpr unsigned char BYTES[] = {'a',  'b',  0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC1, 0xC2,
+                                              0xDF, 0xE0, 0xE1, 0xED, 0xEF, 0xF0, 0xF1, 0xF4, 0xF5, 0xFF};
+    for (int round = 0; round < 300000; ++round) {
+        QByteArray bytes(qsizetype(random() % 3) * 40, 'x');
+        const int size = 1 + int(random() % 5);
+        for (int index = 0; index < size; ++index)
+            bytes += char(BYTES[random() % sizeof BYTES]);
+        ASSERT_EQ(isValidUtf8(bytes), textFromUtf8(bytes).has_value()) << bytes.toHex().constData();
+    }
 }
 
 } // namespace

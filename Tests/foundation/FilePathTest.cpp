@@ -51,10 +51,8 @@ TEST(FilePathTest, ComponentsLeaveTrailingSlashesOut)
 
 TEST(FilePathTest, AppendingPutsExactlyOneSlashBetween)
 {
-    EXPECT_EQ(FilePath("/").appendingPathComponent("a").bytes(), QByteArray("/a"));
-    EXPECT_EQ(FilePath("/a").appendingPathComponent("b").bytes(), QByteArray("/a/b"));
-    EXPECT_EQ(FilePath("/a/").appendingPathComponent("b").bytes(), QByteArray("/a/b"));
-    EXPECT_EQ(FilePath().appendingPathComponent("b").bytes(), QByteArray("b"));
+    for (const auto &[folder, whole] : {std::pair("/", "/b"), {"/a", "/a/b"}, {"/a/", "/a/b"}, {"", "b"}})
+        EXPECT_EQ(FilePath(folder).appendingPathComponent("b").bytes(), QByteArray(whole));
 }
 
 } // namespace

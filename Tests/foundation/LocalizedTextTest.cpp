@@ -31,10 +31,5 @@ TEST(LocalizedTextTest, FormatsAreFilledFromLeftToRight)
         EXPECT_EQ(formatted(format, arguments), text) << format.toStdString();
 }
 
-TEST(LocalizedTextTest, ATextWithoutTranslationIsItsOwnKey)
-{
-    EXPECT_EQ(localizedString("No such ‘text’ anywhere"), u"No such ‘text’ anywhere"_s);
-}
-
 } // namespace
 } // namespace tidemark

@@ -2,10 +2,23 @@
 
 #include <QString>
 
+#include <unicode/unorm2.h>
+
 #include <random>
 #include <vector>
 
 namespace tidemark {
+
+/// Canonically decomposed by the library.
+inline QString decomposed(const QString &text)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    QString result(text.size() * 6 + 8, QChar());
+    result.resize(unorm2_normalize(unorm2_getNFDInstance(&status), QStringView(text).utf16(),
+                                   int(text.size()), reinterpret_cast<char16_t *>(result.data()),
+                                   int(result.size()), &status));
+    return result;
+}
 
 /// Random texts of the characters that searching by equivalence can go wrong on. Each alphabet is small, so
 /// that a find text is likely to occur in a text.
@@ -56,6 +69,7 @@ private:
          U"\U0001D165"},
         {U"\u0438", U"\u0418", U"\u0439", U"\u0419", U"\u0306", U"\u0432", U"\u1C80", U"n", U"\u02BC",
          U"\u0149"},
+        {U"\uFFFF", U"\U00010000", U"\uFEFF", U"a", U"B", U"\u00E9", U"f", U"\u0345", {U'\0'}},
     };
 };
 
