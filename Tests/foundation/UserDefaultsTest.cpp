@@ -40,7 +40,7 @@ TEST(UserDefaultsTest, StoredValuesHideRegisteredOnesUntilTheyAreRemoved)
     EXPECT_FALSE(store->objectForKey(u"unknown"_s).isValid());
 }
 
-TEST(UserDefaultsTest, EachCachedBooleanFollowsItsOwnKey)
+TEST(UserDefaultsTest, EachCachedBooleanFollowsItsOwnKeyBeforeTheChangeIsTold)
 {
     const std::pair<QString, BooleanSetting> settings[] = {
         {u"regularExpression"_s, BooleanSetting::RegularExpression},
@@ -50,9 +50,14 @@ TEST(UserDefaultsTest, EachCachedBooleanFollowsItsOwnKey)
     };
     for (const auto &[changedKey, changed] : settings) {
         const auto store = UserDefaults::inMemory();
+        int told = 0;
+        QObject::connect(store.get(), &UserDefaults::valueChanged, store.get(), [&] {
+            ++told;
+            for (const auto &[key, setting] : settings)
+                EXPECT_EQ(store->boolFor(setting), setting == changed) << key.toStdString();
+        });
         store->setObject(changedKey, true);
-        for (const auto &[key, setting] : settings)
-            EXPECT_EQ(store->boolFor(setting), setting == changed) << key.toStdString();
+        EXPECT_EQ(told, 1);
     }
 }
 

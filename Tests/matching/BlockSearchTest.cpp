@@ -1,4 +1,3 @@
-#include "foundation/ByteScan.h"
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
 #include "matching/SearchContext.h"
@@ -10,6 +9,7 @@
 #include <random>
 
 using namespace tidemark;
+using namespace Qt::Literals::StringLiterals;
 using tidemark::test::TemporaryFolder;
 
 namespace {
@@ -54,14 +54,8 @@ public:
 
     QByteArray make()
     {
-        static const QList<QByteArray> MARKS = {"",
-                                                "",
-                                                "",
-                                                "\xEF\xBB\xBF",
-                                                "\xFF\xFE",
-                                                "\xFE\xFF",
-                                                QByteArray("\xFF\xFE\0\0", 4),
-                                                QByteArray("\0\0\xFE\xFF", 4)};
+        static const QByteArrayList MARKS = {
+            "", "", "", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF", "\xFF\xFE\0\0"_ba, "\0\0\xFE\xFF"_ba};
         const qsizetype kind = _below(int(MARKS.size()));
         const int pieces = _below(4) == 0 ? _below(6) : _below(400);
         QString text;
@@ -76,13 +70,9 @@ public:
 private:
     QString _piece()
     {
-        static const QStringList PIECES = {
-            QStringLiteral("tide"),   QStringLiteral("Tide "),      QStringLiteral("\n"),
-            QStringLiteral("\r"),     QStringLiteral("\r\n"),       QStringLiteral("\n\n"),
-            QStringLiteral("é"),      QStringLiteral("Прилив "),    QStringLiteral("ab "),
-            QStringLiteral("\u2028"), QStringLiteral("\t"),         QStringLiteral("t\u0131de"),
-            QStringLiteral("😀tide"),  QStringLiteral("tide\u0301"), QStringLiteral("x1 "),
-            QStringLiteral("\f")};
+        static const QStringList PIECES =
+            u"tide,Tide ,\n,\r,\r\n,\n\n,é,Прилив ,ab ,\u2028,\t,t\u0131de,😀tide,tide\u0301,x1 ,\f"_s.split(
+                u',');
         if (_below(3000) == 0)
             return QString(24990 + _below(20), u'y');
         if (_below(2000) == 0)
@@ -120,33 +110,33 @@ protected:
 
 TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
 {
-    struct Query
-    {
-        QString findText;
-        bool isExpression;
-    };
-    const QList<Query> queries = {{QStringLiteral("tide"), false},   {QStringLiteral("é"), false},
-                                  {QStringLiteral("ПРИЛИВ"), false}, {QStringLiteral("t[i1]de?"), true},
-                                  {QStringLiteral("^x1|e $"), true}, {QStringLiteral("\\bab\\b"), true},
-                                  {QStringLiteral("y*"), true},      {QStringLiteral("(.)\\1"), true},
-                                  {QStringLiteral("e"), false},      {QStringLiteral("("), true},
-                                  {QStringLiteral("[^ -~]+"), true}, {QStringLiteral(""), false}};
-    for (const Query &query : queries) {
-        _setMode(query.isExpression);
-        const TDFindPattern pattern(query.findText, CaseRule::Ignore);
+    for (const auto &[findText, isExpression] : {std::pair(u"tide"_s, false),
+                                                 {u"é"_s, false},
+                                                 {u"ПРИЛИВ"_s, false},
+                                                 {u"t[i1]de?"_s, true},
+                                                 {u"^x1|e $"_s, true},
+                                                 {u"\\bab\\b"_s, true},
+                                                 {u"y*"_s, true},
+                                                 {u"(.)\\1"_s, true},
+                                                 {u"e"_s, false},
+                                                 {u"("_s, true},
+                                                 {u"[^ -~]+"_s, true},
+                                                 {u""_s, false}}) {
+        _setMode(isExpression);
+        const TDFindPattern pattern(findText, CaseRule::Ignore);
         SearchContext context(pattern);
-        FileMaker files(unsigned(query.findText.size()) * 77 + 5);
+        FileMaker files(unsigned(findText.size()) * 77 + 5);
         for (int round = 0; round < 40; ++round) {
             const FilePath path = folder.write("file", files.make());
             ASSERT_EQ(byLines(path, pattern), byBlocks(path, context))
-                << "searching for " << query.findText.toStdString() << ", round " << round;
+                << "searching for " << findText.toStdString() << ", round " << round;
         }
     }
 }
 
 TEST_F(BlockSearch, KeepsLinesWholeAcrossBlocks)
 {
-    const TDFindPattern pattern(QStringLiteral("tide"), CaseRule::Exact);
+    const TDFindPattern pattern(u"tide"_s, CaseRule::Exact);
     SearchContext context(pattern);
     // Line ends around the places where a buffer of 2^17 or 2^20 bytes is full, in each of their forms.
     for (const qsizetype border : {qsizetype(1) << 17, qsizetype(1) << 20}) {
@@ -167,7 +157,7 @@ TEST_F(BlockSearch, KeepsLinesWholeAcrossBlocks)
 
 TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
 {
-    const TDFindPattern pattern(QStringLiteral("größe"), CaseRule::Ignore);
+    const TDFindPattern pattern(u"größe"_s, CaseRule::Ignore);
     SearchContext context(pattern);
     const QByteArray latin = "GR\xD6\xDF"
                              "E und gr\xF6\xDF"
@@ -183,8 +173,8 @@ TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
         "ab",
         "abc",
         "",
-        QByteArray("\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0x", 13),
-        QByteArray("\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0\x00\xD8x\0", 16),
+        "\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0x"_ba,
+        "\xFF\xFEg\0r\0\xF6\0\xDF\0e\0\n\0\x00\xD8x\0"_ba,
     };
     for (const QByteArray &content : contents) {
         const FilePath path = folder.write("file", content);

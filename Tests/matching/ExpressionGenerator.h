@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayList>
 
 #include <random>
 #include <vector>
@@ -19,51 +19,22 @@ public:
 
     QByteArray line()
     {
-        static const std::vector<QByteArray> PIECES = {"a",
-                                                       "A",
-                                                       "b",
-                                                       "B",
-                                                       "ab",
-                                                       "s",
-                                                       "K",
-                                                       "aa",
-                                                       "1",
-                                                       "12",
-                                                       "_",
-                                                       "-",
-                                                       " ",
-                                                       "\t",
-                                                       "\v",
-                                                       "\f",
-                                                       QByteArray(1, '\0'),
-                                                       ".",
-                                                       "{2}",
-                                                       "[",
-                                                       "]",
-                                                       "(",
-                                                       ")",
-                                                       "\\",
-                                                       "é",
-                                                       "ſ",
-                                                       "\u212A",
-                                                       "Я",
-                                                       "😀",
-                                                       "$",
-                                                       "^",
-                                                       "\x1B",
-                                                       ":"};
         QByteArray line;
         for (unsigned i = below(9); i > 0; --i)
-            line += _oneOf(PIECES);
+            line += below(33) == 0
+                        ? QByteArray(1, '\0')
+                        : _oneOf("a~A~b~B~ab~s~K~aa~1~12~_~-~ ~\t~\v~\f~.~{2}~[~]~(~)~\\~é~ſ~\u212A~Я~😀~$~"
+                                 "^~\x1B~:");
         return line;
     }
 
-    QByteArray lineEnd() { return _oneOf({"\n", "\n", "\r\n", "\r"}); }
+    QByteArray lineEnd() { return _oneOf("\n~\n~\r\n~\r"); }
 
 private:
-    QByteArray _oneOf(const std::vector<QByteArray> &pieces)
+    QByteArray _oneOf(const char *pieces)
     {
-        return pieces[below(unsigned(pieces.size()))];
+        const QByteArrayList all = QByteArray(pieces).split('~');
+        return all[below(unsigned(all.size()))];
     }
 
     QByteArray _choice(unsigned depth)
@@ -92,22 +63,19 @@ private:
         if (kind < 20)
             return _escape();
         if (kind < 22)
-            return _oneOf({"^", "$", "\\b", "\\B", "\\<", "\\>", "\\A", "\\z", "\\Z", "\\`", "\\'", "\\G"});
+            return _oneOf("^~$~\\b~\\B~\\<~\\>~\\A~\\z~\\Z~\\`~\\'~\\G");
         if (kind < 24)
-            return _oneOf({"\\1", "\\2", "\\g{1}", "\\g{-1}", "\\k<n>", "\\k{n}", "\\g1", "\\k'n'"});
+            return _oneOf("\\1~\\2~\\g{1}~\\g{-1}~\\k<n>~\\k{n}~\\g1~\\k'n'");
         if (kind < 25)
-            return _oneOf({"\\Qa.b\\E", "\\R",  "\\K", "\\X",  "\\N",       "(?#c)",    "(*FAIL)",
-                           "(?R)",      "(?1)", "\\E", "(?x)", "(?(1)a|b)", "(?P<n>a)", "(*ACCEPT)",
-                           "(?&n)",     "\\y",  "\n",  "\r",   "(?-s)",     "(?m-i)"});
-        return _oneOf({"a", "b", "A", "s",  "k", "ab", "1", "_", " ", ".",   ".",   "-",
-                       "]", "}", "{", "{x", "é", "я",  ":", ",", "#", "{a}", "{,1}"});
+            return _oneOf("\\Qa.b\\E~\\R~\\K~\\X~\\N~(?#c)~(*FAIL)~(?R)~(?1)~\\E~(?x)~(?(1)a|b)~(?P<n>a)~"
+                          "(*ACCEPT)~(?&n)~\\y~\n~\r~(?-s)~(?m-i)");
+        return _oneOf("a~b~A~s~k~ab~1~_~ ~.~.~-~]~}~{~{x~é~я~:~,~#~{a}~{,1}");
     }
 
     QByteArray _group(unsigned depth)
     {
         const QByteArray opening =
-            _oneOf({"(", "(", "(", "(?:", "(?:", "(?|", "(?>", "(?<n>", "(?'m'", "(?=", "(?!", "(?<=", "(?<!",
-                    "(?i:", "(?-i:", "(?s-m:", "(?i)(", "(?-s:"});
+            _oneOf("(~(~(~(?:~(?:~(?|~(?>~(?<n>~(?'m'~(?=~(?!~(?<=~(?<!~(?i:~(?-i:~(?s-m:~(?i)(~(?-s:");
         return opening + _choice(depth) + ')';
     }
 
@@ -115,20 +83,15 @@ private:
     {
         if (below(3) != 0)
             return {};
-        return _oneOf({"*", "+", "?", "{2}", "{1,}", "{0,2}", "{ 1 , 2 }", "{0}", "{2,3}", "{+1}", "{1,-1}",
-                       "{1,x", "{70}", "{0,200}"}) +
-               (below(4) == 0 ? _oneOf({"?", "+", "?+"}) : QByteArray());
+        return _oneOf("*~+~?~{2}~{1,}~{0,2}~{ 1 , 2 }~{0}~{2,3}~{+1}~{1,-1}~{1,x~{70}~{0,200}") +
+               (below(4) == 0 ? _oneOf("?~+~?+") : QByteArray());
     }
 
     QByteArray _escape()
     {
-        return _oneOf({"\\w",    "\\W",   "\\d",        "\\D",        "\\s",        "\\S",  "\\l",
-                       "\\L",    "\\u",   "\\U",        "\\h",        "\\H",        "\\v",  "\\V",
-                       "\\C",    "\\a",   "\\e",        "\\f",        "\\n",        "\\r",  "\\t",
-                       "\\x61",  "\\xC3", "\\x{61}",    "\\x{4a}",    "\\0",        "\\01", "\\061",
-                       "\\0613", "\\cK",  "\\cl",       "\\.",        "\\\\",       "\\-",  "\\{",
-                       "\\é",    "\\pL",  "\\p{alpha}", "\\P{upper}", "\\p{space}", "\\x6", "\\x6g",
-                       "\\ ",    "\\_",   "\\c[",       "\\x+1"});
+        return _oneOf("\\w~\\W~\\d~\\D~\\s~\\S~\\l~\\L~\\u~\\U~\\h~\\H~\\v~\\V~\\C~\\a~\\e~\\f~\\n~\\r~\\t~"
+                      "\\x61~\\xC3~\\x{61}~\\x{4a}~\\0~\\01~\\061~\\0613~\\cK~\\cl~\\.~\\\\~\\-~\\{~\\é~\\pL~"
+                      "\\p{alpha}~\\P{upper}~\\p{space}~\\x6~\\x6g~\\ ~\\_~\\c[~\\x+1");
     }
 
     QByteArray _set()
@@ -140,12 +103,9 @@ private:
             set += ']';
         for (unsigned i = 1 + below(3); i > 0; --i)
             set += _oneOf(
-                {"a",   "b",           "B",   "1",         "_",           " ",         "a-b",         "A-Z",
-                 "Y-a", "0-9",         "+--", "[:alpha:]", "[:^digit:]",  "[:blank:]", "[:unicode:]", "[:w:]",
-                 "[",   "[a",          "!-[", "\\w",       "\\D",         "\\]",       "\\\\",        "\\b",
-                 "\\v", "\\x61-\\x63", "\\n", "[.a.]",     "[.ae.]",      "[=a=]",     "^",           "-",
-                 "\\-", "é",           "\\0", "\\c]",      "\\cA",        "[:<:]",     "\\E",         "\\Qa",
-                 ":]",  "\\e",         ".",   "\\L",       "!-[:alpha:]", "a-[:x:"});
+                "a~b~B~1~_~ ~a-b~A-Z~Y-a~0-9~+--~[:alpha:]~[:^digit:]~[:blank:]~[:unicode:]~[:w:]~[~[a~"
+                "!-[~\\w~\\D~\\]~\\\\~\\b~\\v~\\x61-\\x63~\\n~[.a.]~[.ae.]~[=a=]~^~-~\\-~é~\\0~\\c]~"
+                "\\cA~[:<:]~\\E~\\Qa~:]~\\e~.~\\L~!-[:alpha:]~a-[:x:");
         return set + ']';
     }
 

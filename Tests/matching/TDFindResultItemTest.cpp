@@ -9,9 +9,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-const FilePath PATH(QByteArray("/a/b/c.txt"));
-const FileDate DATE = {1234567890123456789};
-
 std::shared_ptr<TDMatchLine> lineWithMatches(int count)
 {
     auto line = std::make_shared<TDMatchLine>();
@@ -36,7 +33,7 @@ TEST(TDFindResultItemTest, AFileCountsTheRangesOfItsHighlightersLinesAnewEachTim
     auto highlighter = std::make_shared<TDMatchLineHighlighter>();
     const MatchLines lines = {lineWithMatches(2), lineWithMatches(1), lineWithMatches(3)};
     highlighter->setMatchLines(lines);
-    const auto file = TDFindResultItem::initWithFile(PATH, DATE, u"t"_s, true);
+    const auto file = TDFindResultItem::initWithFile(FilePath("/a"), {}, u"t"_s, true);
     EXPECT_EQ(file->matchCount(), std::nullopt);
     file->setMatchLineHighlighter(highlighter);
     EXPECT_EQ(file->matchCount(), 6); // without any child node
@@ -46,66 +43,30 @@ TEST(TDFindResultItemTest, AFileCountsTheRangesOfItsHighlightersLinesAnewEachTim
     EXPECT_EQ(file->matchCount(), std::nullopt);
 }
 
-TEST(TDFindResultItemTest, AFileNodeShowsItsNameFolderAndPath)
+TEST(TDFindResultItemTest, EachKindOfNodeShowsWhatItStandsFor)
 {
-    const auto file = TDFindResultItem::initWithFile(PATH, DATE, u"t"_s, true);
-    const auto line = TDFindResultItem::initWithMatchLine(lineWithMatches(1), file.get());
-    const auto second = TDFindResultItem::initWithMatchLine(lineWithMatches(1), file.get());
-    file->setChildren({line, second});
-    EXPECT_FALSE(file->isMatchLine());
-    EXPECT_EQ(file->children().size(), 2);
-    EXPECT_EQ(second->position(), 1);
-    EXPECT_EQ(file->parent(), nullptr);
-    EXPECT_EQ(file->findText(), u"t"_s);
-    EXPECT_TRUE(file->includesBOM());
-    EXPECT_TRUE(file->modificationDate() == DATE);
-    EXPECT_EQ(file->filenameMatchLineSortKey(), u"c.txt"_s);
-    EXPECT_EQ(file->displayFilenameOrMatchLine().text, u"c.txt"_s);
-    EXPECT_EQ(file->displayPath(), u"/a/b"_s);
-    EXPECT_EQ(file->displayError().text, u""_s);
-    expectRed(file->displayName(), u"/a/b/c.txt"_s, {});
-}
+    const auto file = TDFindResultItem::initWithFile(FilePath("/\xFF/\xFE.txt"), {}, u"t"_s, false);
+    EXPECT_EQ(file->filenameMatchLineSortKey(), u"\uFFFD.txt"_s);
+    EXPECT_EQ(file->displayPath(), u"/\uFFFD"_s);
+    expectRed(file->displayName(), u"/\uFFFD/\uFFFD.txt"_s, {});
 
-TEST(TDFindResultItemTest, AMatchLineNodeIsALeafThatShowsItsLine)
-{
-    const auto file = TDFindResultItem::initWithFile(PATH, DATE, u"t"_s, false);
     const auto line = TDFindResultItem::initWithMatchLine(lineWithMatches(2), file.get());
-    EXPECT_TRUE(line->isMatchLine());
-    EXPECT_EQ(line->parent(), file.get());
-    EXPECT_TRUE(line->children().isEmpty());
+    EXPECT_TRUE(line->isMatchLine() && !file->isMatchLine());
     EXPECT_EQ(line->matchCount(), 0);
     EXPECT_EQ(line->displayFilenameOrMatchLine().text, u"3: text"_s);
     EXPECT_EQ(line->displayName().text, u""_s);
     EXPECT_FALSE(line->filenameMatchLineSortKey().isNull());
-    EXPECT_EQ(line->filenameMatchLineSortKey(), u""_s);
-}
 
-TEST(TDFindResultItemTest, AFailedFileHasOneLeafThatShowsTheReason)
-{
     const TDError error = TDError::initalizePresentErrorWithCode(4, u"Description"_s, u"Reason"_s);
-    const auto file = TDFindResultItem::initWithFailedFile(PATH, {}, error);
-    EXPECT_FALSE(file->isMatchLine());
-    EXPECT_TRUE(file->findText().isNull());
-    EXPECT_FALSE(file->includesBOM());
-    EXPECT_EQ(file->matchCount(), std::nullopt);
-    EXPECT_EQ(file->filenameMatchLineSortKey(), u"c.txt"_s);
-    ASSERT_EQ(file->children().size(), 1);
-
-    const TDFindResultItem &leaf = *file->children().first();
-    EXPECT_TRUE(leaf.isMatchLine());
-    EXPECT_EQ(leaf.parent(), file.get());
+    const auto failed = TDFindResultItem::initWithFailedFile(FilePath("/a/c.txt"), {}, error);
+    EXPECT_EQ(failed->matchCount(), std::nullopt);
+    ASSERT_EQ(failed->children().size(), 1);
+    const TDFindResultItem &leaf = *failed->children().first();
+    EXPECT_TRUE(leaf.isMatchLine() && !failed->isMatchLine());
+    EXPECT_EQ(leaf.parent(), failed.get());
     EXPECT_EQ(leaf.matchCount(), std::nullopt);
     EXPECT_TRUE(leaf.filenameMatchLineSortKey().isNull());
-    EXPECT_EQ(leaf.displayName().text, u""_s);
     expectRed(leaf.displayFilenameOrMatchLine(), u"Reason"_s, TD_COLOR_WHITE);
-}
-
-TEST(TDFindResultItemTest, NamesThatAreNotUtf8AreShownWithReplacementCharacters)
-{
-    const auto file = TDFindResultItem::initWithFile(FilePath("/\xFF/\xFE.txt"), DATE, u"t"_s, false);
-    EXPECT_EQ(file->filenameMatchLineSortKey(), u"\uFFFD.txt"_s);
-    EXPECT_EQ(file->displayPath(), u"/\uFFFD"_s);
-    EXPECT_EQ(file->path().bytes(), QByteArray("/\xFF/\xFE.txt"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "foundation/UserDefaults.h"
 #include "matching/SearchContext.h"
+#include "support/Table.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -76,82 +77,11 @@ private:
 
 TEST_F(TDMatchLineHighlighterTest, FindsTheseRanges)
 {
-    const struct
-    {
-        QByteArray content;
-        QString find;
-        Reading reading;
-        CaseRule caseRule;
-        QByteArray found;
-    } cases[] = {
-        {"aaaa", u"aa"_s, Plain, EXACT, "1:(0,2)(2,2)"},
-        {"aaa", u"aa"_s, Plain, EXACT, "1:(0,2)"},
-        {"aba", u""_s, Plain, EXACT, ""},
-        {"abc a.c", u"a.c"_s, Plain, EXACT, "1:(4,3)"},
-        {"abc a.c", u"a.c"_s, Expression, EXACT, "1:(0,3)(4,3)"},
-        {"aAbB", u"AB"_s, Plain, IGNORE, "1:(1,2)"},
-        {"aAbB", u"AB"_s, Plain, EXACT, ""},
-        {"aAbB", u"AB"_s, Expression, IGNORE, "1:(1,2)"},
-        {"aAbB", u"AB"_s, Expression, EXACT, ""},
-        {"xe\xCC\x81y", u"\u00E9"_s, Plain, EXACT, "1:(1,2)"},
-        {"\xC3\xA9 b", u"b"_s, Plain, EXACT, "1:(2,1)"},
-        {"(", u"("_s, Plain, EXACT, "1:(0,1)"},
-
-        // Lines: each has its number; line ends are never searched, other breaks within a line are.
-        {"a\n\nb\r\na\r\ra", u"a"_s, Plain, EXACT, "1:(0,1) 4:(0,1) 6:(0,1)"},
-        {"ab\r\nab\r", u"\r"_s, Plain, EXACT, ""},
-        {"a\r\nb\n", u"[\\r\\n]"_s, Expression, EXACT, ""},
-        {"a\vb\v\n", u"\v"_s, Plain, EXACT, "1:(1,1)"},
-        {"abx\r\n", u"x$"_s, Expression, EXACT, "1:(2,1)"},
-        // The breaks in front make the searched stretch end early.
-        {"\xE2\x80\xA8"
-         "abc\n",
-         u"b"_s, Plain, EXACT, "1:(2,1)"},
-        {"\xE2\x80\xA8"
-         "abc\n",
-         u"c"_s, Plain, EXACT, ""},
-        {"\v\vab", u"a"_s, Plain, EXACT, ""},
-
-        // The search resumes with nothing visible in front of it.
-        {"aab", u"^a"_s, Expression, EXACT, "1:(0,1)(1,1)"},
-        {"aa a", u"\\ba"_s, Expression, EXACT, "1:(0,1)(1,1)(3,1)"},
-        {"aaa", u"(?<=a)a"_s, Expression, EXACT, "1:(1,1)"},
-        {"aab", u"\\Aa"_s, Expression, EXACT, "1:(0,1)(1,1)"},
-        {"ab", u"a(?=b)"_s, Expression, EXACT, "1:(0,1)"},
-
-        // Empty matches: none at the start of a line, elsewhere the next search begins one further on.
-        {"ba", u"a*"_s, Expression, EXACT, ""},
-        {"ab", u"a*"_s, Expression, EXACT, "1:(0,1)(1,0)(2,0)"},
-        {"abab", u"a*"_s, Expression, EXACT, "1:(0,1)(1,0)(2,1)(3,0)(4,0)"},
-        {"ab\n", u"$"_s, Expression, EXACT, "1:(2,0)"},
-        {"\n\nab", u"x*"_s, Expression, EXACT, ""},
-        {"ab", u"(?=b)"_s, Expression, EXACT, "1:(1,0)"},
-        {"abcb", u"(?=b)"_s, Expression, EXACT, "1:(1,0)(3,0)"},
-
-        // Expressions see bytes: the stretch ends early and positions shift on other than ASCII lines.
-        {"\xC3\xA9"
-         "ab",
-         u"a"_s, Expression, EXACT, "1:(2,1)"},
-        {"\xC3\xA9"
-         "ab",
-         u"b"_s, Expression, EXACT, ""},
-        {"\xC3\xA9"
-         "aab",
-         u"a"_s, Expression, EXACT, "1:(2,1)(3,1)"},
-        {"a\xC3\xA9"
-         "b",
-         u"\u00E9"_s, Expression, EXACT, "1:(1,2)"},
-        {"a\xC3\xA9", u"\u00E9"_s, Expression, EXACT, ""},
-        {"\xC3\xA9\xC3\xA9", u"."_s, Expression, EXACT, "1:(0,1)(1,1)"},
-        {"x\xC3\xA9", u"$"_s, Expression, EXACT, "1:(2,0)"},
-        {"\xC3\x89\xC3\x89", u"\u00E9"_s, Expression, IGNORE, ""},
-        {"\xC3\xA9\nab", u"b"_s, Expression, EXACT, "2:(1,1)"},
-        // Characters of ASCII alone are letters and blanks.
-        {"\xC3\xA9zz", u"\\w+"_s, Expression, EXACT, "1:(2,1)"},
-    };
-    for (const auto &[content, find, reading, caseRule, expected] : cases)
-        EXPECT_EQ(found(content, find, reading, caseRule), expected)
-            << testing::PrintToString(find) << " in " << testing::PrintToString(content);
+    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/found-ranges.tsv"))
+        EXPECT_EQ(found(row.bytes(0), row.text(1), row.bytes(2).startsWith("plain") ? Plain : Expression,
+                        row.bytes(2).endsWith("ignoring case") ? IGNORE : EXACT),
+                  row.bytes(3))
+            << row.line;
 }
 
 TEST_F(TDMatchLineHighlighterTest, LinesAreNumberedAndMatchedAcrossTheBordersOfBlocks)
@@ -185,37 +115,20 @@ TEST_F(TDMatchLineHighlighterTest, TheReadingIsLookedUpAtEverySearch)
         TDMatchLineHighlighter::firstRangeOfPatternInString(line, u"A"_s, IGNORE, {1, 6}, error).location, 4);
 }
 
-TEST_F(TDMatchLineHighlighterTest, MatchLinesKeepTheirWholeLine)
+TEST_F(TDMatchLineHighlighterTest, ExpressionsAtFaultAreExplained)
 {
-    EXPECT_EQ(found("x\r\n\tab\r\n", u"a"_s, Plain), QByteArray("2:(1,1)"));
-    EXPECT_EQ(highlighter.matchLines().first()->matchLineString(), u"\tab\r\n"_s);
-    EXPECT_EQ(highlighter.matchLines().first()->savedLineString(), u"\tab\r\n"_s);
-}
-
-TEST_F(TDMatchLineHighlighterTest, AMalformedExpressionShowsAtTheFirstLineSearched)
-{
-    EXPECT_EQ(found("", u"("_s, Expression), QByteArray(""));
+    const QString advice =
+        u"Review the regular expression in the find text field and ensure it is valid.%1 Or "
+        "uncheck the Regular expression checkbox if you want to perform a normal text search."_s;
     EXPECT_EQ(found("\n", u"("_s, Expression), QByteArray("error 36"));
     EXPECT_EQ(error.localizedDescription(),
               u"Sorry, a problem occured whilst attempting to search using the regular expression ‘(’.\n\n"
               "The find text regular expression is malformed.\n\nError Code: 36"_s);
-    EXPECT_EQ(error.localizedRecoverySuggestion(),
-              u"Review the regular expression in the find text field and ensure it is valid. Or uncheck the "
-              u"Regular "
-              "expression checkbox if you want to perform a normal text search."_s);
-    for (const QString &malformed : {u"*"_s, u"[a"_s, u"a{2,1}"_s, u"(?<=a*)b"_s, u"\\"_s})
-        EXPECT_EQ(found("a", malformed, Expression), QByteArray("error 36")) << malformed.toStdString();
-}
-
-TEST_F(TDMatchLineHighlighterTest, AnExpressionTooHardToSearchIsAnInternalError)
-{
+    EXPECT_EQ(error.localizedRecoverySuggestion(), advice.arg(QString()));
     EXPECT_EQ(found(QByteArray(60, 'x') + "yz", u"(x+x+)+(y)\\2"_s, Expression), QByteArray("error 36"));
     EXPECT_EQ(error.localizedFailureReason(),
               u"The find text regular expression caused an internal error."_s);
-    EXPECT_EQ(error.localizedRecoverySuggestion(),
-              u"Review the regular expression in the find text field and ensure it is valid.  Or uncheck the "
-              u"Regular "
-              "expression checkbox if you want to perform a normal text search."_s);
+    EXPECT_EQ(error.localizedRecoverySuggestion(), advice.arg(u" "_s));
 }
 
 TEST_F(TDMatchLineHighlighterTest, LongLinesFailAFileOnlyTogetherWithAMatch)
@@ -231,16 +144,11 @@ TEST_F(TDMatchLineHighlighterTest, LongLinesFailAFileOnlyTogetherWithAMatch)
                                                 u"’.\n\nSearch results cannot be shown and replacements will "
                                                 u"not occur for this file as it contains "
                                                 "lines of excessive length.\n\nError Code: 1"_s);
+    EXPECT_EQ(found("a\n" + longest + "xy\n\xFF", u"a"_s, Plain), QByteArray("error 1"));
+    EXPECT_EQ(found(longest + "xy\n\xFF", u"a"_s, Plain), QByteArray("error 4"));
     // Units are counted, not bytes.
     EXPECT_EQ(found(QByteArray("\xC3\xA9").repeated(25000), u"\u00E9x"_s, Plain), QByteArray(""));
     EXPECT_EQ(found(QByteArray("\xC3\xA9").repeated(24999) + "a", u"a"_s, Plain), QByteArray("1:(24999,1)"));
-}
-
-TEST_F(TDMatchLineHighlighterTest, AReaderThatFailsInTheMiddleFailsTheFile)
-{
-    EXPECT_EQ(found("a\n\xFF\na\n", u"a"_s, Plain), QByteArray("error 4"));
-    EXPECT_EQ(found("a\n" + QByteArray(25001, 'x') + "\n\xFF", u"a"_s, Plain), QByteArray("error 1"));
-    EXPECT_EQ(found(QByteArray(25001, 'x') + "\n\xFF", u"a"_s, Plain), QByteArray("error 4"));
 }
 
 TEST_F(TDMatchLineHighlighterTest, EachFileStartsAfresh)
@@ -252,8 +160,10 @@ TEST_F(TDMatchLineHighlighterTest, EachFileStartsAfresh)
     EXPECT_EQ(described(highlighter.matchLines()), QByteArray("1:(0,1)"));
     EXPECT_TRUE(highlighter.includesBOM());
     highlighter.setShouldStop(true);
-    EXPECT_EQ(found("b\na", u"a"_s, Plain), QByteArray("2:(0,1)"));
+    EXPECT_EQ(found("b\r\n\tab\r\n", u"a"_s, Plain), QByteArray("2:(1,1)"));
     EXPECT_FALSE(highlighter.includesBOM());
+    EXPECT_EQ(highlighter.matchLines().first()->matchLineString(), u"\tab\r\n"_s);
+    EXPECT_EQ(highlighter.matchLines().first()->savedLineString(), u"\tab\r\n"_s);
 }
 
 TEST_F(TDMatchLineHighlighterTest, AStoppedFileSucceedsWithoutMatchLines)

@@ -1,11 +1,11 @@
 #include "reading/TDFileReader.h"
 
+#include "support/PlainUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -151,91 +151,32 @@ TEST_F(TDFileReaderTest, CharactersAndLongLinesCrossTheBordersOfBlocks)
     }
 }
 
-TEST_F(TDFileReaderTest, APartialUnitAtTheEndIsDropped)
-{
-    const struct
-    {
-        QByteArray bytes;
-        StringEncoding encoding;
-        QStringList lines;
-    } cases[] = {
-        {"a\0b"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {u"a"_s}},
-        {"a"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {}},
-        {"\r\0\n"_ba, TD_ENCODING_UTF16_LITTLE_ENDIAN, {u"\r"_s}},
-        {"\0\r\0"_ba, TD_ENCODING_UTF16_BIG_ENDIAN, {u"\r"_s}},
-        {"\0\0\0a\0\0\0"_ba, TD_ENCODING_UTF32_BIG_ENDIAN, {u"a"_s}},
-        {"a\0\0\0\n\0\0"_ba, TD_ENCODING_UTF32_LITTLE_ENDIAN, {u"a"_s}},
-    };
-    for (const auto &[bytes, encoding, lines] : cases)
-        EXPECT_EQ(linesOf(folder.write("file", bytes), encoding), lines) << testing::PrintToString(bytes);
-}
-
-TEST_F(TDFileReaderTest, EncodingsWithoutAStatedByteOrderAreSplitByBytes)
-{
-    // U+0A61 is one character, but its bytes hold an LF: each half is then a line that can't be decoded.
-    const FilePath file = folder.write("file", "\x61\x0A\x62\x00"_ba);
-    EXPECT_EQ(linesOf(file, TD_ENCODING_UTF16_LITTLE_ENDIAN), QStringList({u"\u0A61b"_s}));
-    EXPECT_EQ(linesOf(file, TD_ENCODING_UTF16).size(), 2);
-}
-
-TEST_F(TDFileReaderTest, AGivenEncodingKeepsTheMarkAsText)
-{
-    const FilePath file = folder.write("file", "\xEF\xBB\xBF"
-                                               "a\n");
-    TDError error;
-    const auto reader = TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error);
-    ASSERT_TRUE(reader);
-    EXPECT_FALSE(reader->hadByteOrderMarker());
-    EXPECT_EQ(reader->getNextLineWithEOLCharacters(false, error), u"\uFEFF"
-                                                                  "a"_s);
-    EXPECT_TRUE(reader->closeFile(error));
-}
-
-TEST_F(TDFileReaderTest, ReadingFailsAtTheFirstLineThatCannotBeDecoded)
-{
-    EXPECT_EQ(linesOf(folder.write("a", "good\nb\xE4"
-                                        "d\ngood\n"),
-                      TD_ENCODING_UTF8),
-              QStringList({u"good\n"_s, u"error 4"_s}));
-    EXPECT_EQ(linesOf(folder.write("b", "a\n"), 0), QStringList({u"error 4"_s}));
-
-    const TDError error = TDFileReader::encodingError(TD_ENCODING_UTF8);
-    EXPECT_EQ(
-        error.localizedDescription(),
-        u"Sorry, a problem occured whilst attempting to read a file.\n\n"
-        "The chosen character encoding ‘Unicode (UTF-8)’ is unable to read the contents of the file. Check "
-        "in "
-        "Preferences that the default character encoding is appropriate for this file.\n\nError Code: 4"_s);
-}
-
-TEST_F(TDFileReaderTest, AFileThatCannotBeOpenedSaysWhy)
+TEST_F(TDFileReaderTest, WhatCannotBeReadSaysWhy)
 {
     const FilePath missing = folder.path("missing");
     EXPECT_EQ(linesOf(missing, TD_ENCODING_UTF8),
               QStringList({u"no reader: Sorry, a problem occured whilst attempting to open file ‘"_s +
                            missing.displayText() + u"’.\n\nError 2 occured.\n\nError Code: 1"_s}));
+    // A folder opens, and fails later.
+    for (const StringEncoding encoding : {TD_ENCODING_UTF8, TD_FILE_COMMON_UNKNOWN_ENCODING})
+        EXPECT_EQ(linesOf(folder.path(), encoding), QStringList(u"error %1"_s.arg(EISDIR)));
+    EXPECT_EQ(TDFileReader::encodingError(TD_ENCODING_UTF8).localizedDescription(),
+              u"Sorry, a problem occured whilst attempting to read a file.\n\nThe chosen character encoding "
+              "‘Unicode (UTF-8)’ is unable to read the contents of the file. Check in Preferences that the "
+              "default character encoding is appropriate for this file.\n\nError Code: 4"_s);
 }
 
 TEST_F(TDFileReaderTest, MissingPermissionIsNamed)
 {
     const FilePath file = folder.write("file", "a");
     ASSERT_EQ(chmod(file.cString(), 0), 0);
-    // Permissions mean nothing to the superuser, who is somebody else for a moment.
-    const uid_t user = geteuid();
-    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
     TDError error;
-    const bool opened = TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error) != nullptr;
-    ASSERT_EQ(seteuid(user), 0);
-    EXPECT_FALSE(opened);
+    {
+        const test::PlainUser user;
+        EXPECT_FALSE(TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error));
+    }
     EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR));
     EXPECT_EQ(error.localizedFailureReason(), u"You do not have permission to open the file."_s);
-}
-
-TEST_F(TDFileReaderTest, AFolderOpensAndFailsToBeRead)
-{
-    EXPECT_EQ(linesOf(folder.path(), TD_ENCODING_UTF8), QStringList({u"error %1"_s.arg(EISDIR)}));
-    EXPECT_EQ(linesOf(folder.path(), TD_FILE_COMMON_UNKNOWN_ENCODING),
-              QStringList({u"error %1"_s.arg(EISDIR)}));
 }
 
 } // namespace
