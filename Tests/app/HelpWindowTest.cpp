@@ -44,8 +44,7 @@ QList<QStringList> tableRows(const QString &page, const QString &tableClass)
 
 class HelpWindowTest : public WindowTest
 {
-protected:
-    HelpWindow window;
+    HelpWindow _window; ///< brings the pages
 };
 
 TEST_F(HelpWindowTest, TheExamplesDoWhatIsSaid)
@@ -63,14 +62,10 @@ TEST_F(HelpWindowTest, TheExamplesDoWhatIsSaid)
 
 TEST_F(HelpWindowTest, EveryErrorCodeIsExplained)
 {
-    QStringList expected = {u"1"_s, u"2"_s, u"3"_s, u"4"_s};
-    for (int code = 25; code <= 36; ++code)
-        expected << QString::number(code);
     QStringList explained;
-    const QList<QStringList> rows = tableRows(pageContent(u"en"_s, TD_HELP_FAQ_TOPIC), u"errors"_s);
-    for (const QStringList &row : rows)
+    for (const QStringList &row : tableRows(pageContent(u"en"_s, TD_HELP_FAQ_TOPIC), u"errors"_s))
         explained << row.first();
-    EXPECT_EQ(explained, expected);
+    EXPECT_EQ(explained.join(u' '), u"1 2 3 4 25 26 27 28 29 30 31 32 33 34 35 36"_s);
 }
 
 TEST_F(HelpWindowTest, LinksLeadToPagesAndAnchorsThatExist)
@@ -92,17 +87,6 @@ TEST_F(HelpWindowTest, LinksLeadToPagesAndAnchorsThatExist)
             }
         }
     }
-}
-
-TEST_F(HelpWindowTest, BothPagesAreShownInTheWindow)
-{
-    TDApplicationController controller;
-    controller.showHelp();
-    EXPECT_EQ(controller.helpWindow().documentTitle(), u"Velkor Tidemark Help"_s);
-    controller.showHelpForFAQ();
-    EXPECT_EQ(controller.helpWindow().documentTitle(), u"Using Tidemark"_s);
-    EXPECT_TRUE(controller.helpWindow().isVisible());
-    EXPECT_EQ(controller.helpWindow().windowTitle(), u"Velkor Tidemark Help"_s);
 }
 
 } // namespace

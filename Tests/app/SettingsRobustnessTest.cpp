@@ -28,21 +28,6 @@ protected:
 
     QString file = folder.path().displayText() + u"/Tidemark.ini"_s;
 
-    void write(const QByteArray &content) const
-    {
-        QFile settings(file);
-        ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
-        settings.write(content);
-    }
-    QStringList locksLeft() const
-    {
-        QStringList paths;
-        const QFileInfoList found =
-            QFileInfo(file).dir().entryInfoList({u"*lock"_s}, QDir::Files | QDir::Hidden);
-        for (const QFileInfo &lock : found)
-            paths << lock.filePath();
-        return paths;
-    }
     void useFile() const { UserDefaults::setStandard(UserDefaults::atPath(file)); }
 };
 
@@ -61,20 +46,21 @@ TEST_F(SettingsRobustness, DamagedFilesAndWrongTypesGiveFactoryValues)
         "[General]\nIncludedKinds2=@ByteArray([{\\\"title\\\":)\nsearchPaths=@Variant("
         "\\0\\0\\0\\t\\xff\\xff\\xff\\xff)\n"};
     for (const QByteArray &content : contents) {
-        write(content);
+        SCOPED_TRACE(content.toStdString());
+        folder.write("Tidemark.ini", content);
         useFile();
         TDApplicationController controller;
         controller.awakeFromNib();
         controller.applicationDidFinishLaunching();
         controller.showPreferencePanel();
         const UserDefaults &settings = UserDefaults::standard();
-        EXPECT_FALSE(settings.boolFor(BooleanSetting::RegularExpression)) << content.toStdString();
-        EXPECT_TRUE(settings.boolFor(BooleanSetting::IgnoreCase)) << content.toStdString();
-        EXPECT_TRUE(settings.boolFor(BooleanSetting::AutoDetectFileEncoding)) << content.toStdString();
-        EXPECT_TRUE(settings.boolFor(BooleanSetting::CreateBackupBeforeReplacing)) << content.toStdString();
-        EXPECT_EQ(settings.defaultStringEncoding(), 4) << content.toStdString();
+        EXPECT_FALSE(settings.boolFor(BooleanSetting::RegularExpression));
+        EXPECT_TRUE(settings.boolFor(BooleanSetting::IgnoreCase));
+        EXPECT_TRUE(settings.boolFor(BooleanSetting::AutoDetectFileEncoding));
+        EXPECT_TRUE(settings.boolFor(BooleanSetting::CreateBackupBeforeReplacing));
+        EXPECT_EQ(settings.defaultStringEncoding(), 4);
         EXPECT_EQ(controller.preferenceController().ui().historyMaximumSpinBox->value(), 100);
-        EXPECT_EQ(controller.kinds(), Kind::defaultKinds()) << content.toStdString();
+        EXPECT_EQ(controller.kinds(), Kind::defaultKinds());
     }
 }
 
@@ -125,9 +111,9 @@ TEST_F(SettingsRobustness, AKillDuringWritingLeavesTheOldOrTheNewFile)
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         // The next writer would recognise that the lock's owner is gone, but takes its time.
-        const QStringList locks = locksLeft();
-        for (const QString &lock : locks)
-            QFile::remove(lock);
+        for (const QFileInfo &lock :
+             QDir(folder.path().displayText()).entryInfoList({u"*lock"_s}, QDir::Files | QDir::Hidden))
+            QFile::remove(lock.filePath());
         const QString text = UserDefaults::atPath(file)->stringForKey(TD_USER_DEFAULTS_NAME_FIND_TEXT);
         if (text.isEmpty() && !wasWritten)
             continue;

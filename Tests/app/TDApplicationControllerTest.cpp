@@ -5,7 +5,6 @@
 
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSet>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,18 +20,6 @@ protected:
 
     TDApplicationController controller;
 };
-
-void collectShortcuts(const QMenu *menu, QStringList &shortcuts)
-{
-    const QList<QAction *> actions = menu->actions();
-    for (const QAction *action : actions) {
-        if (action->menu() != nullptr)
-            collectShortcuts(action->menu(), shortcuts);
-        const QList<QKeySequence> keys = action->shortcuts();
-        for (const QKeySequence &key : keys)
-            shortcuts << key.toString();
-    }
-}
 
 TEST_F(TDApplicationControllerTest, StartingPlainlyOpensOneUntitledDocument)
 {
@@ -59,30 +46,12 @@ TEST_F(TDApplicationControllerTest, QuittingAsksWhileAReplaceRuns)
     MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     controller.setCountBusyWindows(1);
     EXPECT_EQ(controller.applicationShouldTerminate(), TerminateReply::Later);
-    QMessageBox *question = nullptr;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget *widget : widgets) {
-        if (widget->objectName() == "stopReplaceQuestion"_L1)
-            question = qobject_cast<QMessageBox *>(widget);
-    }
+    auto *question = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
     ASSERT_NE(question, nullptr);
     EXPECT_EQ(question->defaultButton()->text(), u"Continue Replace and Don‘t Quit"_s);
     QTest::keyClick(question, Qt::Key_Escape);
     EXPECT_FALSE(document->myDocumentController()->stopReplace());
     EXPECT_EQ(controller.documents().size(), 1);
-}
-
-TEST_F(TDApplicationControllerTest, KindsAreKeptBetweenRuns)
-{
-    QList<Kind> kinds = controller.kinds();
-    EXPECT_EQ(kinds, Kind::defaultKinds());
-    kinds.last().include = true;
-    controller.setKinds(kinds);
-    controller.applicationWillTerminate();
-    setKindsInForce({});
-    TDApplicationController next;
-    next.awakeFromNib();
-    EXPECT_EQ(next.kinds(), kinds);
 }
 
 TEST_F(TDApplicationControllerTest, AfterHidingOnlySearchingWindowsShowTheirProgress)
@@ -103,19 +72,16 @@ TEST_F(TDApplicationControllerTest, AfterHidingOnlySearchingWindowsShowTheirProg
 
 TEST_F(TDApplicationControllerTest, NoTwoMenuEntriesShareAKey)
 {
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    const SearchWindow *window =
+        controller.openUntitledDocument(TD_DOCUMENT_TYPE)->myDocumentController()->window();
+    EXPECT_EQ(window->menuBar()->actions().size(), 6);
     QStringList shortcuts;
-    const QList<QAction *> menus = document->myDocumentController()->window()->menuBar()->actions();
-    EXPECT_EQ(menus.size(), 6);
-    for (const QAction *menu : menus)
-        collectShortcuts(menu->menu(), shortcuts);
-    EXPECT_EQ(QSet<QString>(shortcuts.begin(), shortcuts.end()).size(), shortcuts.size());
-}
-
-TEST_F(TDApplicationControllerTest, VersionsAreSpelledOut)
-{
-    EXPECT_EQ(TDApplicationController::productVersion(), u"Version 2012.234"_s);
-    EXPECT_EQ(TDApplicationController::productNameAndVersion(), u"Velkor Tidemark 2012"_s);
+    for (const QMenu *menu : window->menuBar()->findChildren<QMenu *>()) {
+        for (const QAction *action : menu->actions())
+            shortcuts += QKeySequence::listToString(action->shortcuts()).split(u"; "_s, Qt::SkipEmptyParts);
+    }
+    EXPECT_GT(shortcuts.size(), 20);
+    EXPECT_EQ(shortcuts.removeDuplicates(), 0);
 }
 
 } // namespace

@@ -37,12 +37,9 @@ TEST_F(TDPreferenceControllerTest, ThePopupShowsTheWholeCatalogueAndStoresTheCho
     EXPECT_EQ(TDPreferenceController::defaultEncoding()->stringEncodingId(), 5U);
     settings().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, 1);
     EXPECT_EQ(popup->currentText(), u"Western (ASCII)"_s);
-}
-
-TEST_F(TDPreferenceControllerTest, TypingInThePopupFindsAnEncoding)
-{
+    // Typing finds an encoding.
     preferences().showWindow();
-    QTest::keyClicks(ui().defaultEncodingComboBox, u"japanese (e"_s);
+    QTest::keyClicks(popup, u"japanese (e"_s);
     EXPECT_EQ(settings().defaultStringEncoding(), 3);
 }
 
@@ -59,11 +56,10 @@ TEST_F(TDPreferenceControllerTest, AnEncodingThatIsNoMoreLeavesThePopupEmptyAndT
 
 TEST_F(TDPreferenceControllerTest, ChecksAndTheMaximumAreBoundBothWays)
 {
-    const std::pair<QCheckBox *, QString> boxes[] = {
-        {ui().autoDetectCharEncodingFromFile, TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE},
-        {ui().createBackupCheckBox, TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING}};
-    for (const auto &[box, key] : boxes) {
-        EXPECT_TRUE(box->isChecked());
+    for (const auto &[box, key] :
+         {std::pair(ui().autoDetectCharEncodingFromFile,
+                    TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE),
+          {ui().createBackupCheckBox, TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING}}) {
         box->click();
         EXPECT_FALSE(settings().boolForKey(key));
         settings().setObject(key, true);
@@ -79,25 +75,18 @@ TEST_F(TDPreferenceControllerTest, ChecksAndTheMaximumAreBoundBothWays)
     EXPECT_EQ(settings().integerForKey(maximumKey), 1'000'000'000'000);
 }
 
-TEST_F(TDPreferenceControllerTest, TheWindowIsOneAndKeepsItsState)
+TEST_F(TDPreferenceControllerTest, TheWindowIsOneForAllAndKeepsItsState)
 {
-    controller.showPreferencePanelAndSelectFileTypesTab();
+    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    document->myDocumentController()->actions().fileTypes->trigger();
     TDPreferenceController *first = &preferences();
     EXPECT_TRUE(first->window()->isVisible());
-    EXPECT_EQ(ui().tabView->currentIndex(), 1);
+    EXPECT_EQ(ui().tabView->currentWidget(), ui().fileTypesTab);
     QTest::keyClick(first->window(), Qt::Key_Escape);
     EXPECT_FALSE(first->window()->isVisible());
     controller.showPreferencePanel();
     EXPECT_EQ(&preferences(), first);
     EXPECT_EQ(ui().tabView->currentIndex(), 1);
-}
-
-TEST_F(TDPreferenceControllerTest, ASearchWindowsFileTypesCommandOpensTheTab)
-{
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
-    document->myDocumentController()->actions().fileTypes->trigger();
-    EXPECT_TRUE(preferences().window()->isVisible());
-    EXPECT_EQ(ui().tabView->currentWidget(), ui().fileTypesTab);
 }
 
 } // namespace

@@ -36,6 +36,10 @@ TEST(ExtendedAttributesTest, AreWrittenThroughLinksAndReadFromTheFileItself)
     EXPECT_EQ(value(link), std::nullopt);
     EXPECT_EQ(value(file), u"x;1"_s);
 
+    const QString longValue(1000, u'x');
+    EXPECT_TRUE(setValue(file, longValue));
+    EXPECT_EQ(value(file), longValue);
+
     // The zero at the end is stored on request only, and never read.
     for (const auto &[flag, stored] : {std::pair(0, "\xC3\xA9"_ba), {1, "\xC3\xA9\0"_ba}}) {
         EXPECT_TRUE(setValue(file, u"é"_s, flag));

@@ -1,6 +1,5 @@
 #include "search/Kind.h"
 
-#include "foundation/LocalizedText.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -13,31 +12,7 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-TEST(Kind, FactoryListIncludesTextOnly)
-{
-    const QList<Kind> kinds = Kind::defaultKinds();
-    QStringList utis;
-    QStringList included;
-    for (const Kind &kind : kinds) {
-        utis << kind.uti;
-        if (kind.include)
-            included << kind.uti;
-        EXPECT_FALSE(kind.title.isEmpty());
-    }
-    EXPECT_EQ(utis,
-              (QStringList{localizedString("IDS_WildcardSample1Uti"),
-                           localizedString("IDS_WildcardSample2Uti"), u"uti:public.item"_s,
-                           u"uti:public.text"_s, u"uti:public.content"_s, u"uti:public.source-code"_s}));
-    EXPECT_EQ(included, QStringList{u"uti:public.text"_s});
-}
-
-TEST(Kind, DescriptionStaysUnclosedAndLeavesPlaceholdersInValuesAlone)
-{
-    EXPECT_EQ((Kind{u"100 %@"_s, u"*.%d"_s, true}).description(),
-              u"<Kind: title = 100 %@ uti = *.%d include = 1"_s);
-}
-
-TEST(Kind, ArchiveRoundTripKeepsOrderAndValues)
+TEST(Kind, ArchivesKeepOrderAndValuesAndDamagedOnesGiveNothing)
 {
     const QList<Kind> kinds{{u"Zweite „Wahl“"_s, u"*.[ch]"_s, true}, {u""_s, u"uti:"_s, false}};
     bool ok = false;
@@ -45,21 +20,12 @@ TEST(Kind, ArchiveRoundTripKeepsOrderAndValues)
     EXPECT_TRUE(ok);
     EXPECT_TRUE(unarchivedKinds(archivedKinds({}), &ok).isEmpty());
     EXPECT_TRUE(ok);
-}
-
-TEST(Kind, MissingAndWronglyTypedFieldsAreEmpty)
-{
-    const QList<Kind> kinds =
-        unarchivedKinds(R"([{"title":"T","uti":"*.x"}, {"title":7,"uti":["a"],"include":"yes"}, 3])");
-    EXPECT_EQ(kinds, (QList<Kind>{{u"T"_s, u"*.x"_s, false}, {}}));
-}
-
-TEST(Kind, DamagedArchiveGivesNothing)
-{
-    const QByteArray whole = archivedKinds(Kind::defaultKinds());
-    for (const QByteArray &damaged :
-         {QByteArray(), QByteArray("{}"), whole.chopped(1), QByteArray("\xFF\0\x80", 3)}) {
-        bool ok = true;
+    // What is missing or of a wrong type is empty.
+    EXPECT_EQ(unarchivedKinds(R"([{"title":"T","uti":"*.x"}, {"title":7,"uti":["a"],"include":"yes"}, 3])"),
+              (QList<Kind>{{u"T"_s, u"*.x"_s, false}, {}}));
+    const QByteArray whole = archivedKinds(kinds);
+    for (const QByteArray &damaged : {""_ba, "{}"_ba, whole.chopped(1), "\xFF\0\x80"_ba}) {
+        ok = true;
         EXPECT_TRUE(unarchivedKinds(damaged, &ok).isEmpty());
         EXPECT_FALSE(ok);
     }

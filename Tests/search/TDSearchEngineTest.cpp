@@ -2,15 +2,14 @@
 
 #include "foundation/UserDefaults.h"
 #include "search/Kind.h"
+#include "support/PlainUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tidemark {
@@ -62,12 +61,6 @@ public:
         messages << "stop " + counts(scanned, files, matches);
     }
 
-    qsizetype count(const QByteArray &kind) const
-    {
-        return std::ranges::count_if(messages,
-                                     [&](const QByteArray &text) { return text.startsWith(kind + ' '); });
-    }
-
     Messages messages;
     QList<std::shared_ptr<TDFindResultItem>> nodes;
     std::function<void(const FilePath &)> onFile;
@@ -81,19 +74,18 @@ private:
     QByteArray _root;
 };
 
-TDSearchLocation folderAt(const FilePath &path, bool includeSubFolders = true)
-{
-    TDSearchLocation location;
-    location.url = path.toUrl();
-    location.isFolder = true;
-    location.includeSubFolders = includeSubFolders;
-    return location;
-}
-
 TDSearchLocation fileAt(const FilePath &path)
 {
     TDSearchLocation location;
     location.url = path.toUrl();
+    return location;
+}
+
+TDSearchLocation folderAt(const FilePath &path, bool includeSubFolders = true)
+{
+    TDSearchLocation location = fileAt(path);
+    location.isFolder = true;
+    location.includeSubFolders = includeSubFolders;
     return location;
 }
 
@@ -130,17 +122,11 @@ protected:
     TDSearchEngine engine;
 };
 
-TEST_P(TDSearchEngineTest, NoLocationsFinishAtOnce)
+TEST_P(TDSearchEngineTest, NoLocationsFinishAtOnceAndNobodyNeedsToListen)
 {
     EXPECT_EQ(search(u"a"_s, {}), Messages{"finish 0 0 0"});
-}
-
-TEST_P(TDSearchEngineTest, NobodyNeedsToListen)
-{
     folder.write("a", "-a-\n");
-    TDSearchEngine alone;
-    alone.startSearch(u"a"_s, {folderAt(folder.path())}, true);
-    alone.setDelegate(std::make_shared<TDSearchEngineDelegate>());
+    TDSearchEngine().startSearch(u"a"_s, {folderAt(folder.path())}, true);
 }
 
 TEST_P(TDSearchEngineTest, EachFileIsToldBeforeItIsSearchedWithTheCountsSoFar)
@@ -157,38 +143,38 @@ TEST_P(TDSearchEngineTest, EachFileIsToldBeforeItIsSearchedWithTheCountsSoFar)
                         "find 6/three 6 1 2", "match 6/three 3", "finish 6 2 5"}));
 }
 
-TEST_P(TDSearchEngineTest, EveryFileEndsInExactlyOneOutcome)
+TEST_P(TDSearchEngineTest, EveryFileEndsInExactlyOneOutcomeInTheOrderOfTheWalk)
 {
-    QList<QByteArray> expected[3];
-    for (int index = 0; index < 90; ++index) {
-        const QByteArray name = QByteArray::number(index % 7) + '/' + QByteArray::number(index);
+    Messages expected;
+    int matches = 0;
+    for (int index = 100; index < 250; ++index) {
+        const QByteArray name = "folder" + QByteArray::number(index / 50) + '/' + QByteArray::number(index);
         const QByteArray contents[] = {"match\n", "other\n", "match \xFF\n"};
         folder.write(name, contents[index % 3]);
-        expected[index % 3] << name;
+        expected << "find " + name + ' ' + counts(quint64(index - 99), quint64(matches), quint64(matches));
+        if (index % 3 == 0)
+            expected << "match " + name + " 1";
+        if (index % 3 == 2)
+            expected << "error " + name + " 4";
+        matches += index % 3 == 0 ? 1 : 0;
     }
-    searchFolder(u"match"_s);
-    EXPECT_EQ(recorder->count("find"), 90);
-    EXPECT_EQ(recorder->count("match"), expected[0].size());
-    EXPECT_EQ(recorder->count("error"), expected[2].size());
-    for (const QByteArray &name : expected[0])
-        EXPECT_EQ(recorder->messages.count("match " + name + " 1"), 1) << name.constData();
-    for (const QByteArray &name : expected[2])
-        EXPECT_EQ(recorder->messages.count("error " + name + " 4"), 1) << name.constData();
-    EXPECT_EQ(recorder->messages.last(), QByteArray("finish 90 30 30"));
+    EXPECT_EQ(searchFolder(u"match"_s), expected << "finish 150 50 50");
 }
 
-TEST_P(TDSearchEngineTest, AFileNodeHoldsItsMatchLinesAndTheDateBeforeReading)
+TEST_P(TDSearchEngineTest, NodesHoldTheirLinesAndTheDateBeforeReading)
 {
-    const FilePath file = folder.write("file", "\xEF\xBB\xBF"
-                                               "A\n\nxa a\n");
+    const FilePath file = folder.write("file", "\xEF\xBB\xBF\x41\n\nxa a\n");
+    const FilePath damaged = folder.write("damaged", "\xEF\xBB\xBF\x61\n\xFF");
     test::setModificationDate(file, 1234567890123456789);
+    test::setModificationDate(damaged, 1000000001);
     const FilePath link = folder.path("link");
     ASSERT_EQ(symlink(file.cString(), link.cString()), 0);
-    EXPECT_EQ(search(u"a"_s, {fileAt(link)}, false),
-              Messages({"find link 1 0 0", "match link 3", "finish 1 1 3"}));
+    EXPECT_EQ(search(u"a"_s, {fileAt(link), fileAt(damaged)}, false),
+              Messages({"find link 1 0 0", "match link 3", "find damaged 2 1 3", "error damaged 4",
+                        "finish 2 1 3"}));
 
-    ASSERT_EQ(recorder->nodes.size(), 1);
-    const TDFindResultItem &node = *recorder->nodes.first();
+    ASSERT_EQ(recorder->nodes.size(), 2);
+    const TDFindResultItem &node = *recorder->nodes[0];
     EXPECT_EQ(node.findText(), u"a"_s);
     EXPECT_TRUE(node.includesBOM());
     EXPECT_EQ(node.modificationDate().value_or(FileDate()).nanoseconds, 1234567890123456789);
@@ -199,22 +185,10 @@ TEST_P(TDSearchEngineTest, AFileNodeHoldsItsMatchLinesAndTheDateBeforeReading)
         EXPECT_EQ(child.sharedMatchLine(), node.matchLineHighlighter()->matchLines()[index]);
         EXPECT_EQ(child.matchLine()->lineNumber(), index == 0 ? 1 : 3);
     }
-}
-
-TEST_P(TDSearchEngineTest, AnErrorNodeHasTheDateAndNoFindText)
-{
-    const FilePath file = folder.write("file", "\xEF\xBB\xBF"
-                                               "a\n\xFF");
-    test::setModificationDate(file, 1000000001);
-    searchFolder(u"a"_s);
-    ASSERT_EQ(recorder->nodes.size(), 1);
-    const TDFindResultItem &node = *recorder->nodes.first();
-    EXPECT_TRUE(node.findText().isNull());
-    EXPECT_FALSE(node.includesBOM());
-    EXPECT_EQ(node.matchCount(), std::nullopt);
-    EXPECT_EQ(node.modificationDate().value_or(FileDate()).nanoseconds, 1000000001);
-    ASSERT_EQ(node.children().size(), 1);
-    EXPECT_EQ(node.children().first()->parent(), &node);
+    const TDFindResultItem &failed = *recorder->nodes[1];
+    EXPECT_TRUE(failed.findText().isNull());
+    EXPECT_FALSE(failed.includesBOM());
+    EXPECT_EQ(failed.modificationDate().value_or(FileDate()).nanoseconds, 1000000001);
 }
 
 TEST_P(TDSearchEngineTest, AFaultyExpressionIsToldOnceAndStopsTheSearch)
@@ -227,24 +201,15 @@ TEST_P(TDSearchEngineTest, AFaultyExpressionIsToldOnceAndStopsTheSearch)
               Messages({"find 1-empty 1 0 0", "find 2 2 0 0", "fault 36", "stop 2 0 0"}));
 }
 
-TEST_P(TDSearchEngineTest, CaseMattersOnlyWhenAskedFor)
+TEST_P(TDSearchEngineTest, CaseAndTheDetectionOfEncodingsFollowWhatIsAskedFor)
 {
-    folder.write("f", "aA--");
-    EXPECT_EQ(search(u"A"_s, {folderAt(folder.path())}, true).last(), QByteArray("finish 1 1 1"));
-    EXPECT_EQ(TDSearchEngine().caseSensitive(), false);
-    recorder->messages.clear();
+    const FilePath file = folder.write("f", "\xFF\xFE\x61\0A\0"_ba);
+    EXPECT_EQ(search(u"A"_s, {fileAt(file)}, true).last(), QByteArray("finish 1 1 1"));
     TDSearchEngine ignoring;
     ignoring.setDelegate(recorder);
     ignoring.setThreadCount(GetParam());
-    ignoring.startSearch(u"A"_s, {folderAt(folder.path())}, false);
+    ignoring.startSearch(u"A"_s, {fileAt(file)}, false);
     EXPECT_EQ(recorder->messages.last(), QByteArray("finish 1 1 2"));
-}
-
-TEST_P(TDSearchEngineTest, EncodingsAreDetectedUnlessTheDefaultIsAskedFor)
-{
-    const FilePath file = folder.write("f", "\xFF\xFE"
-                                            "a\0b\0"_ba);
-    EXPECT_EQ(search(u"ab"_s, {fileAt(file)}).last(), QByteArray("finish 1 1 1"));
     set(TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE, false);
     TDError error;
     EXPECT_TRUE(engine.searchFindTextInFile(file, error)->children().first()->error().hasCode(4));
@@ -280,26 +245,16 @@ TEST_P(TDSearchEngineTest, NamesThatAreNotUtf8AreSearchedLikeOthers)
                         "finish 3 3 3"}));
 }
 
-TEST_P(TDSearchEngineTest, FiltersAreTheIncludedKindsInTheirOrder)
+TEST_P(TDSearchEngineTest, IncludedKindsFilterWhatFoldersHoldButNeverANamedFile)
 {
-    setKindsInForce({{u"1"_s, u"uti:public.text"_s, true},
-                     {u"2"_s, u"*.b"_s, true},
+    for (const char *name : {"a.txt", "b.dat", "c.png", "d.zip", "sub/d.txt"})
+        folder.write(name, "-a-\n");
+    setKindsInForce({{u"1"_s, u"uti:public.plain-text"_s, true},
+                     {u"2"_s, u"*.dat"_s, true},
                      {u"3"_s, u"uti:public.item"_s, false},
-                     {u"4"_s, u"*.a"_s, true},
-                     {u"5"_s, u"*.c"_s, false},
-                     {u"6"_s, u"uti:"_s, true},
-                     {u"7"_s, u"UTI:x"_s, true}});
-    EXPECT_EQ(TDSearchEngine::_utisToInclude(), QStringList({u"public.text"_s, u""_s}));
-    EXPECT_EQ(TDSearchEngine::_patternsToInclude(), QStringList({u"*.b"_s, u"*.a"_s, u"UTI:x"_s}));
-}
-
-TEST_P(TDSearchEngineTest, KindsFilterWhatFoldersHoldButNeverANamedFile)
-{
-    folder.write("a.txt", "-a-\n");
-    folder.write("b.dat", "-a-\n");
-    folder.write("c.png", "-a-\n");
-    folder.write("sub/d.txt", "-a-\n");
-    setKindsInForce({{u"Text"_s, u"uti:public.plain-text"_s, true}, {u"Data"_s, u"*.dat"_s, true}});
+                     {u"4"_s, u"*.zip"_s, false},
+                     {u"5"_s, u"uti:"_s, true},
+                     {u"6"_s, u"UTI:public.item"_s, true}});
     EXPECT_EQ(search(u"a"_s, {folderAt(folder.path(), false), fileAt(folder.path("c.png"))}),
               Messages({"find a.txt 1 0 0", "match a.txt 1", "find b.dat 2 1 1", "match b.dat 1",
                         "find c.png 3 2 2", "match c.png 1", "finish 3 3 3"}));
@@ -353,29 +308,6 @@ TEST_P(TDSearchEngineTest, AStopWhileAMatchIsDeliveredEndsBehindIt)
     EXPECT_EQ(searchFolder(u"a"_s), Messages({"find 1 1 0 0", "match 1 1", "stop 1 1 1"}));
 }
 
-/// Runs the check in a process for which permission bits count, and returns what it wrote down.
-QByteArray withoutPrivileges(const std::function<QByteArray()> &check)
-{
-    int ends[2];
-    if (pipe(ends) != 0)
-        return "no pipe";
-    const pid_t child = fork();
-    if (child == 0) {
-        constexpr uid_t NOBODY = 65534;
-        const QByteArray text =
-            test::runsAsRoot() && setuid(NOBODY) != 0 ? QByteArray("no rights to give up") : check();
-        _exit(write(ends[1], text.constData(), size_t(text.size())) == text.size() ? 0 : 1);
-    }
-    close(ends[1]);
-    QByteArray text;
-    char bytes[1000];
-    for (ssize_t size = 0; (size = read(ends[0], bytes, sizeof bytes)) > 0;)
-        text.append(bytes, size);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return text;
-}
-
 TEST_P(TDSearchEngineTest, WhatMayNotBeReadIsToldAndTheSearchGoesOn)
 {
     const FilePath locked = folder.makeFolder("1-locked");
@@ -384,35 +316,20 @@ TEST_P(TDSearchEngineTest, WhatMayNotBeReadIsToldAndTheSearchGoesOn)
     ASSERT_EQ(chmod(folder.path().cString(), 0755), 0);
     ASSERT_EQ(chmod(locked.cString(), 0), 0);
     ASSERT_EQ(chmod(secret.cString(), 0), 0);
-    const QByteArray messages = withoutPrivileges([this] {
+    {
+        const test::PlainUser user;
         searchFolder(u"a"_s);
-        for (qsizetype index = 0; index < recorder->nodes.size() - 1; ++index)
-            recorder->messages
-                << recorder->nodes[index]->children().first()->error().localizedFailureReason().toUtf8();
-        return recorder->messages.join('\n');
-    });
+    }
     chmod(locked.cString(), 0700);
-    EXPECT_EQ(messages,
-              QByteArray("error 1-locked 1\nfind 2-secret 1 0 0\nerror 2-secret 1\nfind 3 2 0 0\nmatch 3 1\n"
-                         "finish 2 1 1\nYou do not have permission to open the file.\n"
-                         "You do not have permission to open the file."));
+    EXPECT_EQ(recorder->messages, Messages({"error 1-locked 1", "find 2-secret 1 0 0", "error 2-secret 1",
+                                            "find 3 2 0 0", "match 3 1", "finish 2 1 1"}));
+    for (const qsizetype node : {0, 1})
+        EXPECT_EQ(recorder->nodes[node]->children().first()->error().localizedFailureReason(),
+                  u"You do not have permission to open the file."_s);
 }
 
 INSTANTIATE_TEST_SUITE_P(Threads, TDSearchEngineTest, testing::Values(1, 3),
                          testing::PrintToStringParamName());
-
-TEST(FreshInstallation, SearchesPlainTextIgnoringCaseWithDetectionAndMakesBackups)
-{
-    EXPECT_FALSE(UserDefaults::standard().boolFor(BooleanSetting::RegularExpression));
-    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::IgnoreCase));
-    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::AutoDetectFileEncoding));
-    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::CreateBackupBeforeReplacing));
-    EXPECT_EQ(UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING), 4);
-    EXPECT_EQ(UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM),
-              100);
-    EXPECT_EQ(unarchivedKinds(UserDefaults::standard().objectForKey(kmIncludedKinds2Pref).toByteArray()),
-              Kind::defaultKinds());
-}
 
 } // namespace
 } // namespace tidemark

@@ -1,6 +1,7 @@
 #include "search/TDSearchLocation.h"
 #include "search/VKFileSystemCommon.h"
 
+#include "support/Table.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -56,70 +57,31 @@ TEST(TDSearchLocation, EqualityGoesByPathUpToCanonicalEquivalence)
 
 TEST(TDSearchLocation, ScopeRules)
 {
-    const struct
-    {
-        QByteArray path;
-        QByteArray location;
-        Scope scope;
-        bool isInScope;
-    } cases[] = {
-        {"/a/b", "/a/b", Scope::File, true},
-        {"/a/b/c", "/a/b", Scope::File, false},
-        {"/a/b/c", "/a/b", Scope::Folder, true},
-        {"/a/b/c/", "/a/b/", Scope::Folder, true},
-        {"/a/b/c/d", "/a/b", Scope::Folder, false},
-        {"/a/b", "/a/b", Scope::Folder, false},
-        {"/c", "/", Scope::Folder, true},
-        {"/a/b/c/d", "/a/b", Scope::FolderWithSubFolders, true},
-        {"/a/b", "/a/b", Scope::FolderWithSubFolders, true},
-        {"/a/bc", "/a/b", Scope::FolderWithSubFolders, true},
-        {"/x/a/b", "/a/b", Scope::FolderWithSubFolders, false},
-        {"/a", "/a/b", Scope::FolderWithSubFolders, false},
-        {"/A/b/c", "/a/b", Scope::FolderWithSubFolders, false},
-        {"/a/b", "/", Scope::FolderWithSubFolders, true},
-        {"/cafe\xCC\x81/x", "/caf\xC3\xA9", Scope::FolderWithSubFolders, true},
-        // The accent belongs to the letter: the shorter name isn't found in the longer one.
-        {"/cafe\xCC\x81", "/cafe", Scope::FolderWithSubFolders, false},
-        {"/a\xFF/x", "/a\xFF", Scope::FolderWithSubFolders, true},
-        {"/a\xFE/x", "/a\xFF", Scope::FolderWithSubFolders, false},
-        {"/a\xFE/x", "/a", Scope::FolderWithSubFolders, true},
-        {"/a", "", Scope::FolderWithSubFolders, false},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(location(c.path).isInScopeOfLocations({location("/other"), location(c.location, c.scope)}),
-                  c.isInScope)
-            << c.path.constData() << " in " << c.location.constData();
+    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/scopes.tsv")) {
+        const Scope scope = row.bytes(2) == "file"     ? Scope::File
+                            : row.bytes(2) == "folder" ? Scope::Folder
+                                                       : Scope::FolderWithSubFolders;
+        EXPECT_EQ(
+            location(row.bytes(0)).isInScopeOfLocations({location("/other"), location(row.bytes(1), scope)}),
+            row.flag(3))
+            << row.line;
     }
     EXPECT_FALSE(location("/a").isInScopeOfLocations({}));
 }
 
-TEST(TDSearchLocation, ArchiveKeepsTheFourFields)
+TEST(TDSearchLocation, ArchiveKeepsTheFourFieldsAndADamagedOneNone)
 {
     TDSearchLocation original = location("/fold\xFF er/%41?#\xC3\xA9", Scope::FolderWithSubFolders);
     original.fileTypes = QStringList{u"uti:public.text"_s};
     const TDSearchLocation copy = TDSearchLocation::unarchived(original.archived());
     EXPECT_EQ(copy.path().bytes(), original.path().bytes());
-    EXPECT_TRUE(copy.isFolder);
-    EXPECT_TRUE(copy.includeSubFolders);
+    EXPECT_TRUE(copy.isFolder && copy.includeSubFolders);
     EXPECT_EQ(copy.fileTypes.toStringList(), original.fileTypes.toStringList());
     EXPECT_FALSE(TDSearchLocation::unarchived(location("/a").archived()).fileTypes.isValid());
-}
-
-TEST(TDSearchLocation, DamagedArchiveDecodesToEmptyFields)
-{
     for (const char *archive : {"", "[]", "{\"url\":", R"({"url":3,"isFolder":"x","fileTypes":null})"}) {
         const TDSearchLocation decoded = TDSearchLocation::unarchived(archive);
-        EXPECT_TRUE(decoded.url.isEmpty()) << archive;
-        EXPECT_FALSE(decoded.isFolder) << archive;
-        EXPECT_FALSE(decoded.fileTypes.isValid()) << archive;
+        EXPECT_TRUE(decoded.url.isEmpty() && !decoded.isFolder && !decoded.fileTypes.isValid()) << archive;
     }
-}
-
-TEST(ContainedInArray, ComparesCanonically)
-{
-    EXPECT_TRUE(containedInArray(u"caf\u00E9"_s, {u"x"_s, u"cafe\u0301"_s}));
-    EXPECT_FALSE(containedInArray(u"X"_s, {u"x"_s}));
-    EXPECT_FALSE(containedInArray(u"x"_s, {}));
 }
 
 TEST(VKFileSystemCommon, LinksAnywhereInThePathCount)

@@ -3,10 +3,7 @@
 #include "foundation/UserDefaults.h"
 #include "support/TemporaryFolder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <QStringList>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -33,18 +30,12 @@ TEST(FindReplaceHistory, KeepsEachTextOnceTheLatestFirst)
 
 TEST(FindReplaceHistory, DropsTheOldestBeyondAMaximum)
 {
-    struct Case
-    {
-        QVariant maximum;
-        QStringList expected;
-    };
     const QStringList all = {u"4"_s, u"3"_s, u"2"_s, u"1"_s};
-    const Case cases[] = {{3, {u"4"_s, u"3"_s, u"2"_s}}, {0, {}}, {-1, all}, {{}, all}};
-    for (const Case &each : cases) {
+    for (const auto &[maximum, expected] :
+         {std::pair(QVariant(3), all.mid(0, 3)), {0, {}}, {-1, all}, {QVariant(), all}}) {
         const auto settings = UserDefaults::inMemory();
-        settings->setObject(TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM, each.maximum);
-        EXPECT_EQ(historyAfter(*settings, {u"1"_s, u"2"_s, u"3"_s, u"4"_s}), each.expected)
-            << each.maximum.toString().toStdString();
+        settings->setObject(TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM, maximum);
+        EXPECT_EQ(historyAfter(*settings, {u"1"_s, u"2"_s, u"3"_s, u"4"_s}), expected);
     }
 }
 

@@ -1,254 +1,185 @@
-#include "foundation/TDFileCommon.h"
-#include "foundation/UserDefaults.h"
-#include "support/TemporaryFolder.h"
-#include "window/ErrorSheet.h"
-#include "window/ResultsFixture.h"
+#include "support/gui/OpenWindow.h"
 
-#include <gtest/gtest.h>
+#include "window/ErrorSheet.h"
+#include "window/ResultsTreeModel.h"
 
 #include <QCheckBox>
 #include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 
-#include <unistd.h>
+using namespace Qt::Literals::StringLiterals;
 
-using namespace Qt::StringLiterals;
-
-namespace tidemark {
-
-using test::ResultsWindow;
-using test::searchedFile;
-using test::TemporaryFolder;
-using test::waitUntil;
+namespace tidemark::test {
 
 namespace {
 
-class ReplaceCommandsTest : public testing::Test
+using Contents = QList<QByteArray>;
+
+const Contents CONTENTS = {"foo foo\nx\nfoo\n", "a foo b\r\n", "a foo"};
+const Contents REPLACED = {"bar bar\nx\nbar\n", "a bar b\r\n", "a bar"};
+
+class ReplaceCommandsTest : public WindowTest
 {
 protected:
-    void SetUp() override
+    ReplaceCommandsTest()
     {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, false);
-        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, false);
+        ReplaceCommands::setSuppressAlertReplaceSelection(false);
+    }
+    static void setExpression(bool isExpression)
+    {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
     }
 
-    /// Real files, searched for "foo" and shown.
-    void open(const QList<QByteArray> &contents, const TemporaryFolder &folder)
+    /// Files with these contents, searched and shown.
+    void open(const Contents &contents, const QString &findText = u"foo"_s)
     {
-        FindResultItems files;
+        window.reset();
         for (qsizetype number = 0; number < contents.size(); ++number)
-            files << searchedFile(folder.write(nameOf(number), contents[number]), findText);
-        window = std::make_unique<ResultsWindow>(files);
-        window->findText = findText;
-        window->replaceText = u"bar"_s;
-        window->navigation->selectFirstMatch();
+            folder.write(nameOf(number), contents[number]);
+        window = std::make_unique<OpenWindow>(application);
+        window->searchIn(folder.path(), findText);
+        window->document.setReplaceText(u"bar"_s);
+        window->search();
     }
-
     static QByteArray nameOf(qsizetype number) { return "file" + QByteArray::number(number); }
-
-    QMessageBox *sheet() const
+    Contents contents() const
     {
-        for (QMessageBox *box : window->window.findChildren<QMessageBox *>()) {
-            if (box->isVisible())
-                return box;
-        }
-        return nullptr;
-    }
-
-    void answer(const QString &buttonText)
-    {
-        QMessageBox *box = sheet();
-        ASSERT_NE(box, nullptr);
-        for (QAbstractButton *button : box->buttons()) {
-            if (button->text() == buttonText)
-                button->click();
-        }
-        QCoreApplication::processEvents();
-    }
-
-    QList<QByteArray> contents(const TemporaryFolder &folder) const
-    {
-        QList<QByteArray> all;
-        for (qsizetype number = 0; number < window->results.count(); ++number)
+        Contents all;
+        for (qsizetype number = 0; number < folder.names().size(); ++number)
             all << folder.read(nameOf(number));
         return all;
     }
+    ResultsPane &pane() { return window->controller().resultsPane(); }
+    ReplaceCommands &commands() { return pane().replaceCommands(); }
 
-    QString findText = u"foo"_s;
-    std::unique_ptr<ResultsWindow> window;
+    std::unique_ptr<OpenWindow> window;
 };
-
-const QList<QByteArray> CONTENTS = {"foo foo\nx\nfoo\n", "a foo b\r\n", "a foo"};
-const QList<QByteArray> REPLACED = {"bar bar\nx\nbar\n", "a bar b\r\n", "a bar"};
 
 TEST_F(ReplaceCommandsTest, ReplaceChangesTheHighlightedMatchOnly)
 {
-    const TemporaryFolder folder;
-    open(CONTENTS, folder);
-    window->press(Qt::Key_Down);
-    window->commands->replace();
-    EXPECT_EQ(folder.read("file0"), "foo bar\nx\nfoo\n");
-    EXPECT_EQ(window->highlighted(), u"0:0:1"_s);
-    EXPECT_EQ(window->busyCount, 0);
+    open(CONTENTS);
+    pane().navigation().moveToNextMatch();
+    commands().replace();
+    EXPECT_EQ(contents(), Contents({"foo bar\nx\nfoo\n", CONTENTS[1], CONTENTS[2]}));
+    const TDMatchLine *line = pane().navigation().currentlySelectedMatchLine();
+    EXPECT_EQ(line->lineNumber(), 1);
+    EXPECT_EQ(line->highlightedMatchIndex(), 1);
+    EXPECT_EQ(application.countBusyWindows(), 0U);
+}
+
+TEST_F(ReplaceCommandsTest, AFaultyExpressionIsShownAndChangesNothing)
+{
+    open(CONTENTS);
+    setExpression(true);
+    window->document.setFindText(u"(foo"_s);
+    commands().replace();
+    ASSERT_NE(window->sheet(), nullptr);
+    EXPECT_TRUE(window->sheet()->text().contains(u"malformed"_s));
+    EXPECT_EQ(contents(), CONTENTS);
 }
 
 TEST_F(ReplaceCommandsTest, ReplaceAndFindHeldDownEqualsReplaceAll)
 {
-    struct HeldDownCase
-    {
-        QString findText;
-        QString replaceText;
-        bool isExpression;
-    };
-    for (const HeldDownCase &test : {HeldDownCase{u"foo"_s, u"foofoo"_s, false},
-                                     {u"foo"_s, QString(), false},
-                                     {u"(f)(oo)"_s, u"$2$1f"_s, true}}) {
-        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, test.isExpression);
-        findText = test.findText;
-        const TemporaryFolder heldDown;
-        open(CONTENTS, heldDown);
-        window->replaceText = test.replaceText;
+    const std::tuple<QString, QString, bool> cases[] = {
+        {u"foo"_s, u"foofoo"_s, false}, {u"foo"_s, QString(), false}, {u"(f)(oo)"_s, u"$2$1f"_s, true}};
+    for (const auto &[findText, replaceText, isExpression] : cases) {
+        setExpression(isExpression);
+        open(CONTENTS, findText);
+        window->document.setReplaceText(replaceText);
         for (int press = 0; press < 12; ++press)
-            window->commands->replaceAndFind();
-        const QList<QByteArray> walked = contents(heldDown);
-
-        const TemporaryFolder atOnce;
-        open(CONTENTS, atOnce);
-        window->replaceText = test.replaceText;
-        window->commands->replaceAll();
-        answer(u"Replace All"_s);
-        EXPECT_EQ(walked, contents(atOnce)) << qPrintable(test.findText);
+            commands().replaceAndFind();
+        const Contents walked = contents();
+        EXPECT_NE(walked, CONTENTS);
+        open(CONTENTS, findText);
+        window->replaceAll(replaceText);
+        EXPECT_EQ(walked, contents()) << qPrintable(findText);
     }
 }
 
 TEST_F(ReplaceCommandsTest, ReplaceAllAsksTellsAndStandsOnTheFirstMatchAfterwards)
 {
-    const TemporaryFolder folder;
-    open(CONTENTS, folder);
-    QSignalSpy replacing(window->commands.get(), &ReplaceCommands::replacing);
-    QSignalSpy finished(window->commands.get(), &ReplaceCommands::finished);
-    window->commands->replaceAll();
-    ASSERT_NE(sheet(), nullptr);
-    EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
-    EXPECT_TRUE(sheet()->informativeText().contains(u"5 matches in 3 files will change."_s));
-    EXPECT_EQ(sheet()->defaultButton()->text(), u"Replace All"_s);
-    window->commands->replaceAll();
-    QTest::keyClick(sheet(), Qt::Key_Escape);
-    EXPECT_EQ(contents(folder), CONTENTS);
+    open(CONTENTS);
+    const QSignalSpy replacing(&commands(), &ReplaceCommands::replacing);
+    const QSignalSpy finished(&commands(), &ReplaceCommands::finished);
+    commands().replaceAll();
+    ASSERT_NE(window->sheet(), nullptr);
+    EXPECT_EQ(window->sheet()->windowModality(), Qt::WindowModal);
+    EXPECT_TRUE(window->sheet()->informativeText().contains(u"5 matches in 3 files will change."_s));
+    EXPECT_EQ(window->sheet()->defaultButton()->text(), u"Replace All"_s);
+    commands().replaceAll();
+    QTest::keyClick(window->sheet(), Qt::Key_Escape);
+    EXPECT_EQ(contents(), CONTENTS);
 
-    window->replaceText.clear();
-    window->commands->replaceAll();
-    EXPECT_TRUE(sheet()->informativeText().contains(u"will be deleted"_s));
-    answer(u"Cancel"_s);
-    window->replaceText = u"bar"_s;
-    window->commands->replaceAll();
-    answer(u"Replace All"_s);
-    EXPECT_EQ(contents(folder), REPLACED);
-    EXPECT_EQ(window->highlighted(), u"0:0:0"_s);
-    EXPECT_EQ(window->selection(), u"0:0"_s);
+    window->document.setReplaceText({});
+    commands().replaceAll();
+    EXPECT_TRUE(window->sheet()->informativeText().contains(u"will be deleted"_s));
+    window->press(u"Cancel"_s);
+    window->replaceAll(u"bar"_s);
+    EXPECT_EQ(contents(), REPLACED);
+    EXPECT_TRUE(pane().navigation().firstItemSelected());
     EXPECT_EQ(replacing.count(), 2);
     EXPECT_EQ(finished.count(), 1);
-    EXPECT_EQ(window->busyCount, 0);
+    EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 
 TEST_F(ReplaceCommandsTest, ReplaceSelectionAsksUntilToldNotTo)
 {
-    const TemporaryFolder folder;
-    open(CONTENTS, folder);
-    window->navigation->showAll();
-    window->selectRows({2, 4});
-    window->commands->replaceSelection();
-    EXPECT_TRUE(sheet()->informativeText().contains(u"2 matches in 2 files will change."_s));
-    sheet()->checkBox()->setChecked(true);
-    answer(u"Cancel"_s);
-    EXPECT_EQ(contents(folder), CONTENTS);
-    EXPECT_TRUE(ReplaceCommands::suppressAlertReplaceSelection());
-    window->commands->replaceSelection();
-    EXPECT_EQ(sheet(), nullptr);
-    EXPECT_EQ(contents(folder), QList<QByteArray>({"foo foo\nx\nbar\n", "a bar b\r\n", "a foo"}));
-}
-
-TEST_F(ReplaceCommandsTest, FailedFilesAreListedOnceAndComeBackAsTheyWere)
-{
-    const TemporaryFolder folder;
-    open(CONTENTS, folder);
-    test::writeFile(folder.path("file0"), "changed outside, foo\n");
-    test::setModificationDate(folder.path("file0"), 1234567890);
-    const QByteArray aside = folder.read("file2");
-    EXPECT_EQ(::unlink(folder.path("file2").cString()), 0);
-    window->commands->replaceAll();
-    answer(u"Replace All"_s);
-    ASSERT_NE(sheet(), nullptr);
-    EXPECT_TRUE(sheet()->text().contains(u"file0, file2"_s)) << qPrintable(sheet()->text());
-    EXPECT_EQ(folder.read("file0"), "changed outside, foo\n");
-    EXPECT_EQ(folder.read("file1"), REPLACED[1]);
-    EXPECT_EQ(window->lines(0), QStringList({u"foo foo\n"_s, u"foo\n"_s}));
-    EXPECT_EQ(window->lines(2), QStringList(u"a foo"_s));
-    sheet()->close();
-    EXPECT_EQ(sheet(), nullptr);
-
-    test::writeFile(folder.path("file0"), CONTENTS[0]);
-    window->results.files()[0]->setModificationDate(TDFileCommon::fileModificationDate(folder.path("file0")));
-    test::writeFile(folder.path("file2"), aside);
-    window->results.files()[2]->setModificationDate(TDFileCommon::fileModificationDate(folder.path("file2")));
-    window->commands->replaceAll();
-    answer(u"Replace All"_s);
-    EXPECT_EQ(contents(folder), REPLACED);
-}
-
-TEST_F(ReplaceCommandsTest, FaultyExpressionIsShownAndChangesNothing)
-{
-    const TemporaryFolder folder;
-    open(CONTENTS, folder);
-    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
-    window->findText = u"(foo"_s;
-    window->commands->replace();
-    ASSERT_NE(sheet(), nullptr);
-    EXPECT_TRUE(sheet()->text().contains(u"malformed"_s));
-    EXPECT_EQ(contents(folder), CONTENTS);
+    open(CONTENTS);
+    pane().navigation().showAll();
+    window->outline()->selectRow(2);
+    window->outline()->selectRow(4, true);
+    commands().replaceSelection();
+    EXPECT_TRUE(window->sheet()->informativeText().contains(u"2 matches in 2 files will change."_s));
+    window->sheet()->checkBox()->setChecked(true);
+    window->press(u"Cancel"_s);
+    EXPECT_EQ(contents(), CONTENTS);
+    QCoreApplication::processEvents();
+    commands().replaceSelection();
+    EXPECT_EQ(window->sheet(), nullptr);
+    EXPECT_EQ(contents(), Contents({"foo foo\nx\nbar\n", "a bar b\r\n", "a foo"}));
 }
 
 TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
 {
-    const TemporaryFolder folder;
-    open(QList<QByteArray>(40, "foo\n"), folder);
-    QSignalSpy shownAnew(&window->model, &ResultsTreeModel::dataChanged);
-    QObject::connect(window->commands.get(), &ReplaceCommands::progressed,
-                     [this, &shownAnew](quint64 done, quint64 count) {
-                         EXPECT_TRUE(done == 0 || !shownAnew.isEmpty());
-                         shownAnew.clear();
-                         EXPECT_EQ(count, 40U);
-                         EXPECT_TRUE(window->commands->isReplacing());
-                         if (done == 1)
-                             window->commands->setStopReplace(true);
-                         window->commands->replaceAll();
-                         EXPECT_EQ(sheet(), nullptr);
-                         window->navigation->removeSelected();
-                     });
-    window->commands->replaceAll();
-    answer(u"Replace All"_s);
-    EXPECT_EQ(contents(folder), QList<QByteArray>({"bar\n"}) + QList<QByteArray>(39, "foo\n"));
-    EXPECT_EQ(window->results.count(), 40);
-    EXPECT_EQ(window->busyCount, 0);
+    open(Contents(40, "foo\n"));
+    QSignalSpy shownAnew(window->outline()->model(), &QAbstractItemModel::dataChanged);
+    QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done, quint64 count) {
+        EXPECT_TRUE(done == 0 || !shownAnew.isEmpty());
+        shownAnew.clear();
+        EXPECT_EQ(count, 40U);
+        EXPECT_TRUE(commands().isReplacing());
+        if (done == 1)
+            commands().setStopReplace(true);
+        // Nothing else can be done meanwhile.
+        commands().replaceAll();
+        EXPECT_EQ(window->sheet(), nullptr);
+        pane().navigation().removeSelected();
+    });
+    window->replaceAll(u"bar"_s);
+    EXPECT_EQ(contents(), Contents({"bar\n"}) + Contents(39, "foo\n"));
+    EXPECT_EQ(window->document.findResults().count(), 40);
+    EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 
-TEST_F(ReplaceCommandsTest, RunSurvivesThatItsObjectGoesAway)
+TEST_F(ReplaceCommandsTest, ARunSurvivesThatItsObjectGoesAway)
 {
-    const TemporaryFolder folder;
-    open(QList<QByteArray>(10, "foo\n"), folder);
-    QObject::connect(window->commands.get(), &ReplaceCommands::progressed, [this](quint64 done) {
+    open(Contents(10, "foo\n"));
+    int busyCount = 0;
+    auto own = std::make_unique<ReplaceCommands>(
+        dynamic_cast<ResultsTreeModel &>(*window->outline()->model()), *window->outline(),
+        pane().navigation(),
+        ReplaceContext{[] { return u"foo"_s; }, [] { return u"bar"_s; },
+                       [](const FilePath &) { return false; }, [&] { ++busyCount; }, [&] { --busyCount; }});
+    QObject::connect(own.get(), &ReplaceCommands::progressed, [&](quint64 done) {
         if (done == 1)
             QMetaObject::invokeMethod(
-                window->navigation.get(), [this] { window->commands.reset(); }, Qt::QueuedConnection);
+                &window->document, [&] { own.reset(); }, Qt::QueuedConnection);
     });
-    window->commands->replaceAll();
-    answer(u"Replace All"_s);
-    EXPECT_EQ(window->commands, nullptr);
-    EXPECT_EQ(contents(folder), QList<QByteArray>({"bar\n"}) + QList<QByteArray>(9, "foo\n"));
-    EXPECT_EQ(window->busyCount, 0);
+    own->replaceAll();
+    window->press(u"Replace All"_s);
+    ASSERT_TRUE(waitFor([&] { return own == nullptr && busyCount == 0; }));
+    EXPECT_EQ(contents(), Contents({"bar\n"}) + Contents(9, "foo\n"));
 }
 
 TEST(ErrorSheet, ShowsFileNamesAsTheyAre)
@@ -256,17 +187,15 @@ TEST(ErrorSheet, ShowsFileNamesAsTheyAre)
     QWidget window;
     window.show();
     const TDError error =
-        TDError::initalizePresentErrorWithCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_NOT_WRITABLE_ERROR,
-                                               u"Description"_s, u"<b>not bold</b>"_s, u"Suggestion"_s);
+        TDError::initalizePresentErrorWithCode(30, u"Description"_s, u"<b>not bold</b>"_s, u"Suggestion"_s);
     const QMessageBox *sheet = presentErrorSheet(&window, error);
     EXPECT_TRUE(sheet->text().contains(u"<b>not bold</b>"_s));
-    for (const QLabel *label : sheet->findChildren<QLabel *>()) {
+    for (const QLabel *label : sheet->findChildren<QLabel *>())
         EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText)
             << qPrintable(label->text());
-    }
     EXPECT_EQ(sheet->informativeText(), u"Suggestion"_s);
 }
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

@@ -1,17 +1,8 @@
-#include "support/TemporaryFolder.h"
 #include "window/ResultsFixture.h"
-
-#include <gtest/gtest.h>
-
-#include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
-namespace tidemark {
-
-using test::failedFileNode;
-using test::fileNode;
-using test::ResultsWindow;
+namespace tidemark::test {
 
 namespace {
 
@@ -20,6 +11,8 @@ FindResultItems twoFiles()
 {
     return {fileNode("/t/a", {u"foo foo foo\n"_s, u"a foo\n"_s}), fileNode("/t/b", {u"foo foo\n"_s})};
 }
+
+using ResultsNavigationTest = WindowTest;
 
 struct Step
 {
@@ -33,36 +26,36 @@ void walk(ResultsWindow &window, const QList<Step> &steps)
 {
     int number = 0;
     for (const Step &step : steps) {
-        window.press(step.key, step.modifiers);
+        window.pressKey(step.key, step.modifiers);
         EXPECT_EQ(window.selection(), QLatin1String(step.selection)) << "step " << number;
         EXPECT_EQ(window.highlighted(), QLatin1String(step.highlighted)) << "step " << number;
         ++number;
     }
 }
 
-TEST(ResultsNavigation, WalksThroughMatchesLinesAndFilesAndBack)
+TEST_F(ResultsNavigationTest, WalksThroughMatchesLinesAndFilesAndBack)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->selectFirstMatch();
-    EXPECT_TRUE(window.navigation->firstItemSelected());
+    ResultsWindow window(application, twoFiles());
+    window.navigation.selectFirstMatch();
+    EXPECT_TRUE(window.navigation.firstItemSelected());
     walk(window, {{Qt::Key_Up, {}, "0:0", "0:0:0"},
                   {Qt::Key_Down, {}, "0:0", "0:0:1"},
                   {Qt::Key_Down, {}, "0:0", "0:0:2"},
                   {Qt::Key_Down, {}, "0:1", "0:1:0"},
                   {Qt::Key_Down, {}, "1:0", "1:0:0"},
                   {Qt::Key_Down, {}, "1:0", "1:0:1"}});
-    EXPECT_TRUE(window.navigation->lastItemSelected());
-    EXPECT_FALSE(window.navigation->firstItemSelected());
+    EXPECT_TRUE(window.navigation.lastItemSelected());
+    EXPECT_FALSE(window.navigation.firstItemSelected());
     walk(window, {{Qt::Key_Down, {}, "1:0", "1:0:1"},
                   {Qt::Key_Up, {}, "1:0", "1:0:0"},
                   {Qt::Key_Up, {}, "0:1", "0:1:0"},
                   {Qt::Key_Up, {}, "0:0", "0:0:2"}});
 }
 
-TEST(ResultsNavigation, ExtendsTheSelectionLineByLine)
+TEST_F(ResultsNavigationTest, ExtendsTheSelectionLineByLine)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->selectFirstMatch();
+    ResultsWindow window(application, twoFiles());
+    window.navigation.selectFirstMatch();
     walk(window, {{Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1", "0:1:0"},
                   {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
                   {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
@@ -70,10 +63,10 @@ TEST(ResultsNavigation, ExtendsTheSelectionLineByLine)
                   {Qt::Key_Down, {}, "1:0", "1:0:0"}});
 }
 
-TEST(ResultsNavigation, GoesToTheFirstMatchOfFiles)
+TEST_F(ResultsNavigationTest, GoesToTheFirstMatchOfFiles)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->selectFirstMatch();
+    ResultsWindow window(application, twoFiles());
+    window.navigation.selectFirstMatch();
     const auto control = Qt::ControlModifier;
     walk(window, {{Qt::Key_Up, control, "0:0", "0:0:0"},
                   {Qt::Key_Down, control, "1:0", "1:0:0"},
@@ -83,22 +76,22 @@ TEST(ResultsNavigation, GoesToTheFirstMatchOfFiles)
     walk(window, {{Qt::Key_Up, control, "0:0", "0:0:0"}});
 }
 
-TEST(ResultsNavigation, ClickingAFileOpensItAndHighlightsItsFirstMatch)
+TEST_F(ResultsNavigationTest, ClickingAFileOpensItAndHighlightsItsFirstMatch)
 {
-    ResultsWindow window(twoFiles());
+    ResultsWindow window(application, twoFiles());
     window.view.selectRow(1);
     EXPECT_EQ(window.selection(), u"1"_s);
     EXPECT_EQ(window.highlighted(), u"1:0:0"_s);
     EXPECT_TRUE(window.view.isExpanded(window.model.index(1, 0)));
-    window.press(Qt::Key_Down);
+    window.pressKey(Qt::Key_Down);
     EXPECT_EQ(window.highlighted(), u"1:0:1"_s);
     walk(window, {{Qt::Key_Up, {}, "1:0", "1:0:0"}, {Qt::Key_Up, {}, "0", "0:0:0"}});
 }
 
-TEST(ResultsNavigation, CollapsingTakesTheSelectionToTheFile)
+TEST_F(ResultsNavigationTest, CollapsingTakesTheSelectionToTheFile)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->selectFirstMatch();
+    ResultsWindow window(application, twoFiles());
+    window.navigation.selectFirstMatch();
     const auto &line = window.results.files()[0]->children()[0];
     EXPECT_TRUE(line->matchLine()->selected());
     window.view.collapseItem(window.model.index(0, 0));
@@ -108,57 +101,58 @@ TEST(ResultsNavigation, CollapsingTakesTheSelectionToTheFile)
     walk(window, {{Qt::Key_Down, {}, "0:0", "0:0:0"}});
 }
 
-TEST(ResultsNavigation, ShowsAndHidesEverythingInTurn)
+TEST_F(ResultsNavigationTest, ShowsAndHidesEverythingInTurn)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->expandCollapseAll();
+    ResultsWindow window(application, twoFiles());
+    window.navigation.expandCollapseAll();
     EXPECT_EQ(window.view.numberOfRows(), 5);
     window.view.selectAll();
     EXPECT_EQ(window.selection(), u"0 0:0 0:1 1 1:0"_s);
-    window.navigation->expandCollapseAll();
+    window.navigation.expandCollapseAll();
     EXPECT_EQ(window.view.numberOfRows(), 2);
     EXPECT_EQ(window.selection(), u"0"_s);
     EXPECT_FALSE(ResultsNavigation::showHideState());
 }
 
-TEST(ResultsNavigation, RemovesRowsAndGoesOnBehindThem)
+TEST_F(ResultsNavigationTest, RemovesRowsAndGoesOnBehindThem)
 {
-    ResultsWindow window(twoFiles());
-    window.navigation->showAll();
-    window.selectRows({1});
-    window.press(Qt::Key_Delete);
-    EXPECT_EQ(window.lines(0), QStringList(u"a foo\n"_s));
+    ResultsWindow window(application, twoFiles());
+    window.navigation.showAll();
+    window.view.selectRow(1);
+    window.pressKey(Qt::Key_Delete);
+    EXPECT_EQ(window.results.files()[0]->children().size(), 1);
     EXPECT_EQ(window.selection(), u"0:0"_s);
-    window.press(Qt::Key_Delete);
+    window.pressKey(Qt::Key_Delete);
     EXPECT_EQ(window.results.count(), 1);
     EXPECT_EQ(window.selection(), u"0:0"_s);
     EXPECT_EQ(window.highlighted(), u"0:0:0"_s);
-    window.navigation->setRemovalEnabled(false);
-    window.press(Qt::Key_Delete);
+    window.navigation.setRemovalEnabled(false);
+    window.pressKey(Qt::Key_Delete);
     EXPECT_EQ(window.results.count(), 1);
-    window.navigation->setRemovalEnabled(true);
-    window.press(Qt::Key_Delete);
+    window.navigation.setRemovalEnabled(true);
+    window.pressKey(Qt::Key_Delete);
     EXPECT_TRUE(window.results.isEmpty());
     EXPECT_EQ(window.selection(), QString());
-    window.press(Qt::Key_Down);
+    window.pressKey(Qt::Key_Down);
 }
 
-TEST(ResultsNavigation, PassesErrorsAndKeepsFlagsWithTheSelection)
+TEST_F(ResultsNavigationTest, PassesErrorsAndKeepsFlagsWithTheSelection)
 {
-    ResultsWindow window({failedFileNode("/t/bad", u"Why"_s), fileNode("/t/a", {u"foo\n"_s, u"foo\n"_s})});
-    window.navigation->selectFirstMatch();
+    ResultsWindow window(application,
+                         {failedFileNode("/t/bad", u"Why"_s), fileNode("/t/a", {u"foo\n"_s, u"foo\n"_s})});
+    window.navigation.selectFirstMatch();
     EXPECT_EQ(window.highlighted(), u"none"_s);
     walk(window, {{Qt::Key_Down, {}, "1:0", "1:0:0"}, {Qt::Key_Down, {}, "1:1", "1:1:0"}});
     const auto &lines = window.results.files()[1]->children();
     EXPECT_FALSE(lines[0]->matchLine()->selected());
     EXPECT_TRUE(lines[1]->matchLine()->selected());
-    EXPECT_EQ(window.navigation->selectedLines(), u"foo"_s);
-    EXPECT_EQ(window.navigation->pathOfCurrentlySelectedItem(), FilePath("/t/a"));
+    EXPECT_EQ(window.navigation.selectedLines(), u"foo"_s);
+    EXPECT_EQ(window.navigation.pathOfCurrentlySelectedItem(), FilePath("/t/a"));
     window.results.clear();
-    EXPECT_FALSE(window.navigation->lastItemSelected());
-    EXPECT_EQ(window.navigation->currentlySelectedMatchLineItem(), nullptr);
+    EXPECT_FALSE(window.navigation.lastItemSelected());
+    EXPECT_EQ(window.navigation.currentlySelectedMatchLineItem(), nullptr);
 }
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

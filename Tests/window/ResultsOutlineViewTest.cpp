@@ -2,22 +2,17 @@
 #include "window/ResultsFixture.h"
 #include "window/Workspace.h"
 
-#include <gtest/gtest.h>
-
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QScrollBar>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
-namespace tidemark {
-
-using test::fileNode;
-using test::ResultsWindow;
+namespace tidemark::test {
 
 namespace {
+
+using OutlineViewTest = WindowTest;
 
 class RecordingDelegate : public ResultsOutlineDelegate
 {
@@ -43,17 +38,11 @@ public:
     QStringList told;
 };
 
-TEST(OutlineViewKeys, DoWhatTheTableSays)
+TEST_F(OutlineViewTest, KeysDoWhatTheTableSays)
 {
-    struct KeyCase
-    {
-        int key;
-        Qt::KeyboardModifiers modifiers;
-        QString told;
-    };
     const Qt::KeyboardModifiers control = Qt::ControlModifier;
     const Qt::KeyboardModifiers shift = Qt::ShiftModifier;
-    const KeyCase cases[] = {
+    const std::tuple<int, Qt::KeyboardModifiers, QString> cases[] = {
         {Qt::Key_S, control, u"replaceSelection"_s},
         {Qt::Key_X, control, u"replaceAndFind"_s},
         {Qt::Key_R, control, u"replace"_s},
@@ -71,35 +60,33 @@ TEST(OutlineViewKeys, DoWhatTheTableSays)
         {Qt::Key_Up, shift, u"previous extending"_s},
         {Qt::Key_Up, control, u"file"_s},
     };
-    ResultsWindow window({fileNode("/t/some", {u"foo"_s}), fileNode("/t/rest", {u"foo"_s})});
+    ResultsWindow window(application, {fileNode("/t/some", {u"foo"_s}), fileNode("/t/rest", {u"foo"_s}),
+                                       fileNode("/t/beta", {u"foo"_s})});
     RecordingDelegate delegate;
     window.view.setOutlineDelegate(&delegate);
     for (const bool hasResults : {true, false}) {
         delegate.hasResults = hasResults;
-        for (const KeyCase &test : cases) {
+        for (const auto &[key, modifiers, told] : cases) {
             delegate.told.clear();
-            QKeyEvent event(QEvent::KeyPress, test.key, test.modifiers,
-                            test.key < 0x80 ? QString(QChar(test.key).toLower()) : QString());
+            QKeyEvent event(QEvent::KeyPress, key, modifiers,
+                            key < 0x80 ? QString(QChar(key).toLower()) : QString());
             QCoreApplication::sendEvent(&window.view, &event);
             EXPECT_TRUE(event.isAccepted());
-            EXPECT_EQ(delegate.told.join(u','), hasResults ? test.told : QString());
+            EXPECT_EQ(delegate.told.join(u','), hasResults ? told : QString());
             EXPECT_EQ(window.selection(), QString());
         }
     }
     QTest::keyClick(&window.view, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(window.selection(), u"0 1"_s);
-}
-
-TEST(OutlineViewKeys, OtherLettersFindFilesByName)
-{
-    ResultsWindow window({fileNode("/t/alpha", {u"foo"_s}), fileNode("/t/beta", {u"foo"_s})});
+    EXPECT_EQ(window.selection(), u"0 1 2"_s);
+    // Other letters find files by name.
+    window.view.selectRow(0);
     QTest::keyClick(&window.view, 'b');
-    EXPECT_EQ(window.selection(), u"1"_s);
+    EXPECT_EQ(window.selection(), u"2"_s);
 }
 
-TEST(OutlineViewMouse, ContextMenuSelectsTheRowUnderThePointerFirst)
+TEST_F(OutlineViewTest, ContextMenuSelectsTheRowUnderThePointerFirst)
 {
-    ResultsWindow window({fileNode("/t/a", {u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
     RecordingDelegate delegate;
     window.view.setOutlineDelegate(&delegate);
     const auto centre = [&window](int row) {
@@ -117,9 +104,9 @@ TEST(OutlineViewMouse, ContextMenuSelectsTheRowUnderThePointerFirst)
     EXPECT_EQ(delegate.told.size(), 2);
 }
 
-TEST(OutlineViewMouse, SelectsRangesAndTogglesTriangles)
+TEST_F(OutlineViewTest, TheMouseSelectsRangesAndTogglesTriangles)
 {
-    ResultsWindow window({fileNode("/t/a", {u"foo"_s, u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, u"foo"_s}), fileNode("/t/b", {u"foo"_s})});
     const auto click = [&window](int row, Qt::KeyboardModifiers modifiers) {
         QTest::mouseClick(window.view.viewport(), Qt::LeftButton, modifiers,
                           window.view.visualRect(window.view.indexAtRow(row)).center());
@@ -135,17 +122,18 @@ TEST(OutlineViewMouse, SelectsRangesAndTogglesTriangles)
     EXPECT_EQ(window.view.numberOfRows(), 2);
 }
 
-TEST(OutlineViewRows, WrapByCharacterAndStayReachable)
+TEST_F(OutlineViewTest, RowsWrapByCharacterAndStayReachable)
 {
     const QString longLine = QString(24000, u'x') + u"foo\n"_s;
-    ResultsWindow window({fileNode("/t/a", {longLine, u"foo\n"_s}), fileNode("/t/b", {u"foo"_s})});
-    window.navigation->selectFirstMatch();
+    ResultsWindow window(application,
+                         {fileNode("/t/a", {longLine, u"foo\n"_s}), fileNode("/t/b", {u"foo"_s})});
+    window.navigation.selectFirstMatch();
     const QRect tall = window.view.visualRect(window.view.indexAtRow(1));
     EXPECT_GT(tall.height(), 20 * window.view.viewport()->height() / 4);
     // The match stands at the end of a row that is higher than the view.
     EXPECT_LT(tall.top(), 0);
     EXPECT_LE(tall.bottom(), window.view.viewport()->height() + 1);
-    window.press(Qt::Key_Down);
+    window.pressKey(Qt::Key_Down);
     EXPECT_LE(window.view.visualRect(window.view.indexAtRow(2)).bottom(), window.view.viewport()->height());
     window.view.verticalScrollBar()->setValue(0);
     EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(0)).top(), 0);
@@ -153,16 +141,16 @@ TEST(OutlineViewRows, WrapByCharacterAndStayReachable)
     EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(3)).bottom() + 1,
               window.view.viewport()->height());
     const int heightBefore = tall.height();
-    window.window.resize(1200, 400);
+    window.window()->resize(1200, 400);
     EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), heightBefore);
 }
 
-TEST(OutlineViewRows, StayWhereTheyAreWhileResultsArrive)
+TEST_F(OutlineViewTest, RowsStayWhereTheyAreWhileResultsArrive)
 {
     FindResultItems files;
     for (int number = 0; number < 100; ++number)
         files << fileNode("/t/" + QByteArray::number(number), {u"foo"_s});
-    ResultsWindow window(files);
+    ResultsWindow window(application, files);
     window.view.expandItem(window.model.index(60, 0));
     window.view.selectRow(61);
     window.view.scrollTo(window.view.indexAtRow(61), QAbstractItemView::PositionAtTop);
@@ -174,7 +162,7 @@ TEST(OutlineViewRows, StayWhereTheyAreWhileResultsArrive)
     window.view.header()->setSortIndicator(0, Qt::DescendingOrder);
     EXPECT_EQ(window.model.index(0, 0).data().toString(), u"new"_s);
     EXPECT_EQ(window.view.numberOfRows(), 103);
-    EXPECT_EQ(window.navigation->selectedObjects(), FindResultItems({files[60]->children()[0]}));
+    EXPECT_EQ(window.navigation.selectedObjects(), FindResultItems({files[60]->children()[0]}));
 }
 
 class RecordingWorkspace : public Workspace
@@ -185,18 +173,18 @@ public:
     QList<QByteArray> told;
 };
 
-TEST(ResultsActions, ActOnTheSelectedFileWhateverItsName)
+TEST_F(OutlineViewTest, ActionsActOnTheSelectedFileWhateverItsName)
 {
     const QByteArray path("/t/caf\xE9 %41");
-    ResultsWindow window({fileNode(path, {u"a\tfoo\r\n"_s})});
+    ResultsWindow window(application, {fileNode(path, {u"a\tfoo\r\n"_s})});
     const auto workspace = std::make_shared<RecordingWorkspace>();
-    ResultsActions actions(*window.navigation, workspace);
+    ResultsActions actions(window.navigation, workspace);
     actions.openInFinder();
     EXPECT_FALSE(actions.openAction()->isEnabled());
     window.view.selectRow(0);
     EXPECT_FALSE(actions.copyLineAction()->isEnabled());
     actions.openAction()->trigger();
-    window.navigation->selectFirstMatch();
+    window.navigation.selectFirstMatch();
     actions.revealAction()->trigger();
     EXPECT_EQ(workspace->told, QList<QByteArray>({"open " + path, "reveal " + path}));
     actions.copyLineAction()->trigger();
@@ -205,4 +193,4 @@ TEST(ResultsActions, ActOnTheSelectedFileWhateverItsName)
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

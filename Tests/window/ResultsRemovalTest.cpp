@@ -16,18 +16,16 @@ void PrintTo(const ResultPath &path, std::ostream *out)
 
 namespace {
 
-struct RemovalCase
-{
-    const char *name;
-    std::vector<int> lineCounts;
-    QList<ResultPath> selection;
-    QList<ResultPath> removed;
-    ResultPath selectedAfterwards;
-};
-
 TEST(ResultsRemoval, SelectsWhatFollowsTheRemovedOnes)
 {
-    const RemovalCase cases[] = {
+    const struct
+    {
+        const char *name;
+        std::vector<int> lineCounts;
+        QList<ResultPath> selection;
+        QList<ResultPath> removed;
+        ResultPath selectedAfterwards;
+    } cases[] = {
         {"a line in the middle", {3}, {{0, 1}}, {{0, 1}}, {0, 1}},
         {"several lines of one file", {5}, {{0, 0}, {0, 2}}, {{0, 0}, {0, 2}}, {0, 1}},
         {"a file's last line", {3, 2}, {{0, 2}}, {{0, 2}}, {1, 0}},
@@ -42,7 +40,7 @@ TEST(ResultsRemoval, SelectsWhatFollowsTheRemovedOnes)
         {"a whole file before a line", {2, 4}, {{0, 0}, {0, 1}, {1, 0}}, {{0}, {1, 0}}, {0, 0}},
         {"nothing", {2}, {}, {}, {0, -1}},
     };
-    for (const RemovalCase &test : cases) {
+    for (const auto &test : cases) {
         const ResultsRemoval removal =
             ResultsRemoval::ofSelection(test.selection, int(test.lineCounts.size()),
                                         [&test](int file) { return test.lineCounts[size_t(file)]; });

@@ -8,35 +8,25 @@ namespace tidemark {
 
 namespace {
 
-struct Case
-{
-    quint64 matches;
-    quint64 files;
-    quint64 scanned;
-    const char *finished;
-};
-
 TEST(SearchStatusLine, CountsAreInTheSingularOrPluralAsTheTextsWantIt)
 {
-    const Case cases[] = {
-        {0, 0, 0, "Search completed (0 matches found in 0 files • 0 files searched)"},
-        {0, 1, 1, "Search completed (0 matches found in 1 files • 1 file searched)"},
-        {1, 1, 1, "Search completed (1 match found in 1 file • 1 file searched)"},
-        {1, 2, 2, "Search completed (1 matches found in 2 files • 2 files searched)"},
-        {3, 1, 12, "Search completed (3 matches found in 1 file • 12 files searched)"},
-        {38, 4, 120, "Search completed (38 matches found in 4 files • 120 files searched)"},
-        {quint64(-1), 1, 2,
-         "Search completed (18446744073709551615 matches found in 1 file • 2 files searched)"},
+    const std::tuple<quint64, quint64, quint64, const char *> cases[] = {
+        {0, 0, 0, "0 matches found in 0 files • 0 files searched"},
+        {0, 1, 1, "0 matches found in 1 files • 1 file searched"},
+        {1, 1, 1, "1 match found in 1 file • 1 file searched"},
+        {1, 2, 2, "1 matches found in 2 files • 2 files searched"},
+        {3, 1, 12, "3 matches found in 1 file • 12 files searched"},
+        {38, 4, 120, "38 matches found in 4 files • 120 files searched"},
+        {quint64(-1), 1, 2, "18446744073709551615 matches found in 1 file • 2 files searched"},
     };
-    for (const Case &expected : cases)
-        EXPECT_EQ(finishedStatus(expected.matches, expected.files, expected.scanned, SearchEnd::Completed),
-                  QString::fromUtf8(expected.finished));
-    EXPECT_EQ(finishedStatus(1, 1, 5, SearchEnd::Interrupted),
-              QStringLiteral("Search interrupted (1 match found in 1 file • 5 files searched)"));
-}
-
-TEST(SearchStatusLine, APathWithPlaceholdersIsShownAsItIs)
-{
+    for (const auto &[matches, files, scanned, text] : cases) {
+        const QString counts = QString::fromUtf8(text);
+        EXPECT_EQ(finishedStatus(matches, files, scanned, SearchEnd::Completed),
+                  QStringLiteral("Search completed (%1)").arg(counts));
+        EXPECT_EQ(finishedStatus(matches, files, scanned, SearchEnd::Interrupted),
+                  QStringLiteral("Search interrupted (%1)").arg(counts));
+    }
+    // Placeholders in a path are shown as they are.
     EXPECT_EQ(scanningStatus(2, 1, 1, FilePath("/tmp/%d of %@")),
               QStringLiteral("2 matches found in 1 file • 1 file searched • Searching: /tmp/%d of %@"));
 }

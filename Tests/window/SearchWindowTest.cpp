@@ -1,9 +1,6 @@
-#include "support/TimeLimit.h"
 #include "support/gui/OpenWindow.h"
 
-#include <QAction>
 #include <QClipboard>
-#include <QElapsedTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,8 +11,6 @@ namespace {
 class SearchWindowTest : public WindowTest
 {
 protected:
-    using Window = OpenWindow;
-
     void writeFiles(int count, const QByteArray &content)
     {
         for (int file = 0; file < count; ++file)
@@ -29,7 +24,7 @@ TEST_F(SearchWindowTest, ReturnInFindSearchesForWhatWasTyped)
     folder.write("a.txt", "needle\n");
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY,
                                        QStringList{u"NEEDLE in full"_s});
-    Window window(application);
+    OpenWindow window(application);
     window.searchIn(folder.path(), u"old"_s);
     window.window()->setFocus();
     window.find()->setFocus();
@@ -50,8 +45,8 @@ TEST_F(SearchWindowTest, ReturnInFindSearchesForWhatWasTyped)
 
 TEST_F(SearchWindowTest, OptionsFollowTheSettingsInEveryWindow)
 {
-    Window one(application);
-    Window two(application);
+    OpenWindow one(application);
+    OpenWindow two(application);
     EXPECT_TRUE(one.ui().ignoreCaseCheckBox->isChecked());
     QTest::mouseClick(one.ui().ignoreCaseCheckBox, Qt::LeftButton, {},
                       QPoint(8, one.ui().ignoreCaseCheckBox->height() / 2));
@@ -64,7 +59,7 @@ TEST_F(SearchWindowTest, OptionsFollowTheSettingsInEveryWindow)
 
 TEST_F(SearchWindowTest, CtrlCCopiesInAFieldAndTogglesElsewhere)
 {
-    Window window(application);
+    OpenWindow window(application);
     window.document.setFindText(u"copied"_s);
     window.find()->setFocus();
     window.find()->selectAll();
@@ -78,7 +73,7 @@ TEST_F(SearchWindowTest, CtrlCCopiesInAFieldAndTogglesElsewhere)
 
 TEST_F(SearchWindowTest, PastedLineBreaksStayInTheTextAndOutOfTheLayout)
 {
-    Window window(application);
+    OpenWindow window(application);
     const int height = window.ui().findTextComboBox->height();
     QGuiApplication::clipboard()->setText(u"one\ntwo"_s + QString(5000, u'x'));
     window.find()->setFocus();
@@ -91,28 +86,9 @@ TEST_F(SearchWindowTest, PastedLineBreaksStayInTheTextAndOutOfTheLayout)
     EXPECT_LE(window.window()->minimumSizeHint().width(), 640);
 }
 
-TEST_F(SearchWindowTest, EveryControlCanBeReachedByNameAndNothingIsCutAtTheSmallestSize)
-{
-    Window window(application);
-    window.window()->resize(640, 560);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(window.window()->size(), QSize(640, 560));
-    const QList<QWidget *> widgets = window.ui().centralWidget->findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        const auto *button = qobject_cast<const QAbstractButton *>(widget);
-        if (button == nullptr || !button->isVisible() || widget->objectName().startsWith("qt_"_L1) ||
-            widget->objectName().isEmpty())
-            continue;
-        EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
-            << widget->objectName().toStdString();
-        EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << widget->objectName().toStdString();
-        EXPECT_FALSE(widget->toolTip().isEmpty()) << widget->objectName().toStdString();
-    }
-}
-
 TEST_F(SearchWindowTest, TheDividerKeepsItsDistanceAndTheResultsTakeTheGrowth)
 {
-    Window window(application);
+    OpenWindow window(application);
     window.window()->resize(800, 700);
     QCoreApplication::processEvents();
     SearchSplitView *split = window.ui().splitView;
@@ -130,32 +106,11 @@ TEST_F(SearchWindowTest, TheDividerKeepsItsDistanceAndTheResultsTakeTheGrowth)
     EXPECT_EQ(split->sizes().value(0), 900 - 350);
 }
 
-TEST_F(SearchWindowTest, EscapeStopsASearchAtOnceAndWhatWasFoundStays)
-{
-    writeFiles(3000, QByteArray("needle in a haystack\n").repeated(200));
-    Window window(application);
-    window.searchIn(folder.path("tree"), u"needle"_s);
-    QTest::keyClick(window.find(), Qt::Key_Return, Qt::ControlModifier);
-    ASSERT_TRUE(waitFor([&] { return !window.document.findResults().isEmpty(); }));
-    const bool wasRunning = window.controller().searching();
-    QElapsedTimer timer;
-    timer.start();
-    QTest::keyClick(window.window(), Qt::Key_Escape);
-    EXPECT_FALSE(window.controller().searching());
-    ASSERT_TRUE(waitFor([&] { return window.document.resultsStatusText().contains(u'('); }));
-    EXPECT_LT(timer.elapsed(), timeLimit(200));
-    if (wasRunning) {
-        EXPECT_TRUE(window.document.resultsStatusText().startsWith(u"Search interrupted ("_s));
-    }
-    EXPECT_EQ(window.document.filesWithMatchesCount(), window.document.findResults().count());
-    EXPECT_FALSE(window.document.findResults().isEmpty());
-}
-
 TEST_F(SearchWindowTest, ClosingDuringASearchClosesAtOnce)
 {
     writeFiles(500, QByteArray("needle\n").repeated(50));
     for (int round = 0; round < 10; ++round) {
-        auto window = std::make_unique<Window>(application);
+        auto window = std::make_unique<OpenWindow>(application);
         window->searchIn(folder.path("tree"), u"needle"_s);
         window->controller().startSearch(StartStopButton::On);
         if (round % 2 == 1)
@@ -171,8 +126,8 @@ TEST_F(SearchWindowTest, ClosingDuringASearchClosesAtOnce)
 TEST_F(SearchWindowTest, TwoWindowsSearchSideBySide)
 {
     writeFiles(300, "needle and thread\n");
-    Window one(application);
-    Window two(application);
+    OpenWindow one(application);
+    OpenWindow two(application);
     one.searchIn(folder.path("tree"), u"needle"_s);
     two.searchIn(folder.path("tree/0"), u"thread"_s);
     one.controller().startSearch(StartStopButton::On);
@@ -182,38 +137,21 @@ TEST_F(SearchWindowTest, TwoWindowsSearchSideBySide)
     EXPECT_EQ(two.document.findResults().count(), 100);
 }
 
-TEST_F(SearchWindowTest, NothingToSearchForOrInEndsWithItsStatusLine)
-{
-    Window window(application);
-    window.controller().startSearch(StartStopButton::On);
-    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }));
-    EXPECT_EQ(window.ui().resultsStatusLabel->wholeText(),
-              u"Search completed (0 matches found in 0 files • 0 files searched)"_s);
-    EXPECT_FALSE(window.ui().replaceAllButton->isEnabled());
-}
-
 TEST_F(SearchWindowTest, ClosingAsksWhileAnyWindowReplaces)
 {
-    Window window(application);
+    OpenWindow window(application);
     application.setCountBusyWindows(1);
     EXPECT_FALSE(window.window()->close());
-    auto *question = window.window()->findChild<QMessageBox *>(u"stopReplaceQuestion"_s);
-    ASSERT_NE(question, nullptr);
-    EXPECT_EQ(question->text(), u"Do you want to stop the replace that is in progress?"_s);
-    EXPECT_EQ(question->defaultButton()->text(), u"Continue Replace and Don‘t Close Window"_s);
-    QTest::keyClick(question, Qt::Key_Escape);
+    ASSERT_NE(window.sheet(), nullptr);
+    EXPECT_EQ(window.sheet()->text(), u"Do you want to stop the replace that is in progress?"_s);
+    EXPECT_EQ(window.sheet()->defaultButton()->text(), u"Continue Replace and Don‘t Close Window"_s);
+    QTest::keyClick(window.sheet(), Qt::Key_Escape);
     EXPECT_TRUE(window.window()->isVisible());
     EXPECT_FALSE(window.controller().stopReplace());
 
     ASSERT_TRUE(waitFor([&] { return window.window()->findChild<QMessageBox *>() == nullptr; }));
     EXPECT_FALSE(window.window()->close());
-    question = window.window()->findChild<QMessageBox *>(u"stopReplaceQuestion"_s);
-    ASSERT_NE(question, nullptr);
-    const QList<QAbstractButton *> buttons = question->buttons();
-    for (QAbstractButton *button : buttons) {
-        if (button->text() == u"Stop Replace and Close Window"_s)
-            QTest::mouseClick(button, Qt::LeftButton);
-    }
+    window.press(u"Stop Replace and Close Window"_s);
     EXPECT_FALSE(window.window()->isVisible());
     EXPECT_TRUE(window.controller().stopReplace());
 }

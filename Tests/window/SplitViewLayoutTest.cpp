@@ -6,30 +6,27 @@ namespace tidemark {
 
 namespace {
 
-TEST(SplitViewLayout, TheDividerStopsShortOfBothEdges)
+TEST(SplitViewLayout, TheDividerStopsShortOfBothEdgesAndTheResultsRoomCountsMore)
 {
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(100, 800), 140);
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(139.5, 800), 140);
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(300, 800), 300);
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(451, 800), 450);
-    // Too small a window for both: the results' room counts.
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(200, 400), 50);
-    EXPECT_EQ(SplitViewLayout::constrainSplitPosition(200, 0), -350);
+    for (const auto &[proposed, height, allowed] : {std::tuple(100.0, 800.0, 140.0),
+                                                    {139.5, 800, 140},
+                                                    {300, 800, 300},
+                                                    {451, 800, 450},
+                                                    {200, 400, 50},
+                                                    {200, 0, -350}})
+        EXPECT_EQ(SplitViewLayout::constrainSplitPosition(proposed, height), allowed);
 }
-
-struct Resize
-{
-    const char *what;
-    double top;
-    double bottom;
-    double delta;
-    double expectedTop;
-};
 
 TEST(SplitViewLayout, PanesShareAChangeOfHeight)
 {
-    constexpr float DIVIDER = 9;
-    const Resize cases[] = {
+    const struct
+    {
+        const char *what;
+        double top;
+        double bottom;
+        double delta;
+        double expectedTop;
+    } cases[] = {
         {"the results take all growth", 250, 450, 100, 250},
         {"a low form keeps its height", 200, 450, -30, 200},
         {"a low form keeps its height even beside low results", 180, 300, -30, 180},
@@ -38,15 +35,14 @@ TEST(SplitViewLayout, PanesShareAChangeOfHeight)
         {"a fraction of a point is no change", 300, 400, 0.9, 300},
         {"a third", 210, 400, -100, double(210 - 0.025F * 100)},
     };
-    for (const Resize &resize : cases) {
-        const double oldHeight = resize.top + double(DIVIDER) + resize.bottom;
-        SplitView panes{{0, 0, 600, resize.top}, {0, resize.top + 9, 600, resize.bottom}, DIVIDER};
+    for (const auto &resize : cases) {
+        const double oldHeight = resize.top + 9 + resize.bottom;
+        SplitView panes{{0, 0, 600, resize.top}, {0, resize.top + 9, 600, resize.bottom}, 9};
         panes = SplitViewLayout::resizeSubviews(panes, oldHeight, 640, oldHeight + resize.delta);
         EXPECT_DOUBLE_EQ(panes.top.height, resize.expectedTop) << resize.what;
         EXPECT_DOUBLE_EQ(panes.bottom.y, panes.top.height + 9) << resize.what;
         EXPECT_DOUBLE_EQ(panes.bottom.y + panes.bottom.height, oldHeight + resize.delta) << resize.what;
-        EXPECT_EQ(panes.top.width, 640) << resize.what;
-        EXPECT_EQ(panes.bottom.width, 640) << resize.what;
+        EXPECT_TRUE(panes.top.width == 640 && panes.bottom.width == 640) << resize.what;
     }
 }
 

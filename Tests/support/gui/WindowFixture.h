@@ -54,15 +54,4 @@ bool waitFor(Condition condition, int milliseconds = 10000)
     return QTest::qWaitFor(condition, milliseconds);
 }
 
-/// A file node with so many match lines.
-inline std::shared_ptr<TDFindResultItem> fileWithLines(const QByteArray &path, int lines)
-{
-    auto file = TDFindResultItem::initWithFile(FilePath(path), {}, QStringLiteral("x"), false);
-    FindResultItems children;
-    for (int line = 0; line < lines; ++line)
-        children << TDFindResultItem::initWithMatchLine(std::make_shared<TDMatchLine>(), file.get());
-    file->setMatchLines(children);
-    return file;
-}
-
 } // namespace tidemark::test
