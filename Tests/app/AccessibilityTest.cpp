@@ -1,16 +1,11 @@
 #include "LanguageInstaller.h"
+#include "app/AppTest.h"
 #include "app/HelpWindow.h"
-#include "app/TDApplicationController.h"
-#include "app/TDPreferenceController.h"
-#include "support/gui/WindowFixture.h"
-#include "ui_Preferences.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
 #include <QStyleFactory>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace tidemark::test {
 
@@ -79,14 +74,7 @@ QPalette darkPalette()
     return palette;
 }
 
-class AccessibilityTest : public WindowTest
-{
-protected:
-    AccessibilityTest() { controller.awakeFromNib(); }
-    ~AccessibilityTest() override { setKindsInForce(Kind::defaultKinds()); }
-
-    TDApplicationController controller;
-};
+using AccessibilityTest = AppTest;
 
 TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
 {
@@ -94,9 +82,9 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
     document->myDocumentController()->locations().dropFiles({folder.path()});
     EXPECT_EQ(namelessControls(document->myDocumentController()->window(), 15).toStdString(), "");
     controller.showPreferencePanel();
-    EXPECT_EQ(namelessControls(controller.preferenceController().window(), 5).toStdString(), "");
-    controller.preferenceController().showFileTypesTab();
-    EXPECT_EQ(namelessControls(controller.preferenceController().window(), 10).toStdString(), "");
+    EXPECT_EQ(namelessControls(preferences().window(), 5).toStdString(), "");
+    preferences().showFileTypesTab();
+    EXPECT_EQ(namelessControls(preferences().window(), 10).toStdString(), "");
     controller.showHelp();
     EXPECT_EQ(namelessControls(&controller.helpWindow(), 1).toStdString(), "");
 }
@@ -105,16 +93,15 @@ TEST_F(AccessibilityTest, TabReachesEveryControlOfThePreferences)
 {
     for (const int tab : {0, 1}) {
         controller.showPreferencePanel();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(controller.preferenceController().window()));
-        Ui::Preferences &ui = controller.preferenceController().ui();
-        ui.tabView->setCurrentIndex(tab);
-        ui.tabView->setFocus();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(preferences().window()));
+        ui().tabView->setCurrentIndex(tab);
+        ui().tabView->setFocus();
         QSet<QWidget *> reached;
         for (int count = 0; count < 40; ++count) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             reached.insert(QApplication::focusWidget());
         }
-        for (QWidget *widget : ui.tabView->currentWidget()->findChildren<QWidget *>()) {
+        for (QWidget *widget : ui().tabView->currentWidget()->findChildren<QWidget *>()) {
             if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() && widget->isEnabled() &&
                 widget->focusProxy() == nullptr && !widget->objectName().startsWith(u"qt_"_s)) {
                 EXPECT_TRUE(reached.contains(widget)) << widget->objectName().toStdString();
@@ -156,12 +143,11 @@ TEST_P(InLanguages, NothingIsCutInThePreferences)
     for (const bool isDark : {false, true}) {
         QApplication::setPalette(isDark ? darkPalette() : light);
         controller.showPreferencePanel();
-        QWidget *window = controller.preferenceController().window();
-        Ui::Preferences &ui = controller.preferenceController().ui();
+        QWidget *window = preferences().window();
         EXPECT_LE(window->width(), 900);
         for (const int tab : {0, 1}) {
-            ui.tabView->setCurrentIndex(tab);
-            ui.kindsTableView->setCurrentIndex(ui.kindsTableView->model()->index(6, 1));
+            ui().tabView->setCurrentIndex(tab);
+            ui().kindsTableView->setCurrentIndex(ui().kindsTableView->model()->index(6, 1));
             QCoreApplication::processEvents();
             expectNothingCut(*window);
             savePicture(*window, u"preferences-%1-%2-%3"_s.arg(language).arg(tab).arg(isDark ? u"dark"_s

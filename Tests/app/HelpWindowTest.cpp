@@ -10,8 +10,6 @@
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -1,32 +1,24 @@
+#include "app/AppTest.h"
 #include "app/KindFilter.h"
-#include "app/TDApplicationController.h"
-#include "app/TDPreferenceController.h"
-#include "support/gui/WindowFixture.h"
-#include "ui_Preferences.h"
 
 #include <QAbstractItemModelTester>
 #include <QLineEdit>
 #include <QMessageBox>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {
 
-class KindsEditorTest : public WindowTest
+class KindsEditorTest : public AppTest
 {
 protected:
     KindsEditorTest()
     {
-        controller.awakeFromNib();
         controller.setKinds({{u"A"_s, u"*.a"_s, false}, {u"B"_s, u"*.b"_s, false}, {u"C"_s, u"*.c"_s, true}});
         controller.showPreferencePanelAndSelectFileTypesTab();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(controller.preferenceController().window()));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(preferences().window()));
     }
-    ~KindsEditorTest() override { setKindsInForce(Kind::defaultKinds()); }
 
-    Ui::Preferences &ui() { return controller.preferenceController().ui(); }
     QTableView *table() { return ui().kindsTableView; }
     void select(int row) { table()->setCurrentIndex(table()->model()->index(row, 0)); }
     static QString titles()
@@ -37,8 +29,6 @@ protected:
             titles += kind.title;
         return titles;
     }
-
-    TDApplicationController controller;
 };
 
 TEST_F(KindsEditorTest, ButtonsAndKeysChangeTheListInForce)
@@ -91,8 +81,7 @@ TEST_F(KindsEditorTest, TheFactoryListComesBackAfterAQuestion)
 {
     for (const bool confirms : {false, true}) {
         ui().restoreKindsButton->click();
-        auto *question =
-            controller.preferenceController().window()->findChild<QMessageBox *>(u"restoreKindsQuestion"_s);
+        auto *question = preferences().window()->findChild<QMessageBox *>(u"restoreKindsQuestion"_s);
         ASSERT_NE(question, nullptr);
         if (confirms)
             question->buttons().first()->click();

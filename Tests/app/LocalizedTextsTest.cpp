@@ -1,16 +1,13 @@
 #include "LanguageInstaller.h"
 #include "app/UserLanguage.h"
 #include "foundation/TextEncodingTable.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace tidemark::test {
 

@@ -11,8 +11,6 @@
 #include <csignal>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -1,25 +1,14 @@
-#include "app/TDApplicationController.h"
-
-#include "support/gui/WindowFixture.h"
+#include "app/AppTest.h"
 #include "ui_MyDocument.h"
 
 #include <QMenuBar>
 #include <QMessageBox>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {
 
-class TDApplicationControllerTest : public WindowTest
-{
-protected:
-    TDApplicationControllerTest() { controller.awakeFromNib(); }
-    ~TDApplicationControllerTest() override { setKindsInForce(Kind::defaultKinds()); }
-
-    TDApplicationController controller;
-};
+using TDApplicationControllerTest = AppTest;
 
 TEST_F(TDApplicationControllerTest, StartingPlainlyOpensOneUntitledDocument)
 {

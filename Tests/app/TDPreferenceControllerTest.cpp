@@ -1,30 +1,13 @@
-#include "app/TDPreferenceController.h"
-
-#include "app/TDApplicationController.h"
-#include "support/gui/WindowFixture.h"
+#include "app/AppTest.h"
 #include "ui_MyDocument.h"
-#include "ui_Preferences.h"
 
 #include <QAction>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace tidemark::test {
 
 namespace {
 
-class TDPreferenceControllerTest : public WindowTest
-{
-protected:
-    TDPreferenceControllerTest() { controller.awakeFromNib(); }
-    ~TDPreferenceControllerTest() override { setKindsInForce(Kind::defaultKinds()); }
-
-    TDPreferenceController &preferences() { return controller.preferenceController(); }
-    Ui::Preferences &ui() { return preferences().ui(); }
-    UserDefaults &settings() { return UserDefaults::standard(); }
-
-    TDApplicationController controller;
-};
+using TDPreferenceControllerTest = AppTest;
 
 TEST_F(TDPreferenceControllerTest, ThePopupShowsTheWholeCatalogueAndStoresTheChoice)
 {

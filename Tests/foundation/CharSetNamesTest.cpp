@@ -1,16 +1,12 @@
 #include "foundation/TextEncodingTable.h"
+#include "support/Testing.h"
 
-#include "support/Table.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
 TEST(CharSetNamesTest, NamesAreUnderstood)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/charset-names.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/charset-names.tsv")) {
         for (const QString &name : row.text(1).split(u','))
             EXPECT_EQ(convertIANACharSetNameToEncoding(name), row.number(0)) << name.toStdString();
     }
@@ -34,4 +30,4 @@ TEST(CharSetNamesTest, NamesGivenOutAreUnderstood)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

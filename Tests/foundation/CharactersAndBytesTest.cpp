@@ -2,14 +2,11 @@
 #include "foundation/CharacterSets.h"
 #include "foundation/TextEncoding.h"
 #include "foundation/Utf8.h"
-
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <random>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
 TEST(CharacterSetsTest, NewlinesAndControlsAreTheseAndNoOthers)
@@ -94,4 +91,4 @@ TEST(Utf8Test, AcceptsExactlyWhatDecodes)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

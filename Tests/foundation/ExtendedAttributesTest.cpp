@@ -1,16 +1,11 @@
 #include "foundation/ExtendedAttributes.h"
-
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <sys/xattr.h>
 #include <unistd.h>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 std::optional<QString> value(const FilePath &path)
 {
@@ -25,7 +20,7 @@ bool setValue(const FilePath &path, const QString &text, int flag = 0)
 TEST(ExtendedAttributesTest, AreWrittenThroughLinksAndReadFromTheFileItself)
 {
     constexpr const char *NAME = "user.com.apple.TextEncoding";
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const FilePath file = folder.write("file", "");
     const FilePath link = folder.path("link");
     ASSERT_EQ(symlink(file.cString(), link.cString()), 0);
@@ -57,4 +52,4 @@ TEST(ExtendedAttributesTest, AreWrittenThroughLinksAndReadFromTheFileItself)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

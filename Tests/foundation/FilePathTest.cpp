@@ -1,10 +1,7 @@
 #include "foundation/FilePath.h"
+#include "support/Testing.h"
 
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
 TEST(FilePathTest, EveryByteOfANameSurvivesTheUrl)
@@ -56,4 +53,4 @@ TEST(FilePathTest, AppendingPutsExactlyOneSlashBetween)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

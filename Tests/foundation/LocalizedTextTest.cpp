@@ -1,13 +1,8 @@
 #include "foundation/LocalizedText.h"
+#include "support/Testing.h"
 
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 TEST(LocalizedTextTest, FormatsAreFilledFromLeftToRight)
 {
@@ -32,4 +27,4 @@ TEST(LocalizedTextTest, FormatsAreFilledFromLeftToRight)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -1,9 +1,8 @@
 #include "foundation/PlainTextPattern.h"
 
 #include "SearchAlphabet.h"
-#include "support/Table.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <unicode/ubrk.h>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
@@ -22,9 +21,10 @@ void PrintTo(const TextRange &range, std::ostream *stream)
         *stream << "none";
 }
 
-namespace {
+} // namespace tidemark
 
-using namespace Qt::Literals::StringLiterals;
+namespace tidemark::test {
+namespace {
 
 TextRange rangeFrom(const QString &field)
 {
@@ -48,7 +48,7 @@ TextRange find(const QString &text, const QString &findText, CaseRule caseRule)
 
 TEST(PlainTextPattern, GivesTheResultsOfThePlatform)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/find-vectors.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/find-vectors.tsv")) {
         const QString text = row.text(0);
         const PlainTextPattern pattern(row.text(1),
                                        row.bytes(2) == "CI" ? CaseRule::Ignore : CaseRule::Exact);
@@ -202,4 +202,4 @@ TEST(PlainTextPattern, LongRunsOfMarksTakeLinearTime)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -2,15 +2,12 @@
 
 #include "SearchAlphabet.h"
 #include "foundation/PlainTextPattern.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <algorithm>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 /// True when the text holds one spelling of each part, side by side.
 bool holdsParts(const QByteArray &text, const std::vector<PlainTextPrefilter::Spellings> &parts)
@@ -99,4 +96,4 @@ TEST(PlainTextPrefilter, NeverLosesAMatch)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -1,14 +1,12 @@
 #include "foundation/StringComparison.h"
 
 #include "SearchAlphabet.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
 #include <unicode/utf16.h>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 std::vector<UChar32> codePoints(const QString &text)
 {
@@ -39,4 +37,4 @@ TEST(StringComparison, OrdersByCodePointsOfTheDecomposedForms)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

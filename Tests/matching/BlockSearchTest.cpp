@@ -2,16 +2,11 @@
 #include "foundation/Utf8.h"
 #include "matching/SearchContext.h"
 #include "matching/TDMatchLineHighlighter.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <random>
 
-using namespace tidemark;
-using namespace Qt::Literals::StringLiterals;
-using tidemark::test::TemporaryFolder;
-
+namespace tidemark::test {
 namespace {
 
 /// Everything that a search of one file tells, as text.
@@ -97,16 +92,12 @@ private:
 class BlockSearch : public testing::Test
 {
 protected:
-    void SetUp() override { _setMode(false); }
-    void TearDown() override { _setMode(false); }
-    static void _setMode(bool isExpression)
+    static void setMode(bool isExpression)
     {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
     }
     TemporaryFolder folder;
 };
-
-} // namespace
 
 TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
 {
@@ -122,7 +113,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
                                                  {u"("_s, true},
                                                  {u"[^ -~]+"_s, true},
                                                  {u""_s, false}}) {
-        _setMode(isExpression);
+        setMode(isExpression);
         const TDFindPattern pattern(findText, CaseRule::Ignore);
         SearchContext context(pattern);
         FileMaker files(unsigned(findText.size()) * 77 + 5);
@@ -183,3 +174,6 @@ TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
     EXPECT_EQ(byLines(folder.path("missing"), pattern), byBlocks(folder.path("missing"), context));
     EXPECT_EQ(byLines(folder.path(), pattern), byBlocks(folder.path(), context));
 }
+
+} // namespace
+} // namespace tidemark::test

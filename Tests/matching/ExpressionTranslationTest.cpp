@@ -1,15 +1,12 @@
 #include "matching/ExpressionTranslation.h"
+#include "support/Testing.h"
 
-#include "support/Table.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
 TEST(ExpressionTranslation, KeepsWhatAMatchMustHoldAndNothingThatIsNotCertain)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/translations.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/translations.tsv")) {
         const CaseRule caseRule = row.bytes(0) == "ignore" ? CaseRule::Ignore : CaseRule::Exact;
         EXPECT_EQ(translatedExpression(row.fields[1], caseRule).value_or("none").toStdString(),
                   row.fields[2].toStdString())
@@ -18,4 +15,4 @@ TEST(ExpressionTranslation, KeepsWhatAMatchMustHoldAndNothingThatIsNotCertain)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -4,9 +4,9 @@
 #include "foundation/Utf8.h"
 #include "matching/ExpressionGenerator.h"
 #include "matching/RegularExpression.h"
+#include "support/Testing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
@@ -20,9 +20,11 @@ void PrintTo(LineSpan line, std::ostream *stream)
     *stream << '[' << line.start << ',' << line.end << ')';
 }
 
+} // namespace tidemark
+
+namespace tidemark::test {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;
 
 std::optional<std::vector<LineSpan>> candidates(const LinePrefilter *prefilter, QByteArrayView block)
@@ -178,4 +180,4 @@ TEST(LinePrefilter, PassesOverNoLineThatHoldsAPlainText)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

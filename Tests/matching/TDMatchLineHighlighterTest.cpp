@@ -2,16 +2,10 @@
 
 #include "foundation/UserDefaults.h"
 #include "matching/SearchContext.h"
-#include "support/Table.h"
-#include "support/TemporaryFolder.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
-using test::TemporaryFolder;
 
 enum Reading { Plain, Expression };
 constexpr CaseRule EXACT = CaseRule::Exact;
@@ -33,10 +27,6 @@ QByteArray described(const MatchLines &lines)
 class TDMatchLineHighlighterTest : public testing::Test
 {
 protected:
-    void TearDown() override
-    {
-        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, {});
-    }
     static void setReading(Reading reading)
     {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, reading == Expression);
@@ -77,7 +67,7 @@ private:
 
 TEST_F(TDMatchLineHighlighterTest, FindsTheseRanges)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/found-ranges.tsv"))
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/found-ranges.tsv"))
         EXPECT_EQ(found(row.bytes(0), row.text(1), row.bytes(2).startsWith("plain") ? Plain : Expression,
                         row.bytes(2).endsWith("ignoring case") ? IGNORE : EXACT),
                   row.bytes(3))
@@ -177,4 +167,4 @@ TEST_F(TDMatchLineHighlighterTest, AStoppedFileSucceedsWithoutMatchLines)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

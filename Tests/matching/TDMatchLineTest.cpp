@@ -1,13 +1,8 @@
 #include "matching/TDMatchLine.h"
+#include "support/Testing.h"
 
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 constexpr StyledColor YELLOW = {0.9450980392156862, 0.8784313725490196, 0.6627450980392157};
 constexpr StyledColor ORANGE = {1.0, 0.5764705882352941, 0.12549019607843137};
@@ -103,4 +98,4 @@ TEST(TDMatchLineTest, OffsetMovesTheRangesFromAnIndexOn)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -3,16 +3,10 @@
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/UserDefaults.h"
 #include "reading/TDFileReader.h"
-#include "support/Table.h"
-#include "support/TemporaryFolder.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
-using test::TemporaryFolder;
 
 constexpr StringEncoding UNKNOWN = TD_FILE_COMMON_UNKNOWN_ENCODING;
 constexpr StringEncoding LATIN1 = 5;
@@ -25,11 +19,9 @@ const QByteArray META_LATIN1 = "<META http-equiv=content-type content='text/html
 class EncodingDetectionTest : public testing::Test
 {
 protected:
-    EncodingDetectionTest() { setDefault(qint64(MAC_ROMAN)); }
-    ~EncodingDetectionTest() override { setDefault(QVariant()); }
-    static void setDefault(const QVariant &encoding)
+    EncodingDetectionTest()
     {
-        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, encoding);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, qint64(MAC_ROMAN));
     }
 
     std::unique_ptr<TDFileReader> readerOf(const QByteArray &content)
@@ -55,7 +47,7 @@ protected:
 TEST_F(EncodingDetectionTest, EachFileIsReadInTheEncodingThatItTells)
 {
     int number = 0;
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/files.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/files.tsv")) {
         SCOPED_TRACE(row.line);
         const FilePath file = folder.write(QByteArray::number(++number), row.bytes(2));
         if (!row.text(1).isEmpty() &&
@@ -104,7 +96,7 @@ QByteArray asUnits(const QByteArray &ascii, qsizetype size, bool littleEndian)
 
 TEST(EncodingSources, DeclarationsAndAttributesAreReadAsTheyAreMeant)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/encoding-sources.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/encoding-sources.tsv")) {
         const StringEncoding encoding = row.bytes(2) == "unknown" ? UNKNOWN : row.number(2);
         if (row.bytes(0) == "attribute")
             EXPECT_EQ(encodingFromAttributeValue(row.text(1)), encoding) << row.line;
@@ -135,4 +127,4 @@ TEST(EncodingSources, RecordedValuesReadBackAsTheSameEncoding)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -1,20 +1,15 @@
 #include "reading/TDFileReader.h"
 
 #include "support/PlainUser.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
-using test::TemporaryFolder;
 
 constexpr StringEncoding LATIN1 = 5;
 
@@ -172,7 +167,7 @@ TEST_F(TDFileReaderTest, MissingPermissionIsNamed)
     ASSERT_EQ(chmod(file.cString(), 0), 0);
     TDError error;
     {
-        const test::PlainUser user;
+        const PlainUser user;
         EXPECT_FALSE(TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error));
     }
     EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR));
@@ -180,4 +175,4 @@ TEST_F(TDFileReaderTest, MissingPermissionIsNamed)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

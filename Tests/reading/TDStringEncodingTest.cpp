@@ -1,14 +1,11 @@
 #include "reading/TDStringEncoding.h"
 #include "foundation/UserDefaults.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <algorithm>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 TEST(TDStringEncodingTest, CatalogueHoldsEveryAvailableEncodingSortedByNameWithoutRegardToCase)
 {
@@ -49,4 +46,4 @@ TEST(TDStringEncodingTest, FilesAreOpenedInTheDefaultUnlessTheEncodingIsDetected
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -1,14 +1,8 @@
 #include "search/FileTypes.h"
+#include "support/Testing.h"
 
-#include "support/Table.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 /// The identifiers beyond those of every file, short and in order: "content plain-text text".
 QString furtherTypes(const QByteArray &name, const QByteArray &content)
@@ -29,7 +23,7 @@ const QByteArray DATA("\x7F"
 
 TEST(FileTypes, NameDecidesAndContentWhereItLeavesAChoice)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/file-types.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/file-types.tsv")) {
         const QString ifData = row.fields.size() < 3 ? row.text(1) : row.text(2).remove(u'-');
         EXPECT_EQ(furtherTypes(row.bytes(0), TEXT), row.text(1)) << row.line;
         EXPECT_EQ(furtherTypes(row.bytes(0), DATA), ifData) << row.line;
@@ -98,7 +92,7 @@ TEST(FileTypeFilter, UnknownAndEmptyIdentifiersAdmitNothing)
 
 TEST(WildcardPattern, MatchesTheWholeNameWithoutRegardToCase)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/wildcards.tsv"))
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/wildcards.tsv"))
         EXPECT_EQ(matchesWildcardPattern(row.text(1), row.text(0)), row.flag(2)) << row.line;
 }
 
@@ -108,4 +102,4 @@ TEST(WildcardPattern, ManyStarsOnALongNameStayQuick)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

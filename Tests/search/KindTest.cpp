@@ -1,16 +1,11 @@
 #include "search/Kind.h"
-
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <atomic>
 #include <thread>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 TEST(Kind, ArchivesKeepOrderAndValuesAndDamagedOnesGiveNothing)
 {
@@ -52,4 +47,4 @@ TEST(Kind, KindsInForceAreReplacedAsAWhole)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

@@ -3,20 +3,16 @@
 #include "foundation/UserDefaults.h"
 #include "search/Kind.h"
 #include "support/PlainUser.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <cerrno>
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
-using test::TemporaryFolder;
 using Messages = QList<QByteArray>;
 
 QByteArray counts(quint64 scanned, quint64 files, quint64 matches)
@@ -99,12 +95,6 @@ protected:
         engine.setDelegate(recorder);
         engine.setThreadCount(GetParam());
     }
-    void TearDown() override
-    {
-        setKindsInForce(Kind::defaultKinds());
-        set(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, {});
-        set(TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE, {});
-    }
     static void set(const QString &key, const QVariant &value)
     {
         UserDefaults::standard().setObject(key, value);
@@ -165,8 +155,8 @@ TEST_P(TDSearchEngineTest, NodesHoldTheirLinesAndTheDateBeforeReading)
 {
     const FilePath file = folder.write("file", "\xEF\xBB\xBF\x41\n\nxa a\n");
     const FilePath damaged = folder.write("damaged", "\xEF\xBB\xBF\x61\n\xFF");
-    test::setModificationDate(file, 1234567890123456789);
-    test::setModificationDate(damaged, 1000000001);
+    setModificationDate(file, 1234567890123456789);
+    setModificationDate(damaged, 1000000001);
     const FilePath link = folder.path("link");
     ASSERT_EQ(symlink(file.cString(), link.cString()), 0);
     EXPECT_EQ(search(u"a"_s, {fileAt(link), fileAt(damaged)}, false),
@@ -281,7 +271,7 @@ TEST_P(TDSearchEngineTest, AStopAbandonsTheFileAndNothingButTheEndFollows)
     folder.write("2", "-a-\n");
     for (const QByteArray name : {"1", "2"}) {
         for (const QByteArray content : {"-a-\n", "a\n\n\xFF", ""}) {
-            test::writeFile(folder.path(name), content);
+            writeFile(folder.path(name), content);
             const auto own = std::make_shared<Recorder>(folder.path());
             TDSearchEngine stopped;
             stopped.setDelegate(own);
@@ -290,7 +280,7 @@ TEST_P(TDSearchEngineTest, AStopAbandonsTheFileAndNothingButTheEndFollows)
                 if (path == folder.path(name))
                     stopped.stopSearch();
             };
-            test::writeFile(first, name == "1" ? content : QByteArray("-a-\n"));
+            writeFile(first, name == "1" ? content : QByteArray("-a-\n"));
             stopped.startSearch(u"a"_s, {folderAt(folder.path())}, true);
             const Messages expected =
                 name == "1" ? Messages{"find 1 1 0 0", "stop 1 0 0"}
@@ -317,7 +307,7 @@ TEST_P(TDSearchEngineTest, WhatMayNotBeReadIsToldAndTheSearchGoesOn)
     ASSERT_EQ(chmod(locked.cString(), 0), 0);
     ASSERT_EQ(chmod(secret.cString(), 0), 0);
     {
-        const test::PlainUser user;
+        const PlainUser user;
         searchFolder(u"a"_s);
     }
     chmod(locked.cString(), 0700);
@@ -332,4 +322,4 @@ INSTANTIATE_TEST_SUITE_P(Threads, TDSearchEngineTest, testing::Values(1, 3),
                          testing::PrintToStringParamName());
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

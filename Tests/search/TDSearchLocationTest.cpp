@@ -1,17 +1,11 @@
 #include "search/TDSearchLocation.h"
 #include "search/VKFileSystemCommon.h"
-
-#include "support/Table.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <unistd.h>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 enum class Scope { File, Folder, FolderWithSubFolders };
 
@@ -26,7 +20,7 @@ TDSearchLocation location(const QByteArray &path, Scope scope = Scope::File)
 
 TEST(TDSearchLocation, SetURLAsksTheFileSystem)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const FilePath file = folder.write("a.txt", "");
     ASSERT_EQ(symlink(folder.path().cString(), folder.path("link").cString()), 0);
 
@@ -57,7 +51,7 @@ TEST(TDSearchLocation, EqualityGoesByPathUpToCanonicalEquivalence)
 
 TEST(TDSearchLocation, ScopeRules)
 {
-    for (const test::TableRow &row : test::rowsOf(TIDEMARK_TEST_DATA "/scopes.tsv")) {
+    for (const TableRow &row : rowsOf(TIDEMARK_TEST_DATA "/scopes.tsv")) {
         const Scope scope = row.bytes(2) == "file"     ? Scope::File
                             : row.bytes(2) == "folder" ? Scope::Folder
                                                        : Scope::FolderWithSubFolders;
@@ -86,7 +80,7 @@ TEST(TDSearchLocation, ArchiveKeepsTheFourFieldsAndADamagedOneNone)
 
 TEST(VKFileSystemCommon, LinksAnywhereInThePathCount)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     folder.write("real/a.txt", "");
     ASSERT_EQ(symlink("real", folder.path("link").cString()), 0);
     ASSERT_EQ(symlink("nowhere", folder.path("dangling").cString()), 0);
@@ -106,4 +100,4 @@ TEST(VKFileSystemCommon, LinksAnywhereInThePathCount)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

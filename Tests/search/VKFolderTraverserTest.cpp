@@ -1,9 +1,7 @@
 #include "search/VKFolderTraverser.h"
 
 #include "support/PlainUser.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <QList>
 
@@ -15,10 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tidemark {
+namespace tidemark::test {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
 using Names = QList<QByteArray>;
 
 constexpr SymbolicLinkHandling HANDLING = SymbolicLinkHandling::TakeNamedSkipFound;
@@ -91,7 +88,7 @@ qsizetype openDescriptors()
 
 TEST(VKFolderTraverser, ReportsFilesDepthFirstInByteOrder)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const char *name : {"b/z", "b/a/1", "b.c", "B", "a", "\xFF\x80", "b-2", "longer than eight b",
                              "longer than eight a", "\xC3\xA9"})
         folder.write(name, "12345");
@@ -103,7 +100,7 @@ TEST(VKFolderTraverser, ReportsFilesDepthFirstInByteOrder)
 
 TEST(VKFolderTraverser, TellsLevelAndSizesAsAskedFor)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     folder.write("a", "12345");
     folder.write("b/c/d", "");
     FolderWalk walk(folder.path());
@@ -117,7 +114,7 @@ TEST(VKFolderTraverser, TellsLevelAndSizesAsAskedFor)
 
 TEST(VKFolderTraverser, SkipsHiddenEntriesLinksAndSpecialFilesFoundInside)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     folder.write("a", "");
     folder.write(".hidden", "");
     folder.write(".git/config", "");
@@ -133,7 +130,7 @@ TEST(VKFolderTraverser, SkipsHiddenEntriesLinksAndSpecialFilesFoundInside)
 
 TEST(VKFolderTraverser, TakesNamedScopesAsTheyAreInTheOrderAdded)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const FilePath hidden = folder.write(".hidden/.file", "123");
     folder.write(".hidden/a", "");
     ASSERT_EQ(symlink(".hidden", folder.path("link").cString()), 0);
@@ -151,7 +148,7 @@ TEST(VKFolderTraverser, TakesNamedScopesAsTheyAreInTheOrderAdded)
 
 TEST(VKFolderTraverser, FiltersByTypeOrPatternOfTheScope)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const char *name : {"a.txt", "b.zip", "c.png", "d", "e", "f.[x]"})
         folder.write(name, "text");
     folder.write("e", QByteArray("\0data", 5));
@@ -172,7 +169,7 @@ TEST(VKFolderTraverser, FiltersByTypeOrPatternOfTheScope)
 
 TEST(VKFolderTraverser, ScopesThatAreNoFoldersAreReportedAndTheWalkGoesOn)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const FilePath file = folder.write("file", "");
     FolderWalk walk(folder.path("missing"));
     walk.traverser.addSearchScopeWithFolderPath(file, true, {u"*"_s}, HANDLING);
@@ -186,7 +183,7 @@ TEST(VKFolderTraverser, ScopesThatAreNoFoldersAreReportedAndTheWalkGoesOn)
 
 TEST(VKFolderTraverser, UnreadableFoldersAreReportedAndUnreadableFilesAreNotPassedOver)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     folder.write("a/x", "");
     const FilePath locked = folder.makeFolder("b");
     const FilePath secret = folder.write("c/secret", QByteArray("\0", 1));
@@ -197,7 +194,7 @@ TEST(VKFolderTraverser, UnreadableFoldersAreReportedAndUnreadableFilesAreNotPass
     walk.traverser.setUtis({u"public.text"_s});
     walk.traverser.addSearchScopeWithFolderPath(folder.path("c"), true, {}, HANDLING);
     {
-        const test::PlainUser user;
+        const PlainUser user;
         walk.run();
     }
     EXPECT_EQ(walk.found.names(folder.path()), (Names{"a/x", "c/secret", "c/secret"}));
@@ -208,7 +205,7 @@ TEST(VKFolderTraverser, UnreadableFoldersAreReportedAndUnreadableFilesAreNotPass
 
 TEST(VKFolderTraverser, StopsBeforeTheNextFile)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const char *name : {"a/1", "a/2", "b/1"})
         folder.write(name, "");
     FolderWalk walk(folder.path());
@@ -229,7 +226,7 @@ TEST(VKFolderTraverser, StopsBeforeTheNextFile)
 
 TEST(VKFolderTraverser, HandsOverTheFolderAndTheNameInItAndAPathThatStaysWhatItWas)
 {
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const char *name : {"a/long name", "a/x", "b"})
         folder.write(name, name);
     class Reader : public VKFolderTraverserDelegate
@@ -298,7 +295,7 @@ private:
 TEST(VKFolderTraverser, DepthAndPathLengthHaveNoLimitAndDescriptorsStayFew)
 {
     constexpr int DEPTH = 10000;
-    const test::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const NestedFolders nested(folder.path(), DEPTH);
     const qsizetype before = openDescriptors();
     FolderWalk walk(folder.path());
@@ -334,8 +331,8 @@ void move(const FilePath &from, const FilePath &to)
 TEST(VKFolderTraverser, FolderMovedWhileItIsWalkedDoesNotLeadAstray)
 {
     constexpr int DEPTH = 300;
-    const test::TemporaryFolder folder;
-    const test::TemporaryFolder elsewhere;
+    const TemporaryFolder folder;
+    const TemporaryFolder elsewhere;
     elsewhere.write("f", "");
     folder.makeFolder("d/d");
     folder.write("d/f", "");
@@ -352,8 +349,8 @@ TEST(VKFolderTraverser, FolderMovedWhileItIsWalkedDoesNotLeadAstray)
 TEST(VKFolderTraverser, FolderThatIsGoneOnTheWayBackIsReported)
 {
     constexpr int DEPTH = 300;
-    const test::TemporaryFolder folder;
-    const test::TemporaryFolder elsewhere;
+    const TemporaryFolder folder;
+    const TemporaryFolder elsewhere;
     folder.makeFolder("a/d");
     folder.write("b", "");
     const NestedFolders nested(folder.path("a/d"), DEPTH);
@@ -370,4 +367,4 @@ TEST(VKFolderTraverser, FolderThatIsGoneOnTheWayBackIsReported)
 }
 
 } // namespace
-} // namespace tidemark
+} // namespace tidemark::test

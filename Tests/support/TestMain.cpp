@@ -1,7 +1,4 @@
-#include "foundation/UserDefaults.h"
-#include "search/RegisterUserDefaults.h"
-
-#include <gtest/gtest.h>
+#include "support/FreshSettings.h"
 
 #include <QCoreApplication>
 
@@ -9,8 +6,6 @@ int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
-    // No test ever sees the user's own settings.
-    tidemark::UserDefaults::setStandard(tidemark::UserDefaults::inMemory());
-    tidemark::registerUserDefaults(tidemark::UserDefaults::standard());
+    tidemark::test::FreshSettings::install();
     return RUN_ALL_TESTS();
 }

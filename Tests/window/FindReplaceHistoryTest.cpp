@@ -1,13 +1,9 @@
 #include "window/FindReplaceHistory.h"
 
 #include "foundation/UserDefaults.h"
-#include "support/TemporaryFolder.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::Literals::StringLiterals;
-
-namespace tidemark {
+namespace tidemark::test {
 
 namespace {
 
@@ -51,4 +47,4 @@ TEST(FindReplaceHistory, AnEmptyReplaceTextLeavesItsListAlone)
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

@@ -5,8 +5,6 @@
 #include <QElapsedTimer>
 #include <QScrollBar>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include <filesystem>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -6,8 +6,6 @@
 #include <QMimeData>
 #include <QMouseEvent>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

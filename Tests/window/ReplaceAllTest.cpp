@@ -12,8 +12,6 @@
 #include <cerrno>
 #include <sys/stat.h>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

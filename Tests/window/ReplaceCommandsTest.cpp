@@ -7,8 +7,6 @@
 #include <QLabel>
 #include <QSignalSpy>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -7,8 +7,6 @@
 
 #include <random>
 
-using namespace Qt::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

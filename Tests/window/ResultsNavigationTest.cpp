@@ -1,7 +1,5 @@
 #include "window/ResultsFixture.h"
 
-using namespace Qt::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {
@@ -14,22 +12,16 @@ FindResultItems twoFiles()
 
 using ResultsNavigationTest = WindowTest;
 
-struct Step
-{
-    int key;
-    Qt::KeyboardModifiers modifiers;
-    const char *selection;
-    const char *highlighted;
-};
+/// A key, and what is selected and highlighted behind it.
+using Step = std::tuple<int, Qt::KeyboardModifiers, const char *, const char *>;
 
 void walk(ResultsWindow &window, const QList<Step> &steps)
 {
-    int number = 0;
-    for (const Step &step : steps) {
-        window.pressKey(step.key, step.modifiers);
-        EXPECT_EQ(window.selection(), QLatin1String(step.selection)) << "step " << number;
-        EXPECT_EQ(window.highlighted(), QLatin1String(step.highlighted)) << "step " << number;
-        ++number;
+    for (qsizetype number = 0; number < steps.size(); ++number) {
+        const auto &[key, modifiers, selection, highlighted] = steps[number];
+        window.pressKey(key, modifiers);
+        EXPECT_EQ(window.selection(), QLatin1String(selection)) << "step " << number;
+        EXPECT_EQ(window.highlighted(), QLatin1String(highlighted)) << "step " << number;
     }
 }
 

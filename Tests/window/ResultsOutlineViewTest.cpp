@@ -6,8 +6,6 @@
 #include <QHeaderView>
 #include <QScrollBar>
 
-using namespace Qt::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -1,6 +1,5 @@
 #include "window/ResultsRemoval.h"
-
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
 #include <ostream>
 #include <vector>
@@ -14,6 +13,9 @@ void PrintTo(const ResultPath &path, std::ostream *out)
         *out << ':' << path.line;
 }
 
+} // namespace tidemark
+
+namespace tidemark::test {
 namespace {
 
 TEST(ResultsRemoval, SelectsWhatFollowsTheRemovedOnes)
@@ -51,4 +53,4 @@ TEST(ResultsRemoval, SelectsWhatFollowsTheRemovedOnes)
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

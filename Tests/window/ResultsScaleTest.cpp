@@ -4,8 +4,6 @@
 #include <QElapsedTimer>
 #include <QScrollBar>
 
-using namespace Qt::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

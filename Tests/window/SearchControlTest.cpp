@@ -3,8 +3,6 @@
 
 #include <QSemaphore>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

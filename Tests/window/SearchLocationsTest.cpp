@@ -11,8 +11,6 @@
 
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {
@@ -84,26 +82,18 @@ TEST_F(SearchLocationsTest, DropsAreShownForWhatTheyWouldDo)
     const auto mixed = filesToDrop({alias, file});
     QMimeData text;
     text.setText(u"text"_s);
-    struct Case
-    {
-        const char *what;
-        const QMimeData &data;
-        DragSource source;
-        DragOperation expected;
-        DropOperation dropOperation;
+    const std::tuple<const char *, const QMimeData *, DragSource, DragOperation, DropOperation> cases[] = {
+        {"own rows", rows.get(), DragSource::SameTable, DragOperation::Move, DropOperation::Above},
+        {"another table's rows", rows.get(), DragSource::Elsewhere, DragOperation::None, DropOperation::On},
+        {"files", mixed.get(), DragSource::Elsewhere, DragOperation::Copy, DropOperation::Above},
+        {"links only", links.get(), DragSource::Elsewhere, DragOperation::None, DropOperation::Above},
+        {"text", &text, DragSource::Elsewhere, DragOperation::None, DropOperation::On},
     };
-    const Case cases[] = {
-        {"own rows", *rows, DragSource::SameTable, DragOperation::Move, DropOperation::Above},
-        {"another table's rows", *rows, DragSource::Elsewhere, DragOperation::None, DropOperation::On},
-        {"files", *mixed, DragSource::Elsewhere, DragOperation::Copy, DropOperation::Above},
-        {"links only", *links, DragSource::Elsewhere, DragOperation::None, DropOperation::Above},
-        {"text", text, DragSource::Elsewhere, DragOperation::None, DropOperation::On},
-    };
-    for (const Case &each : cases) {
-        const ProposedDrop drop = model.validateDrop(each.data, each.source, 2, DropOperation::On);
-        EXPECT_EQ(drop.operation, each.expected) << each.what;
-        EXPECT_EQ(drop.dropOperation, each.dropOperation) << each.what;
-        EXPECT_EQ(drop.row, 2) << each.what;
+    for (const auto &[what, data, source, operation, dropOperation] : cases) {
+        const ProposedDrop drop = model.validateDrop(*data, source, 2, DropOperation::On);
+        EXPECT_EQ(drop.operation, operation) << what;
+        EXPECT_EQ(drop.dropOperation, dropOperation) << what;
+        EXPECT_EQ(drop.row, 2) << what;
     }
 }
 
@@ -122,21 +112,16 @@ TEST_F(SearchLocationsTest, DroppedFilesAreAppendedUnlessASearchRuns)
 
 TEST_F(SearchLocationsTest, RowsAreMovedInTheirOrder)
 {
-    struct Case
-    {
-        QList<int> rows;
-        int to;
-        const char *expected;
-    };
-    const Case cases[] = {{{0, 1}, 3, "2 0 1 3"}, {{3, 1}, 0, "1 3 0 2"}, {{0, 3}, 2, "1 0 3 2"},
-                          {{2}, 2, "0 1 2 3"},    {{0}, 4, "1 2 3 0"},    {{0, 1, 2, 3}, 2, "0 1 2 3"}};
+    const std::tuple<QList<int>, int, const char *> cases[] = {
+        {{0, 1}, 3, "2 0 1 3"}, {{3, 1}, 0, "1 3 0 2"}, {{0, 3}, 2, "1 0 3 2"},
+        {{2}, 2, "0 1 2 3"},    {{0}, 4, "1 2 3 0"},    {{0, 1, 2, 3}, 2, "0 1 2 3"}};
     addNumbered(4);
     const QList<TDSearchLocation> original = document.searchLocations();
-    for (const Case &each : cases) {
+    for (const auto &[moved, to, expected] : cases) {
         document.setSearchLocations(original);
-        const auto data = std::unique_ptr<QMimeData>(model.writeRows(each.rows));
-        EXPECT_TRUE(model.acceptDrop(*data, DragSource::SameTable, each.to));
-        EXPECT_EQ(names(), each.expected);
+        const auto data = std::unique_ptr<QMimeData>(model.writeRows(moved));
+        EXPECT_TRUE(model.acceptDrop(*data, DragSource::SameTable, to));
+        EXPECT_EQ(names(), expected);
     }
     QMimeData damaged;
     damaged.setData(TD_DRAGGED_TYPE_TABLE_VIEW_ITEM, "\xFF\xFF\xFF\xFFgarbage");

@@ -1,10 +1,7 @@
 #include "window/SearchStatusLine.h"
+#include "support/Testing.h"
 
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 
 namespace {
 
@@ -33,4 +30,4 @@ TEST(SearchStatusLine, CountsAreInTheSingularOrPluralAsTheTextsWantIt)
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

@@ -2,8 +2,6 @@
 
 #include <QClipboard>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace tidemark::test {
 
 namespace {

@@ -1,8 +1,7 @@
 #include "window/SplitViewLayout.h"
+#include "support/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace tidemark {
+namespace tidemark::test {
 
 namespace {
 
@@ -48,4 +47,4 @@ TEST(SplitViewLayout, PanesShareAChangeOfHeight)
 
 } // namespace
 
-} // namespace tidemark
+} // namespace tidemark::test

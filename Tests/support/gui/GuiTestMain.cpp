@@ -1,8 +1,5 @@
 #include "foundation/LocalizedText.h"
-#include "foundation/UserDefaults.h"
-#include "search/RegisterUserDefaults.h"
-
-#include <gtest/gtest.h>
+#include "support/FreshSettings.h"
 
 #include <QApplication>
 
@@ -14,8 +11,6 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     tidemark::installLocalizedTexts(QStringLiteral("en"));
-    // No test ever sees the user's own settings.
-    tidemark::UserDefaults::setStandard(tidemark::UserDefaults::inMemory());
-    tidemark::registerUserDefaults(tidemark::UserDefaults::standard());
+    tidemark::test::FreshSettings::install();
     return RUN_ALL_TESTS();
 }

@@ -1,13 +1,10 @@
 #pragma once
 
 #include "foundation/UserDefaults.h"
-#include "search/RegisterUserDefaults.h"
-#include "support/TemporaryFolder.h"
+#include "support/Testing.h"
 #include "window/ApplicationDelegate.h"
 #include "window/MyDocument.h"
 #include "window/TDMyDocumentController.h"
-
-#include <gtest/gtest.h>
 
 #include <QTest>
 
@@ -26,16 +23,10 @@ private:
     quint64 _count = 0;
 };
 
-/// Fresh settings and a folder for each test.
+/// An application and a folder for each test.
 class WindowTest : public testing::Test
 {
 protected:
-    WindowTest()
-    {
-        UserDefaults::setStandard(UserDefaults::inMemory());
-        registerUserDefaults(UserDefaults::standard());
-    }
-
     TDSearchLocation location(const FilePath &path) const
     {
         TDSearchLocation location;

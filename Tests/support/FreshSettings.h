@@ -1,0 +1,26 @@
+#pragma once
+
+#include "foundation/UserDefaults.h"
+#include "search/Kind.h"
+#include "search/RegisterUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+namespace tidemark::test {
+
+/// Each test starts from the settings of a fresh installation, and none ever sees the user's own.
+class FreshSettings : public testing::EmptyTestEventListener
+{
+public:
+    static void install() { testing::UnitTest::GetInstance()->listeners().Append(new FreshSettings); }
+
+private:
+    void OnTestStart(const testing::TestInfo & /*test*/) override
+    {
+        UserDefaults::setStandard(UserDefaults::inMemory());
+        registerUserDefaults(UserDefaults::standard());
+        setKindsInForce(Kind::defaultKinds());
+    }
+};
+
+} // namespace tidemark::test
