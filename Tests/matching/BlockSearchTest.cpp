@@ -125,27 +125,6 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
     }
 }
 
-TEST_F(BlockSearch, KeepsLinesWholeAcrossBlocks)
-{
-    const TDFindPattern pattern(u"tide"_s, CaseRule::Exact);
-    SearchContext context(pattern);
-    // Line ends around the places where a buffer of 2^17 or 2^20 bytes is full, in each of their forms.
-    for (const qsizetype border : {qsizetype(1) << 17, qsizetype(1) << 20}) {
-        for (const char *lineEnd : {"\n", "\r", "\r\n", "\r\r\n"}) {
-            for (qsizetype shift = -3; shift <= 3; ++shift) {
-                QByteArray content;
-                while (content.size() < border - 200)
-                    content += QByteArray("a line of some text") + lineEnd;
-                content += QByteArray(border + shift - content.size() - 8, 'x') + " no tide" + lineEnd +
-                           "tide" + lineEnd;
-                content += QByteArray("more tide") + lineEnd + "end of tide";
-                const FilePath path = folder.write("file", content);
-                ASSERT_EQ(byLines(path, pattern), byBlocks(path, context)) << border << ' ' << shift;
-            }
-        }
-    }
-}
-
 TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
 {
     const TDFindPattern pattern(u"größe"_s, CaseRule::Ignore);

@@ -76,17 +76,21 @@ TEST_F(TDMatchLineHighlighterTest, FindsTheseRanges)
 
 TEST_F(TDMatchLineHighlighterTest, LinesAreNumberedAndMatchedAcrossTheBordersOfBlocks)
 {
-    for (const QByteArray lineEnd : {"\n", "\r\n", "\r"}) {
-        for (const qsizetype border : {40960, 131072}) {
-            for (const qsizetype before : {0, 1, 2}) {
-                const qsizetype lines = (border - 100) / 10;
-                QByteArray content = (QByteArray(10 - lineEnd.size(), 'x') + lineEnd).repeated(lines);
+    // The reader of lines takes 40 kB at once; that of blocks 128 kB, and then what 256 kB have room for
+    // beside the line that was begun.
+    for (const qsizetype border : {40960, 131072, 131072 + 262144 - 131072 % 20}) {
+        for (const QByteArray lineEnd : {"\n", "\r\n", "\r", "\r\r\n"}) {
+            for (qsizetype shift = -3; shift <= 3; ++shift) {
+                const int ends = lineEnd.size() > 2 ? 2 : 1;
+                const qsizetype lines = (border - 100) / 20;
+                QByteArray content = (QByteArray(20 - lineEnd.size(), 'x') + lineEnd).repeated(lines);
                 content +=
-                    QByteArray(border - before - content.size(), 'y') + lineEnd + "need" + lineEnd + "z need";
+                    QByteArray(border + shift - content.size(), 'y') + lineEnd + "need" + lineEnd + "z need";
+                const qint64 line = (lines + 1) * ends + 1;
                 const QByteArray expected =
-                    QByteArray::number(lines + 2) + ":(0,4) " + QByteArray::number(lines + 3) + ":(2,4)";
-                EXPECT_EQ(found(content, u"need"_s, Plain), expected) << border << ' ' << before;
-                EXPECT_EQ(found(content, u"ne+d$"_s, Expression), expected) << border << ' ' << before;
+                    QByteArray::number(line) + ":(0,4) " + QByteArray::number(line + ends) + ":(2,4)";
+                EXPECT_EQ(found(content, u"need"_s, Plain), expected) << border << ' ' << shift;
+                EXPECT_EQ(found(content, u"ne+d$"_s, Expression), expected) << border << ' ' << shift;
             }
         }
     }

@@ -3,8 +3,6 @@
 #include "support/PlainUser.h"
 #include "support/Testing.h"
 
-#include <QList>
-
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
@@ -16,65 +14,192 @@
 namespace tidemark::test {
 namespace {
 
-using Names = QList<QByteArray>;
-
-constexpr SymbolicLinkHandling HANDLING = SymbolicLinkHandling::TakeNamedSkipFound;
-
-class Recorder : public VKFolderTraverserDelegate
+/// Writes down what it is told: "a/b" for a file below the folder, "!a 13" for a failure, and the end.
+class VKFolderTraverserTest : public testing::Test, public VKFolderTraverserDelegate
 {
-public:
+protected:
+    VKFolderTraverserTest() { traverser.setDelegate(this); }
+
     void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
                      qint64 sizeOnDisk) override
     {
-        paths << path.bytes();
+        log << nameOf(path);
         levels << level;
         sizes << size;
-        EXPECT_EQ(scannedCount, quint64(paths.size()));
+        EXPECT_EQ(scannedCount, quint64(sizes.size()));
         EXPECT_EQ(sizeOnDisk < 0, size < 0);
         if (onFile)
             onFile();
     }
     void didFailToReadFolder(const FilePath &path, int errorNumber) override
     {
-        failures << path.bytes() + ' ' + QByteArray::number(errorNumber);
+        log << '!' + nameOf(path) + ' ' + QByteArray::number(errorNumber);
     }
-    void traversalFinished() override { ends << "finished"; }
-    void traversalStopped() override { ends << "stopped"; }
+    void traversalFinished() override { log << "finished"; }
+    void traversalStopped() override { log << "stopped"; }
 
-    /// The paths without the part that all share.
-    Names names(const FilePath &root) const
+    QByteArray nameOf(const FilePath &path) const
     {
-        Names names = paths;
-        for (QByteArray &name : names)
-            name.remove(0, root.bytes().size() + 1);
-        return names;
+        return path.bytes().mid(folder.path().bytes().size() + 1);
+    }
+    void write(const QByteArrayList &names, const QByteArray &content = {}) const
+    {
+        for (const QByteArray &name : names)
+            folder.write(name, content);
+    }
+    void link(const QByteArray &name, const char *target) const
+    {
+        EXPECT_EQ(symlink(target, folder.path(name).cString()), 0);
+    }
+    void addFolder(const QByteArray &name, const QStringList &patterns = {u"*"_s}, bool subFolders = true)
+    {
+        const FilePath path = name == "." ? folder.path() : folder.path(name);
+        traverser.addSearchScopeWithFolderPath(path, subFolders, patterns, HANDLING);
+    }
+    void addFile(const QByteArray &name)
+    {
+        traverser.addSearchScopeWithFilePath(folder.path(name), HANDLING);
+    }
+    QByteArray walk()
+    {
+        traverser.startTraversal();
+        return log.join(", ");
     }
 
-    Names paths;
+    static constexpr SymbolicLinkHandling HANDLING = SymbolicLinkHandling::TakeNamedSkipFound;
+    const TemporaryFolder folder;
+    VKFolderTraverser traverser;
+    QByteArrayList log;
     QList<int> levels;
     QList<qint64> sizes;
-    Names failures;
-    Names ends;
     std::function<void()> onFile;
 };
 
-struct FolderWalk
+TEST_F(VKFolderTraverserTest, ReportsFilesDepthFirstInByteOrder)
 {
-    explicit FolderWalk(const FilePath &path, bool includeSubFolders = true,
-                        const QStringList &patterns = {u"*"_s})
-    {
-        traverser.setDelegate(&found);
-        traverser.addSearchScopeWithFolderPath(path, includeSubFolders, patterns, HANDLING);
-    }
-    Recorder run()
-    {
-        traverser.startTraversal();
-        return found;
-    }
+    write({"b/z", "b/a/1", "b.c", "B", "a", "\xFF\x80", "b-2", "longer than eight b", "longer than eight a",
+           "\xC3\xA9"});
+    addFolder(".");
+    EXPECT_EQ(walk(),
+              "B, a, b/a/1, b/z, b-2, b.c, longer than eight a, longer than eight b, \xC3\xA9, \xFF\x80, "
+              "finished");
+}
 
-    Recorder found;
-    VKFolderTraverser traverser;
-};
+TEST_F(VKFolderTraverserTest, TellsLevelsAndSizesAsAskedFor)
+{
+    write({"a", "b/c/d"}, "12345");
+    addFolder(".");
+    addFolder(".", {u"*"_s}, false);
+    EXPECT_EQ(walk(), "a, b/c/d, a, finished");
+    EXPECT_EQ(levels, (QList<int>{0, 2, 0}));
+    EXPECT_EQ(sizes, (QList<qint64>{5, 5, 5}));
+    sizes.clear();
+    traverser.setReportsSizes(false);
+    walk();
+    EXPECT_EQ(sizes, (QList<qint64>{-1, -1, -1}));
+}
+
+TEST_F(VKFolderTraverserTest, SkipsHiddenEntriesLinksAndSpecialFilesFoundInside)
+{
+    write({"a", ".hidden", ".git/config", "real/x"});
+    link("linkToFile", "a");
+    link("linkToFolder", "real");
+    link("real/loop", "..");
+    ASSERT_EQ(mkfifo(folder.path("pipe").cString(), 0600), 0);
+    addFolder(".");
+    EXPECT_EQ(walk(), "a, real/x, finished");
+}
+
+TEST_F(VKFolderTraverserTest, TakesNamedScopesAsTheyAreInTheOrderAdded)
+{
+    write({".hidden/.file", ".hidden/a"}, "123");
+    link("link", ".hidden");
+    link("linkToFile", ".hidden/.file");
+    addFolder("link");
+    addFile("missing");
+    addFile("linkToFile");
+    addFile(".hidden/.file");
+    addFolder(".hidden/", {u"A"_s});
+    addFolder("missing");
+    addFolder("linkToFile");
+    EXPECT_EQ(walk(), "link/a, missing, linkToFile, .hidden/.file, .hidden/a, !missing " +
+                          QByteArray::number(ENOENT) + ", !linkToFile " + QByteArray::number(ENOTDIR) +
+                          ", finished");
+    EXPECT_EQ(sizes, (QList<qint64>{3, -1, 3, 3, 3}));
+}
+
+TEST_F(VKFolderTraverserTest, FiltersByTypeOrPatternOfTheScope)
+{
+    write({"a.txt", "b.zip", "c.png", "d", "f.[x]"}, "text");
+    folder.write("e", QByteArray("\0data", 5));
+    addFolder(".", {});
+    traverser.setUtis({u"public.text"_s});
+    addFolder(".", {u"*.ZIP"_s});
+    traverser.setUtis({u"public.image"_s});
+    addFolder(".", {});
+    traverser.setUtis({u"public.item"_s});
+    addFolder(".", {});
+    EXPECT_EQ(walk(), "a.txt, b.zip, d, f.[x], c.png, a.txt, b.zip, c.png, d, e, f.[x], finished");
+}
+
+TEST_F(VKFolderTraverserTest, UnreadableFoldersAreReportedAndUnreadableFilesAreNotPassedOver)
+{
+    write({"a/x", "b/y", "c/secret"}, QByteArray("\0", 1));
+    chmod(folder.path().cString(), 0755);
+    chmod(folder.path("b").cString(), 0);
+    chmod(folder.path("c/secret").cString(), 0);
+    addFolder(".");
+    traverser.setUtis({u"public.text"_s});
+    addFolder("c", {});
+    {
+        const PlainUser user;
+        walk();
+    }
+    EXPECT_EQ(log.join(", "), "a/x, !b " + QByteArray::number(EACCES) + ", c/secret, c/secret, finished");
+    chmod(folder.path("b").cString(), 0700);
+}
+
+TEST_F(VKFolderTraverserTest, StopsBeforeTheNextFile)
+{
+    write({"a/1", "a/2", "b/1"});
+    onFile = [this] { traverser.stopTraversal(); };
+    addFolder("a");
+    addFile("b/1");
+    EXPECT_EQ(walk(), "a/1, stopped");
+    EXPECT_EQ(walk(), "a/1, stopped, stopped") << "stopped before the start";
+}
+
+TEST_F(VKFolderTraverserTest, AStopAtTheLastFileIsTold)
+{
+    write({"a"});
+    onFile = [this] { traverser.stopTraversal(); };
+    addFolder(".");
+    EXPECT_EQ(walk(), "a, stopped");
+}
+
+TEST_F(VKFolderTraverserTest, HandsOverTheFolderAndTheNameInItAndAPathThatStaysWhatItWas)
+{
+    class Reader : public VKFolderTraverserDelegate
+    {
+    public:
+        void didFindFileInFolder(int descriptor, const char *name, const FilePath &path, quint64, int, qint64,
+                                 qint64) override
+        {
+            char bytes[16] = {};
+            const int file = openat(descriptor, name, O_RDONLY);
+            EXPECT_EQ(read(file, bytes, sizeof bytes), 7);
+            close(file);
+            paths << path;
+        }
+        QList<FilePath> paths;
+    } reader;
+    write({"a/long name", "a/x", "b"}, "content");
+    addFolder(".");
+    traverser.setDelegate(&reader);
+    traverser.startTraversal();
+    EXPECT_EQ(reader.paths,
+              (QList<FilePath>{folder.path("a/long name"), folder.path("a/x"), folder.path("b")}));
+}
 
 qsizetype openDescriptors()
 {
@@ -84,173 +209,6 @@ qsizetype openDescriptors()
         ++count;
     closedir(folder);
     return count;
-}
-
-TEST(VKFolderTraverser, ReportsFilesDepthFirstInByteOrder)
-{
-    const TemporaryFolder folder;
-    for (const char *name : {"b/z", "b/a/1", "b.c", "B", "a", "\xFF\x80", "b-2", "longer than eight b",
-                             "longer than eight a", "\xC3\xA9"})
-        folder.write(name, "12345");
-    const Recorder found = FolderWalk(folder.path()).run();
-    EXPECT_EQ(found.names(folder.path()),
-              (Names{"B", "a", "b/a/1", "b/z", "b-2", "b.c", "longer than eight a", "longer than eight b",
-                     "\xC3\xA9", "\xFF\x80"}));
-}
-
-TEST(VKFolderTraverser, TellsLevelAndSizesAsAskedFor)
-{
-    const TemporaryFolder folder;
-    folder.write("a", "12345");
-    folder.write("b/c/d", "");
-    FolderWalk walk(folder.path());
-    EXPECT_EQ(walk.run().levels, (QList<int>{0, 2}));
-    EXPECT_EQ(walk.found.sizes, (QList<qint64>{5, 0}));
-    FolderWalk withoutSizes(folder.path());
-    withoutSizes.traverser.setReportsSizes(false);
-    EXPECT_EQ(withoutSizes.run().sizes, (QList<qint64>{-1, -1}));
-    EXPECT_EQ(FolderWalk(folder.path(), false).run().names(folder.path()), Names{"a"});
-}
-
-TEST(VKFolderTraverser, SkipsHiddenEntriesLinksAndSpecialFilesFoundInside)
-{
-    const TemporaryFolder folder;
-    folder.write("a", "");
-    folder.write(".hidden", "");
-    folder.write(".git/config", "");
-    folder.write("real/x", "");
-    ASSERT_EQ(symlink("a", folder.path("linkToFile").cString()), 0);
-    ASSERT_EQ(symlink("real", folder.path("linkToFolder").cString()), 0);
-    ASSERT_EQ(symlink("..", folder.path("real/loop").cString()), 0);
-    ASSERT_EQ(mkfifo(folder.path("pipe").cString(), 0600), 0);
-    const Recorder found = FolderWalk(folder.path()).run();
-    EXPECT_EQ(found.names(folder.path()), (Names{"a", "real/x"}));
-    EXPECT_TRUE(found.failures.isEmpty());
-}
-
-TEST(VKFolderTraverser, TakesNamedScopesAsTheyAreInTheOrderAdded)
-{
-    const TemporaryFolder folder;
-    const FilePath hidden = folder.write(".hidden/.file", "123");
-    folder.write(".hidden/a", "");
-    ASSERT_EQ(symlink(".hidden", folder.path("link").cString()), 0);
-    ASSERT_EQ(symlink(".hidden/.file", folder.path("linkToFile").cString()), 0);
-    FolderWalk walk(folder.path("link"));
-    walk.traverser.addSearchScopeWithFilePath(folder.path("missing"), HANDLING);
-    walk.traverser.addSearchScopeWithFilePath(folder.path("linkToFile"), HANDLING);
-    walk.traverser.addSearchScopeWithFilePath(hidden, HANDLING);
-    walk.traverser.addSearchScopeWithFolderPath(folder.path(".hidden/"), true, {u"A"_s}, HANDLING);
-    EXPECT_EQ(walk.run().names(folder.path()),
-              (Names{"link/a", "missing", "linkToFile", ".hidden/.file", ".hidden/a"}));
-    EXPECT_EQ(walk.found.sizes, (QList<qint64>{0, -1, 3, 3, 0}));
-    EXPECT_EQ(walk.found.ends, Names{"finished"});
-}
-
-TEST(VKFolderTraverser, FiltersByTypeOrPatternOfTheScope)
-{
-    const TemporaryFolder folder;
-    for (const char *name : {"a.txt", "b.zip", "c.png", "d", "e", "f.[x]"})
-        folder.write(name, "text");
-    folder.write("e", QByteArray("\0data", 5));
-    VKFolderTraverser traverser;
-    Recorder found;
-    traverser.setDelegate(&found);
-    traverser.addSearchScopeWithFolderPath(folder.path(), true, {}, HANDLING);
-    traverser.setUtis({u"public.text"_s});
-    traverser.addSearchScopeWithFolderPath(folder.path(), true, {u"*.ZIP"_s}, HANDLING);
-    traverser.setUtis({u"public.image"_s});
-    traverser.addSearchScopeWithFolderPath(folder.path(), true, {}, HANDLING);
-    traverser.setUtis({u"public.item"_s});
-    traverser.addSearchScopeWithFolderPath(folder.path(), true, {}, HANDLING);
-    traverser.startTraversal();
-    EXPECT_EQ(found.names(folder.path()),
-              (Names{"a.txt", "b.zip", "d", "f.[x]", "c.png", "a.txt", "b.zip", "c.png", "d", "e", "f.[x]"}));
-}
-
-TEST(VKFolderTraverser, ScopesThatAreNoFoldersAreReportedAndTheWalkGoesOn)
-{
-    const TemporaryFolder folder;
-    const FilePath file = folder.write("file", "");
-    FolderWalk walk(folder.path("missing"));
-    walk.traverser.addSearchScopeWithFolderPath(file, true, {u"*"_s}, HANDLING);
-    walk.traverser.addSearchScopeWithFilePath(file, HANDLING);
-    const QByteArray root = folder.path().bytes();
-    EXPECT_EQ(walk.run().failures, (Names{root + "/missing " + QByteArray::number(ENOENT),
-                                          root + "/file " + QByteArray::number(ENOTDIR)}));
-    EXPECT_EQ(walk.found.names(folder.path()), Names{"file"});
-    EXPECT_EQ(walk.found.ends, Names{"finished"});
-}
-
-TEST(VKFolderTraverser, UnreadableFoldersAreReportedAndUnreadableFilesAreNotPassedOver)
-{
-    const TemporaryFolder folder;
-    folder.write("a/x", "");
-    const FilePath locked = folder.makeFolder("b");
-    const FilePath secret = folder.write("c/secret", QByteArray("\0", 1));
-    ASSERT_EQ(chmod(folder.path().cString(), 0755), 0);
-    ASSERT_EQ(chmod(locked.cString(), 0), 0);
-    ASSERT_EQ(chmod(secret.cString(), 0), 0);
-    FolderWalk walk(folder.path());
-    walk.traverser.setUtis({u"public.text"_s});
-    walk.traverser.addSearchScopeWithFolderPath(folder.path("c"), true, {}, HANDLING);
-    {
-        const PlainUser user;
-        walk.run();
-    }
-    EXPECT_EQ(walk.found.names(folder.path()), (Names{"a/x", "c/secret", "c/secret"}));
-    EXPECT_EQ(walk.found.failures, Names{locked.bytes() + ' ' + QByteArray::number(EACCES)});
-    EXPECT_EQ(walk.found.ends, Names{"finished"});
-    chmod(locked.cString(), 0700);
-}
-
-TEST(VKFolderTraverser, StopsBeforeTheNextFile)
-{
-    const TemporaryFolder folder;
-    for (const char *name : {"a/1", "a/2", "b/1"})
-        folder.write(name, "");
-    FolderWalk walk(folder.path());
-    walk.traverser.addSearchScopeWithFilePath(folder.path("a/1"), HANDLING);
-    walk.found.onFile = [&] { walk.traverser.stopTraversal(); };
-    EXPECT_EQ(walk.run().names(folder.path()), Names{"a/1"});
-    EXPECT_EQ(walk.found.ends, Names{"stopped"});
-
-    FolderWalk last(folder.path("b"));
-    last.found.onFile = [&] { last.traverser.stopTraversal(); };
-    EXPECT_EQ(last.run().ends, Names{"stopped"});
-
-    FolderWalk stoppedBefore(folder.path());
-    stoppedBefore.traverser.stopTraversal();
-    EXPECT_TRUE(stoppedBefore.run().paths.isEmpty());
-    EXPECT_EQ(stoppedBefore.found.ends, Names{"stopped"});
-}
-
-TEST(VKFolderTraverser, HandsOverTheFolderAndTheNameInItAndAPathThatStaysWhatItWas)
-{
-    const TemporaryFolder folder;
-    for (const char *name : {"a/long name", "a/x", "b"})
-        folder.write(name, name);
-    class Reader : public VKFolderTraverserDelegate
-    {
-    public:
-        void didFindFileInFolder(int descriptor, const char *name, const FilePath &path, quint64, int, qint64,
-                                 qint64) override
-        {
-            char bytes[16] = {};
-            const int file = openat(descriptor, name, O_RDONLY);
-            EXPECT_GT(read(file, bytes, sizeof bytes), 0);
-            close(file);
-            contents << bytes;
-            paths << path;
-        }
-        Names contents;
-        QList<FilePath> paths;
-    } reader;
-    FolderWalk walk(folder.path());
-    walk.traverser.setDelegate(&reader);
-    walk.run();
-    EXPECT_EQ(reader.contents, (Names{"a/long name", "a/x", "b"}));
-    EXPECT_EQ(reader.paths,
-              (QList<FilePath>{folder.path("a/long name"), folder.path("a/x"), folder.path("b")}));
 }
 
 /// Nested folders "d", deeper than paths can be long, with a file "f" behind the subfolder at every hundredth
@@ -292,78 +250,57 @@ private:
     int _folder;
 };
 
-TEST(VKFolderTraverser, DepthAndPathLengthHaveNoLimitAndDescriptorsStayFew)
+TEST_F(VKFolderTraverserTest, DepthAndPathLengthHaveNoLimitAndDescriptorsStayFew)
 {
     constexpr int DEPTH = 10000;
-    const TemporaryFolder folder;
     const NestedFolders nested(folder.path(), DEPTH);
     const qsizetype before = openDescriptors();
-    FolderWalk walk(folder.path());
     qsizetype most = 0;
-    walk.found.onFile = [&] { most = std::max(most, openDescriptors()); };
-    walk.run();
-
-    EXPECT_TRUE(walk.found.failures.isEmpty());
-    QList<int> levels{DEPTH};
+    onFile = [&] { most = std::max(most, openDescriptors()); };
+    addFolder(".");
+    walk();
+    QList<int> expected{DEPTH};
     for (int level = DEPTH - 100; level >= 0; level -= 100)
-        levels << level;
-    EXPECT_EQ(walk.found.levels, levels);
-    EXPECT_EQ(walk.found.paths.first().size(), folder.path().bytes().size() + 2 * DEPTH + 2);
-    EXPECT_EQ(walk.found.paths.last(), folder.path("f").bytes());
+        expected << level;
+    EXPECT_EQ(levels, expected);
+    EXPECT_EQ(log.first().size(), 2 * DEPTH + 1);
+    EXPECT_EQ(log.mid(log.size() - 2).join(' '), "f finished");
+    EXPECT_EQ(log.size(), expected.size() + 1);
     EXPECT_LT(most - before, 100);
     EXPECT_EQ(openDescriptors(), before);
 }
 
-/// What happens once, when the first file is found.
-std::function<void()> once(const Recorder &found, std::function<void()> action)
-{
-    return [&found, action = std::move(action)] {
-        if (found.paths.size() == 1)
-            action();
-    };
-}
-
-void move(const FilePath &from, const FilePath &to)
-{
-    EXPECT_EQ(rename(from.cString(), to.cString()), 0);
-}
-
-TEST(VKFolderTraverser, FolderMovedWhileItIsWalkedDoesNotLeadAstray)
+TEST_F(VKFolderTraverserTest, AFolderMovedWhileItIsWalkedDoesNotLeadAstray)
 {
     constexpr int DEPTH = 300;
-    const TemporaryFolder folder;
     const TemporaryFolder elsewhere;
     elsewhere.write("f", "");
     folder.makeFolder("d/d");
-    folder.write("d/f", "");
-    folder.write("f", "");
+    write({"f", "d/f"});
     const NestedFolders nested(folder.path("d/d"), DEPTH);
-
-    FolderWalk walk(folder.path());
-    walk.found.onFile = once(walk.found, [&] { move(folder.path("d/d"), elsewhere.path("moved")); });
-    walk.run();
-    EXPECT_EQ(walk.found.levels, (QList<int>{DEPTH + 2, 202, 102, 2, 1, 0}));
-    EXPECT_TRUE(walk.found.failures.isEmpty());
+    onFile = [&] { rename(folder.path("d/d").cString(), elsewhere.path("moved").cString()); };
+    addFolder(".");
+    walk();
+    EXPECT_EQ(levels, (QList<int>{DEPTH + 2, 202, 102, 2, 1, 0}));
+    EXPECT_EQ(log.size(), 7);
 }
 
-TEST(VKFolderTraverser, FolderThatIsGoneOnTheWayBackIsReported)
+TEST_F(VKFolderTraverserTest, AFolderThatIsGoneOnTheWayBackIsReported)
 {
     constexpr int DEPTH = 300;
-    const TemporaryFolder folder;
     const TemporaryFolder elsewhere;
     folder.makeFolder("a/d");
-    folder.write("b", "");
+    write({"b"});
     const NestedFolders nested(folder.path("a/d"), DEPTH);
-
-    FolderWalk walk(folder.path("a"));
-    walk.traverser.addSearchScopeWithFilePath(folder.path("b"), HANDLING);
-    walk.found.onFile = once(walk.found, [&] {
-        move(folder.path("a/d"), elsewhere.path("moved"));
-        EXPECT_EQ(rmdir(folder.path("a").cString()), 0);
-    });
-    walk.run();
-    EXPECT_EQ(walk.found.failures, Names{folder.path("a").bytes() + ' ' + QByteArray::number(ENOENT)});
-    EXPECT_EQ(walk.found.levels, (QList<int>{DEPTH + 1, 201, 101, 1, 0}));
+    onFile = [&] {
+        rename(folder.path("a/d").cString(), elsewhere.path("moved").cString());
+        rmdir(folder.path("a").cString());
+    };
+    addFolder("a");
+    addFile("b");
+    walk();
+    EXPECT_EQ(levels, (QList<int>{DEPTH + 1, 201, 101, 1, 0}));
+    EXPECT_EQ(log.mid(log.size() - 3).join(", "), "!a " + QByteArray::number(ENOENT) + ", b, finished");
 }
 
 } // namespace
