@@ -2,12 +2,13 @@
 
 #include "SearchAlphabet.h"
 #include "support/Testing.h"
+#include "support/TimeLimit.h"
 
+#include <QElapsedTimer>
 #include <unicode/ubrk.h>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
-#include <chrono>
 #include <map>
 #include <memory>
 
@@ -192,13 +193,14 @@ TEST(PlainTextPattern, FindsAMatchAtEveryDistance)
 TEST(PlainTextPattern, LongRunsOfMarksTakeLinearTime)
 {
     const QString text = u"e"_s + QString(300000, QChar(0x0301)) + QString(300000, QChar(0x0323));
-    const auto begin = std::chrono::steady_clock::now();
+    QElapsedTimer timer;
+    timer.start();
     EXPECT_EQ(find(text, u"e\u0301"_s, CaseRule::Ignore), TextRange::notFound());
     EXPECT_EQ(find(text, u"\u0301\u0301x"_s, CaseRule::Ignore), TextRange::notFound());
     EXPECT_EQ(find(text, text + u'x', CaseRule::Exact), TextRange::notFound());
     const TextRange lastMark = {600000, 1};
     EXPECT_EQ(find(text, u"\u0323"_s, CaseRule::Exact), lastMark);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_LT(timer.elapsed(), timeLimit(2500));
 }
 
 } // namespace
