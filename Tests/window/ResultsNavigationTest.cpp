@@ -52,7 +52,8 @@ TEST_F(ResultsNavigationTest, ExtendsTheSelectionLineByLine)
                   {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
                   {Qt::Key_Down, Qt::ShiftModifier, "0:0 0:1 1:0", "1:0:0"},
                   {Qt::Key_Up, Qt::ShiftModifier, "0:0 0:1 1:0", "0:1:0"},
-                  {Qt::Key_Down, {}, "1:0", "1:0:0"}});
+                  {Qt::Key_Up, Qt::ShiftModifier, "0:0 0:1 1:0", "0:0:0"},
+                  {Qt::Key_Down, {}, "0:0", "0:0:1"}});
 }
 
 TEST_F(ResultsNavigationTest, GoesToTheFirstMatchOfFiles)
