@@ -1,5 +1,6 @@
 #include "matching/LinePrefilter.h"
 
+#include "foundation/ByteScan.h"
 #include "foundation/PlainTextPrefilter.h"
 #include "foundation/Utf8.h"
 #include "matching/ExpressionTranslation.h"
@@ -167,7 +168,7 @@ private:
     qsizetype _afterLast(char byte, qsizetype start, qsizetype end) const
     {
         const QByteArrayView stretch(_bytes + start, end - start);
-        return start + stretch.lastIndexOf(byte) + 1;
+        return start + lastIndexOf(byte, stretch) + 1;
     }
 
     const char *_bytes;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "matching/FoundLines.h"
 #include "matching/LinePrefilter.h"
 #include "matching/TDFindPattern.h"
 #include "reading/TextBlockReader.h"
@@ -18,6 +19,10 @@ public:
 
     const TDFindPattern &pattern() const { return _pattern; }
     TextBlockReader &reader() { return _reader; }
+    /// Of the file being searched.
+    FoundLines &foundLines() { return _foundLines; }
+    /// Room for a line's text.
+    std::vector<char16_t> &lineText() { return _lineText; }
     /// Room for the candidate lines of a block.
     std::vector<LineSpan> &candidates() { return _candidates; }
     /// For the reading of the find text that is in force now; null when there is no prefilter for it.
@@ -26,6 +31,8 @@ public:
 private:
     const TDFindPattern &_pattern;
     TextBlockReader _reader;
+    FoundLines _foundLines;
+    std::vector<char16_t> _lineText;
     std::vector<LineSpan> _candidates;
     const LinePrefilter *_scannedWith = nullptr;
     std::unique_ptr<LinePrefilter::Scanner> _scanner;

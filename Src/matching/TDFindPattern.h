@@ -47,7 +47,7 @@ class TDFindPattern::Line
 {
 public:
     /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
-    Line(const TDFindPattern &pattern, const QString &line, QByteArrayView bytes = {})
+    Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {})
         : _pattern(pattern), _line(line), _bytes(bytes)
     {}
 
@@ -61,7 +61,7 @@ private:
     TextRange _firstRangeOfExpression(TextRange searchRange, TDError &error);
 
     const TDFindPattern &_pattern;
-    const QString &_line;
+    QStringView _line;
     QByteArrayView _bytes; ///< null until they are needed
     QByteArray _ownBytes;
 };

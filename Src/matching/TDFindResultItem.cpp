@@ -1,5 +1,7 @@
 #include "matching/TDFindResultItem.h"
 
+#include <vector>
+
 namespace tidemark {
 
 namespace {
@@ -38,6 +40,20 @@ TDFindResultItem::initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLin
     item->_matchLine = matchLine;
     item->_parent = parent;
     return item;
+}
+
+FindResultItems TDFindResultItem::initWithMatchLines(const MatchLines &matchLines, TDFindResultItem *parent)
+{
+    const auto nodes = std::make_shared<std::vector<TDFindResultItem>>(size_t(matchLines.size()));
+    FindResultItems items;
+    items.reserve(matchLines.size());
+    for (qsizetype index = 0; index < matchLines.size(); ++index) {
+        TDFindResultItem &node = (*nodes)[size_t(index)];
+        node._matchLine = matchLines[index];
+        node._parent = parent;
+        items.emplaceBack(nodes, &node);
+    }
+    return items;
 }
 
 std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithError(const TDError &error,

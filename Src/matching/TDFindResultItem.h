@@ -29,6 +29,8 @@ public:
     /// The parent isn't kept alive by its children.
     static std::shared_ptr<TDFindResultItem> initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLine,
                                                                TDFindResultItem *parent);
+    /// One node for each line, all in one piece of memory that lives as long as one of them.
+    static FindResultItems initWithMatchLines(const MatchLines &matchLines, TDFindResultItem *parent);
     static std::shared_ptr<TDFindResultItem> initWithError(const TDError &error, TDFindResultItem *parent);
     /// A file node whose one child tells the error.
     static std::shared_ptr<TDFindResultItem>

@@ -1,6 +1,7 @@
 #include "matching/TDMatchLine.h"
 
 #include "foundation/CharacterSets.h"
+#include "foundation/TextEncoding.h"
 
 namespace tidemark {
 
@@ -35,10 +36,34 @@ QString withVisibleControls(QStringView text)
 
 } // namespace
 
+TDMatchLine::TDMatchLine(qint64 lineNumber, QByteArrayView utf8, std::span<const TextRange> matchRanges)
+    : _foundText(utf8), _foundRanges(matchRanges), _lineNumber(lineNumber)
+{}
+
+QList<TextRange> TDMatchLine::matchRanges() const
+{
+    return _changed ? _changed->matchRanges : QList<TextRange>(_foundRanges.begin(), _foundRanges.end());
+}
+
+QString TDMatchLine::_foundString() const
+{
+    return _foundText.isNull() ? QString() : textFromUtf8(_foundText).value_or(QString());
+}
+
+TDMatchLine::Changed &TDMatchLine::_own()
+{
+    if (!_changed) {
+        const QString text = _foundString();
+        _changed = std::make_unique<Changed>(Changed{matchRanges(), text, text});
+    }
+    return *_changed;
+}
+
 void TDMatchLine::offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex)
 {
-    for (quint64 index = startRangeIndex; index < numberOfMatches(); ++index)
-        _matchRanges[qsizetype(index)].location += offset;
+    QList<TextRange> &ranges = _own().matchRanges;
+    for (qsizetype index = qsizetype(startRangeIndex); index < ranges.size(); ++index)
+        ranges[index].location += offset;
 }
 
 const StyledText &TDMatchLine::matchLineAttributedString()
@@ -56,18 +81,19 @@ void TDMatchLine::setMatchLineAttributedString(const StyledText &text)
 StyledText TDMatchLine::buildMatchLineAttributedString() const
 {
     const QString prefix = QString::number(_lineNumber) + QStringLiteral(": ");
-    const TextRange body = rangeWithoutNewlinesAtEnds(_matchLineString);
+    const QString line = matchLineString();
+    const QList<TextRange> ranges = matchRanges();
+    const TextRange body = rangeWithoutNewlinesAtEnds(line);
 
     StyledText styled;
-    styled.text =
-        prefix + withVisibleControls(QStringView(_matchLineString).sliced(body.location, body.length));
+    styled.text = prefix + withVisibleControls(QStringView(line).sliced(body.location, body.length));
     styled.font = {QStringLiteral("Lucida Grande"), SMALL_SYSTEM_FONT_SIZE};
     styled.lineBreakMode = LineBreakMode::WrapByCharacter;
-    styled.runs.reserve(_matchRanges.size() + 2);
+    styled.runs.reserve(ranges.size() + 2);
     styled.runs << StyledRun{styled.wholeRange(), _selected ? TD_COLOR_WHITE : TD_COLOR_BLACK, {}, false, {}};
-    for (qsizetype index = 0; index < _matchRanges.size(); ++index) {
+    for (qsizetype index = 0; index < ranges.size(); ++index) {
         // Positions are those in the untrimmed line, also on a line that begins with line-break characters.
-        const TextRange shown = {prefix.size() + _matchRanges[index].location, _matchRanges[index].length};
+        const TextRange shown = {prefix.size() + ranges[index].location, ranges[index].length};
         styled.runs << StyledRun{shown,
                                  TD_COLOR_BLACK,
                                  index == _highlightedMatchIndex ? HIGHLIGHTED_MATCH_BACKGROUND
@@ -75,7 +101,7 @@ StyledText TDMatchLine::buildMatchLineAttributedString() const
                                  false,
                                  {}};
     }
-    if (!_matchRanges.isEmpty())
+    if (!ranges.isEmpty())
         styled.runs << StyledRun{{0, prefix.size()}, LINE_NUMBER_COLOR, {}, false, {}};
     return styled;
 }

@@ -3,10 +3,12 @@
 #include "foundation/StyledText.h"
 #include "foundation/TextRange.h"
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 
 #include <memory>
+#include <span>
 
 namespace tidemark {
 
@@ -14,29 +16,38 @@ namespace tidemark {
 inline constexpr qint64 TD_NO_HIGHLIGHTED_MATCH = -1;
 
 /// One line of a searched file with its matches, and what the results view needs to draw it. Filled on the
-/// search thread, read and changed on the main thread after it was handed over.
+/// search thread, read and changed on the main thread after it was handed over. There can be millions, so a
+/// line keeps its text and ranges as they were found, in memory shared by many, until they are changed.
 class TDMatchLine
 {
 public:
-    quint64 numberOfMatches() const { return quint64(_matchRanges.size()); }
+    TDMatchLine() = default;
+    /// Both texts are the one given, as UTF-8, which must be valid. Neither it nor the ranges are copied:
+    /// they must outlive the line.
+    TDMatchLine(qint64 lineNumber, QByteArrayView utf8, std::span<const TextRange> matchRanges);
+
+    quint64 numberOfMatches() const
+    {
+        return _changed ? quint64(_changed->matchRanges.size()) : _foundRanges.size();
+    }
 
     /// Ranges of matchLineString(), in the order in which they were found.
-    const QList<TextRange> &matchRanges() const { return _matchRanges; }
-    void setMatchRanges(const QList<TextRange> &ranges) { _matchRanges = ranges; }
-    void appendMatchRange(TextRange range) { _matchRanges.append(range); }
-    void replaceMatchRange(qsizetype index, TextRange range) { _matchRanges[index] = range; }
-    void removeMatchRange(qsizetype index) { _matchRanges.removeAt(index); }
+    QList<TextRange> matchRanges() const;
+    void setMatchRanges(const QList<TextRange> &ranges) { _own().matchRanges = ranges; }
+    void appendMatchRange(TextRange range) { _own().matchRanges.append(range); }
+    void replaceMatchRange(qsizetype index, TextRange range) { _own().matchRanges[index] = range; }
+    void removeMatchRange(qsizetype index) { _own().matchRanges.removeAt(index); }
     /// Moves the ranges from the index on by the offset; keeps the display text as it is.
     void offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex);
 
-    /// The whole line, with its line-end characters.
-    const QString &matchLineString() const { return _matchLineString; }
-    void setMatchLineString(const QString &line) { _matchLineString = line; }
+    /// The whole line, with its line-end characters. Made anew at each call where it wasn't changed.
+    QString matchLineString() const { return _changed ? _changed->matchLineString : _foundString(); }
+    void setMatchLineString(const QString &line) { _own().matchLineString = line; }
 
     /// The line as it stands in the file, which is the text that was read until a changed line is saved. It
     /// can be several lines of the file after a replacement with line ends in it. Null: not known.
-    const QString &savedLineString() const { return _savedLineString; }
-    void setSavedLineString(const QString &line) { _savedLineString = line; }
+    QString savedLineString() const { return _changed ? _changed->savedLineString : _foundString(); }
+    void setSavedLineString(const QString &line) { _own().savedLineString = line; }
 
     /// 1-based.
     qint64 lineNumber() const { return _lineNumber; }
@@ -60,9 +71,18 @@ public:
     StyledText buildMatchLineAttributedString() const;
 
 private:
-    QList<TextRange> _matchRanges;
-    QString _matchLineString;
-    QString _savedLineString;
+    struct Changed
+    {
+        QList<TextRange> matchRanges;
+        QString matchLineString;
+        QString savedLineString;
+    };
+    QString _foundString() const;
+    Changed &_own();
+
+    QByteArrayView _foundText;
+    std::span<const TextRange> _foundRanges;
+    std::unique_ptr<Changed> _changed; ///< stands for what was found
     std::unique_ptr<StyledText> _matchLineAttributedString;
     qint64 _lineNumber = 0;
     qint64 _highlightedMatchIndex = TD_NO_HIGHLIGHTED_MATCH;

@@ -1,5 +1,6 @@
 #include "matching/TDMatchLineHighlighter.h"
 
+#include "foundation/AsciiText.h"
 #include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
@@ -34,7 +35,8 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
 {
     _shouldStop = false;
     _modificationDate.reset();
-    return _processByLines(FileToRead{path, -1, {}}, encoding, error, pattern);
+    SearchContext context(pattern);
+    return _processByLines(FileToRead{path, -1, {}}, encoding, error, context);
 }
 
 bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,
@@ -45,28 +47,29 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     context.reader().close();
     _modificationDate = context.reader().modificationDate();
     if (outcome == BlockSearch::NeedsLineReader)
-        return _processByLines(file, encoding, error, context.pattern());
+        return _processByLines(file, encoding, error, context);
     if (error)
         return false;
-    if (shouldStop())
-        _matchLines.clear();
+    if (!shouldStop())
+        _matchLines = context.foundLines().take();
     return true;
 }
 
 bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
-                                             const TDFindPattern &pattern)
+                                             SearchContext &context)
 {
     const std::unique_ptr<TDFileReader> reader = TDFileReader::fileReaderWithFile(file, encoding, error);
     if (!reader)
         return false;
     _includesBOM = reader->hadByteOrderMarker();
     _matchLines.clear();
+    context.foundLines().clear();
     _hasExcessiveLines = false;
 
-    _searchLines(*reader, pattern, error);
+    _searchLines(*reader, context, error);
     const bool isExpressionFault =
         error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
-    if (!isExpressionFault && !_matchLines.isEmpty() && _hasExcessiveLines)
+    if (!isExpressionFault && !context.foundLines().isEmpty() && _hasExcessiveLines)
         error = excessiveLineError(file.path);
     TDError closingError;
     const bool closed = reader->closeFile(closingError);
@@ -76,8 +79,8 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
         error = closingError;
         return false;
     }
-    if (shouldStop())
-        _matchLines.clear();
+    if (!shouldStop())
+        _matchLines = context.foundLines().take();
     return true;
 }
 
@@ -88,7 +91,7 @@ TextRange TDMatchLineHighlighter::firstRangeOfPatternInString(const QString &lin
     return TDFindPattern::Line(TDFindPattern(pattern, caseRule), line).firstRange(searchRange, error);
 }
 
-void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, const TDFindPattern &pattern, TDError &error)
+void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, SearchContext &context, TDError &error)
 {
     qint64 lineNumber = 1;
     while (const std::optional<QString> line = reader.getNextLineWithEOLCharacters(true, error)) {
@@ -96,7 +99,7 @@ void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, const TDFindPatt
             _hasExcessiveLines = true;
         if (shouldStop())
             return;
-        _searchLine(*line, {}, lineNumber, pattern, error);
+        _searchLine(*line, {}, lineNumber, context, error);
         if (error)
             return;
         ++lineNumber;
@@ -111,6 +114,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     using Outcome = TextBlockReader::Outcome;
     TextBlockReader &reader = context.reader();
     _matchLines.clear();
+    context.foundLines().clear();
     if (reader.open(file, encoding) == Outcome::NeedsLineReader)
         return BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
@@ -125,7 +129,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
         if (error)
             return BlockSearch::Done;
     }
-    const bool isInDoubt = _hasExcessiveLines && !_matchLines.isEmpty() && !shouldStop();
+    const bool isInDoubt = _hasExcessiveLines && !context.foundLines().isEmpty() && !shouldStop();
     return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
                                                             : BlockSearch::Done;
 }
@@ -144,8 +148,7 @@ void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumb
     for (const LineSpan &line : candidates) {
         lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
         counted = line.start;
-        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context.pattern(),
-                         error);
+        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context, error);
         if (error || shouldStop())
             return;
     }
@@ -162,39 +165,39 @@ void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &line
         qsizetype length = lineEnd < 0 ? rest.size() : lineEnd + 1;
         if (lineEnd >= 0 && rest[lineEnd] == '\r' && length < rest.size() && rest[length] == '\n')
             ++length;
-        _searchLineBytes(rest.first(length), lineNumber, context.pattern(), error);
+        _searchLineBytes(rest.first(length), lineNumber, context, error);
         start += length;
     }
 }
 
-void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber,
-                                              const TDFindPattern &pattern, TDError &error)
+void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
+                                              TDError &error)
 {
-    if (const std::optional<QString> line = textFromUtf8(bytes))
-        _searchLine(*line, bytes, lineNumber, pattern, error);
+    if (isAscii(bytes)) {
+        std::vector<char16_t> &text = context.lineText();
+        text.assign(bytes.begin(), bytes.end());
+        _searchLine(QStringView(text.data(), bytes.size()), bytes, lineNumber, context, error);
+    } else if (const std::optional<QString> line = textFromUtf8(bytes)) {
+        _searchLine(*line, bytes, lineNumber, context, error);
+    }
 }
 
-void TDMatchLineHighlighter::_searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber,
-                                         const TDFindPattern &pattern, TDError &error)
+void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber,
+                                         SearchContext &context, TDError &error)
 {
     // Line ends aren't searched. The length is that of the trimmed line, but it is applied from the first
     // character on, so on a line that begins with line-break characters the last ones are left out.
     const qint64 end = rangeWithoutNewlinesAtEnds(line).length;
-    TDFindPattern::Line search(pattern, line, bytes);
-    std::shared_ptr<TDMatchLine> matchLine;
+    TDFindPattern::Line search(context.pattern(), line, bytes);
+    bool isFirst = true;
     qint64 start = 0;
     while (start <= end && !shouldStop()) {
         const TextRange found = search.firstRange({start, end - start}, error);
         if (error || !found.isFound())
             return;
-        if (!matchLine) {
-            matchLine = std::make_shared<TDMatchLine>();
-            matchLine->setLineNumber(lineNumber);
-            matchLine->setMatchLineString(line);
-            matchLine->setSavedLineString(line);
-            _matchLines.append(matchLine);
-        }
-        matchLine->appendMatchRange(found);
+        if (std::exchange(isFirst, false))
+            context.foundLines().addLine(lineNumber, line, bytes);
+        context.foundLines().addRange(found);
         if (found.end() == end)
             return;
         // Behind an empty match the search would find it again for ever.

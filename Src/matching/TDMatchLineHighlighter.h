@@ -4,11 +4,9 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "foundation/TextEncoding.h"
+#include "matching/FoundLines.h"
 #include "matching/TDFindPattern.h"
-#include "matching/TDMatchLine.h"
 #include "reading/FileToRead.h"
-
-#include <QList>
 
 #include <atomic>
 #include <memory>
@@ -21,8 +19,6 @@ class TDFileReader;
 
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
 inline constexpr qsizetype TD_LONGEST_LINE = 25000;
-
-using MatchLines = QList<std::shared_ptr<TDMatchLine>>;
 
 /// Searches one file and collects its match lines. Used by one thread at a time, but for the stop flag.
 class TDMatchLineHighlighter
@@ -65,16 +61,15 @@ private:
     enum class BlockSearch { Done, NeedsLineReader };
 
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
-                         const TDFindPattern &pattern);
-    void _searchLines(TDFileReader &reader, const TDFindPattern &pattern, TDError &error);
+                         SearchContext &context);
+    void _searchLines(TDFileReader &reader, SearchContext &context, TDError &error);
     BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error,
                               SearchContext &context);
     void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
-    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, const TDFindPattern &pattern,
-                          TDError &error);
-    void _searchLine(const QString &line, QByteArrayView bytes, qint64 lineNumber,
-                     const TDFindPattern &pattern, TDError &error);
+    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
+    void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
+                     TDError &error);
 
     MatchLines _matchLines;
     std::atomic<bool> _shouldStop = false;

@@ -229,10 +229,7 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
 
     auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, *highlighter), _findText,
                                                highlighter->includesBOM());
-    FindResultItems children;
-    children.reserve(highlighter->matchLines().size());
-    for (const auto &matchLine : highlighter->matchLines())
-        children << TDFindResultItem::initWithMatchLine(matchLine, item.get());
+    FindResultItems children = TDFindResultItem::initWithMatchLines(highlighter->matchLines(), item.get());
     item->setMatchLineHighlighter(std::move(highlighter));
     item->setMatchLines(std::move(children));
     return item;
