@@ -1,38 +1,30 @@
 #pragma once
 
-#include <QByteArrayView>
+#include "foundation/ByteScan.h"
+
 #include <QStringView>
 
 #include <algorithm>
 
 namespace tidemark {
 
-/// True when every byte (or UTF-16 unit) is below 0x80, so also for none at all.
-template <typename Unit>
-bool unitsAreAscii(const Unit *units, qsizetype count)
+/// True when every UTF-16 unit is below 0x80, so also for none at all.
+inline bool isAscii(QStringView text)
 {
-    constexpr Unit NOT_ASCII = static_cast<Unit>(~static_cast<Unit>(0x7F));
+    constexpr char16_t NOT_ASCII = static_cast<char16_t>(~0x7F);
     constexpr qsizetype BLOCK = 64;
+    const char16_t *const units = text.utf16();
     qsizetype position = 0;
     // Whole blocks without a branch inside become vector instructions.
-    for (; position + BLOCK <= count; position += BLOCK) {
-        Unit bits = 0;
+    for (; position + BLOCK <= text.size(); position += BLOCK) {
+        char16_t bits = 0;
         for (qsizetype i = 0; i < BLOCK; ++i)
-            bits = static_cast<Unit>(bits | units[position + i]);
+            bits = static_cast<char16_t>(bits | units[position + i]);
         if (bits & NOT_ASCII)
             return false;
     }
-    return std::all_of(units + position, units + count, [](Unit unit) { return (unit & NOT_ASCII) == 0; });
-}
-
-inline bool isAscii(QByteArrayView bytes)
-{
-    return unitsAreAscii(reinterpret_cast<const unsigned char *>(bytes.data()), bytes.size());
-}
-
-inline bool isAscii(QStringView text)
-{
-    return unitsAreAscii(text.utf16(), text.size());
+    return std::all_of(units + position, units + text.size(),
+                       [](char16_t unit) { return (unit & NOT_ASCII) == 0; });
 }
 
 } // namespace tidemark

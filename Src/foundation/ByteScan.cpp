@@ -5,7 +5,6 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <numeric>
 
 namespace tidemark {
 
@@ -20,27 +19,103 @@ constexpr std::uint64_t zeroBytes(std::uint64_t word)
     return (word - ONES) & ~word & HIGH_BITS;
 }
 
-/// Counts in lanes of a byte each, which the compiler turns into vector instructions; they are added up
-/// before one can overflow.
-qint64 countOf(char byte, QByteArrayView bytes)
+#if defined(__x86_64__) && defined(__GNUC__)
+#define TIDEMARK_WIDE __attribute__((target("avx2")))
+bool hasWideVectors()
 {
-    constexpr qsizetype LANES = 32;
+    return __builtin_cpu_supports("avx2");
+}
+#else
+#define TIDEMARK_WIDE
+bool hasWideVectors()
+{
+    return false;
+}
+#endif
+// Inlined into the functions for each kind of processor, and compiled for it there.
+#define TIDEMARK_FOR_EACH_PROCESSOR [[gnu::always_inline]] inline
+
+constexpr qsizetype LANES = 32;
+/// As many vector registers as it takes.
+using Lanes = std::uint8_t __attribute__((vector_size(LANES)));
+
+struct LineEndBytes
+{
+    qint64 lineFeeds = 0;
+    bool hasCarriageReturns = false;
+};
+
+TIDEMARK_FOR_EACH_PROCESSOR void lookAt(const char *bytes, qsizetype count, LineEndBytes &found)
+{
     constexpr qsizetype MOST_ROWS = 255;
-    qint64 count = 0;
+    Lanes carriageReturns = {};
     qsizetype index = 0;
-    while (bytes.size() - index >= LANES) {
-        std::array<std::uint8_t, LANES> lanes = {};
-        const qsizetype rows = std::min(MOST_ROWS, (bytes.size() - index) / LANES);
+    while (count - index >= LANES) {
+        Lanes lineFeeds = {};
+        const qsizetype rows = std::min(MOST_ROWS, (count - index) / LANES);
         for (const qsizetype end = index + rows * LANES; index < end; index += LANES) {
-            for (qsizetype lane = 0; lane < LANES; ++lane)
-                lanes[size_t(lane)] = std::uint8_t(lanes[size_t(lane)] + (bytes[index + lane] == byte));
+            Lanes lanes;
+            std::memcpy(&lanes, bytes + index, sizeof lanes);
+            lineFeeds -= (Lanes)(lanes == '\n');
+            carriageReturns |= (Lanes)(lanes == '\r');
         }
-        count = std::accumulate(lanes.begin(), lanes.end(), count);
+        // Before one of them can overflow.
+        for (qsizetype lane = 0; lane < LANES; ++lane)
+            found.lineFeeds += lineFeeds[lane];
     }
-    return count + std::count(bytes.begin() + index, bytes.end(), byte);
+    for (qsizetype lane = 0; lane < LANES; ++lane)
+        found.hasCarriageReturns |= carriageReturns[lane] != 0;
+    for (; index < count; ++index) {
+        found.lineFeeds += bytes[index] == '\n';
+        found.hasCarriageReturns |= bytes[index] == '\r';
+    }
+}
+
+TIDEMARK_FOR_EACH_PROCESSOR bool areAscii(const char *bytes, qsizetype count)
+{
+    constexpr qsizetype ROWS = 4;
+    qsizetype index = 0;
+    for (; index + ROWS * LANES <= count; index += ROWS * LANES) {
+        Lanes bits = {};
+        for (qsizetype row = 0; row < ROWS; ++row) {
+            Lanes lanes;
+            std::memcpy(&lanes, bytes + index + row * LANES, sizeof lanes);
+            bits |= lanes;
+        }
+        std::array<std::uint64_t, LANES / 8> words;
+        std::memcpy(words.data(), &bits, sizeof bits);
+        if (((words[0] | words[1] | words[2] | words[3]) & HIGH_BITS) != 0)
+            return false;
+    }
+    return std::all_of(bytes + index, bytes + count, [](char byte) { return (byte & 0x80) == 0; });
+}
+
+void lookAtNarrow(const char *bytes, qsizetype count, LineEndBytes &found)
+{
+    lookAt(bytes, count, found);
+}
+
+TIDEMARK_WIDE void lookAtWide(const char *bytes, qsizetype count, LineEndBytes &found)
+{
+    lookAt(bytes, count, found);
+}
+
+bool areAsciiNarrow(const char *bytes, qsizetype count)
+{
+    return areAscii(bytes, count);
+}
+
+TIDEMARK_WIDE bool areAsciiWide(const char *bytes, qsizetype count)
+{
+    return areAscii(bytes, count);
 }
 
 } // namespace
+
+bool isAscii(QByteArrayView bytes)
+{
+    return (hasWideVectors() ? areAsciiWide : areAsciiNarrow)(bytes.data(), bytes.size());
+}
 
 qsizetype indexOfLineEnd(QByteArrayView bytes)
 {
@@ -75,7 +150,11 @@ qsizetype lastIndexOf(char byte, QByteArrayView bytes)
 
 qint64 countLineEnds(QByteArrayView bytes)
 {
-    qint64 count = countOf('\n', bytes);
+    LineEndBytes ends;
+    (hasWideVectors() ? lookAtWide : lookAtNarrow)(bytes.data(), bytes.size(), ends);
+    qint64 count = ends.lineFeeds;
+    if (!ends.hasCarriageReturns)
+        return count;
     const void *found = std::memchr(bytes.data(), '\r', size_t(bytes.size()));
     while (found != nullptr) {
         const char *next = static_cast<const char *>(found) + 1;

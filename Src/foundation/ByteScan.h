@@ -4,6 +4,9 @@
 
 namespace tidemark {
 
+/// True when every byte is below 0x80, so also for none at all.
+bool isAscii(QByteArrayView bytes);
+
 /// The index of the first CR or LF byte, or -1.
 qsizetype indexOfLineEnd(QByteArrayView bytes);
 

@@ -15,6 +15,16 @@ namespace {
 // The longest canonical decomposition has four characters, and each folds to three at most.
 constexpr int SHORT_TEXT = 32;
 
+// Hangul syllables are most of the characters that have keys, and these follow from their numbers.
+constexpr char32_t FIRST_SYLLABLE = 0xAC00;
+constexpr char32_t LAST_SYLLABLE = 0xD7A3;
+constexpr char32_t FIRST_LEADING = 0x1100;
+constexpr char32_t FIRST_VOWEL = 0x1161;
+constexpr char32_t BEFORE_FIRST_TRAILING = 0x11A7;
+constexpr char32_t LEADING_COUNT = 19;
+constexpr char32_t VOWEL_COUNT = 21;
+constexpr char32_t TRAILING_COUNT = 28; ///< none at all included
+
 void require(UErrorCode status)
 {
     if (U_FAILURE(status))
@@ -44,7 +54,8 @@ OwnedSet charactersWith(UProperty property, int value)
     return set;
 }
 
-/// Every character whose key is anything but the character itself without a combining class.
+/// Every character whose key is anything but the character itself without a combining class,
+/// but for the Hangul syllables.
 OwnedSet charactersWithKeys(CaseRule caseRule)
 {
     OwnedSet set = charactersWith(UCHAR_CANONICAL_COMBINING_CLASS, 0);
@@ -52,6 +63,7 @@ OwnedSet charactersWithKeys(CaseRule caseRule)
     uset_addAll(set.get(), charactersWith(UCHAR_NFD_QUICK_CHECK, UNORM_NO).get());
     if (caseRule == CaseRule::Ignore)
         uset_addAll(set.get(), charactersWith(UCHAR_CHANGES_WHEN_CASEFOLDED, 1).get());
+    uset_removeRange(set.get(), FIRST_SYLLABLE, LAST_SYLLABLE);
     return set;
 }
 
@@ -123,24 +135,39 @@ CharacterFolding::CharacterFolding(CaseRule caseRule)
         // Only ranges are asked for: the set holds no strings.
         uset_getItem(set.get(), i, &first, &last, nullptr, 0, &status);
         require(status);
-        for (UChar32 character = first; character <= last; ++character)
-            _add(char32_t(character), caseRule);
+        for (auto character = char32_t(first); character <= char32_t(last); ++character) {
+            const ComparisonKey key = computedKey(character, caseRule);
+            _add(character, key.data(), key.size());
+            if (key.front().value != character)
+                _origins.push_back({key.front().value, character});
+        }
     }
     std::sort(_origins.begin(), _origins.end());
+    _addSyllables();
 }
 
-void CharacterFolding::_add(char32_t character, CaseRule caseRule)
+void CharacterFolding::_add(char32_t character, const KeyCharacter *key, size_t length)
 {
-    const ComparisonKey key = computedKey(character, caseRule);
     KeyCharacter &entry = _pageOf(character).entries[character % PAGE_SIZE];
-    if (key.size() == 1) {
-        entry = key.front();
+    if (length == 1) {
+        entry = *key;
     } else {
-        entry = {std::uint32_t(_sequences.size()), 0, std::uint32_t(key.size()) & 7};
-        _sequences.insert(_sequences.end(), key.begin(), key.end());
+        entry = {std::uint32_t(_sequences.size()), 0, std::uint32_t(length) & 7};
+        _sequences.insert(_sequences.end(), key, key + length);
     }
-    if (key.front().value != character)
-        _origins.push_back({key.front().value, character});
+}
+
+void CharacterFolding::_addSyllables()
+{
+    for (char32_t syllable = FIRST_SYLLABLE; syllable <= LAST_SYLLABLE; ++syllable) {
+        const char32_t index = syllable - FIRST_SYLLABLE;
+        const char32_t trailing = index % TRAILING_COUNT;
+        const std::array<KeyCharacter, 3> key = {
+            {{FIRST_LEADING + index / (VOWEL_COUNT * TRAILING_COUNT), 0, 0},
+             {FIRST_VOWEL + index / TRAILING_COUNT % VOWEL_COUNT, 0, 0},
+             {BEFORE_FIRST_TRAILING + trailing, 0, 0}}};
+        _add(syllable, key.data(), trailing == 0 ? 2 : 3);
+    }
 }
 
 CharacterFolding::Page &CharacterFolding::_pageOf(char32_t character)
@@ -176,6 +203,9 @@ std::vector<char32_t> CharacterFolding::charactersStartingWith(char32_t value) c
     auto origin = std::lower_bound(_origins.begin(), _origins.end(), Origin{value, 0});
     for (; origin != _origins.end() && origin->value == value; ++origin)
         characters.push_back(origin->character);
+    const char32_t leading = value - FIRST_LEADING;
+    for (char32_t i = 0; leading < LEADING_COUNT && i < VOWEL_COUNT * TRAILING_COUNT; ++i)
+        characters.push_back(FIRST_SYLLABLE + leading * VOWEL_COUNT * TRAILING_COUNT + i);
     return characters;
 }
 

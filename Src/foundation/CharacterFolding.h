@@ -46,7 +46,7 @@ private:
 class CharacterFolding
 {
 public:
-    /// Built on first use, which takes about three milliseconds; any thread may be the first.
+    /// Built on first use, which takes about a millisecond; any thread may be the first.
     static const CharacterFolding &forRule(CaseRule caseRule);
 
     CharacterKey keyOf(char32_t character) const
@@ -80,11 +80,13 @@ private:
     };
 
     explicit CharacterFolding(CaseRule caseRule);
-    void _add(char32_t character, CaseRule caseRule);
+    void _add(char32_t character, const KeyCharacter *key, size_t length);
+    void _addSyllables();
     Page &_pageOf(char32_t character);
 
     std::array<std::unique_ptr<Page>, PAGE_COUNT> _pages;
     ComparisonKey _sequences;
+    /// Without those of the Hangul syllables, which can be worked out.
     std::vector<Origin> _origins;
 };
 

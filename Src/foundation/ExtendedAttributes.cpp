@@ -2,6 +2,8 @@
 
 #include "foundation/TextEncoding.h"
 
+#include <QVarLengthArray>
+
 #include <cerrno>
 #include <sys/xattr.h>
 
@@ -16,10 +18,7 @@ std::optional<QString> textBeforeZero(QByteArrayView value)
 }
 
 #ifdef __APPLE__
-QByteArray attributeName(const char *key)
-{
-    return key;
-}
+const char *const NAME_PREFIX = "";
 
 ssize_t readAttribute(const char *path, const char *name, void *value, size_t size)
 {
@@ -41,10 +40,7 @@ int writeAttribute(int descriptor, const char *name, const void *value, size_t s
     return fsetxattr(descriptor, name, value, size, 0, 0);
 }
 #else
-QByteArray attributeName(const char *key)
-{
-    return QByteArray("user.") + key;
-}
+const char *const NAME_PREFIX = "user.";
 
 ssize_t readAttribute(const char *path, const char *name, void *value, size_t size)
 {
@@ -67,23 +63,38 @@ int writeAttribute(int descriptor, const char *name, const void *value, size_t s
 }
 #endif
 
+/// Without an allocation: every file that is read is asked for an attribute.
+class AttributeName
+{
+public:
+    explicit AttributeName(const char *key)
+    {
+        _bytes.append(NAME_PREFIX, qsizetype(qstrlen(NAME_PREFIX)));
+        _bytes.append(key, qsizetype(qstrlen(key)) + 1);
+    }
+    const char *cString() const { return _bytes.constData(); }
+
+private:
+    QVarLengthArray<char, 128> _bytes;
+};
+
 /// Most values are short: one call reads them, and tells of the most frequent case, that there is none.
 template <typename Read>
 std::optional<QString> valueRead(Read read, const char *key)
 {
     constexpr size_t USUAL_SIZE = 128;
-    const QByteArray name = attributeName(key);
+    const AttributeName name(key);
     char usual[USUAL_SIZE];
-    const ssize_t length = read(name.constData(), usual, USUAL_SIZE);
+    const ssize_t length = read(name.cString(), usual, USUAL_SIZE);
     if (length >= 0)
         return textBeforeZero(QByteArrayView(usual, length));
     if (errno != ERANGE)
         return {};
-    const ssize_t size = read(name.constData(), nullptr, 0);
+    const ssize_t size = read(name.cString(), nullptr, 0);
     if (size < 0)
         return {};
     QByteArray value(size, Qt::Uninitialized);
-    const ssize_t longLength = read(name.constData(), value.data(), size_t(size));
+    const ssize_t longLength = read(name.cString(), value.data(), size_t(size));
     return longLength < 0 ? std::nullopt : textBeforeZero(QByteArrayView(value).first(longLength));
 }
 
@@ -93,7 +104,7 @@ bool valueWritten(File file, const char *key, const QString &value, int flag)
 {
     const QByteArray bytes = value.toUtf8();
     const size_t size = size_t(bytes.size()) + (flag == 1 ? 1 : 0);
-    return writeAttribute(file, attributeName(key).constData(), bytes.constData(), size) == 0;
+    return writeAttribute(file, AttributeName(key).cString(), bytes.constData(), size) == 0;
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "matching/TDMatchLineHighlighter.h"
 
-#include "foundation/AsciiText.h"
 #include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
@@ -36,7 +35,7 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
     _shouldStop = false;
     _modificationDate.reset();
     SearchContext context(pattern);
-    return _processByLines(FileToRead{path, -1, {}}, encoding, error, context);
+    return _processByLines(FileToRead{path}, encoding, error, context);
 }
 
 bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,

@@ -9,8 +9,8 @@ namespace tidemark {
 struct FileToRead
 {
     FilePath path;
-    int folderDescriptor = -1; ///< -1: none; not owned
-    QByteArray name;           ///< in that folder
+    int folderDescriptor = -1;   ///< -1: none; not owned
+    qsizetype nameInFolder = -1; ///< where in the path its name in that folder begins
 
     /// A descriptor open for reading, or -1 and errno. Never waits, not even for somebody to write to a pipe.
     int open() const;

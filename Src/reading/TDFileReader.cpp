@@ -67,7 +67,7 @@ TDFileReader::TDFileReader(int descriptor, const FileToRead &file, StringEncodin
 std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FilePath &path, StringEncoding encoding,
                                                                TDError &error)
 {
-    return fileReaderWithFile(FileToRead{path, -1, {}}, encoding, error);
+    return fileReaderWithFile(FileToRead{path}, encoding, error);
 }
 
 std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead &file,

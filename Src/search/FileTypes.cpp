@@ -83,13 +83,15 @@ public:
 private:
     NameVerdict _verdictFor(std::string_view fileName)
     {
-        const std::string_view key = _names.keyOf(fileName);
+        // Reading what it knows takes a while, and isn't needed where every file is wanted.
+        FileNameTypes &names = FileNameTypes::shared();
+        const std::string_view key = names.keyOf(fileName);
         if (key.empty())
             return {};
         const auto known = _verdicts.find(key);
         if (known != _verdicts.end())
             return known->second;
-        return _verdicts.emplace(key, _names.verdictForKey(key)).first->second;
+        return _verdicts.emplace(key, names.verdictForKey(key)).first->second;
     }
 
     bool _matchesPattern(std::string_view fileName) const
@@ -101,7 +103,6 @@ private:
                            [&](const WildcardPattern &pattern) { return pattern.matches(subject); });
     }
 
-    FileNameTypes &_names = FileNameTypes::shared();
     UniformTypes _wanted;
     std::vector<WildcardPattern> _patterns;
     StringMap<NameVerdict> _verdicts;

@@ -1,6 +1,7 @@
 #include "search/OpenFolders.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,7 +53,10 @@ int OpenFolders::enter(const char *name)
     const int descriptor = openFolder(this->descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
     if (descriptor < 0)
         return errno;
-    return _push(descriptor, pathOfEntry(name).size());
+    _path.resize(_levels[_depth - 1].pathLength);
+    _path += '/';
+    _path += name;
+    return _push(descriptor, _path.size());
 }
 
 int OpenFolders::_push(int descriptor, qsizetype pathLength)
@@ -142,12 +146,16 @@ QByteArray OpenFolders::path() const
     return length == 0 ? QByteArray("/") : _path.left(length);
 }
 
-const QByteArray &OpenFolders::pathOfEntry(const char *name)
+QByteArray OpenFolders::pathOfEntry(const char *name) const
 {
-    _path.resize(_levels[_depth - 1].pathLength);
-    _path += '/';
-    _path += name;
-    return _path;
+    const qsizetype folderLength = _levels[_depth - 1].pathLength;
+    const size_t nameLength = std::strlen(name);
+    QByteArray path(folderLength + 1 + qsizetype(nameLength), Qt::Uninitialized);
+    char *target = path.data();
+    std::memcpy(target, _path.constData(), size_t(folderLength));
+    target[folderLength] = '/';
+    std::memcpy(target + folderLength + 1, name, nameLength);
+    return path;
 }
 
 } // namespace tidemark

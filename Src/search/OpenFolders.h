@@ -37,8 +37,7 @@ public:
 
     /// Of the innermost folder.
     QByteArray path() const;
-    /// Reuses one buffer, so a caller that keeps no copy pays for no allocation.
-    const QByteArray &pathOfEntry(const char *name);
+    QByteArray pathOfEntry(const char *name) const;
 
 private:
     struct Level
@@ -58,7 +57,7 @@ private:
     int _reopenFromScope(size_t index) const;
 
     QByteArray _scopePath;
-    QByteArray _path;
+    QByteArray _path; ///< of the folder entered last, which begins with those of all that it lies in
     /// Levels behind the depth are kept for their buffers.
     std::vector<Level> _levels;
     size_t _depth = 0;

@@ -128,11 +128,11 @@ void TDSearchEngine::didFindFileInFolder(int folderDescriptor, const char *name,
     SearchJob job;
     job.file.path = path;
     job.scannedCount = scannedCount;
-    job.folder =
-        _sharedFolder(folderDescriptor, QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name))));
+    const QByteArrayView folderPath = QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name)));
+    job.folder = _sharedFolder(folderDescriptor, folderPath);
     if (job.folder) {
         job.file.folderDescriptor = job.folder->descriptor();
-        job.file.name = name;
+        job.file.nameInFolder = folderPath.size();
     }
     _take(std::move(job));
 }
@@ -207,13 +207,15 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
 {
     const TDFindPattern pattern(_findText, _caseRule());
     SearchContext context(pattern);
-    return _searchFile(FileToRead{path, -1, {}}, context, error);
+    return _searchFile(FileToRead{path}, context, error);
 }
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
                                                               TDError &error)
 {
-    auto highlighter = std::make_shared<TDMatchLineHighlighter>();
+    std::shared_ptr<TDMatchLineHighlighter> &highlighter = context.spareHighlighter();
+    if (!highlighter)
+        highlighter = std::make_shared<TDMatchLineHighlighter>();
     highlighter->setSearchShouldStop(&_shouldStopSearch);
     const bool searched =
         highlighter->processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context);

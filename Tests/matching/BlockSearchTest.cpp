@@ -36,7 +36,7 @@ QByteArray byBlocks(const FilePath &path, SearchContext &context)
 {
     TDMatchLineHighlighter highlighter;
     TDError error;
-    const bool searched = highlighter.processWithFile(FileToRead{path, -1, {}},
+    const bool searched = highlighter.processWithFile(FileToRead{path},
                                                       TD_FILE_COMMON_UNKNOWN_ENCODING, error, context);
     return described(highlighter, searched, error);
 }

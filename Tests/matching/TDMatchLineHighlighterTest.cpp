@@ -47,7 +47,7 @@ protected:
 
         SearchContext context(pattern);
         error.clear();
-        done = highlighter.processWithFile(FileToRead{file, -1, {}}, TD_ENCODING_UTF8, error, context);
+        done = highlighter.processWithFile(FileToRead{file}, TD_ENCODING_UTF8, error, context);
         EXPECT_EQ(_outcome(done), byLines) << "in blocks: " << testing::PrintToString(find);
         EXPECT_EQ(error.localizedDescription(), description);
         return byLines;
