@@ -1,5 +1,7 @@
 #include "foundation/ByteScan.h"
 
+#include "foundation/StopFlag.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -129,6 +131,8 @@ qsizetype indexOfLineEnd(QByteArrayView bytes)
             const std::uint64_t marks = zeroBytes(word ^ (ONES * '\n')) | zeroBytes(word ^ (ONES * '\r'));
             if (marks != 0)
                 return index + std::countr_zero(marks) / 8;
+            if (index % WORK_BETWEEN_STOP_CHECKS == 0)
+                checkForStop();
         }
     }
     for (; index < size; ++index) {
@@ -151,7 +155,12 @@ qsizetype lastIndexOf(char byte, QByteArrayView bytes)
 qint64 countLineEnds(QByteArrayView bytes)
 {
     LineEndBytes ends;
-    (hasWideVectors() ? lookAtWide : lookAtNarrow)(bytes.data(), bytes.size(), ends);
+    for (qsizetype start = 0; start < bytes.size(); start += WORK_BETWEEN_STOP_CHECKS) {
+        const qsizetype length = qMin(bytes.size() - start, qsizetype(WORK_BETWEEN_STOP_CHECKS));
+        (hasWideVectors() ? lookAtWide : lookAtNarrow)(bytes.data() + start, length, ends);
+        if (start > 0)
+            checkForStop();
+    }
     qint64 count = ends.lineFeeds;
     if (!ends.hasCarriageReturns)
         return count;

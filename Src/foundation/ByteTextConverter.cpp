@@ -2,6 +2,7 @@
 
 #include "foundation/AsciiText.h"
 #include "foundation/IcuTextConverter.h"
+#include "foundation/StopFlag.h"
 #include "foundation/TextEncodingTable.h"
 
 #include <QMutex>
@@ -118,6 +119,10 @@ ByteTable::ByteTable(const Characters &characters, int encodableCount) : _charac
     _keepsAscii = std::equal(_characters.begin(), upperHalf, ascii.begin());
     const bool hasAsciiAbove =
         std::any_of(upperHalf, _characters.end(), [](char16_t character) { return character < ASCII_COUNT; });
+    for (const char16_t lineEnd : {u'\n', u'\r'}) {
+        _keepsLines = _keepsLines && _characters[lineEnd] == lineEnd &&
+                      std::count(_characters.begin(), _characters.end(), lineEnd) == 1;
+    }
     _shape = _keepsAscii && !hasAsciiAbove ? EncodingShape::AsciiBytes : EncodingShape::Opaque;
 }
 
@@ -134,18 +139,23 @@ const ByteTable *sharedByteTable(const TextEncodingRow &row)
 
 std::optional<QString> ByteTextConverter::decode(QByteArrayView bytes)
 {
-    if (_table.keepsAscii() && isAscii(bytes))
+    if (_table.keepsAscii() && bytes.size() <= WORK_BETWEEN_STOP_CHECKS && isAscii(bytes))
         return QString::fromLatin1(bytes);
     QString text(bytes.size(), Qt::Uninitialized);
     QChar *target = text.data();
-    bool isRefused = false;
-    for (const char byte : bytes) {
-        const char16_t character = _table.characterOf(static_cast<uchar>(byte));
-        isRefused |= character == ByteTable::NO_CHARACTER;
-        *target++ = character;
+    while (!bytes.isEmpty()) {
+        bool isRefused = false;
+        const QByteArrayView piece = bytes.first(qMin(bytes.size(), qsizetype(WORK_BETWEEN_STOP_CHECKS)));
+        for (const char byte : piece) {
+            const char16_t character = _table.characterOf(static_cast<uchar>(byte));
+            isRefused |= character == ByteTable::NO_CHARACTER;
+            *target++ = character;
+        }
+        if (isRefused)
+            return std::nullopt;
+        bytes = bytes.sliced(piece.size());
+        checkForStop();
     }
-    if (isRefused)
-        return std::nullopt;
     return text;
 }
 

@@ -29,6 +29,8 @@ public:
     }
     /// True when a text of ASCII bytes only is that ASCII text.
     bool keepsAscii() const { return _keepsAscii; }
+    /// True when the bytes LF and CR are these characters, and no others are.
+    bool keepsLines() const { return _keepsLines; }
     EncodingShape shape() const { return _shape; }
 
 private:
@@ -38,6 +40,7 @@ private:
     std::array<quint16, 256> _pageOfHighByte = {};
     std::vector<Page> _pages; ///< the first is empty, for all that can't be encoded
     bool _keepsAscii = true;
+    bool _keepsLines = true;
     EncodingShape _shape = EncodingShape::AsciiBytes;
 };
 
@@ -50,7 +53,7 @@ class ByteTextConverter : public TextConverter
 public:
     /// The table must outlive the converter.
     ByteTextConverter(StringEncoding encoding, const ByteTable &table)
-        : TextConverter(encoding, table.shape()), _table(table)
+        : TextConverter(encoding, table.shape(), {table.keepsAscii(), table.keepsLines()}), _table(table)
     {}
 
     std::optional<QString> decode(QByteArrayView bytes) override;

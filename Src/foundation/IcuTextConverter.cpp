@@ -1,9 +1,11 @@
 #include "foundation/IcuTextConverter.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/StopFlag.h"
 
 #include <unicode/ucnv.h>
 
+#include <array>
 #include <numeric>
 #include <string_view>
 #include <unordered_map>
@@ -24,6 +26,7 @@ struct OpenConverter
     bool hasSingleBytes = false;
     bool rotatesControls = false; ///< takes the bytes 1A, 1C and 7F for U+001C, U+007F and U+001A
     bool keepsAscii = false;      ///< a text of ASCII bytes only is that ASCII text
+    bool keepsLines = false;      ///< no line end is part of anything longer, or made of anything else
 };
 
 /// ICU's own callbacks for stopping let characters that can be ignored vanish; leaving the error as it is
@@ -49,8 +52,13 @@ std::optional<QString> decodeWithIcu(UConverter *icu, QByteArrayView bytes)
         auto *begin = reinterpret_cast<UChar *>(text.data());
         UChar *target = begin + length;
         status = U_ZERO_ERROR;
-        ucnv_toUnicode(icu, &target, begin + text.size(), &source, bytes.end(), nullptr, true, &status);
+        const char *pieceEnd = source + qMin(bytes.end() - source, qptrdiff(WORK_BETWEEN_STOP_CHECKS));
+        ucnv_toUnicode(icu, &target, begin + text.size(), &source, pieceEnd, nullptr, pieceEnd == bytes.end(),
+                       &status);
         length = target - begin;
+        if (U_SUCCESS(status) && pieceEnd < bytes.end())
+            status = U_BUFFER_OVERFLOW_ERROR;
+        checkForStop();
     }
     if (U_FAILURE(status))
         return std::nullopt;
@@ -124,6 +132,28 @@ bool findOutWhetherAsciiIsKept(const OpenConverter &converter)
     return decodeWith(converter, allOfAscii) == QString::fromLatin1(allOfAscii);
 }
 
+/// For what can stand before a line end that's the lead byte of a longer character; the encodings whose
+/// characters have more than two bytes allow no control characters among them at all.
+bool findOutWhetherLinesAreKept(const OpenConverter &converter)
+{
+    if (ucnv_getType(converter.icu.get()) != UCNV_MBCS)
+        return false;
+    for (const char lineEnd : {'\n', '\r'}) {
+        const QChar character = QLatin1Char(lineEnd);
+        for (int byte = 0; byte < 0x100; ++byte) {
+            const std::array<char, 2> bytes = {char(byte), lineEnd};
+            const std::optional<QString> alone = decodeWith(converter, QByteArrayView(bytes.data(), 1));
+            const bool isItself = bytes[0] == lineEnd;
+            if (alone && isItself != alone->contains(character))
+                return false;
+            const std::optional<QString> together = decodeWith(converter, bytes);
+            if (together && (!alone || *together != *alone + character))
+                return false;
+        }
+    }
+    return true;
+}
+
 OpenConverter openConverter(const char *icuName)
 {
     OpenConverter converter;
@@ -139,6 +169,7 @@ OpenConverter openConverter(const char *icuName)
     converter.hasSingleBytes = ucnv_getMaxCharSize(converter.icu.get()) == 1;
     converter.rotatesControls = decodeWithIcu(converter.icu.get(), "\x1A") == u"\x1C";
     converter.keepsAscii = findOutWhetherAsciiIsKept(converter);
+    converter.keepsLines = findOutWhetherLinesAreKept(converter);
     return converter;
 }
 
@@ -157,9 +188,11 @@ const OpenConverter &threadConverter(const char *icuName)
 std::unique_ptr<IcuTextConverter> IcuTextConverter::converter(StringEncoding encoding, EncodingShape shape,
                                                               const char *icuName)
 {
-    if (!threadConverter(icuName).icu)
+    const OpenConverter &converter = threadConverter(icuName);
+    if (!converter.icu)
         return nullptr;
-    return std::unique_ptr<IcuTextConverter>(new IcuTextConverter(encoding, shape, icuName));
+    const Traits traits = {converter.keepsAscii, converter.keepsLines};
+    return std::unique_ptr<IcuTextConverter>(new IcuTextConverter(encoding, shape, traits, icuName));
 }
 
 bool IcuTextConverter::hasSingleBytes() const
@@ -170,7 +203,7 @@ bool IcuTextConverter::hasSingleBytes() const
 std::optional<QString> IcuTextConverter::decode(QByteArrayView bytes)
 {
     const OpenConverter &converter = threadConverter(_icuName);
-    if (converter.keepsAscii && isAscii(bytes))
+    if (converter.keepsAscii && bytes.size() <= WORK_BETWEEN_STOP_CHECKS && isAscii(bytes))
         return QString::fromLatin1(bytes);
     return decodeWith(converter, bytes);
 }

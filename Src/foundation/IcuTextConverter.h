@@ -18,8 +18,8 @@ public:
     bool hasSingleBytes() const;
 
 private:
-    IcuTextConverter(StringEncoding encoding, EncodingShape shape, const char *icuName)
-        : TextConverter(encoding, shape), _icuName(icuName)
+    IcuTextConverter(StringEncoding encoding, EncodingShape shape, Traits traits, const char *icuName)
+        : TextConverter(encoding, shape, traits), _icuName(icuName)
     {}
 
     const char *_icuName;

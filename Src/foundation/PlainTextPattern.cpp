@@ -2,6 +2,7 @@
 
 #include "foundation/MatchEnd.h"
 #include "foundation/MatchLattice.h"
+#include "foundation/StopFlag.h"
 
 #include <QVarLengthArray>
 
@@ -81,14 +82,26 @@ TextRange PlainTextPattern::firstRange(QStringView text, TextRange searchRange) 
         return TextRange::notFound();
     const QStringView stretch = text.first(searchRange.end()).sliced(searchRange.location);
     const qsizetype last = stretch.size() - _shortestMatch;
-    qsizetype start = _scan->next(stretch.utf16(), 0, last);
+    qsizetype start = _nextCandidate(stretch, 0, last);
     while (start >= 0) {
         const qsizetype end = _matchEnd(stretch, start);
         if (end != NO_MATCH && mayMatchEndAt(stretch, end))
             return {searchRange.location + start, end - start};
-        start = _scan->next(stretch.utf16(), start + 1, last);
+        start = _nextCandidate(stretch, start + 1, last);
     }
     return TextRange::notFound();
+}
+
+qsizetype PlainTextPattern::_nextCandidate(QStringView stretch, qsizetype from, qsizetype last) const
+{
+    for (;;) {
+        const qsizetype lastOfPiece = qMin(last, from + qsizetype(WORK_BETWEEN_STOP_CHECKS));
+        const qsizetype found = _scan->next(stretch.utf16(), from, lastOfPiece);
+        if (found >= 0 || lastOfPiece == last)
+            return found;
+        from = lastOfPiece + 1;
+        checkForStop();
+    }
 }
 
 /// There is only one end at a start, as every character lengthens the key.

@@ -29,6 +29,7 @@ public:
 
 private:
     void _prepareScan();
+    qsizetype _nextCandidate(QStringView stretch, qsizetype from, qsizetype last) const;
     qsizetype _matchEnd(QStringView stretch, qsizetype start) const;
 
     QString _findText;

@@ -73,12 +73,33 @@ public:
     StringEncoding encoding() const { return _encoding; }
     EncodingShape shape() const { return _shape; }
 
+    /// True when a text of ASCII bytes only is that ASCII text.
+    bool keepsAscii() const { return _traits.keepsAscii; }
+    /// True when lines can be decoded together: split at the line ends of the encoding's unit, they give the
+    /// same texts one by one as in one piece, and no line end but these.
+    bool keepsLines() const { return _traits.keepsLines; }
+
 protected:
-    TextConverter(StringEncoding encoding, EncodingShape shape) : _encoding(encoding), _shape(shape) {}
+    struct Traits
+    {
+        bool keepsAscii = false;
+        bool keepsLines = false;
+    };
+    static constexpr Traits traitsOf(EncodingShape shape)
+    {
+        return {shape == EncodingShape::AsciiBytes, shape != EncodingShape::Opaque};
+    }
+    TextConverter(StringEncoding encoding, EncodingShape shape)
+        : TextConverter(encoding, shape, traitsOf(shape))
+    {}
+    TextConverter(StringEncoding encoding, EncodingShape shape, Traits traits)
+        : _encoding(encoding), _shape(shape), _traits(traits)
+    {}
 
 private:
     StringEncoding _encoding;
     EncodingShape _shape;
+    Traits _traits;
 };
 
 /// True when every unit belongs to a well-formed character, so that the text has a UTF-8 form.

@@ -1,6 +1,8 @@
 #include "foundation/UnicodeTextConverters.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/StopFlag.h"
+#include "foundation/Utf8.h"
 
 #include <QStringDecoder>
 #include <QtEndian>
@@ -14,12 +16,25 @@ bool isWellFormed(QStringView text)
 
 std::optional<QByteArray> strictUtf8(QStringView text)
 {
-    if (!isWellFormed(text))
-        return std::nullopt;
-    return text.toUtf8();
+    QByteArray bytes;
+    for (;;) {
+        qsizetype length = qMin(text.size(), qsizetype(WORK_BETWEEN_STOP_CHECKS));
+        if (length < text.size() && text[length - 1].isHighSurrogate())
+            --length;
+        const QStringView piece = text.first(length);
+        if (!isWellFormed(piece))
+            return std::nullopt;
+        bytes += piece.toUtf8();
+        if (length == text.size())
+            return bytes;
+        text = text.sliced(length);
+        checkForStop();
+    }
 }
 
-std::optional<QString> textFromUtf8(QByteArrayView bytes)
+namespace {
+
+std::optional<QString> textFromUtf8Piece(QByteArrayView bytes)
 {
     if (isAscii(bytes))
         return QString::fromLatin1(bytes);
@@ -32,6 +47,27 @@ std::optional<QString> textFromUtf8(QByteArrayView bytes)
     return text;
 }
 
+} // namespace
+
+std::optional<QString> textFromUtf8(QByteArrayView bytes)
+{
+    QByteArrayView piece = firstUtf8Piece(bytes);
+    std::optional<QString> text = textFromUtf8Piece(piece);
+    if (piece.size() == bytes.size())
+        return text;
+    QByteArrayView rest = bytes;
+    while (text && piece.size() < rest.size()) {
+        checkForStop();
+        rest = rest.sliced(piece.size());
+        piece = firstUtf8Piece(rest);
+        if (const std::optional<QString> next = textFromUtf8Piece(piece))
+            text->append(*next);
+        else
+            text.reset();
+    }
+    return text;
+}
+
 std::optional<QString> Utf16TextConverter::decode(QByteArrayView bytes)
 {
     const qsizetype count = bytes.size() / 2;
@@ -41,10 +77,14 @@ std::optional<QString> Utf16TextConverter::decode(QByteArrayView bytes)
     if (count == 0)
         return QString();
     QString text(count, Qt::Uninitialized);
-    if (_order == ByteOrder::BigEndian)
-        qFromBigEndian<quint16>(bytes.data(), count, text.data());
-    else
-        qFromLittleEndian<quint16>(bytes.data(), count, text.data());
+    for (qsizetype done = 0; done < count; done += WORK_BETWEEN_STOP_CHECKS) {
+        const qsizetype piece = qMin(count - done, qsizetype(WORK_BETWEEN_STOP_CHECKS));
+        if (_order == ByteOrder::BigEndian)
+            qFromBigEndian<quint16>(bytes.data() + done * 2, piece, text.data() + done);
+        else
+            qFromLittleEndian<quint16>(bytes.data() + done * 2, piece, text.data() + done);
+        checkForStop();
+    }
     return text;
 }
 
@@ -74,6 +114,8 @@ std::optional<QString> Utf32TextConverter::decode(QByteArrayView bytes)
         if (codePoint > QChar::LastValidCodePoint || QChar::isSurrogate(codePoint))
             return std::nullopt;
         text.append(QStringView(QChar::fromUcs4(codePoint)));
+        if (position % WORK_BETWEEN_STOP_CHECKS == 0)
+            checkForStop();
     }
     return text;
 }

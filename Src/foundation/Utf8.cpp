@@ -1,6 +1,7 @@
 #include "foundation/Utf8.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
 
 #include <QUtf8StringView>
@@ -18,10 +19,28 @@ void appendSurrogate(QByteArray &bytes, char16_t unit)
 
 } // namespace
 
+QByteArrayView firstUtf8Piece(QByteArrayView bytes)
+{
+    qsizetype length = WORK_BETWEEN_STOP_CHECKS;
+    if (bytes.size() <= length)
+        return bytes;
+    for (int i = 0; i < 3 && (bytes[length] & 0xC0) == 0x80; ++i)
+        --length;
+    return bytes.first(length);
+}
+
 bool isValidUtf8(QByteArrayView bytes)
 {
-    // Most text is ASCII by the block, which vector instructions tell faster.
-    return isAscii(bytes) || QUtf8StringView(bytes.data(), bytes.size()).isValidUtf8();
+    for (;;) {
+        const QByteArrayView piece = firstUtf8Piece(bytes);
+        // Most text is ASCII by the block, which vector instructions tell faster.
+        if (!isAscii(piece) && !QUtf8StringView(piece.data(), piece.size()).isValidUtf8())
+            return false;
+        if (piece.size() == bytes.size())
+            return true;
+        bytes = bytes.sliced(piece.size());
+        checkForStop();
+    }
 }
 
 QByteArray generalizedUtf8(QStringView text)

@@ -2,6 +2,7 @@
 
 #include "foundation/ByteScan.h"
 #include "foundation/PlainTextPrefilter.h"
+#include "foundation/StopFlag.h"
 #include "foundation/Utf8.h"
 #include "matching/ExpressionTranslation.h"
 
@@ -9,6 +10,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <mutex>
 #include <string_view>
 
 namespace tidemark {
@@ -31,6 +34,9 @@ bool areMostBytes(qsizetype chosen, qsizetype scanned)
     return chosen > FREE_BYTES && chosen > scanned / 8 * 7;
 }
 
+/// Larger blocks, which only very long lines make, are scanned in pieces, between which a stop shows.
+constexpr qsizetype LARGEST_BLOCK = (1 << 23) - 1;
+
 /// Vectorscan, which has the same interface and counts on from 5.4.3, passes over matches of expressions with
 /// some of its vector instructions (seen with 5.4.9 and AVX-512). Its search for literals is sound.
 bool findsEveryMatch()
@@ -41,7 +47,7 @@ bool findsEveryMatch()
 
 using DatabasePointer = std::unique_ptr<hs_database_t, decltype(&hs_free_database)>;
 
-DatabasePointer compiledLiterals(const std::vector<QByteArray> &literals, CaseRule caseRule)
+DatabasePointer compiledLiterals(const std::vector<QByteArray> &literals, CaseRule caseRule, unsigned mode)
 {
     const unsigned caseFlag = caseRule == CaseRule::Ignore ? HS_FLAG_CASELESS : 0;
     std::vector<const char *> starts;
@@ -54,17 +60,17 @@ DatabasePointer compiledLiterals(const std::vector<QByteArray> &literals, CaseRu
     hs_database_t *database = nullptr;
     hs_compile_error_t *error = nullptr;
     hs_compile_lit_multi(starts.data(), flags.data(), nullptr, lengths.data(), unsigned(literals.size()),
-                         HS_MODE_BLOCK, nullptr, &database, &error);
+                         mode, nullptr, &database, &error);
     hs_free_compile_error(error);
     return {database, hs_free_database};
 }
 
-DatabasePointer compiledPattern(const QByteArray &pattern)
+DatabasePointer compiledPattern(const QByteArray &pattern, unsigned mode)
 {
     hs_database_t *database = nullptr;
     for (const unsigned flags : {0, HS_FLAG_PREFILTER}) {
         hs_compile_error_t *error = nullptr;
-        hs_compile(pattern.constData(), flags, HS_MODE_BLOCK, nullptr, &database, &error);
+        hs_compile(pattern.constData(), flags, mode, nullptr, &database, &error);
         hs_free_compile_error(error);
         if (database)
             break;
@@ -160,15 +166,36 @@ private:
     /// `end` when there is none.
     qsizetype _indexOf(char byte, qsizetype start, qsizetype end) const
     {
-        const void *found = start < end ? std::memchr(_bytes + start, byte, size_t(end - start)) : nullptr;
-        return found ? static_cast<const char *>(found) - _bytes : end;
+        while (start < end) {
+            const qsizetype length = std::min(end - start, LARGEST_BLOCK);
+            if (const void *found = std::memchr(_bytes + start, byte, size_t(length)))
+                return static_cast<const char *>(found) - _bytes;
+            _checkAfter(length);
+            start += length;
+        }
+        return end;
     }
 
     /// `start` when there is none.
     qsizetype _afterLast(char byte, qsizetype start, qsizetype end) const
     {
-        const QByteArrayView stretch(_bytes + start, end - start);
-        return start + lastIndexOf(byte, stretch) + 1;
+        while (start < end) {
+            const qsizetype length = std::min(end - start, LARGEST_BLOCK);
+            const qsizetype found = lastIndexOf(byte, {_bytes + end - length, length});
+            if (found >= 0)
+                return end - length + found + 1;
+            _checkAfter(length);
+            end -= length;
+        }
+        return start;
+    }
+
+    /// Blocks that are scanned in one go never come here with so much, so nothing is thrown through the
+    /// matcher.
+    static void _checkAfter(qsizetype length)
+    {
+        if (length == LARGEST_BLOCK)
+            checkForStop();
     }
 
     const char *_bytes;
@@ -190,12 +217,39 @@ int takeMatch(unsigned, unsigned long long, unsigned long long end, unsigned, vo
     return static_cast<LineCollector *>(collector)->addMatch(qsizetype(end)) ? 0 : 1;
 }
 
+/// The ends of a piece's matches, which are looked at when the matcher has returned.
+struct MatchEnds
+{
+    std::vector<qsizetype> ends;
+    size_t most = 0;
+};
+
+int keepEnd(unsigned, unsigned long long, unsigned long long end, unsigned, void *kept)
+{
+    auto &matches = *static_cast<MatchEnds *>(kept);
+    matches.ends.push_back(qsizetype(end));
+    return matches.ends.size() > matches.most ? 1 : 0;
+}
+
 } // namespace
 
 struct LinePrefilter::Database
 {
+    Database(std::function<DatabasePointer(unsigned mode)> compileFor, qsizetype oneMatchInBytes)
+        : compile(std::move(compileFor)), compiled(compile(HS_MODE_BLOCK)), bytesPerMatch(oneMatchInBytes)
+    {}
+
+    const hs_database_t *forPieces() const
+    {
+        std::call_once(piecesOnce, [this] { compiledForPieces = compile(HS_MODE_STREAM); });
+        return compiledForPieces.get();
+    }
+
+    std::function<DatabasePointer(unsigned mode)> compile;
     DatabasePointer compiled;
-    qsizetype bytesPerMatch = 0;
+    qsizetype bytesPerMatch;
+    mutable std::once_flag piecesOnce;
+    mutable DatabasePointer compiledForPieces = {nullptr, hs_free_database};
 };
 
 struct LinePrefilter::Scanner::Implementation
@@ -208,6 +262,38 @@ struct LinePrefilter::Scanner::Implementation
     ~Implementation() { hs_free_scratch(scratch); }
     Implementation(const Implementation &) = delete;
     Implementation &operator=(const Implementation &) = delete;
+
+    bool scan(QByteArrayView block, LineCollector &collector)
+    {
+        return hs_scan(database.compiled.get(), block.data(), unsigned(block.size()), 0, scratch, takeMatch,
+                       &collector) == HS_SUCCESS;
+    }
+
+    bool scanInPieces(QByteArrayView block, LineCollector &collector)
+    {
+        const hs_database_t *const forPieces = database.forPieces();
+        hs_stream_t *opened = nullptr;
+        if (forPieces == nullptr || hs_alloc_scratch(forPieces, &scratch) != HS_SUCCESS ||
+            hs_open_stream(forPieces, 0, &opened) != HS_SUCCESS)
+            return false;
+        const auto close = [](hs_stream_t *stream) { hs_close_stream(stream, nullptr, nullptr, nullptr); };
+        const std::unique_ptr<hs_stream_t, decltype(close)> stream(opened, close);
+        MatchEnds matches;
+        matches.most = size_t(FREE_MATCHES + WORK_BETWEEN_STOP_CHECKS / database.bytesPerMatch);
+        for (qsizetype start = 0; start < block.size(); start += WORK_BETWEEN_STOP_CHECKS) {
+            checkForStop();
+            const qsizetype length = std::min<qsizetype>(block.size() - start, WORK_BETWEEN_STOP_CHECKS);
+            matches.ends.clear();
+            if (hs_scan_stream(stream.get(), block.data() + start, unsigned(length), 0, scratch, keepEnd,
+                               &matches) != HS_SUCCESS)
+                return false;
+            for (const qsizetype end : matches.ends) {
+                if (!collector.addMatch(end))
+                    return false;
+            }
+        }
+        return true;
+    }
 
     const Database &database;
     hs_scratch_t *scratch = nullptr;
@@ -222,7 +308,9 @@ std::unique_ptr<const LinePrefilter> LinePrefilter::forPlainText(const PlainText
     const std::vector<QByteArray> literals = requiredLiterals(pattern);
     if (literals.empty())
         return nullptr;
-    return _withDatabase({compiledLiterals(literals, pattern.caseRule()), BYTES_PER_TEXT_MATCH});
+    return _withDatabase([literals, caseRule = pattern.caseRule()](
+                             unsigned mode) { return compiledLiterals(literals, caseRule, mode); },
+                         BYTES_PER_TEXT_MATCH);
 }
 
 std::unique_ptr<const LinePrefilter> LinePrefilter::forExpression(QByteArrayView expression,
@@ -233,15 +321,17 @@ std::unique_ptr<const LinePrefilter> LinePrefilter::forExpression(QByteArrayView
     const std::optional<QByteArray> pattern = translatedExpression(expression, caseRule);
     if (!pattern)
         return nullptr;
-    return _withDatabase({compiledPattern(*pattern), BYTES_PER_EXPRESSION_MATCH});
+    return _withDatabase([pattern = *pattern](unsigned mode) { return compiledPattern(pattern, mode); },
+                         BYTES_PER_EXPRESSION_MATCH);
 }
 
-std::unique_ptr<const LinePrefilter> LinePrefilter::_withDatabase(Database database)
+template <typename Compile>
+std::unique_ptr<const LinePrefilter> LinePrefilter::_withDatabase(Compile compile, qsizetype bytesPerMatch)
 {
-    if (!database.compiled)
+    auto database = std::make_unique<const Database>(std::move(compile), bytesPerMatch);
+    if (!database->compiled)
         return nullptr;
-    auto owned = std::make_unique<const Database>(std::move(database));
-    return std::unique_ptr<const LinePrefilter>(new LinePrefilter(std::move(owned)));
+    return std::unique_ptr<const LinePrefilter>(new LinePrefilter(std::move(database)));
 }
 
 LinePrefilter::Scanner::Scanner(const LinePrefilter &prefilter)
@@ -254,12 +344,12 @@ bool LinePrefilter::Scanner::candidateLines(QByteArrayView block, std::vector<Li
 {
     if (!_implementation->scratch)
         return false;
-    const Database &database = _implementation->database;
-    LineCollector collector(block, database.bytesPerMatch, lines);
-    const hs_error_t outcome = hs_scan(database.compiled.get(), block.data(), unsigned(block.size()), 0,
-                                       _implementation->scratch, takeMatch, &collector);
+    LineCollector collector(block, _implementation->database.bytesPerMatch, lines);
+    const bool isWholeBlock = block.size() <= LARGEST_BLOCK;
+    const bool isWorthIt = isWholeBlock ? _implementation->scan(block, collector)
+                                        : _implementation->scanInPieces(block, collector);
     collector.finish();
-    return outcome == HS_SUCCESS;
+    return isWorthIt;
 }
 
 } // namespace tidemark

@@ -52,7 +52,8 @@ public:
 private:
     struct Database;
     explicit LinePrefilter(std::unique_ptr<const Database> database);
-    static std::unique_ptr<const LinePrefilter> _withDatabase(Database database);
+    template <typename Compile>
+    static std::unique_ptr<const LinePrefilter> _withDatabase(Compile compile, qsizetype bytesPerMatch);
 
     std::unique_ptr<const Database> _database;
 };

@@ -4,6 +4,7 @@
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
 #include "matching/RegularExpression.h"
+#include "matching/StoppableIterator.h"
 
 #include <mutex>
 
@@ -22,6 +23,27 @@ TDError expressionError(ExpressionFault fault, const QString &findText)
             ? localizedString("The find text regular expression is malformed.")
             : localizedString("The find text regular expression caused an internal error."),
         recoverySuggestionForExpression(fault));
+}
+
+/// The work of the library is limited by about the square of the text's length, so that shorter texts don't
+/// keep a stop waiting.
+constexpr qsizetype LONGEST_WITHOUT_STOP = 1000;
+
+template <typename Iterator>
+std::optional<TextRange> firstMatchBetween(Iterator start, Iterator end, const boost::regex &expression)
+{
+    boost::match_results<Iterator> match;
+    if (!boost::regex_search(start, end, match, expression, boost::match_default, start))
+        return std::nullopt;
+    return TextRange{match[0].first - start, match.length(0)};
+}
+
+std::optional<TextRange> firstMatch(QByteArrayView bytes, const boost::regex &expression)
+{
+    if (bytes.size() <= LONGEST_WITHOUT_STOP)
+        return firstMatchBetween(bytes.data(), bytes.data() + bytes.size(), expression);
+    return firstMatchBetween(StoppableIterator(bytes.data()), StoppableIterator(bytes.data() + bytes.size()),
+                             expression);
 }
 
 } // namespace
@@ -97,11 +119,10 @@ TextRange TDFindPattern::Line::_firstRangeOfExpression(TextRange searchRange, TD
         }
         fault = expressionFaultOf([&] {
             // The search range counts UTF-16 units and is applied to bytes as it stands.
-            const char *start = _bytes.data() + searchRange.location;
-            boost::cmatch match;
-            if (boost::regex_search(start, start + searchRange.length, match, expression.compiled,
-                                    boost::match_default, start))
-                found = {match[0].first - _bytes.data(), match.length(0)};
+            const QByteArrayView stretch(_bytes.data() + searchRange.location, searchRange.length);
+            const std::optional<TextRange> match = firstMatch(stretch, expression.compiled);
+            if (match)
+                found = {searchRange.location + match->location, match->length};
         });
     }
     if (fault == ExpressionFault::None)

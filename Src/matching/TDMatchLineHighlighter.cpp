@@ -3,6 +3,7 @@
 #include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
+#include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
@@ -34,6 +35,7 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
 {
     _shouldStop = false;
     _modificationDate.reset();
+    const StopScope scope(&_shouldStop, _searchShouldStop);
     SearchContext context(pattern);
     return _processByLines(FileToRead{path}, encoding, error, context);
 }
@@ -42,15 +44,20 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
                                              SearchContext &context)
 {
     _shouldStop = false;
-    const BlockSearch outcome = _searchBlocks(file, encoding, error, context);
-    context.reader().close();
-    _modificationDate = context.reader().modificationDate();
-    if (outcome == BlockSearch::NeedsLineReader)
-        return _processByLines(file, encoding, error, context);
-    if (error)
-        return false;
-    if (!shouldStop())
-        _matchLines = context.foundLines().take();
+    const StopScope scope(&_shouldStop, _searchShouldStop);
+    try {
+        const BlockSearch outcome = _searchBlocks(file, encoding, error, context);
+        context.reader().close();
+        _modificationDate = context.reader().modificationDate();
+        if (outcome == BlockSearch::NeedsLineReader)
+            return _processByLines(file, encoding, error, context);
+        if (error)
+            return false;
+        if (!shouldStop())
+            _matchLines = context.foundLines().take();
+    } catch (const WorkStopped &) {
+        context.reader().close();
+    }
     return true;
 }
 
@@ -65,7 +72,13 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     context.foundLines().clear();
     _hasExcessiveLines = false;
 
-    _searchLines(*reader, context, error);
+    try {
+        _searchLines(*reader, context, error);
+    } catch (const WorkStopped &) {
+        TDError ignored;
+        (void)reader->closeFile(ignored);
+        return true;
+    }
     const bool isExpressionFault =
         error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
     if (!isExpressionFault && !context.foundLines().isEmpty() && _hasExcessiveLines)
@@ -172,7 +185,7 @@ void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &line
 void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
                                               TDError &error)
 {
-    if (isAscii(bytes)) {
+    if (bytes.size() <= TD_LONGEST_LINE && isAscii(bytes)) {
         std::vector<char16_t> &text = context.lineText();
         text.assign(bytes.begin(), bytes.end());
         _searchLine(QStringView(text.data(), bytes.size()), bytes, lineNumber, context, error);

@@ -3,6 +3,7 @@
 #include "foundation/AssertionHandler.h"
 #include "foundation/ByteScan.h"
 #include "foundation/LocalizedText.h"
+#include "foundation/StopFlag.h"
 
 #include <array>
 #include <bit>
@@ -179,6 +180,7 @@ std::optional<LineBytes> TDFileReader::_getNextLineMBCSWithError(TDError &error)
         _line.append(bytes.first(length));
         if (eolCount > 0)
             return LineBytes{_line, eolCount};
+        checkForStop();
     }
     if (_line.isEmpty())
         return {};
@@ -210,6 +212,7 @@ std::optional<LineBytes> TDFileReader::_getNextLineUCSWithError(TDError &error)
     int eolCount = 0;
     char unit[4] = {};
     while (eolCount == 0) {
+        checkForStop();
         const QByteArrayView bytes = _readBuffer.available(error);
         if (error)
             return {};

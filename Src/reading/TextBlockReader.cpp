@@ -3,10 +3,12 @@
 #include "foundation/AsciiText.h"
 #include "foundation/ByteScan.h"
 #include "foundation/ExtendedAttributes.h"
+#include "foundation/StopFlag.h"
 #include "foundation/Utf8.h"
 #include "reading/EncodingDetection.h"
 
 #include <cstring>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +17,8 @@ namespace tidemark {
 namespace {
 
 constexpr qsizetype LATER_CAPACITY = 1 << 18;
+/// One read of so much takes about a millisecond, and can't be broken off.
+constexpr qsizetype LARGEST_READ = 1 << 22;
 /// A buffer that a very long line made larger isn't kept for the next file.
 constexpr qsizetype LARGEST_KEPT_CAPACITY = 1 << 22;
 /// Shorter ones are the line reader's, which takes them in its own way.
@@ -34,13 +38,14 @@ int unitSizeOf(EncodingShape shape)
     }
 }
 
-/// Behind the last line feed of whole units; a carriage return by itself doesn't count, which only makes
-/// blocks longer.
-qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype count, int unitSize, bool littleEndian)
+/// Behind the last line feed of whole units that ends behind `start`; a carriage return by itself doesn't
+/// count, which only makes blocks longer.
+qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype start, qsizetype count, int unitSize,
+                                     bool littleEndian)
 {
     char lineFeed[4] = {};
     lineFeed[littleEndian ? 0 : unitSize - 1] = '\n';
-    for (qsizetype end = count - count % unitSize; end > 0; end -= unitSize) {
+    for (qsizetype end = count - count % unitSize; end > start; end -= unitSize) {
         if (std::memcmp(bytes + end - unitSize, lineFeed, size_t(unitSize)) == 0)
             return end;
     }
@@ -50,8 +55,9 @@ qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype count, int uni
 } // namespace
 
 TextBlockReader::TextBlockReader()
-    : _buffer(std::make_unique_for_overwrite<char[]>(size_t(FIRST_CAPACITY))), _capacity(FIRST_CAPACITY)
-{}
+{
+    _allocate(FIRST_CAPACITY);
+}
 
 TextBlockReader::~TextBlockReader()
 {
@@ -68,13 +74,11 @@ void TextBlockReader::close()
 TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEncoding encoding)
 {
     close();
-    if (_capacity > LARGEST_KEPT_CAPACITY) {
-        _buffer = std::make_unique_for_overwrite<char[]>(size_t(FIRST_CAPACITY));
-        _capacity = FIRST_CAPACITY;
-    }
+    if (_capacity > LARGEST_KEPT_CAPACITY)
+        _allocate(FIRST_CAPACITY);
     if (_converted.capacity() > LARGEST_KEPT_CAPACITY)
         _converted = QByteArray();
-    _start = _end = 0;
+    _start = _end = _withoutLineEnd = 0;
     _endOfFile = _hadByteOrderMarker = false;
     _modificationDate.reset();
     _descriptor = file.open();
@@ -87,6 +91,16 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     return Outcome::Block;
 }
 
+void TextBlockReader::_allocate(qsizetype capacity)
+{
+    char *larger = static_cast<char *>(std::realloc(_buffer.get(), size_t(capacity)));
+    if (larger == nullptr)
+        throw std::bad_alloc();
+    (void)_buffer.release();
+    _buffer.reset(larger);
+    _capacity = capacity;
+}
+
 /// Reads once into what is free of the buffer, which grows when nothing is. False on a failure.
 bool TextBlockReader::_fill()
 {
@@ -96,16 +110,14 @@ bool TextBlockReader::_fill()
         _start = 0;
     }
     if (_end == _capacity || (_end > 0 && _capacity < LATER_CAPACITY)) {
-        const qsizetype capacity = qMax(_end * 2, LATER_CAPACITY);
-        auto larger = std::make_unique_for_overwrite<char[]>(size_t(capacity));
-        std::memcpy(larger.get(), _buffer.get(), size_t(_end));
-        _buffer = std::move(larger);
-        _capacity = capacity;
+        _allocate(qMax(_end * 2, LATER_CAPACITY));
     }
-    const ssize_t count = ::read(_descriptor, _buffer.get() + _end, size_t(_capacity - _end));
+    checkForStop();
+    const qsizetype asked = qMin(_capacity - _end, LARGEST_READ);
+    const ssize_t count = ::read(_descriptor, _buffer.get() + _end, size_t(asked));
     if (count < 0)
         return false;
-    _endOfFile = count < _capacity - _end;
+    _endOfFile = count < asked;
     _end += count;
     return true;
 }
@@ -135,7 +147,7 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         _unitSize = 1;
     } else if (encoding != _encoding || !_converter) {
         _converter = TextConverter::converterForEncoding(encoding);
-        if (!_converter || _converter->shape() == EncodingShape::Opaque)
+        if (!_converter || !_converter->keepsLines())
             return false;
         _unitSize = unitSizeOf(_converter->shape());
     }
@@ -145,23 +157,28 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
 
 qsizetype TextBlockReader::_lengthOfWholeLines() const
 {
-    const char *bytes = _buffer.get() + _start;
-    const qsizetype count = _end - _start;
-    if (_unitSize > 1) {
-        if (_endOfFile)
-            return count - count % _unitSize;
-        const EncodingShape shape = _converter->shape();
-        return lengthUpToLastLineFeedUnit(bytes, count, _unitSize,
-                                          shape == EncodingShape::Utf16LittleEndian ||
-                                              shape == EncodingShape::Utf32LittleEndian);
-    }
-    if (_endOfFile || count == 0)
-        return count;
-    const qsizetype lineFeed = lastIndexOf('\n', QByteArrayView(bytes, count));
+    const QByteArrayView bytes(_buffer.get() + _start, _end - _start);
+    if (_unitSize > 1)
+        return _lengthOfWholeLinesOfUnits(bytes);
+    if (_endOfFile || bytes.isEmpty())
+        return bytes.size();
+    const qsizetype lineFeed = lastIndexOf('\n', bytes.sliced(_withoutLineEnd));
     if (lineFeed >= 0)
-        return lineFeed + 1;
+        return _withoutLineEnd + lineFeed + 1;
     // Whether a line feed belongs to the last carriage return shows only with the byte behind it.
-    return lastIndexOf('\r', QByteArrayView(bytes, count - 1)) + 1;
+    const qsizetype unsettled = qMax(_withoutLineEnd - 1, qsizetype(0));
+    const qsizetype carriageReturn = lastIndexOf('\r', bytes.sliced(unsettled).chopped(1));
+    return carriageReturn < 0 ? 0 : unsettled + carriageReturn + 1;
+}
+
+qsizetype TextBlockReader::_lengthOfWholeLinesOfUnits(QByteArrayView bytes) const
+{
+    if (_endOfFile)
+        return bytes.size() - bytes.size() % _unitSize;
+    const EncodingShape shape = _converter->shape();
+    return lengthUpToLastLineFeedUnit(
+        bytes.data(), _withoutLineEnd - _withoutLineEnd % _unitSize, bytes.size(), _unitSize,
+        shape == EncodingShape::Utf16LittleEndian || shape == EncodingShape::Utf32LittleEndian);
 }
 
 TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
@@ -170,17 +187,19 @@ TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
     while ((length = _lengthOfWholeLines()) == 0) {
         if (_endOfFile)
             return Outcome::EndOfFile;
+        _withoutLineEnd = _end - _start;
         if (!_fill())
             return Outcome::NeedsLineReader;
     }
     const QByteArrayView bytes(_buffer.get() + _start, length);
     _start += length;
+    _withoutLineEnd = 0;
     return _asUtf8(bytes, block);
 }
 
 TextBlockReader::Outcome TextBlockReader::_asUtf8(QByteArrayView bytes, QByteArrayView &block)
 {
-    const bool isUtf8 = _converter ? _unitSize == 1 && isAscii(bytes) : isValidUtf8(bytes);
+    const bool isUtf8 = _converter ? _converter->keepsAscii() && isAscii(bytes) : isValidUtf8(bytes);
     if (isUtf8) {
         block = bytes;
         return Outcome::Block;

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -47,19 +48,26 @@ public:
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
 
 private:
+    void _allocate(qsizetype capacity);
     bool _fill();
     bool _settleEncoding(StringEncoding encoding);
     qsizetype _lengthOfWholeLines() const;
+    qsizetype _lengthOfWholeLinesOfUnits(QByteArrayView bytes) const;
     Outcome _asUtf8(QByteArrayView bytes, QByteArrayView &block);
 
     /// Most files fit, so that one read tells their end too.
     static constexpr qsizetype FIRST_CAPACITY = 1 << 17;
 
     int _descriptor = -1;
-    std::unique_ptr<char[]> _buffer;
+    struct Free
+    {
+        void operator()(char *memory) const { std::free(memory); }
+    };
+    std::unique_ptr<char, Free> _buffer; ///< grows in place where it can
     qsizetype _capacity = 0;
     qsizetype _start = 0; ///< of what hasn't been handed out yet, in _buffer
     qsizetype _end = 0;
+    qsizetype _withoutLineEnd = 0; ///< so many bytes from _start on have been looked through in vain
     bool _endOfFile = false;
     bool _hadByteOrderMarker = false;
     std::optional<FileDate> _modificationDate;

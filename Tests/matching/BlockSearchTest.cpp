@@ -24,20 +24,21 @@ QByteArray described(const TDMatchLineHighlighter &highlighter, bool searched, c
     return text;
 }
 
-QByteArray byLines(const FilePath &path, const TDFindPattern &pattern)
+QByteArray byLines(const FilePath &path, const TDFindPattern &pattern,
+                   StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING)
 {
     TDMatchLineHighlighter highlighter;
     TDError error;
-    const bool searched = highlighter.processWithFile(path, TD_FILE_COMMON_UNKNOWN_ENCODING, error, pattern);
+    const bool searched = highlighter.processWithFile(path, encoding, error, pattern);
     return described(highlighter, searched, error);
 }
 
-QByteArray byBlocks(const FilePath &path, SearchContext &context)
+QByteArray byBlocks(const FilePath &path, SearchContext &context,
+                    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING)
 {
     TDMatchLineHighlighter highlighter;
     TDError error;
-    const bool searched = highlighter.processWithFile(FileToRead{path},
-                                                      TD_FILE_COMMON_UNKNOWN_ENCODING, error, context);
+    const bool searched = highlighter.processWithFile(FileToRead{path}, encoding, error, context);
     return described(highlighter, searched, error);
 }
 
@@ -121,6 +122,30 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
             const FilePath path = folder.write("file", files.make());
             ASSERT_EQ(byLines(path, pattern), byBlocks(path, context))
                 << "searching for " << findText.toStdString() << ", round " << round;
+        }
+    }
+}
+
+TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInEveryEncoding)
+{
+    const TDFindPattern pattern(QStringLiteral("e"), CaseRule::Ignore);
+    SearchContext context(pattern);
+    std::mt19937 random(23);
+    for (const StringEncoding encoding : availableStringEncodings()) {
+        const auto converter = TextConverter::converterForEncoding(encoding);
+        QByteArrayList pieces = {"\n", "\r", "\r\n", "e\\~ "};
+        for (const QChar character : QStringLiteral("eE\n\réПלع漢字かな한글中文、。¥ア\u0301"))
+            pieces << converter->encode(QStringView(&character, 1)).value_or("e");
+        for (int round = 0; round < 25; ++round) {
+            QByteArray content;
+            for (unsigned left = random() % 80; left > 0; --left)
+                content += pieces[random() % size_t(pieces.size())];
+            // Lead bytes before line ends, line ends within characters, and whatever else isn't allowed.
+            for (unsigned left = random() % 3; left > 0; --left)
+                content.insert(qsizetype(random() % size_t(content.size() + 1)), char(random()));
+            const FilePath path = folder.write("file", content);
+            ASSERT_EQ(byLines(path, pattern, encoding), byBlocks(path, context, encoding))
+                << encoding << ' ' << content.toHex().constData();
         }
     }
 }

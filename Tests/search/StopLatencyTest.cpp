@@ -1,0 +1,129 @@
+#include "foundation/UserDefaults.h"
+#include "search/TDSearchEngine.h"
+#include "support/TemporaryFolder.h"
+#include "support/TimeLimit.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <algorithm>
+#include <random>
+#include <thread>
+
+using namespace tidemark;
+using tidemark::test::TemporaryFolder;
+using tidemark::test::timeLimit;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// Both can be raised to see how it is with files of gigabytes.
+qsizetype megabytes()
+{
+    const int asked = qEnvironmentVariableIntValue("TIDEMARK_STOP_MEGABYTES");
+    return asked > 0 ? asked : 24;
+}
+
+int stopCount()
+{
+    const int asked = qEnvironmentVariableIntValue("TIDEMARK_STOP_COUNT");
+    return asked > 0 ? asked : 12;
+}
+
+struct Stopped : TDSearchEngineDelegate
+{
+    void didFinishSearch(quint64, quint64, quint64) override { isWhole = true; }
+    bool isWhole = false;
+};
+
+struct SearchTimes
+{
+    double searching = 0;
+    double stopping = 0; ///< from the stop to the end
+};
+
+SearchTimes searchTimes(const QString &findText, const TDSearchLocation &location, double stopAfter)
+{
+    TDSearchEngine engine;
+    engine.setDelegate(std::make_shared<Stopped>());
+    QElapsedTimer timer;
+    std::atomic<double> stopped = -1;
+    timer.start();
+    std::thread stopper([&] {
+        std::this_thread::sleep_for(std::chrono::duration<double>(stopAfter));
+        stopped = double(timer.nsecsElapsed()) / 1e9;
+        engine.stopSearch();
+    });
+    engine.startSearch(findText, {location}, true);
+    const double ended = double(timer.nsecsElapsed()) / 1e9;
+    stopper.join();
+    return {ended, std::max(0.0, ended - stopped)};
+}
+
+/// Pieces of text one after the other, up to the size; written in parts, as it may be larger than memory.
+TDSearchLocation largeFile(const TemporaryFolder &folder, const QByteArray &piece)
+{
+    const FilePath path = folder.path("large");
+    QFile file(path.displayText());
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    const QByteArray part = piece.repeated((1 << 20) / piece.size() + 1);
+    while (file.size() < megabytes() << 20)
+        file.write(part);
+    TDSearchLocation location;
+    location.setURL(path.toUrl());
+    return location;
+}
+
+class StopLatency : public testing::Test
+{
+protected:
+    void TearDown() override { setExpression(false); }
+    static void setExpression(bool isExpression)
+    {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
+    }
+
+    /// Stops searches at random moments, first of all once they are far too long.
+    static void expectQuickStops(const QString &findText, const TDSearchLocation &location, double longest)
+    {
+        std::mt19937 random(7);
+        std::vector<double> times;
+        const double whole = searchTimes(findText, location, longest).searching;
+        for (int round = 0; round < stopCount(); ++round)
+            times.push_back(searchTimes(findText, location, whole * double(random() % 1000) / 1000).stopping);
+        std::sort(times.begin(), times.end());
+        const double almostWorst = times[times.size() * 99 / 100];
+        if (qEnvironmentVariableIsSet("TIDEMARK_STOP_MEGABYTES"))
+            std::printf("searching %.3f s; stopping, median %.1f ms, 99%% %.1f ms, worst %.1f ms\n", whole,
+                        times[times.size() / 2] * 1e3, almostWorst * 1e3, times.back() * 1e3);
+        EXPECT_LT(almostWorst * 1e3, double(timeLimit(50))) << findText.toStdString();
+    }
+
+    TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(StopLatency, IsShortWithinLargeFilesAndLongLines)
+{
+    const QByteArrayList pieces = {"a line of a log file, some words long\n",
+                                   "no line ends here, only words; ", "прилив и отлив без конца; "};
+    for (const QByteArray &piece : pieces) {
+        const TDSearchLocation location = largeFile(folder, piece);
+        for (const QString &findText :
+             {u"nowhere to be found"_s, u"words"_s, u"[b-d]{3}x+"_s, u"o[^x]*(x+|z)"_s}) {
+            setExpression(findText.contains(u'['));
+            expectQuickStops(findText, location, 2);
+        }
+    }
+}
+
+TEST_F(StopLatency, IsShortWithinASlowExpression)
+{
+    setExpression(true);
+    TDSearchLocation location;
+    location.setURL(folder.write("slow", QByteArray(20000, 'a') + "b\n").toUrl());
+    expectQuickStops(u"(a|aa)+$|((a+)*c)"_s, location, 1);
+}
