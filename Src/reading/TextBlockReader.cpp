@@ -1,6 +1,5 @@
 #include "reading/TextBlockReader.h"
 
-#include "foundation/AsciiText.h"
 #include "foundation/ByteScan.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/StopFlag.h"
@@ -50,6 +49,20 @@ qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype start, qsizety
             return end;
     }
     return 0;
+}
+
+/// About so many bytes are decoded at a time, unless they are ASCII: enough to make each call worth its
+/// while.
+constexpr qsizetype DECODED_LENGTH = 4096;
+
+/// As many lines as fit into a piece to be decoded, but at least one; everything when no line feed is left.
+qsizetype lengthOfLinesToDecode(QByteArrayView bytes)
+{
+    const qsizetype lineFeed = lastIndexOf('\n', bytes.first(qMin(bytes.size(), DECODED_LENGTH)));
+    if (lineFeed >= 0)
+        return lineFeed + 1;
+    const void *next = std::memchr(bytes.data(), '\n', size_t(bytes.size()));
+    return next != nullptr ? static_cast<const char *>(next) + 1 - bytes.data() : bytes.size();
 }
 
 } // namespace
@@ -204,15 +217,32 @@ TextBlockReader::Outcome TextBlockReader::_asUtf8(QByteArrayView bytes, QByteArr
         block = bytes;
         return Outcome::Block;
     }
-    if (!_converter)
+    if (!_converter || !_convert(bytes))
         return Outcome::NeedsLineReader;
-    const std::optional<QString> text = _converter->decode(bytes);
-    const std::optional<QByteArray> utf8 = text ? strictUtf8(*text) : std::nullopt;
-    if (!utf8)
-        return Outcome::NeedsLineReader;
-    _converted = *utf8;
     block = _converted;
     return Outcome::Block;
+}
+
+/// False when the encoding doesn't allow the bytes.
+bool TextBlockReader::_convert(QByteArrayView bytes)
+{
+    _converted.resize(0);
+    while (!bytes.isEmpty()) {
+        const qsizetype length = _converter->keepsAscii() ? lengthOfLinesToDecode(bytes) : bytes.size();
+        const QByteArrayView piece = bytes.first(length);
+        bytes = bytes.sliced(length);
+        // Most of most files is.
+        if (_converter->keepsAscii() && isAscii(piece)) {
+            _converted.append(piece);
+            continue;
+        }
+        const std::optional<QString> text = _converter->decode(piece);
+        const std::optional<QByteArray> utf8 = text ? strictUtf8(*text) : std::nullopt;
+        if (!utf8)
+            return false;
+        _converted.append(*utf8);
+    }
+    return true;
 }
 
 } // namespace tidemark

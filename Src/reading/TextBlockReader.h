@@ -54,6 +54,7 @@ private:
     qsizetype _lengthOfWholeLines() const;
     qsizetype _lengthOfWholeLinesOfUnits(QByteArrayView bytes) const;
     Outcome _asUtf8(QByteArrayView bytes, QByteArrayView &block);
+    bool _convert(QByteArrayView bytes);
 
     /// Most files fit, so that one read tells their end too.
     static constexpr qsizetype FIRST_CAPACITY = 1 << 17;
