@@ -41,6 +41,22 @@ constexpr qsizetype LANES = 32;
 /// As many vector registers as it takes.
 using Lanes = std::uint8_t __attribute__((vector_size(LANES)));
 
+using LaneWords = std::array<std::uint64_t, LANES / 8>;
+
+TIDEMARK_FOR_EACH_PROCESSOR LaneWords wordsOf(const Lanes *lanes)
+{
+    LaneWords words;
+    std::memcpy(words.data(), lanes, sizeof words);
+    return words;
+}
+
+TIDEMARK_FOR_EACH_PROCESSOR qint64 sumOfBytes(std::uint64_t word)
+{
+    constexpr std::uint64_t EVERY_SECOND_BYTE = 0x00FF00FF00FF00FFULL;
+    const std::uint64_t pairs = (word & EVERY_SECOND_BYTE) + ((word >> 8) & EVERY_SECOND_BYTE);
+    return qint64((pairs * 0x0001000100010001ULL) >> 48);
+}
+
 struct LineEndBytes
 {
     qint64 lineFeeds = 0;
@@ -62,11 +78,11 @@ TIDEMARK_FOR_EACH_PROCESSOR void lookAt(const char *bytes, qsizetype count, Line
             carriageReturns |= (Lanes)(lanes == '\r');
         }
         // Before one of them can overflow.
-        for (qsizetype lane = 0; lane < LANES; ++lane)
-            found.lineFeeds += lineFeeds[lane];
+        for (const std::uint64_t word : wordsOf(&lineFeeds))
+            found.lineFeeds += sumOfBytes(word);
     }
-    for (qsizetype lane = 0; lane < LANES; ++lane)
-        found.hasCarriageReturns |= carriageReturns[lane] != 0;
+    for (const std::uint64_t word : wordsOf(&carriageReturns))
+        found.hasCarriageReturns |= word != 0;
     for (; index < count; ++index) {
         found.lineFeeds += bytes[index] == '\n';
         found.hasCarriageReturns |= bytes[index] == '\r';
@@ -84,8 +100,7 @@ TIDEMARK_FOR_EACH_PROCESSOR bool areAscii(const char *bytes, qsizetype count)
             std::memcpy(&lanes, bytes + index + row * LANES, sizeof lanes);
             bits |= lanes;
         }
-        std::array<std::uint64_t, LANES / 8> words;
-        std::memcpy(words.data(), &bits, sizeof bits);
+        const LaneWords words = wordsOf(&bits);
         if (((words[0] | words[1] | words[2] | words[3]) & HIGH_BITS) != 0)
             return false;
     }
