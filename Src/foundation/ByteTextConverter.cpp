@@ -154,7 +154,8 @@ std::optional<QString> ByteTextConverter::decode(QByteArrayView bytes)
         if (isRefused)
             return std::nullopt;
         bytes = bytes.sliced(piece.size());
-        checkForStop();
+        if (!bytes.isEmpty())
+            checkForStop();
     }
     return text;
 }

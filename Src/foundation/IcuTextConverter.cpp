@@ -56,9 +56,10 @@ std::optional<QString> decodeWithIcu(UConverter *icu, QByteArrayView bytes)
         ucnv_toUnicode(icu, &target, begin + text.size(), &source, pieceEnd, nullptr, pieceEnd == bytes.end(),
                        &status);
         length = target - begin;
-        if (U_SUCCESS(status) && pieceEnd < bytes.end())
+        if (U_SUCCESS(status) && pieceEnd < bytes.end()) {
             status = U_BUFFER_OVERFLOW_ERROR;
-        checkForStop();
+            checkForStop();
+        }
     }
     if (U_FAILURE(status))
         return std::nullopt;

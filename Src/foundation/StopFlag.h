@@ -25,8 +25,9 @@ private:
     const StopScope *_outer;
 };
 
-/// To be called every few milliseconds by work whose length depends on the user's data. Throws WorkStopped
-/// when it is to be broken off, which outside any scope it never is.
+/// To be called every few milliseconds by work whose length depends on the user's data, and not at all by
+/// such work that is soon done: who asks for little need not reckon with an exception. Throws WorkStopped
+/// when the work is to be broken off, which outside any scope it never is.
 void checkForStop();
 
 /// How much work, in bytes or in UTF-16 units, is done between two checks.

@@ -83,7 +83,8 @@ std::optional<QString> Utf16TextConverter::decode(QByteArrayView bytes)
             qFromBigEndian<quint16>(bytes.data() + done * 2, piece, text.data() + done);
         else
             qFromLittleEndian<quint16>(bytes.data() + done * 2, piece, text.data() + done);
-        checkForStop();
+        if (done > 0)
+            checkForStop();
     }
     return text;
 }
@@ -114,7 +115,7 @@ std::optional<QString> Utf32TextConverter::decode(QByteArrayView bytes)
         if (codePoint > QChar::LastValidCodePoint || QChar::isSurrogate(codePoint))
             return std::nullopt;
         text.append(QStringView(QChar::fromUcs4(codePoint)));
-        if (position % WORK_BETWEEN_STOP_CHECKS == 0)
+        if (position > 0 && position % WORK_BETWEEN_STOP_CHECKS == 0)
             checkForStop();
     }
     return text;

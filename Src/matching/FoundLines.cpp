@@ -22,6 +22,8 @@ struct FoundLines::Block
 
 void FoundLines::clear()
 {
+    if (_texts.capacity() > 4 * MOST_BYTES || _ranges.capacity() > MOST_BYTES)
+        *this = {};
     _places.clear();
     _texts.clear();
     _ranges.clear();
@@ -61,7 +63,9 @@ void FoundLines::_finishBlock()
         return;
     const auto block = std::make_shared<Block>(Block{_texts, _ranges, {}});
     block->lines.reserve(_places.size());
-    _done.reserve(_done.size() + qsizetype(_places.size()));
+    // Further blocks leave it to the list to grow faster than they do.
+    if (_done.isEmpty())
+        _done.reserve(qsizetype(_places.size()));
     size_t text = 0;
     size_t range = 0;
     for (const Place &place : _places) {

@@ -194,6 +194,16 @@ void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineN
     }
 }
 
+void TDMatchLineHighlighter::_addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber,
+                                      SearchContext &context)
+{
+    // The file of a line that is too long ends in an error, whatever the line says.
+    if (line.size() > TD_LONGEST_LINE)
+        context.foundLines().addLine(lineNumber, {}, {});
+    else
+        context.foundLines().addLine(lineNumber, line, bytes);
+}
+
 void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber,
                                          SearchContext &context, TDError &error)
 {
@@ -208,7 +218,7 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
         if (error || !found.isFound())
             return;
         if (std::exchange(isFirst, false))
-            context.foundLines().addLine(lineNumber, line, bytes);
+            _addLine(line, bytes, lineNumber, context);
         context.foundLines().addRange(found);
         if (found.end() == end)
             return;

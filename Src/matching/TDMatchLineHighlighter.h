@@ -68,6 +68,7 @@ private:
     void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
+    static void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
     void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
                      TDError &error);
 

@@ -170,5 +170,16 @@ TEST_F(TDMatchLineHighlighterTest, AStoppedFileSucceedsWithoutMatchLines)
     EXPECT_EQ(found("a\n", u"a"_s, Plain), QByteArray("1:(0,1)"));
 }
 
+/// Longer lines are searched in a way that can be stopped.
+TEST_F(TDMatchLineHighlighterTest, ExpressionsFindTheSameInLongLines)
+{
+    const QByteArray line = "the the tide rose_and rose 12-34 (fell) aaaab";
+    for (const QString &find :
+         {u"(\\w+) \\1"_s, u"^t.e"_s, u"\\bro\\w*?_"_s, u"(?<=\\()f.*?(?=\\))"_s, u"[0-9]+-|(a|aa)+b"_s,
+          u"(?i)ROSE\\>"_s, u"a{2,3}"_s, u"e(?!_)"_s, u"\\Athe"_s})
+        EXPECT_EQ(found(line + QByteArray(2000, ' '), find, Expression), found(line + " ", find, Expression))
+            << find.toStdString();
+}
+
 } // namespace
 } // namespace tidemark::test
