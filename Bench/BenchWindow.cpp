@@ -102,6 +102,14 @@ Duration BenchWindow::step(const std::function<void()> &action)
     return stopwatch.duration();
 }
 
+Duration BenchWindow::close()
+{
+    const Stopwatch stopwatch;
+    controller().window()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return stopwatch.duration();
+}
+
 void BenchWindow::press(int key, Qt::KeyboardModifiers modifiers)
 {
     QKeyEvent event(QEvent::KeyPress, key, modifiers);

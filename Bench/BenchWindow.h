@@ -71,6 +71,9 @@ public:
     /// Until the window shows what the action changed.
     Duration step(const std::function<void()> &action);
 
+    /// Until the window and its document are gone; the last thing to do with it.
+    Duration close();
+
     void press(int key, Qt::KeyboardModifiers modifiers = {});
     void click(QPoint position, Qt::KeyboardModifiers modifiers = {});
     void wheel(int notches);

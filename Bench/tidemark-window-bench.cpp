@@ -264,8 +264,7 @@ int measureResults(const QString &folder, BenchApplication &application)
                       1000);
         QThreadPool::globalInstance()->waitForDone();
         window.search();
-        printDuration(u"close the window"_s, window.step([&] { window.controller().window()->close(); }),
-                      1000);
+        printDuration(u"close the window"_s, window.close(), 1000);
     }
     const auto [untilQuit, quitting] = runChild({u"--quit"_s, folder, FIND_TEXT});
     printNumber(u"quit with all results"_s, quitting, 0, u" ms"_s, 1000);

@@ -192,6 +192,7 @@ void TDApplicationController::applicationWillTerminate()
     UserDefaults &settings = UserDefaults::standard();
     settings.setObject(kmIncludedKinds2Pref, archivedKinds(kinds()));
     settings.synchronize();
+    stopReleasing();
 }
 
 void TDApplicationController::applicationWillHide()

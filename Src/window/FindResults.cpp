@@ -4,6 +4,9 @@
 #include <QThreadPool>
 
 #include <algorithm>
+#include <atomic>
+#include <deque>
+#include <mutex>
 #include <utility>
 
 namespace tidemark {
@@ -13,13 +16,34 @@ namespace {
 /// Each run renumbers what is behind it.
 constexpr qsizetype MOST_SINGLE_RUNS = 32;
 
+std::atomic<bool> releasingHasStopped = false;
+
+void keepUntilTheEnd(FindResultItems nodes)
+{
+    // Never destroyed, so that the nodes aren't either.
+    static auto *const kept = new std::deque<FindResultItems>;
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    if (!nodes.isEmpty())
+        kept->push_back(std::move(nodes));
+}
+
 } // namespace
 
 void releaseInBackground(FindResultItems nodes)
 {
     if (nodes.isEmpty())
         return;
-    QThreadPool::globalInstance()->start([released = std::move(nodes)]() mutable { released.clear(); });
+    QThreadPool::globalInstance()->start([released = std::move(nodes)]() mutable {
+        while (!released.isEmpty() && !releasingHasStopped)
+            released.removeLast();
+        keepUntilTheEnd(std::move(released));
+    });
+}
+
+void stopReleasing()
+{
+    releasingHasStopped = true;
 }
 
 FindResults::~FindResults()

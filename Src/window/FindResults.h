@@ -6,9 +6,12 @@
 
 namespace tidemark {
 
-/// Gives up nodes without waiting until they are gone: millions of them take a second or more. The end of the
-/// program waits for it.
+/// Gives up nodes without waiting until they are gone: millions of them take a second or more.
 void releaseInBackground(FindResultItems nodes);
+
+/// The program is about to end: what isn't released by now is left to the system, which takes everything back
+/// at once.
+void stopReleasing();
 
 /// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each
 /// node's position() is its index in this list; children keep theirs in their file.

@@ -113,6 +113,14 @@ bool TDSearchResultsOutlineView::_performCursorKey(const QKeyEvent &event)
         scrollRowToVisible(selectedRow());
         return true;
     }
+    const int current = rowOfIndex(currentIndex().siblingAtColumn(0));
+    if ((event.key() == Qt::Key_Space || event.key() == Qt::Key_Select) && current >= 0) {
+        if (event.modifiers() & Qt::ControlModifier)
+            _toggleSelection(current);
+        else
+            selectRow(current, true);
+        return true;
+    }
     const QList<std::pair<int, CursorAction>> actions = {{Qt::Key_Home, MoveHome},
                                                          {Qt::Key_End, MoveEnd},
                                                          {Qt::Key_PageUp, MovePageUp},
@@ -237,7 +245,7 @@ bool TDSearchResultsOutlineView::_rightMouseDownHelper(QPoint position, QPoint g
     const int column = _header->logicalIndexAt(position.x());
     if (row < 0 || column < 0)
         return false;
-    if (!selectionModel()->isSelected(indexAtRow(row)))
+    if (!_selected.contains(*itemAtRow(row)))
         selectRow(row);
     if (_delegate != nullptr)
         _delegate->rightMouseDownInColumn(column, row, globalPosition);

@@ -47,7 +47,7 @@ void TDSearchResultsOutlineView::_paintRow(QPainter &painter, int row, const QRe
     const QModelIndex index = indexAtRow(row);
     QStyleOptionViewItem option = _option();
     option.rect = rect;
-    if (selectionModel()->isSelected(index)) {
+    if (_selected.contains(*static_cast<const TDFindResultItem *>(index.internalPointer()))) {
         option.state |= QStyle::State_Selected;
         const bool isActive = option.state & QStyle::State_Active;
         painter.fillRect(rect, option.palette.brush(isActive ? QPalette::Active : QPalette::Inactive,

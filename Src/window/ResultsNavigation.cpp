@@ -15,7 +15,7 @@ ResultsNavigation::ResultsNavigation(FindResults &results, ResultsTreeModel &mod
                                      TDSearchResultsOutlineView &view, QObject *parent)
     : QObject(parent), _results(results), _model(model), _view(view)
 {
-    connect(_view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+    connect(&_view, &TDSearchResultsOutlineView::selectedRowsChanged, this,
             &ResultsNavigation::_selectionDidChange);
     connect(&_view, &TDSearchResultsOutlineView::itemWillCollapse, this,
             [this] { _itemWillCollapse = true; });
@@ -166,7 +166,7 @@ void ResultsNavigation::moveToFirstMatchInNextFile()
     const std::optional<ResultPath> path = _lastSelectedPath();
     if (!path || path->file >= int(_results.count()) - 1)
         return;
-    _view.selectionModel()->clearSelection();
+    _view.clearSelectedRows();
     _selectFirstLineOfFile(path->file + 1);
     _scrollToFileOfSelectedRow();
 }
@@ -180,7 +180,7 @@ void ResultsNavigation::moveToFirstMatchInFile()
     if (path->line > 0) {
         _selectFirstLineOfFile(path->file);
     } else {
-        _view.selectionModel()->clearSelection();
+        _view.clearSelectedRows();
         _selectFirstLineOfFile(path->file - 1);
     }
     _scrollToFileOfSelectedRow();

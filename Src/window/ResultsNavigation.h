@@ -2,8 +2,8 @@
 
 #include "window/FindResults.h"
 #include "window/ResultsRemoval.h"
+#include "window/SelectedRows.h"
 
-#include <QItemSelection>
 #include <QObject>
 
 #include <optional>
@@ -98,8 +98,8 @@ private:
     void _setCurrentItem(const std::shared_ptr<TDFindResultItem> &item);
     void _highlight(qint64 index);
 
-    void _selectionDidChange(const QItemSelection &selected, const QItemSelection &deselected);
-    void _setSelectedFlags(const QItemSelection &selection, bool selected);
+    void _selectionDidChange(const SelectedRows &selected, const SelectedRows &deselected);
+    void _setSelectedFlags(const SelectedRows &rows, bool selected);
     void _fileWasSelected(int row);
     void _itemDidCollapse(const QModelIndex &file);
     void _collapseEverything();

@@ -10,7 +10,7 @@ namespace tidemark {
 
 // -- Keeping the lines' flags and the highlight with the selection
 
-void ResultsNavigation::_selectionDidChange(const QItemSelection &selected, const QItemSelection &deselected)
+void ResultsNavigation::_selectionDidChange(const SelectedRows &selected, const SelectedRows &deselected)
 {
     _setSelectedFlags(deselected, false);
     _setSelectedFlags(selected, true);
@@ -25,18 +25,18 @@ void ResultsNavigation::_selectionDidChange(const QItemSelection &selected, cons
     Q_EMIT selectionChanged();
 }
 
-void ResultsNavigation::_setSelectedFlags(const QItemSelection &selection, bool selected)
+void ResultsNavigation::_setSelectedFlags(const SelectedRows &rows, bool selected)
 {
-    for (const QItemSelectionRange &range : selection) {
-        const auto file = _model.item(range.parent());
-        if (!file)
-            continue;
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            TDMatchLine *line = file->children()[row]->matchLine();
-            if (line == nullptr || line->selected() == selected)
-                continue;
-            line->setSelected(selected);
-            line->updateMatchLineAttributeString();
+    for (auto lines = rows.lines().cbegin(); lines != rows.lines().cend(); ++lines) {
+        const FindResultItems &children = lines.key()->children();
+        for (const auto &[first, last] : *lines) {
+            for (int row = first; row <= last; ++row) {
+                TDMatchLine *line = children[row]->matchLine();
+                if (line == nullptr || line->selected() == selected)
+                    continue;
+                line->setSelected(selected);
+                line->updateMatchLineAttributeString();
+            }
         }
     }
 }
@@ -79,30 +79,34 @@ std::shared_ptr<TDFindResultItem> ResultsNavigation::currentlySelectedFindResult
 
 bool ResultsNavigation::hasSelection() const
 {
-    return _view.selectionModel()->hasSelection();
+    return !_view.selectedRows().isEmpty();
 }
 
 QList<ResultPath> ResultsNavigation::_selectedPaths() const
 {
+    const SelectedRows &selected = _view.selectedRows();
     QList<ResultPath> paths;
-    for (const QItemSelectionRange &range : _view.selectionModel()->selection()) {
-        const QModelIndex file = range.parent();
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            paths << (file.isValid() ? ResultPath{file.row(), row} : ResultPath{row});
+    for (int row = 0; row < int(_results.count()) && !selected.isEmpty(); ++row) {
+        const TDFindResultItem *file = _model.file(row).get();
+        if (selected.files().contains(file))
+            paths << ResultPath{row};
+        for (const auto &[first, last] : selected.lines().value(file)) {
+            for (int line = first; line <= last; ++line)
+                paths << ResultPath{row, line};
+        }
     }
-    std::sort(paths.begin(), paths.end());
     return paths;
 }
 
 std::optional<ResultPath> ResultsNavigation::_lastSelectedPath() const
 {
+    const SelectedRows &selected = _view.selectedRows();
     std::optional<ResultPath> last;
-    for (const QItemSelectionRange &range : _view.selectionModel()->selection()) {
-        const QModelIndex file = range.parent();
-        const ResultPath path =
-            file.isValid() ? ResultPath{file.row(), range.bottom()} : ResultPath{range.bottom()};
-        if (!last || *last < path)
-            last = path;
+    for (const TDFindResultItem *file : selected.files())
+        last = std::max(last, std::optional(ResultPath{_model.indexOf(file).row()}));
+    for (auto lines = selected.lines().cbegin(); lines != selected.lines().cend(); ++lines) {
+        const ResultPath path = {_model.indexOf(lines.key()).row(), lines->rbegin()->second};
+        last = std::max(last, std::optional(path));
     }
     return last;
 }
@@ -137,15 +141,20 @@ FilePath ResultsNavigation::pathOfCurrentlySelectedItem() const
 
 QString ResultsNavigation::selectedLines() const
 {
-    QStringList lines;
+    QString lines;
     for (const auto &item : selectedObjects()) {
         if (item->matchLine() == nullptr)
             continue;
         const QString &line = item->matchLine()->matchLineString();
         const TextRange body = rangeWithoutNewlinesAtEnds(line);
-        lines << line.sliced(body.location, body.length);
+        // An empty line is one as well.
+        if (lines.isNull())
+            lines = QStringLiteral("");
+        else
+            lines += QLatin1Char('\n');
+        lines += QStringView(line).sliced(body.location, body.length);
     }
-    return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n'));
+    return lines;
 }
 
 // -- Removing
@@ -157,10 +166,11 @@ void ResultsNavigation::removeSelected()
     const ResultsRemoval removal =
         ResultsRemoval::ofSelection(_selectedPaths(), int(_results.count()),
                                     [this](int file) { return int(_model.file(file)->children().size()); });
-    const FindResultItems items = _itemsAt(removal.paths);
-    _view.selectionModel()->clearSelection();
+    FindResultItems items = _itemsAt(removal.paths);
+    _view.clearSelectedRows();
     _setCurrentItem(nullptr);
     _results.remove(items);
+    releaseInBackground(std::move(items));
     _selectPath(removal.selectedAfterwards);
     determineIfFirstOrLastItemSelected();
     Q_EMIT selectionChanged();

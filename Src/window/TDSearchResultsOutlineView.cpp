@@ -6,6 +6,7 @@
 #include <QHeaderView>
 
 #include <algorithm>
+#include <utility>
 
 namespace tidemark {
 
@@ -22,7 +23,6 @@ TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
 {
     setItemDelegate(_cell);
     setSelectionMode(ExtendedSelection);
-    setSelectionBehavior(SelectRows);
     setEditTriggers(NoEditTriggers);
     setTextElideMode(Qt::ElideMiddle);
     // Selecting scrolls where a command says so.
@@ -54,6 +54,9 @@ void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
         return;
     _header->resizeSection(ResultsTreeModel::NameColumn, NAME_WIDTH);
     _header->resizeSection(ResultsTreeModel::MatchesColumn, MATCHES_WIDTH);
+    // Lines are selected by their numbers.
+    connect(newModel, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            &TDSearchResultsOutlineView::clearSelectedRows);
     connect(newModel, &QAbstractItemModel::rowsRemoved, this, &TDSearchResultsOutlineView::_rowsWereRemoved);
     connect(newModel, &QAbstractItemModel::layoutChanged, this, &TDSearchResultsOutlineView::_rebuildRows);
     connect(&_results()->results(), &FindResults::cleared, this, [this] {
@@ -81,6 +84,8 @@ void TDSearchResultsOutlineView::reset()
     QAbstractItemView::reset();
     _cell->forgetAll();
     _heights.clear();
+    // Nobody is told: the nodes may be gone.
+    _selected = {};
     if (model() != nullptr)
         _rebuildRows();
 }
@@ -228,19 +233,15 @@ void TDSearchResultsOutlineView::collapseItem(const QModelIndex &file)
 /// Rows that vanish can't stay selected; the file's own takes their place.
 void TDSearchResultsOutlineView::_deselectLines(const QModelIndex &file)
 {
-    const QItemSelection selection = selectionModel()->selection();
-    const bool hasSelectedLine = std::any_of(selection.begin(), selection.end(),
-                                             [&file](const auto &range) { return range.parent() == file; });
-    if (!hasSelectedLine)
+    const auto *item = static_cast<const TDFindResultItem *>(file.internalPointer());
+    if (!_selected.lines().contains(item))
         return;
-    QItemSelection kept;
-    std::copy_if(selection.begin(), selection.end(), std::back_inserter(kept),
-                 [&file](const auto &range) { return range.parent() != file; });
-    if (!selectionModel()->isSelected(file))
-        kept << QItemSelectionRange(file, file.siblingAtColumn(ResultsTreeModel::COLUMN_COUNT - 1));
+    SelectedRows kept = _selected;
+    kept.removeLines(item);
+    kept.addFile(item);
     if (currentIndex().parent() == file)
         selectionModel()->setCurrentIndex(file, QItemSelectionModel::NoUpdate);
-    selectionModel()->select(kept, QItemSelectionModel::ClearAndSelect);
+    setSelectedRows(kept);
 }
 
 void TDSearchResultsOutlineView::expandAll()
@@ -255,15 +256,12 @@ void TDSearchResultsOutlineView::expandAll()
 
 void TDSearchResultsOutlineView::collapseAll()
 {
-    QItemSelection kept;
-    for (const QItemSelectionRange &range : selectionModel()->selection()) {
-        if (!range.parent().isValid())
-            kept << range;
-    }
+    SelectedRows kept;
+    for (const TDFindResultItem *file : _selected.files())
+        kept.addFile(file);
     if (currentIndex().parent().isValid())
         selectionModel()->setCurrentIndex(currentIndex().parent(), QItemSelectionModel::NoUpdate);
-    if (kept.size() != selectionModel()->selection().size())
-        selectionModel()->select(kept, QItemSelectionModel::ClearAndSelect);
+    setSelectedRows(kept);
     const int topFile = _rows.rowCount() > 0 ? _rows.place(_top.row).file : 0;
     _expanded.clear();
     _rebuildRows();
@@ -287,13 +285,35 @@ int TDSearchResultsOutlineView::selectedRow() const
 
 QModelIndex TDSearchResultsOutlineView::selectedIndex() const
 {
-    if (model() == nullptr || !selectionModel()->hasSelection())
+    if (_selected.isEmpty())
         return {};
     const QModelIndex current = currentIndex().siblingAtColumn(0);
-    if (current.isValid() && selectionModel()->isSelected(current))
-        return current;
-    const QItemSelectionRange &last = selectionModel()->selection().last();
-    return model()->index(last.bottom(), 0, last.parent());
+    const bool isSelected =
+        current.isValid() &&
+        _selected.contains(*static_cast<const TDFindResultItem *>(current.internalPointer()));
+    return isSelected ? current : _lowestSelectedIndex();
+}
+
+QModelIndex TDSearchResultsOutlineView::_lowestSelectedIndex() const
+{
+    int row = -1;
+    for (const TDFindResultItem *file : _selected.files())
+        row = std::max(row, rowOfItem(*file));
+    for (auto lines = _selected.lines().cbegin(); lines != _selected.lines().cend(); ++lines)
+        row = std::max(row, rowOfItem(*lines.key()) + 1 + lines->rbegin()->second);
+    return indexAtRow(row);
+}
+
+void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
+{
+    if (rows == _selected)
+        return;
+    SelectedRows selected = rows;
+    SelectedRows deselected = std::exchange(_selected, rows);
+    selected.remove(deselected);
+    deselected.remove(rows);
+    viewport()->update();
+    Q_EMIT selectedRowsChanged(selected, deselected);
 }
 
 void TDSearchResultsOutlineView::selectRow(int row, bool extend)
@@ -304,36 +324,30 @@ void TDSearchResultsOutlineView::selectRow(int row, bool extend)
     if (!extend || _anchorRow < 0)
         _anchorRow = row;
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-    selectionModel()->select(_selectionOfRows(row, row),
-                             extend ? QItemSelectionModel::Select : QItemSelectionModel::ClearAndSelect);
+    SelectedRows selected = extend ? _selected : SelectedRows();
+    selected.add(_rowsBetween(row, row));
+    setSelectedRows(selected);
 }
 
 void TDSearchResultsOutlineView::selectAll()
 {
     if (_rows.rowCount() > 0)
-        selectionModel()->select(_selectionOfRows(0, _rows.rowCount() - 1),
-                                 QItemSelectionModel::ClearAndSelect);
+        setSelectedRows(_rowsBetween(0, _rows.rowCount() - 1));
 }
 
-QItemSelection TDSearchResultsOutlineView::_selectionOfRows(int first, int last) const
+SelectedRows TDSearchResultsOutlineView::_rowsBetween(int first, int last) const
 {
-    QItemSelection selection;
-    const int lastColumn = ResultsTreeModel::COLUMN_COUNT - 1;
+    SelectedRows rows;
     const OutlineRows::Place from = _rows.place(first);
     const OutlineRows::Place to = _rows.place(last);
-    const int firstFile = from.line < 0 ? from.file : from.file + 1;
-    if (firstFile <= to.file)
-        selection << QItemSelectionRange(model()->index(firstFile, 0), model()->index(to.file, lastColumn));
     for (int row = from.file; row <= to.file; ++row) {
-        const int firstLine = row == from.file ? std::max(0, from.line) : 0;
-        const int lastLine = row == to.file ? to.line : _rows.shownLines(row) - 1;
-        if (firstLine > lastLine)
-            continue;
-        const QModelIndex file = model()->index(row, 0);
-        selection << QItemSelectionRange(model()->index(firstLine, 0, file),
-                                         model()->index(lastLine, lastColumn, file));
+        const TDFindResultItem *file = _results()->file(row).get();
+        if (row > from.file || from.line < 0)
+            rows.addFile(file);
+        rows.addLines(file, row == from.file ? std::max(0, from.line) : 0,
+                      row == to.file ? to.line : _rows.shownLines(row) - 1);
     }
-    return selection;
+    return rows;
 }
 
 void TDSearchResultsOutlineView::_selectRange(int row)
@@ -341,28 +355,30 @@ void TDSearchResultsOutlineView::_selectRange(int row)
     const int anchor = _anchorRow >= 0 ? _anchorRow : std::max(0, selectedRow());
     _anchorRow = anchor;
     selectionModel()->setCurrentIndex(indexAtRow(row), QItemSelectionModel::NoUpdate);
-    selectionModel()->select(_selectionOfRows(std::min(anchor, row), std::max(anchor, row)),
-                             QItemSelectionModel::ClearAndSelect);
+    setSelectedRows(_rowsBetween(std::min(anchor, row), std::max(anchor, row)));
 }
 
 void TDSearchResultsOutlineView::_toggleSelection(int row)
 {
     _anchorRow = row;
     selectionModel()->setCurrentIndex(indexAtRow(row), QItemSelectionModel::NoUpdate);
-    selectionModel()->select(_selectionOfRows(row, row), QItemSelectionModel::Toggle);
+    const SelectedRows toggled = _rowsBetween(row, row);
+    SelectedRows selected = _selected;
+    if (selected.contains(*itemAtRow(row)))
+        selected.remove(toggled);
+    else
+        selected.add(toggled);
+    setSelectedRows(selected);
 }
 
-void TDSearchResultsOutlineView::setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command)
+void TDSearchResultsOutlineView::setSelection(const QRect & /*rect*/, QItemSelectionModel::SelectionFlags)
 {
-    const int first = _rowAt(std::max(0, rect.top()));
-    const int last = _rowAt(std::max(0, rect.bottom()));
-    if (first >= 0 && last >= 0)
-        selectionModel()->select(_selectionOfRows(first, last), command);
+    // Nothing is selected by the base.
 }
 
-QRegion TDSearchResultsOutlineView::visualRegionForSelection(const QItemSelection &selection) const
+QRegion TDSearchResultsOutlineView::visualRegionForSelection(const QItemSelection & /*selection*/) const
 {
-    return selection.isEmpty() ? QRegion() : QRegion(viewport()->rect());
+    return {};
 }
 
 } // namespace tidemark

@@ -2,6 +2,7 @@
 
 #include "window/OutlineRows.h"
 #include "window/ResultsOutlineDelegate.h"
+#include "window/SelectedRows.h"
 
 #include <QAbstractItemView>
 #include <QHash>
@@ -54,6 +55,11 @@ public:
 
     /// The row selected last, if it still is, else the lowest selected one; -1 for none.
     int selectedRow() const;
+    /// Kept here, as selectionModel() can't hold rows of very many files; that one has the current index
+    /// only.
+    const SelectedRows &selectedRows() const { return _selected; }
+    void setSelectedRows(const SelectedRows &rows);
+    void clearSelectedRows() { setSelectedRows({}); }
     QModelIndex selectedIndex() const;
     void selectRow(int row, bool extend = false);
     void selectAll() override;
@@ -69,6 +75,8 @@ public:
     void reset() override;
 
 Q_SIGNALS:
+    /// The rows that have become selected, and those that no longer are.
+    void selectedRowsChanged(const SelectedRows &selected, const SelectedRows &deselected);
     void itemWillCollapse(const QModelIndex &file);
     void itemDidCollapse(const QModelIndex &file);
     void itemDidExpand(const QModelIndex &file);
@@ -115,7 +123,8 @@ private:
     void _rowsChanged();
     void _setShownLines(int file, int shownLines);
     void _deselectLines(const QModelIndex &file);
-    QItemSelection _selectionOfRows(int first, int last) const;
+    SelectedRows _rowsBetween(int first, int last) const;
+    QModelIndex _lowestSelectedIndex() const;
     void _selectRange(int row);
     void _toggleSelection(int row);
 
@@ -152,6 +161,7 @@ private:
     OutlineRows _rows;
     QSet<const TDFindResultItem *> _expanded;
     mutable QHash<const TDFindResultItem *, int> _heights; ///< of lines at the present width
+    SelectedRows _selected;
     Top _top;
     mutable std::optional<Top> _knownLastTop;
     int _anchorRow = -1;
