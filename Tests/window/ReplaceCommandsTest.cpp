@@ -169,10 +169,10 @@ TEST_F(ReplaceCommandsTest, ARunSurvivesThatItsObjectGoesAway)
         pane().navigation(),
         ReplaceContext{[] { return u"foo"_s; }, [] { return u"bar"_s; },
                        [](const FilePath &) { return false; }, [&] { ++busyCount; }, [&] { --busyCount; }});
-    QObject::connect(own.get(), &ReplaceCommands::progressed, [&](quint64 done) {
-        if (done == 1)
-            QMetaObject::invokeMethod(
-                &window->document, [&] { own.reset(); }, Qt::QueuedConnection);
+    // Delivered while the first file is on its way.
+    QObject::connect(own.get(), &ReplaceCommands::progressed, [&] {
+        QMetaObject::invokeMethod(
+            &window->document, [&] { own.reset(); }, Qt::QueuedConnection);
     });
     own->replaceAll();
     window->press(u"Replace All"_s);
