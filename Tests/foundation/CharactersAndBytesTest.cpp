@@ -41,7 +41,10 @@ TEST(ByteScanTest, FindsTheFirstLineEndAtEveryPlaceAmongBytesThatResembleIt)
 
 TEST(ByteScanTest, CountsLineEndsAndNeverOverlooksALongLine)
 {
-    EXPECT_EQ(countLineEnds(QByteArray(20000, '\n')), 20000);
+    for (const qsizetype size : {31, 32, 95, 20000, (1 << 20) + 70}) {
+        EXPECT_EQ(countLineEnds(QByteArray(size, '\n')), size);
+        EXPECT_EQ(countLineEnds(QByteArray("\r\nx").repeated(size)), size);
+    }
     std::mt19937 random(3);
     for (int round = 0; round < 20000; ++round) {
         QByteArray bytes;
