@@ -160,8 +160,11 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         _unitSize = 1;
     } else if (encoding != _encoding || !_converter) {
         _converter = TextConverter::converterForEncoding(encoding);
-        if (!_converter || !_converter->keepsLines())
+        if (!_converter || !_converter->keepsLines()) {
+            // The next file of the encoding before must not be taken for one of this.
+            _converter.reset();
             return false;
+        }
         _unitSize = unitSizeOf(_converter->shape());
     }
     _encoding = encoding;

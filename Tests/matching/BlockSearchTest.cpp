@@ -1,46 +1,12 @@
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
-#include "matching/SearchContext.h"
-#include "matching/TDMatchLineHighlighter.h"
+#include "matching/SearchDescription.h"
 #include "support/Testing.h"
 
 #include <random>
 
 namespace tidemark::test {
 namespace {
-
-/// Everything that a search of one file tells, as text.
-QByteArray described(const TDMatchLineHighlighter &highlighter, bool searched, const TDError &error)
-{
-    if (!searched)
-        return "error " + QByteArray::number(error.code()) + ' ' + error.localizedFailureReason().toUtf8();
-    QByteArray text = highlighter.includesBOM() ? "mark" : "no mark";
-    for (const auto &line : highlighter.matchLines()) {
-        text += '\n' + QByteArray::number(line->lineNumber()) + ' ' +
-                generalizedUtf8(line->matchLineString()).toHex();
-        for (const TextRange &range : line->matchRanges())
-            text += ' ' + QByteArray::number(range.location) + '+' + QByteArray::number(range.length);
-    }
-    return text;
-}
-
-QByteArray byLines(const FilePath &path, const TDFindPattern &pattern,
-                   StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING)
-{
-    TDMatchLineHighlighter highlighter;
-    TDError error;
-    const bool searched = highlighter.processWithFile(path, encoding, error, pattern);
-    return described(highlighter, searched, error);
-}
-
-QByteArray byBlocks(const FilePath &path, SearchContext &context,
-                    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING)
-{
-    TDMatchLineHighlighter highlighter;
-    TDError error;
-    const bool searched = highlighter.processWithFile(FileToRead{path}, encoding, error, context);
-    return described(highlighter, searched, error);
-}
 
 /// A random file: pieces of text, line ends of all kinds, now and then something nasty.
 class FileMaker
@@ -120,7 +86,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
         FileMaker files(unsigned(findText.size()) * 77 + 5);
         for (int round = 0; round < 40; ++round) {
             const FilePath path = folder.write("file", files.make());
-            ASSERT_EQ(byLines(path, pattern), byBlocks(path, context))
+            ASSERT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context))
                 << "searching for " << findText.toStdString() << ", round " << round;
         }
     }
@@ -144,7 +110,8 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInEveryEncoding)
             for (unsigned left = random() % 3; left > 0; --left)
                 content.insert(qsizetype(random() % size_t(content.size() + 1)), char(random()));
             const FilePath path = folder.write("file", content);
-            ASSERT_EQ(byLines(path, pattern, encoding), byBlocks(path, context, encoding))
+            ASSERT_EQ(SearchDescription::byLines(path, pattern, encoding),
+                      SearchDescription::byBlocks(path, context, encoding))
                 << encoding << ' ' << content.toHex().constData();
         }
     }
@@ -163,7 +130,9 @@ TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
         "<?xml encoding='no-such-name'?>\n" + latin,
         "<?xml encoding='shift_jis'?>\nplain\n",
         "<?xml encoding='iso-2022-jp'?>\ngrosse\n",
+        "<?xml encoding='iso-8859-1'?>\n" + latin,
         "<?xml encoding='utf-16'?>\ntext\n",
+        "<?xml encoding='iso-8859-1'?>\n" + latin,
         latin,
         "ab",
         "abc",
@@ -173,10 +142,13 @@ TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
     };
     for (const QByteArray &content : contents) {
         const FilePath path = folder.write("file", content);
-        EXPECT_EQ(byLines(path, pattern), byBlocks(path, context)) << content.left(60).toStdString();
+        EXPECT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context))
+            << content.left(60).toStdString();
     }
-    EXPECT_EQ(byLines(folder.path("missing"), pattern), byBlocks(folder.path("missing"), context));
-    EXPECT_EQ(byLines(folder.path(), pattern), byBlocks(folder.path(), context));
+    EXPECT_EQ(SearchDescription::byLines(folder.path("missing"), pattern),
+              SearchDescription::byBlocks(folder.path("missing"), context));
+    EXPECT_EQ(SearchDescription::byLines(folder.path(), pattern),
+              SearchDescription::byBlocks(folder.path(), context));
 }
 
 } // namespace
