@@ -42,6 +42,22 @@ bool isAnything(const QVariant &value)
     return value.isValid();
 }
 
+/// A stored "2" equals true, but no setting is read from it.
+bool isStoredAs(const QVariant &stored, const QVariant &value)
+{
+    if (stored != value)
+        return false;
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return isBoolean(stored);
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+        return isInteger(stored);
+    default:
+        return stored.typeId() == value.typeId();
+    }
+}
+
 const std::array<QString, 4> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION,
                                              TD_USER_DEFAULTS_NAME_IGNORE_CASE,
                                              TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
@@ -136,7 +152,7 @@ void UserDefaults::setObject(const QString &key, const QVariant &value)
 {
     {
         const QWriteLocker locker(&_lock);
-        if (_stored.value(key) == value)
+        if (isStoredAs(_stored.value(key), value))
             return;
         if (value.isValid())
             _stored[key] = value;

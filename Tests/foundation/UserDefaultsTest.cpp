@@ -67,6 +67,16 @@ TEST(UserDefaultsTest, ChangesAreToldOnceAndOnlyWhenSomethingChanged)
     EXPECT_EQ(changes, QStringList({u"text="_s, u"text=a"_s, u"text="_s}));
 }
 
+TEST(UserDefaultsTest, WhatConvertsToAValueIsNotThatValueYet)
+{
+    for (const QVariant &value : {QVariant(u"2"_s), QVariant(u"perhaps"_s), QVariant(QByteArray("1"))}) {
+        const auto store = UserDefaults::inMemory();
+        store->setObject(u"setting"_s, value);
+        store->setObject(u"setting"_s, true);
+        EXPECT_TRUE(store->boolForKey(u"setting"_s)) << value.typeName();
+    }
+}
+
 TEST(UserDefaultsTest, EverythingStoredComesBackFromTheFile)
 {
     const TemporaryFolder folder;
