@@ -1,6 +1,7 @@
 #include "matching/RegularExpression.h"
 
 #include "foundation/LocalizedText.h"
+#include "matching/ExpressionComplexity.h"
 
 #include <locale>
 
@@ -8,6 +9,8 @@ namespace tidemark {
 
 boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
 {
+    if (isTooComplexToCompile(pattern))
+        throw boost::regex_error(boost::regex_constants::error_complexity);
     boost::regex expression;
     expression.imbue(std::locale::classic());
     boost::regex::flag_type flags = boost::regex::perl;

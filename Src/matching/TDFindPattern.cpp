@@ -4,7 +4,6 @@
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
 #include "matching/RegularExpression.h"
-#include "matching/StoppableIterator.h"
 
 #include <mutex>
 
@@ -23,27 +22,6 @@ TDError expressionError(ExpressionFault fault, const QString &findText)
             ? localizedString("The find text regular expression is malformed.")
             : localizedString("The find text regular expression caused an internal error."),
         recoverySuggestionForExpression(fault));
-}
-
-/// The work of the library is limited by about the square of the text's length, so that shorter texts don't
-/// keep a stop waiting.
-constexpr qsizetype LONGEST_WITHOUT_STOP = 1000;
-
-template <typename Iterator>
-std::optional<TextRange> firstMatchBetween(Iterator start, Iterator end, const boost::regex &expression)
-{
-    boost::match_results<Iterator> match;
-    if (!boost::regex_search(start, end, match, expression, boost::match_default, start))
-        return std::nullopt;
-    return TextRange{match[0].first - start, match.length(0)};
-}
-
-std::optional<TextRange> firstMatch(QByteArrayView bytes, const boost::regex &expression)
-{
-    if (bytes.size() <= LONGEST_WITHOUT_STOP)
-        return firstMatchBetween(bytes.data(), bytes.data() + bytes.size(), expression);
-    return firstMatchBetween(StoppableIterator(bytes.data()), StoppableIterator(bytes.data() + bytes.size()),
-                             expression);
 }
 
 } // namespace
@@ -100,6 +78,10 @@ const LinePrefilter *TDFindPattern::prefilter() const
     return _prefilters->plainText.get();
 }
 
+TDFindPattern::Line::Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes)
+    : _pattern(pattern), _line(line), _bytes(bytes), _effort(line.size())
+{}
+
 TextRange TDFindPattern::Line::firstRange(TextRange searchRange, TDError &error)
 {
     if (UserDefaults::standard().boolFor(BooleanSetting::RegularExpression))
@@ -119,10 +101,7 @@ TextRange TDFindPattern::Line::_firstRangeOfExpression(TextRange searchRange, TD
         }
         fault = expressionFaultOf([&] {
             // The search range counts UTF-16 units and is applied to bytes as it stands.
-            const QByteArrayView stretch(_bytes.data() + searchRange.location, searchRange.length);
-            const std::optional<TextRange> match = firstMatch(stretch, expression.compiled);
-            if (match)
-                found = {searchRange.location + match->location, match->length};
+            found = firstMatch(expression.compiled, _bytes, searchRange, _effort);
         });
     }
     if (fault == ExpressionFault::None)

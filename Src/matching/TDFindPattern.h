@@ -3,6 +3,7 @@
 #include "foundation/PlainTextPattern.h"
 #include "foundation/TDError.h"
 #include "foundation/TextRange.h"
+#include "matching/BoundedSearch.h"
 #include "matching/LinePrefilter.h"
 
 #include <QByteArray>
@@ -47,14 +48,12 @@ class TDFindPattern::Line
 {
 public:
     /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
-    Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {})
-        : _pattern(pattern), _line(line), _bytes(bytes)
-    {}
+    Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {});
 
     /// The first match within the range of the line, or not found. An empty match at the very start of the
     /// line counts as not found. With a regular expression the range is taken as a range of the line's UTF-8
     /// bytes, and so is the one returned; nothing before the range is visible to it. A malformed expression,
-    /// or one that fails while searching, sets error code 36.
+    /// or one that fails while searching or takes too long, sets error code 36.
     TextRange firstRange(TextRange searchRange, TDError &error);
 
 private:
@@ -64,6 +63,7 @@ private:
     QStringView _line;
     QByteArrayView _bytes; ///< null until they are needed
     QByteArray _ownBytes;
+    SearchEffort _effort;
 };
 
 } // namespace tidemark

@@ -1,0 +1,70 @@
+#include "matching/BoundedSearch.h"
+
+#include "foundation/StopFlag.h"
+
+#include <ctime>
+#include <utility>
+
+namespace tidemark {
+
+namespace {
+
+constexpr qint64 MILLISECOND = 1'000'000;
+constexpr qint64 ALLOWED_PER_LINE = 1500 * MILLISECOND;
+/// Several times as long as the slowest expressions take that don't explode.
+constexpr qint64 ALLOWED_PER_BYTE = 500;
+constexpr qint64 SUSPICIOUS = 50 * MILLISECOND;
+
+qint64 nanoseconds(clockid_t clock)
+{
+    timespec time = {};
+    clock_gettime(clock, &time);
+    return qint64(time.tv_sec) * 1000 * MILLISECOND + time.tv_nsec;
+}
+
+} // namespace
+
+SearchEffort::SearchEffort(qsizetype lineSize) : _allowed(ALLOWED_PER_LINE + lineSize * ALLOWED_PER_BYTE) {}
+
+void SearchEffort::_check()
+{
+    _bytesToCheck = BYTES_BETWEEN_CHECKS;
+    checkForStop();
+    if (_current)
+        _current->_checkTime();
+}
+
+void SearchEffort::_checkTime()
+{
+    const qint64 now = nanoseconds(CLOCK_MONOTONIC);
+    if (_start == 0)
+        _start = now;
+    if (now - _start < SUSPICIOUS)
+        return;
+    // On a busy machine much time can pass without being spent; but this clock is slower.
+    const qint64 computed = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
+    if (_computeStart == 0)
+        _computeStart = computed;
+    if (computed - _computeStart > _allowed)
+        throw boost::regex_error(boost::regex_constants::error_complexity);
+}
+
+SearchEffort::Counting::Counting(SearchEffort &effort) : _outer(std::exchange(_current, &effort)) {}
+
+SearchEffort::Counting::~Counting()
+{
+    _current = _outer;
+}
+
+TextRange firstMatch(const boost::regex &expression, QByteArrayView bytes, TextRange range,
+                     SearchEffort &effort)
+{
+    const SearchEffort::Counting counting(effort);
+    const BoundedPosition start(bytes.data() + range.location);
+    boost::match_results<BoundedPosition> match;
+    if (!boost::regex_search(start, start + range.length, match, expression, boost::match_default, start))
+        return TextRange::notFound();
+    return {match[0].first.data() - bytes.data(), match.length(0)};
+}
+
+} // namespace tidemark

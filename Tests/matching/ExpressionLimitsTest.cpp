@@ -1,0 +1,84 @@
+#include "foundation/UserDefaults.h"
+#include "matching/ExpressionComplexity.h"
+#include "matching/RegularExpression.h"
+#include "matching/TDFindPattern.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+namespace tidemark {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+double secondsOfThread()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+TEST(ExpressionLimits, WhatWouldCompileForMinutesIsFaulty)
+{
+    const QByteArray expressions[] = {
+        "(?:" + QByteArray("(?:|)").repeated(40) + ")*",
+        "(?:" + QByteArray("(?:|a|\\b|[x]?|(?:(?=y)|))").repeated(40) + ")*",
+        "(?x)(?:" + QByteArray("( | # )\n )").repeated(40) + ")*",
+        "(?<=" + QByteArray("(?:a|b)").repeated(40) + ")c",
+        "(?<!(?'n'(?i:" + QByteArray("[)|]|[^]|)]|\\||\\)").repeated(20) + QByteArray("(a|b)").repeated(20) +
+            ")))c",
+        QByteArray("\\<").repeated(200'000) + 'a',
+        QByteArray("$").repeated(200'000),
+        "(?:" + QByteArray("(?:|a)").repeated(50'000) + ")*",
+    };
+    const double start = secondsOfThread();
+    for (const QByteArray &expression : expressions) {
+        const auto compile = [&] { compiledExpression(expression, CaseRule::Exact); };
+        EXPECT_EQ(expressionFaultOf(compile), ExpressionFault::Malformed)
+            << expression.left(60).toStdString();
+    }
+    EXPECT_LT(secondsOfThread() - start, 2);
+}
+
+TEST(ExpressionLimits, WhatCompilesSoonIsLeftAlone)
+{
+    const QByteArray expressions[] = {
+        "word|" + QByteArray("another|").repeated(20'000) + "last",
+        "(?:" + QByteArray("(?:a|b|cd?|)[|(]\\|\\(").repeated(50) + ")*",
+        QByteArray("(?=a|b|)(?<=c|d|e)").repeated(7),
+        "(?x)" + QByteArray("( a | b ) # one (| or another\n").repeated(50),
+        "(?#" + QByteArray("(|)").repeated(1) + QByteArray("|").repeated(50) + ")\\Q" +
+            QByteArray("(|)").repeated(50) + "\\E[" + QByteArray("(|)").repeated(50) + "]",
+        QByteArray("^|$|\\b|").repeated(300) + "x",
+        R"((?(DEFINE)(?<value>\s*(?:(?&object)|(?&array)|(?&string)|(?&number)|true|false|null)\s*))"
+        R"((?<object>\{(?:(?&pair)(?:,(?&pair))*)?\s*\})(?<pair>\s*(?&string)\s*:(?&value)))"
+        R"((?<array>\[(?:(?&value)(?:,(?&value))*)?\s*\])(?<string>"(?:[^"\\]|\\.)*"))"
+        R"((?<number>-?(?:0|[1-9]\d*)(?:\.\d+)?))^(?&value)$)",
+    };
+    for (const QByteArray &expression : expressions)
+        EXPECT_FALSE(isTooComplexToCompile(expression)) << expression.left(60).toStdString();
+}
+
+TEST(ExpressionLimits, ALineIsSearchedForTwoSecondsAtMost)
+{
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    // Of the library's own limits the first reaches none for hours, the second one after many seconds, and
+    // each of the third's matches stays below them.
+    const QString lines[] = {QString(25'000, u'a'), QString(25'000, u'a'), QString(60, u'a').repeated(400)};
+    const QString expressions[] = {u"(?:(?=a*)a)*b"_s, u"(?:a(?R)?b|a)*c"_s, u"(?:(?=a*+)a)*+b|a"_s};
+    for (size_t index = 0; index < std::size(expressions); ++index) {
+        const TDFindPattern pattern(expressions[index], CaseRule::Exact);
+        TDFindPattern::Line line(pattern, lines[index]);
+        TDError error;
+        const double start = secondsOfThread();
+        for (qint64 at = 0; at < lines[index].size() && !error; ++at)
+            line.firstRange({at, lines[index].size() - at}, error);
+        EXPECT_LT(secondsOfThread() - start, 2) << expressions[index].toStdString();
+        EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR));
+    }
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, {});
+}
+
+} // namespace
+} // namespace tidemark
