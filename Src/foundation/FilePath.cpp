@@ -22,7 +22,11 @@ FilePath FilePath::fromDisplayText(const QString &text)
 
 FilePath FilePath::fromUrl(const QUrl &fileUrl)
 {
-    return FilePath(QByteArray::fromPercentEncoding(fileUrl.path(QUrl::FullyEncoded).toLatin1()));
+    const QByteArray bytes = QByteArray::fromPercentEncoding(fileUrl.path(QUrl::FullyEncoded).toLatin1());
+    // The system would take what stands before a zero byte for the whole path.
+    if (!fileUrl.isValid() || bytes.contains('\0'))
+        return {};
+    return FilePath(bytes);
 }
 
 QUrl FilePath::toUrl() const

@@ -18,7 +18,7 @@ public:
 
     /// The path a person typed or a dialog returned.
     static FilePath fromDisplayText(const QString &text);
-    /// Takes the bytes from the percent-encoded form, so every file name survives the round trip.
+    /// Every file name survives the round trip. Empty where none is named: not a valid URL, or a zero byte.
     static FilePath fromUrl(const QUrl &fileUrl);
     QUrl toUrl() const;
 

@@ -16,6 +16,12 @@ TEST(FilePathTest, EveryByteOfANameSurvivesTheUrl)
     }
 }
 
+TEST(FilePathTest, UrlsThatNameNoFileHaveNoPath)
+{
+    EXPECT_EQ(FilePath::fromUrl(QUrl::fromEncoded("file:///etc%00/passwd")), FilePath());
+    EXPECT_EQ(FilePath::fromUrl(QUrl::fromEncoded(QByteArray("f\0le:///etc", 11))), FilePath());
+}
+
 TEST(FilePathTest, UrlsOfNamesThatLookLikeUrlPartsKeepTheirPath)
 {
     for (const QByteArray bytes : {"/a?b#c", "/a%20b", "/%2F", "/..", "/a//b", "/a/./b", "/c:d", "/ a ",

@@ -12,7 +12,7 @@ void checkArchive(const QByteArray &archive)
 {
     const TDSearchLocation location = TDSearchLocation::unarchived(archive);
     const TDSearchLocation again = TDSearchLocation::unarchived(location.archived());
-    require(again.url == location.url && again.isFolder == location.isFolder &&
+    require(again.path() == location.path() && again.isFolder == location.isFolder &&
                 again.includeSubFolders == location.includeSubFolders &&
                 again.fileTypes == location.fileTypes,
             "a location survives being archived");
@@ -41,6 +41,11 @@ void checkPath(QByteArray name)
     name.replace('\0', 'x');
     const FilePath path = FilePath("/" + name);
     require(FilePath::fromUrl(path.toUrl()) == path, "a path survives being a URL");
+    TDSearchLocation location;
+    location.setURL(path.toUrl());
+    checkArchive(location.archived());
+    require(FilePath::fromUrl(TDSearchLocation::unarchived(location.archived()).url) == path,
+            "a path survives being archived");
 }
 
 } // namespace
