@@ -56,6 +56,15 @@ SearchEffort::Counting::~Counting()
     _current = _outer;
 }
 
+TextRange firstMatch(const boost::regex &expression, QByteArrayView bytes, TextRange range)
+{
+    const char *start = bytes.data() + range.location;
+    boost::cmatch match;
+    if (!boost::regex_search(start, start + range.length, match, expression, boost::match_default, start))
+        return TextRange::notFound();
+    return {match[0].first - bytes.data(), match.length(0)};
+}
+
 TextRange firstMatch(const boost::regex &expression, QByteArrayView bytes, TextRange range,
                      SearchEffort &effort)
 {

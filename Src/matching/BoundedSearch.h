@@ -104,7 +104,9 @@ private:
 };
 
 /// The first match within the range of the bytes, or not found; nothing outside the range is visible to it.
-/// Throws what the library throws, also when the effort is spent.
+/// Throws what the library throws, also when the effort is spent. Without an effort nothing is counted, which
+/// is faster, and nothing but the library's own limits ends the search.
+TextRange firstMatch(const boost::regex &expression, QByteArrayView bytes, TextRange range);
 TextRange firstMatch(const boost::regex &expression, QByteArrayView bytes, TextRange range,
                      SearchEffort &effort);
 

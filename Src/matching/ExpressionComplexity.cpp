@@ -1,5 +1,6 @@
 #include "matching/ExpressionComplexity.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,10 @@ constexpr double WAYS_OF_RECURSION = 0.5;
 /// Of each, one may lie on the stack for every other one.
 constexpr int MOST_GROUPS_AND_ASSERTIONS = 5000;
 
+/// As a power of two, what a search may take in steps without being watched: a fraction of a second.
+constexpr double HARMLESS_STEPS = 25;
+constexpr qsizetype LONGEST_LINE_NOT_WATCHED = 1 << 20;
+
 struct Group
 {
     bool isLookAround = false;
@@ -22,6 +27,7 @@ struct Group
     bool isEmptySoFar = true; ///< the alternative
     int alternatives = 1;
     int emptyAlternatives = 0;
+    bool hasChoices = false; ///< there is more than one way to match
 };
 
 /// Reads an expression loosely, but never takes a group for something else.
@@ -41,9 +47,20 @@ public:
 
     bool isTooMuch() const { return _ways > MOST_WAYS || _depth > MOST_GROUPS_AND_ASSERTIONS; }
 
+    /// From each byte of a line, each repetition can end at each byte, and each choice be made: so many
+    /// steps.
+    qsizetype harmlessLineSize() const
+    {
+        if (_isUnbounded || _choices > HARMLESS_STEPS)
+            return 0;
+        const double size = std::exp2((HARMLESS_STEPS - _choices) / (1 + _repetitions));
+        return std::min(LONGEST_LINE_NOT_WATCHED, qsizetype(size));
+    }
+
 private:
     void _readNext(char c);
     void _readEscape();
+    void _repeat();
     void _beginGroup();
     void _beginSpecialGroup();
     void _beginConditional();
@@ -63,10 +80,22 @@ private:
     std::vector<Group> _groups = {Group()};
     double _ways = 0;
     int _depth = 0;
+    bool _hasLastChoices = false; ///< what a repetition would repeat
+    int _repetitions = 0;
+    double _choices = 0; ///< as a power of two
+    bool _isUnbounded = false;
 };
 
 void ComplexityEstimate::_readNext(char c)
 {
+    if (c == '*' || c == '+' || c == '{')
+        return _repeat();
+    if (c == '?') {
+        ++_choices;
+        _groups.back().hasChoices = true;
+        return _notEmpty();
+    }
+    _hasLastChoices = false;
     switch (c) {
     case '\\':
         return _readEscape();
@@ -93,6 +122,14 @@ void ComplexityEstimate::_readNext(char c)
     }
 }
 
+void ComplexityEstimate::_repeat()
+{
+    ++_repetitions;
+    _isUnbounded = _isUnbounded || _hasLastChoices;
+    _groups.back().hasChoices = true;
+    _notEmpty();
+}
+
 void ComplexityEstimate::_readEscape()
 {
     if (_position == _expression.size())
@@ -100,6 +137,8 @@ void ComplexityEstimate::_readEscape()
     const char c = _expression[_position++];
     if (c == '<' || c == '>')
         ++_depth;
+    if ((c >= '1' && c <= '9') || c == 'g' || c == 'k' || c == 'R' || c == 'X')
+        ++_repetitions;
     if (c == 'Q') {
         const size_t start = _position;
         _skipPast("\\E");
@@ -143,6 +182,7 @@ void ComplexityEstimate::_beginSpecialGroup()
         ++_position;
     if (_takeIf(")")) {
         _ways += WAYS_OF_RECURSION;
+        _isUnbounded = true;
         return;
     }
     const bool isNamed = word < _expression.size() && _expression[word] == '<';
@@ -183,6 +223,7 @@ void ComplexityEstimate::_addWays()
     const Group &group = _groups.back();
     const int branches = group.isLookedBehind ? group.alternatives : group.emptyAlternatives;
     _ways += branches > 1 ? std::log2(branches) : 0;
+    _choices += std::log2(group.alternatives);
 }
 
 void ComplexityEstimate::_endGroup()
@@ -190,7 +231,9 @@ void ComplexityEstimate::_endGroup()
     _endAlternative();
     _addWays();
     const bool isPassed = _groups.back().isLookAround || _groups.back().emptyAlternatives > 0;
+    _hasLastChoices = _groups.back().hasChoices || _groups.back().alternatives > 1;
     _groups.pop_back();
+    _groups.back().hasChoices = _groups.back().hasChoices || _hasLastChoices;
     if (!isPassed)
         _notEmpty();
 }
@@ -243,13 +286,17 @@ bool mayIgnoreBlanks(std::string_view expression)
 
 } // namespace
 
-bool isTooComplexToCompile(QByteArrayView expression)
+ExpressionComplexity::ExpressionComplexity(QByteArrayView expression)
 {
     const std::string_view text(expression.data(), size_t(expression.size()));
     const bool ignoresBlanks = mayIgnoreBlanks(text);
+    const ComplexityEstimate estimate(text, ignoresBlanks, false);
+    isTooComplexToCompile = estimate.isTooMuch();
     // Where comments begin and end isn't looked at closely: both readings have to be simple.
-    return ComplexityEstimate(text, ignoresBlanks, false).isTooMuch() ||
-           (ignoresBlanks && ComplexityEstimate(text, ignoresBlanks, true).isTooMuch());
+    if (ignoresBlanks)
+        isTooComplexToCompile = isTooComplexToCompile || ComplexityEstimate(text, true, true).isTooMuch();
+    else
+        harmlessLineSize = estimate.harmlessLineSize();
 }
 
 } // namespace tidemark

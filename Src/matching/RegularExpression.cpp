@@ -9,7 +9,7 @@ namespace tidemark {
 
 boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
 {
-    if (isTooComplexToCompile(pattern))
+    if (ExpressionComplexity(pattern).isTooComplexToCompile)
         throw boost::regex_error(boost::regex_constants::error_complexity);
     boost::regex expression;
     expression.imbue(std::locale::classic());

@@ -3,6 +3,7 @@
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
+#include "matching/ExpressionComplexity.h"
 #include "matching/RegularExpression.h"
 
 #include <mutex>
@@ -31,12 +32,14 @@ struct TDFindPattern::Expression
 {
     std::once_flag once;
     boost::regex compiled;
+    qsizetype harmlessLineSize = 0;
     ExpressionFault fault = ExpressionFault::None;
 
     void compile(const QString &findText, CaseRule caseRule)
     {
-        fault =
-            expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
+        const QByteArray bytes = generalizedUtf8(findText);
+        harmlessLineSize = ExpressionComplexity(bytes).harmlessLineSize;
+        fault = expressionFaultOf([&] { compiled = compiledExpression(bytes, caseRule); });
     }
 };
 
@@ -101,7 +104,9 @@ TextRange TDFindPattern::Line::_firstRangeOfExpression(TextRange searchRange, TD
         }
         fault = expressionFaultOf([&] {
             // The search range counts UTF-16 units and is applied to bytes as it stands.
-            found = firstMatch(expression.compiled, _bytes, searchRange, _effort);
+            found = _bytes.size() <= expression.harmlessLineSize
+                        ? firstMatch(expression.compiled, _bytes, searchRange)
+                        : firstMatch(expression.compiled, _bytes, searchRange, _effort);
         });
     }
     if (fault == ExpressionFault::None)

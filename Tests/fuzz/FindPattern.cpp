@@ -11,7 +11,9 @@ namespace tidemark::fuzz {
 
 void run(Input &input)
 {
-    const CaseRule caseRule = input.flag() ? CaseRule::Ignore : CaseRule::Exact;
+    const unsigned options = input.below(4);
+    const CaseRule caseRule = options & 1 ? CaseRule::Ignore : CaseRule::Exact;
+    const bool isSearchedInBlocks = (options & 2) == 0; // the matcher for blocks takes long to compile
     const QString findText = QString::fromUtf8(input.line());
     const FilePath path = writeFile("file", input.rest());
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
@@ -19,12 +21,15 @@ void run(Input &input)
 
     const TimeLimit compiling;
     const TDFindPattern pattern(findText, caseRule);
-    pattern.prefilter();
+    if (isSearchedInBlocks)
+        pattern.prefilter();
     compiling.check("compiling ends soon", 1);
 
     const TimeLimit searching;
     const SearchDescription lines = SearchDescription::byLines(path, pattern);
     searching.check("searching ends soon", 2);
+    if (!isSearchedInBlocks)
+        return;
     SearchContext context(pattern);
     const SearchDescription blocks = SearchDescription::byBlocks(path, context);
     // A line without a match that the prefilter leaves out can't show how long it would take.

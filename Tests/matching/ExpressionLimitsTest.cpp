@@ -57,7 +57,23 @@ TEST(ExpressionLimits, WhatCompilesSoonIsLeftAlone)
         R"((?<number>-?(?:0|[1-9]\d*)(?:\.\d+)?))^(?&value)$)",
     };
     for (const QByteArray &expression : expressions)
-        EXPECT_FALSE(isTooComplexToCompile(expression)) << expression.left(60).toStdString();
+        EXPECT_FALSE(ExpressionComplexity(expression).isTooComplexToCompile)
+            << expression.left(60).toStdString();
+}
+
+TEST(ExpressionLimits, OnlyExpressionsThatCannotExplodeGoUnwatched)
+{
+    const auto harmless = [](const char *expression) {
+        return ExpressionComplexity(expression).harmlessLineSize;
+    };
+    EXPECT_GE(harmless("needle"), 1'000'000);
+    EXPECT_GE(harmless("^(?:foo|bar)?\\s*#[[:alnum:]*+]\\("), 2000);
+    for (const char *expression :
+         {"(a*)*", "(a|b)+", "(a?b){2}", "(?:(?:x+)y)*", "a(?R)?", "(?x)a *", "(?>a+)*"})
+        EXPECT_EQ(harmless(expression), 0) << expression;
+    EXPECT_LT(harmless("a*a*a*a*a*a*"), 20);
+    EXPECT_LT(harmless("(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)(a|b)"), 4000);
+    EXPECT_LT(harmless("(a*)\\1\\1"), 1000);
 }
 
 TEST(ExpressionLimits, ALineIsSearchedForTwoSecondsAtMost)
