@@ -17,7 +17,7 @@ constexpr double WAYS_OF_RECURSION = 0.5;
 constexpr int MOST_GROUPS_AND_ASSERTIONS = 5000;
 
 /// As a power of two, what a search may take in steps without being watched: a fraction of a second.
-constexpr double HARMLESS_STEPS = 25;
+constexpr double HARMLESS_STEPS = 23;
 constexpr qsizetype LONGEST_LINE_NOT_WATCHED = 1 << 20;
 
 struct Group

@@ -67,7 +67,7 @@ TEST(ExpressionLimits, OnlyExpressionsThatCannotExplodeGoUnwatched)
         return ExpressionComplexity(expression).harmlessLineSize;
     };
     EXPECT_GE(harmless("needle"), 1'000'000);
-    EXPECT_GE(harmless("^(?:foo|bar)?\\s*#[[:alnum:]*+]\\("), 2000);
+    EXPECT_GE(harmless("^(?:foo|bar)?\\s*#[[:alnum:]*+]\\("), 1000);
     for (const char *expression :
          {"(a*)*", "(a|b)+", "(a?b){2}", "(?:(?:x+)y)*", "a(?R)?", "(?x)a *", "(?>a+)*"})
         EXPECT_EQ(harmless(expression), 0) << expression;
