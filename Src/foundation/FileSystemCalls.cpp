@@ -94,6 +94,11 @@ int FileSystemCalls::makeUniqueFile(char *pathTemplate)
     return -1;
 }
 
+ssize_t FileSystemCalls::read(int descriptor, void *bytes, size_t count)
+{
+    return ::read(descriptor, bytes, count);
+}
+
 ssize_t FileSystemCalls::pread(int descriptor, void *bytes, size_t count, off_t offset)
 {
     return ::pread(descriptor, bytes, count, offset);

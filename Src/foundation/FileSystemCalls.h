@@ -5,8 +5,8 @@
 
 namespace tidemark {
 
-/// The system calls through which files are rewritten, each as POSIX has it. Everything that can fail while a
-/// user's file is in danger goes through here, so that every failure can be brought about.
+/// The system calls by which lines are read and files rewritten, each as POSIX has it. Everything that can
+/// fail while a user's file is in danger goes through here, so that every failure can be brought about.
 class FileSystemCalls
 {
 public:
@@ -15,6 +15,7 @@ public:
     virtual int open(const char *path, int flags, mode_t mode);
     /// mkstemp(), but for any number of Xs at the end of the template.
     virtual int makeUniqueFile(char *pathTemplate);
+    virtual ssize_t read(int descriptor, void *bytes, size_t count);
     virtual ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset);
     virtual ssize_t write(int descriptor, const void *bytes, size_t count);
     virtual int truncate(int descriptor, off_t size); ///< ftruncate()

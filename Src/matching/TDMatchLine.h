@@ -49,6 +49,9 @@ public:
     QString savedLineString() const { return _changed ? _changed->savedLineString : _foundString(); }
     void setSavedLineString(const QString &line) { _own().savedLineString = line; }
 
+    /// Whether the line isn't the one in the file any more.
+    bool isUnsaved() const { return _changed && _changed->matchLineString != _changed->savedLineString; }
+
     /// 1-based.
     qint64 lineNumber() const { return _lineNumber; }
     void setLineNumber(qint64 number) { _lineNumber = number; }

@@ -51,6 +51,8 @@ public:
     /// The text of a line's bytes; nothing, with error code 4, when the encoding doesn't allow them.
     std::optional<QString> decode(QByteArrayView bytes, TDError &error);
 
+    /// Of the open file, whose position is the reader's own affair; -1 once it is closed.
+    int descriptor() const { return _readBuffer.descriptor(); }
     /// POSIX error on failure.
     bool closeFile(TDError &error);
 

@@ -1,5 +1,7 @@
 #include "reading/TDReadBuffer.h"
 
+#include "foundation/FileSystemCalls.h"
+
 #include "foundation/AssertionHandler.h"
 #include "foundation/LocalizedText.h"
 
@@ -73,7 +75,7 @@ void TDReadBuffer::pushBack(char byte)
 void TDReadBuffer::unbufferedRead(TDError &error)
 {
     error.clear();
-    const ssize_t count = ::read(_descriptor, _data.get(), size_t(BLOCK_SIZE));
+    const ssize_t count = FileSystemCalls::current().read(_descriptor, _data.get(), size_t(BLOCK_SIZE));
     if (count == -1) {
         error = TDError::posixError(errno);
         return;

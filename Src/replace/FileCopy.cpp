@@ -66,11 +66,11 @@ void copyAttributes(int from, int to, bool withAccessControlList)
 }
 
 /// Whether the copy belongs to the same group; if not, group rights would be somebody else's.
-bool copyRights(int to, const struct stat &status)
+bool copyRights(int to, const struct stat &now, const struct stat &status)
 {
     mode_t mode = status.st_mode & 07777;
-    const bool sameOwner = ::fchown(to, status.st_uid, gid_t(-1)) == 0;
-    const bool sameGroup = ::fchown(to, uid_t(-1), status.st_gid) == 0;
+    const bool sameOwner = now.st_uid == status.st_uid || ::fchown(to, status.st_uid, gid_t(-1)) == 0;
+    const bool sameGroup = now.st_gid == status.st_gid || ::fchown(to, uid_t(-1), status.st_gid) == 0;
     if (!sameOwner)
         mode &= ~mode_t(S_ISUID);
     if (!sameGroup)
@@ -102,7 +102,7 @@ int fillCopy(FileSystemCalls &calls, int source, int target, Flush flush, FileSt
     if (copied != nullptr)
         *copied = FileState::fromStatus(status);
     // Rights first: a change of owner would take some attributes away again.
-    const bool sameGroup = copyRights(target, status);
+    const bool sameGroup = copyRights(target, copyStatus, status);
     copyAttributes(source, target, sameGroup);
     copyDates(target, status);
     return flush == Flush::Yes && calls.sync(target) != 0 ? errno : 0;

@@ -123,26 +123,22 @@ bool FileRewrite::_plan()
         return false;
     _writtenEncoding = reader->stringEncoding();
     const bool isPlanned =
-        _newPlan.build(*reader, path(), _request.changes, _request.hadByteOrderMarker, _error);
+        _newPlan.build(*reader, path(), _request.changes, _request.hadByteOrderMarker, _error) &&
+        _produceNewContent(reader->descriptor());
     TDError closingError;
     if (!reader->closeFile(closingError) && isPlanned)
         _error = closingError;
     _request.changes.clear();
-    return !_error && _produceNewContent();
+    return !_error;
 }
 
-bool FileRewrite::_produceNewContent()
+bool FileRewrite::_produceNewContent(int oldContent)
 {
-    const ScopedDescriptor oldContent(openForReading(_backup));
-    if (oldContent.get() < 0) {
-        _error = TDFileReader::openError(_backup, errno);
-        return false;
-    }
     const bool isHeld = _newPlan.newSize() <= LONGEST_CONTENT_HELD;
     if (isHeld)
         _newBytes.reserve(_newPlan.newSize());
     ContentHasher hasher;
-    const int errorNumber = handOutNewContent(_newPlan, oldContent.get(), [&](QByteArrayView bytes) {
+    const int errorNumber = handOutNewContent(_newPlan, oldContent, [&](QByteArrayView bytes) {
         hasher.add(bytes);
         if (isHeld)
             _newBytes.append(bytes);

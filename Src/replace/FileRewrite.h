@@ -68,7 +68,7 @@ public:
 private:
     bool _makeBackup(Flush flush);
     bool _plan();
-    bool _produceNewContent();
+    bool _produceNewContent(int oldContent);
     bool _isUnmodified();
     bool _replaceContent(Flush flush);
     int _openFile();

@@ -62,8 +62,11 @@ LineChanges lineChangesOf(const MatchLines &matchLines)
 {
     LineChanges changes;
     changes.reserve(size_t(matchLines.size()));
-    for (const auto &line : matchLines)
-        changes.push_back({line->lineNumber(), line->savedLineString(), line->matchLineString()});
+    for (const auto &line : matchLines) {
+        const QString oldText = line->savedLineString();
+        changes.push_back(
+            {line->lineNumber(), oldText, line->isUnsaved() ? line->matchLineString() : oldText});
+    }
     std::stable_sort(changes.begin(), changes.end(), [](const LineChange &left, const LineChange &right) {
         return left.lineNumber < right.lineNumber;
     });
@@ -114,7 +117,7 @@ bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const LineCh
     _keep(mark.size());
     if (!_addLines(reader, changes, error))
         return false;
-    if (!_accountsForEveryByte(reader.path(), mark)) {
+    if (!_accountsForEveryByte(reader.descriptor(), mark)) {
         error = TDFileReader::encodingError(reader.stringEncoding());
         return false;
     }
@@ -202,19 +205,13 @@ bool RewritePlan::_addChanges(TDFileReader &reader, QByteArray oldBytes, const P
     return true;
 }
 
-bool RewritePlan::_accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const
+bool RewritePlan::_accountsForEveryByte(int content, QByteArrayView mark) const
 {
-    const int descriptor = ::open(contentPath.cString(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
     const QByteArray expected = mark.toByteArray() + _firstBytes;
     QByteArray actual(expected.size(), Qt::Uninitialized);
     struct stat status;
-    const bool same = ::fstat(descriptor, &status) == 0 && status.st_size == _oldOffset &&
-                      ::pread(descriptor, actual.data(), size_t(actual.size()), 0) == actual.size() &&
-                      actual == expected;
-    (void)::close(descriptor);
-    return same;
+    return ::fstat(content, &status) == 0 && status.st_size == _oldOffset &&
+           ::pread(content, actual.data(), size_t(actual.size()), 0) == actual.size() && actual == expected;
 }
 
 } // namespace tidemark

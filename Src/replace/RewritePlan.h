@@ -55,7 +55,7 @@ private:
     std::optional<LineBytes> _nextLine(TDFileReader &reader, TDError &error);
     bool _addLines(TDFileReader &reader, const LineChanges &changes, TDError &error);
     bool _addChanges(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
-    bool _accountsForEveryByte(const FilePath &contentPath, QByteArrayView mark) const;
+    bool _accountsForEveryByte(int content, QByteArrayView mark) const;
     void _keep(qint64 length);
     void _put(const QByteArray &bytes);
 

@@ -13,6 +13,8 @@ namespace {
 /// Lines as the line reader would make them of the text.
 qint64 countLines(QStringView text)
 {
+    if (!text.contains(u'\r'))
+        return text.count(u'\n') + (text.isEmpty() || text.endsWith(u'\n') ? 0 : 1);
     qint64 count = 0;
     for (qsizetype index = 0; index < text.size(); ++index) {
         const bool endsLine =
@@ -33,9 +35,12 @@ void forgetSavedLines(const MatchLines &lines)
 /// a line, or emptied one, the numbers of the lines behind it follow the file.
 void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
 {
+    const bool isEachSaved = savedLines.size() == allLines.size();
     QSet<const TDMatchLine *> saved;
-    for (const auto &line : savedLines)
-        saved.insert(line.get());
+    for (const auto &line : savedLines) {
+        if (!isEachSaved)
+            saved.insert(line.get());
+    }
     qint64 offset = 0;
     bool isUncertain = false;
     for (const auto &line : allLines) {
@@ -43,7 +48,7 @@ void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
             line->setLineNumber(line->lineNumber() + offset);
             line->updateMatchLineAttributeString();
         }
-        if (!saved.contains(line.get()) || line->savedLineString() == line->matchLineString())
+        if (!line->isUnsaved() || !(isEachSaved || saved.contains(line.get())))
             continue;
         // Behind a lone CR such a line has become part of the one before, and where the later ones stand
         // can't be told from here: a text that no line has makes the next rewrite refuse them.

@@ -30,9 +30,8 @@ void TDSelectedMatchReplacement::ChangedFile::restoreLines()
 bool TDSelectedMatchReplacement::ChangedFile::hasSomethingToSave() const
 {
     // Lines can have been left unsaved by an earlier run that was stopped.
-    return replacements > 0 || std::any_of(items.begin(), items.end(), [](const auto &item) {
-               return item->matchLine()->matchLineString() != item->matchLine()->savedLineString();
-           });
+    return replacements > 0 || std::any_of(items.begin(), items.end(),
+                                           [](const auto &item) { return item->matchLine()->isUnsaved(); });
 }
 
 TDSelectedMatchReplacement::Outcome

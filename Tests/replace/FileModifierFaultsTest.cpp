@@ -55,6 +55,10 @@ public:
         _isReserving = false;
         return descriptor;
     }
+    ssize_t read(int descriptor, void *bytes, size_t count) override
+    {
+        return _fails("read lines") ? -1 : FileSystemCalls::read(descriptor, bytes, count);
+    }
     ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset) override
     {
         return _fails("read backup")
@@ -135,9 +139,8 @@ const QList<Step> STEPS = {
     {"open folder", 26},
     {"sync folder", 26},
     {"close folder", 0},
-    {"open backup", 1},
+    {"read lines", EIO},
     {"read backup", EIO},
-    {"close backup", 0},
     {"open file to truncate", 31},
     {"truncate", 32},
     {"close file to truncate", 33},
@@ -233,6 +236,11 @@ void FileModifierFaultsTest::failEveryCall()
         SCOPED_TRACE(steps[call].toStdString() + ", call " + std::to_string(call));
         const Step expected = *std::find_if(STEPS.begin(), STEPS.end(),
                                             [&](const Step &step) { return step.name == steps[call]; });
+        // The look for an encoding may fail without harm, as every line is checked anyway.
+        if (expected.name == "read lines" && saved) {
+            EXPECT_TRUE(_folder.read(name) == _new);
+            continue;
+        }
         EXPECT_EQ(error.code(), expected.errorCode) << error.localizedDescription().toStdString();
         EXPECT_EQ(saved, expected.errorCode == 0);
         expectNothingIsLost(file->path());

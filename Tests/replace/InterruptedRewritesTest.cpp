@@ -36,6 +36,10 @@ public:
     {
         return (_live(), FileSystemCalls::open(path, flags, mode));
     }
+    ssize_t read(int descriptor, void *bytes, size_t count) override
+    {
+        return (_live(), FileSystemCalls::read(descriptor, bytes, count));
+    }
     ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset) override
     {
         return (_live(), FileSystemCalls::pread(descriptor, bytes, count, offset));

@@ -18,7 +18,7 @@ protected:
             // It is called while the disk is waited for, too.
             if (_filesDone.isEmpty() ? filesDone > 0 : _filesDone.last() != filesDone)
                 _filesDone << filesDone;
-            _stop = _stop || filesDone == _stopAfter;
+            _stop = _stop || (_stopAfter > 0 && filesDone == _stopAfter);
         };
         TDSelectedMatchReplacement replacement(request(findText, replaceText), _stop, betweenFiles);
         return replacement.replaceSelectedMatches(selected);
