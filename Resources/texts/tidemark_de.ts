@@ -60,6 +60,7 @@
   <message><source>Search results cannot be shown and replacements will not occur for this file as it contains lines of excessive length.</source><translation>Für diese Datei können keine Suchergebnisse angezeigt werden, und es wird in ihr nichts ersetzt, da sie übermäßig lange Zeilen enthält.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to open file ‘%@’.</source><translation>Beim Öffnen der Datei „%@“ ist leider ein Problem aufgetreten.</translation></message>
   <message><source>You do not have permission to open the file.</source><translation>Sie haben nicht das Recht, die Datei zu öffnen.</translation></message>
+  <message><source>It is a device, a pipe or a socket, and only files can be searched.</source><translation>Es ist ein Gerät, eine Pipe oder ein Socket; durchsuchen lassen sich nur Dateien.</translation></message>
   <message><source>Error %d occured.</source><translation>Fehler %d ist aufgetreten.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to read a file.</source><translation>Beim Lesen einer Datei ist leider ein Problem aufgetreten.</translation></message>
   <message><source>The chosen character encoding ‘%@’ is unable to read the contents of the file. Check in Preferences that the default character encoding is appropriate for this file.</source><translation>In der gewählten Zeichenkodierung „%@“ lässt sich der Inhalt der Datei nicht lesen. Prüfen Sie in den Einstellungen, ob die Standardkodierung zu dieser Datei passt.</translation></message>

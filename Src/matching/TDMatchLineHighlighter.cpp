@@ -2,26 +2,12 @@
 
 #include "foundation/ByteScan.h"
 #include "foundation/CharacterSets.h"
-#include "foundation/LocalizedText.h"
 #include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
 
 namespace tidemark {
-
-namespace {
-
-TDError excessiveLineError(const FilePath &path)
-{
-    return TDError::initalizePresentErrorWithCode(
-        TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR,
-        formatted(localizedString("Sorry, it was not possible to search file ‘%@’."), {path.displayText()}),
-        localizedString("Search results cannot be shown and replacements will not occur for this file as it "
-                        "contains lines of excessive length."));
-}
-
-} // namespace
 
 bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                                              bool ignoreCase, const QString &matchPattern)
@@ -82,7 +68,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     const bool isExpressionFault =
         error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
     if (!isExpressionFault && !context.foundLines().isEmpty() && _hasExcessiveLines)
-        error = excessiveLineError(file.path);
+        error = TDFileReader::excessiveLineError(file.path);
     TDError closingError;
     const bool closed = reader->closeFile(closingError);
     if (error)

@@ -1,6 +1,9 @@
 #include "reading/FileToRead.h"
 
+#include <cerrno>
 #include <fcntl.h>
+#include <limits>
+#include <sys/stat.h>
 
 namespace tidemark {
 
@@ -8,8 +11,26 @@ int FileToRead::open() const
 {
     constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     if (folderDescriptor >= 0)
-        return ::openat(folderDescriptor, path.cString() + nameInFolder, FLAGS);
+        // It was no link when it was found.
+        return ::openat(folderDescriptor, path.cString() + nameInFolder, FLAGS | O_NOFOLLOW);
+    // Opening a device may already set something off.
+    struct stat status = {};
+    if (::stat(path.cString(), &status) == 0 && !isSafeToRead(status)) {
+        errno = ENXIO;
+        return -1;
+    }
     return ::open(path.cString(), FLAGS);
+}
+
+bool isSafeToRead(const struct stat &status)
+{
+    return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+}
+
+qint64 bytesToRead(const struct stat &status)
+{
+    return S_ISREG(status.st_mode) && status.st_size > 0 ? status.st_size
+                                                         : std::numeric_limits<qint64>::max();
 }
 
 } // namespace tidemark

@@ -2,6 +2,8 @@
 
 #include "foundation/FilePath.h"
 
+struct stat;
+
 namespace tidemark {
 
 /// A file by its path and, where the folder is open already, by its name in it, which spares the look-up of
@@ -12,8 +14,17 @@ struct FileToRead
     int folderDescriptor = -1;   ///< -1: none; not owned
     qsizetype nameInFolder = -1; ///< where in the path its name in that folder begins
 
-    /// A descriptor open for reading, or -1 and errno. Never waits, not even for somebody to write to a pipe.
+    /// A descriptor open for reading, or -1 and errno, which is ENXIO for what is neither a file nor a
+    /// folder. Never waits, not even for somebody to write to a pipe. A file in a folder that has been
+    /// replaced since it was found may be open as something else.
     int open() const;
 };
+
+/// Whether reading comes to an end and takes nothing away from anybody, as with files, and with folders,
+/// which can't be read: devices, pipes and sockets promise neither.
+bool isSafeToRead(const struct stat &status);
+/// How much of an open file is read: what it holds by now, however fast it grows. Files that the system makes
+/// up tell no size.
+qint64 bytesToRead(const struct stat &status);
 
 } // namespace tidemark

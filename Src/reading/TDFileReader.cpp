@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tidemark {
 
@@ -56,10 +58,32 @@ qsizetype indexOfLineEndUnit(QByteArrayView bytes, bool littleEndian)
     return indexOfUnit(bytes, unitInMemory<Unit>('\r', littleEndian), unitInMemory<Unit>('\n', littleEndian));
 }
 
+int openToRead(const FileToRead &file, struct stat &status)
+{
+    const int descriptor = file.open();
+    if (descriptor == -1 || ::fstat(descriptor, &status) != 0 || isSafeToRead(status))
+        return descriptor;
+    (void)::close(descriptor);
+    errno = ENXIO;
+    return -1;
+}
+
+QString reasonOfOpenError(int errorNumber)
+{
+    switch (errorNumber) {
+    case EACCES:
+        return localizedString("You do not have permission to open the file.");
+    case ENXIO:
+        return localizedString("It is a device, a pipe or a socket, and only files can be searched.");
+    default:
+        return formatted(localizedString("Error %d occured."), {errorNumber});
+    }
+}
+
 } // namespace
 
-TDFileReader::TDFileReader(int descriptor, const FileToRead &file, StringEncoding encoding)
-    : _readBuffer(descriptor), _stringEncoding(encoding), _path(file.path),
+TDFileReader::TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding)
+    : _readBuffer(descriptor, mostBytes), _stringEncoding(encoding), _path(file.path),
       _isFoundInFolder(file.folderDescriptor >= 0)
 {
     _line.reserve(LINE_CAPACITY);
@@ -75,12 +99,13 @@ std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead 
                                                                StringEncoding encoding, TDError &error)
 {
     error.clear();
-    const int descriptor = file.open();
+    struct stat status = {};
+    const int descriptor = openToRead(file, status);
     if (descriptor == -1) {
         error = openError(file.path, errno);
         return nullptr;
     }
-    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, file, encoding));
+    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, bytesToRead(status), file, encoding));
     reader->_probeForEncoding();
     reader->_converter = TextConverter::converterForEncoding(reader->_stringEncoding);
     reader->_unitSize = reader->_sizeOfUnit();
@@ -92,11 +117,17 @@ TDError TDFileReader::openError(const FilePath &path, int errorNumber)
     const QString description =
         formatted(localizedString("Sorry, a problem occured whilst attempting to open file ‘%@’."),
                   {path.displayText()});
-    const QString reason = errorNumber == EACCES
-                               ? localizedString("You do not have permission to open the file.")
-                               : formatted(localizedString("Error %d occured."), {errorNumber});
     return TDError::initalizePresentErrorWithCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR, description,
-                                                  reason);
+                                                  reasonOfOpenError(errorNumber));
+}
+
+TDError TDFileReader::excessiveLineError(const FilePath &path)
+{
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR,
+        formatted(localizedString("Sorry, it was not possible to search file ‘%@’."), {path.displayText()}),
+        localizedString("Search results cannot be shown and replacements will not occur for this file as it "
+                        "contains lines of excessive length."));
 }
 
 TDError TDFileReader::encodingError(StringEncoding encoding)
@@ -177,7 +208,8 @@ std::optional<LineBytes> TDFileReader::_getNextLineMBCSWithError(TDError &error)
         _readBuffer.consume(length);
         if (eolCount > 0 && _line.isEmpty() && bytes.size() > 1)
             return LineBytes{bytes.first(length), eolCount};
-        _line.append(bytes.first(length));
+        if (!_append(bytes.first(length), error))
+            return {};
         if (eolCount > 0)
             return LineBytes{_line, eolCount};
         checkForStop();
@@ -185,6 +217,16 @@ std::optional<LineBytes> TDFileReader::_getNextLineMBCSWithError(TDError &error)
     if (_line.isEmpty())
         return {};
     return LineBytes{_line, endsWithCarriageReturn ? 1 : 0};
+}
+
+bool TDFileReader::_append(QByteArrayView bytes, TDError &error)
+{
+    if (_line.size() + bytes.size() > TD_LONGEST_READ_LINE) {
+        error = excessiveLineError(_path);
+        return false;
+    }
+    _line.append(bytes);
+    return true;
 }
 
 bool TDFileReader::_readUnit(char *unit, TDError &error)
@@ -221,7 +263,8 @@ std::optional<LineBytes> TDFileReader::_getNextLineUCSWithError(TDError &error)
         const qsizetype end = _unitSize == 2 ? indexOfLineEndUnit<std::uint16_t>(units, littleEndian)
                                              : indexOfLineEndUnit<std::uint32_t>(units, littleEndian);
         const qsizetype ordinary = end < 0 ? units.size() : end * _unitSize;
-        _line.append(units.first(ordinary));
+        if (!_append(units.first(ordinary), error))
+            return {};
         _readBuffer.consume(ordinary);
         // The line end itself, or a unit that is split between two stretches.
         if (ordinary == bytes.size() && !bytes.isEmpty())

@@ -15,6 +15,10 @@
 
 namespace tidemark {
 
+/// Bytes. A line beyond would take more memory than many machines have, and what reports itself as a file may
+/// go on for ever.
+inline constexpr qsizetype TD_LONGEST_READ_LINE = 1 << 28;
+
 /// One line as it stands in the file.
 struct LineBytes
 {
@@ -39,11 +43,14 @@ public:
 
     /// The error (code 1) for a file or folder that can't be opened.
     static TDError openError(const FilePath &path, int errorNumber);
+    /// The error (code 1) for a file with lines that are too long to be handled.
+    static TDError excessiveLineError(const FilePath &path);
     /// The error (code 4) for bytes that aren't valid in the encoding, or a text that it can't hold.
     static TDError encodingError(StringEncoding encoding);
 
     /// The next line; nothing at the end of the file (no error) or on a failure: error code 4 when the bytes
-    /// aren't valid in the encoding, a POSIX error when reading failed. Each line is decoded by itself.
+    /// aren't valid in the encoding, code 1 when a line is longer than TD_LONGEST_READ_LINE, a POSIX error
+    /// when reading failed. Each line is decoded by itself.
     std::optional<QString> getNextLineWithEOLCharacters(bool keepEOLCharacters, TDError &error);
 
     /// The same line before it is decoded; a partial unit at the end of a file is left out.
@@ -64,7 +71,7 @@ public:
     TextConverter *converter() const { return _converter.get(); }
 
 private:
-    TDFileReader(int descriptor, const FileToRead &file, StringEncoding encoding);
+    TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding);
 
     void _probeForEncoding();
     StringEncoding _probeByteOrderMarkerEncoding();
@@ -73,6 +80,7 @@ private:
 
     std::optional<LineBytes> _getNextLineMBCSWithError(TDError &error);
     std::optional<LineBytes> _getNextLineUCSWithError(TDError &error);
+    bool _append(QByteArrayView bytes, TDError &error);
     bool _readUnit(char *unit, TDError &error);
     bool _takeLineFeedUnit(TDError &error);
     int _sizeOfUnit() const;

@@ -5,6 +5,7 @@
 #include "foundation/AssertionHandler.h"
 #include "foundation/LocalizedText.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <unistd.h>
 
@@ -16,8 +17,9 @@ constexpr size_t PUSH_BACK_CAPACITY = 512;
 
 } // namespace
 
-TDReadBuffer::TDReadBuffer(int descriptor)
-    : _descriptor(descriptor), _data(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE))
+TDReadBuffer::TDReadBuffer(int descriptor, qint64 mostBytes)
+    : _descriptor(descriptor), _data(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE)),
+      _bytesLeft(mostBytes)
 {
     _pushedBack.reserve(PUSH_BACK_CAPACITY);
 }
@@ -80,8 +82,9 @@ void TDReadBuffer::unbufferedRead(TDError &error)
         error = TDError::posixError(errno);
         return;
     }
-    _size = count;
-    if (count < BLOCK_SIZE)
+    _size = std::min<qint64>(count, _bytesLeft);
+    _bytesLeft -= _size;
+    if (_size < BLOCK_SIZE || _bytesLeft == 0)
         _endOfFile = true;
 }
 

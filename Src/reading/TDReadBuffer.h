@@ -5,6 +5,7 @@
 
 #include <QByteArrayView>
 
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -19,7 +20,9 @@ public:
     /// Bytes asked for by one read; fewer returned mean the end of the file.
     static constexpr qsizetype BLOCK_SIZE = 40960;
 
-    explicit TDReadBuffer(int descriptor);
+    /// Of a file that others go on writing to, what lies behind the first `mostBytes` isn't read: it might
+    /// never end.
+    explicit TDReadBuffer(int descriptor, qint64 mostBytes = std::numeric_limits<qint64>::max());
     ~TDReadBuffer();
     TDReadBuffer(const TDReadBuffer &) = delete;
     TDReadBuffer &operator=(const TDReadBuffer &) = delete;
@@ -51,6 +54,7 @@ private:
     qsizetype _size = 0;     ///< bytes in _data
     qsizetype _position = 0; ///< the next byte of _data to hand out
     std::vector<char> _pushedBack;
+    qint64 _bytesLeft; ///< that may still be read
     bool _endOfFile = false;
 };
 

@@ -5,6 +5,7 @@
 #include "foundation/StopFlag.h"
 #include "foundation/Utf8.h"
 #include "reading/EncodingDetection.h"
+#include "reading/TDFileReader.h"
 
 #include <cstring>
 #include <new>
@@ -99,6 +100,7 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     if (_descriptor < 0 || ::fstat(_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return Outcome::NeedsLineReader;
     _modificationDate = FileDate::fromStatus(status);
+    _bytesLeft = bytesToRead(status);
     if (!_fill() || !_settleEncoding(encoding))
         return Outcome::NeedsLineReader;
     return Outcome::Block;
@@ -114,7 +116,8 @@ void TextBlockReader::_allocate(qsizetype capacity)
     _capacity = capacity;
 }
 
-/// Reads once into what is free of the buffer, which grows when nothing is. False on a failure.
+/// Reads once into what is free of the buffer, which grows when nothing is. False on a failure, and for a
+/// line that is too long.
 bool TextBlockReader::_fill()
 {
     if (_start > 0) {
@@ -122,15 +125,17 @@ bool TextBlockReader::_fill()
         _end -= _start;
         _start = 0;
     }
-    if (_end == _capacity || (_end > 0 && _capacity < LATER_CAPACITY)) {
+    if (_end >= TD_LONGEST_READ_LINE)
+        return false;
+    if (_end == _capacity || (_end > 0 && _capacity < LATER_CAPACITY))
         _allocate(qMax(_end * 2, LATER_CAPACITY));
-    }
     checkForStop();
-    const qsizetype asked = qMin(_capacity - _end, LARGEST_READ);
+    const qsizetype asked = qMin<qint64>(qMin(_capacity - _end, LARGEST_READ), _bytesLeft);
     const ssize_t count = ::read(_descriptor, _buffer.get() + _end, size_t(asked));
     if (count < 0)
         return false;
-    _endOfFile = count < asked;
+    _bytesLeft -= count;
+    _endOfFile = count < asked || _bytesLeft == 0;
     _end += count;
     return true;
 }

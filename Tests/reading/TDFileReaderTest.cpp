@@ -1,5 +1,6 @@
 #include "reading/TDFileReader.h"
 
+#include "reading/TextBlockReader.h"
 #include "support/PlainUser.h"
 #include "support/Testing.h"
 
@@ -7,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <fstream>
 
 namespace tidemark::test {
 namespace {
@@ -172,6 +174,35 @@ TEST_F(TDFileReaderTest, MissingPermissionIsNamed)
     }
     EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR));
     EXPECT_EQ(error.localizedFailureReason(), u"You do not have permission to open the file."_s);
+}
+
+TEST_F(TDFileReaderTest, AFileThatGrowsAsFastAsItIsReadEndsWhereItDidWhenItWasOpened)
+{
+    const QByteArray lines = QByteArray("line\n").repeated(100000);
+    const FilePath file = folder.write("file", lines);
+    const auto grow = [&file, &lines] {
+        std::ofstream(file.cString(), std::ios::app).write(lines.constData(), lines.size());
+    };
+    TDError error;
+    const auto reader = TDFileReader::fileReaderWithFile(file, TD_ENCODING_UTF8, error);
+    int count = 0;
+    for (; reader->nextLineBytes(error) && count <= 100000; ++count) {
+        if (count % 10000 == 0)
+            grow();
+    }
+    EXPECT_EQ(count, 100000);
+    EXPECT_TRUE(reader->closeFile(error));
+
+    writeFile(file, lines);
+    TextBlockReader blocks;
+    ASSERT_EQ(blocks.open(FileToRead{file}, TD_ENCODING_UTF8), TextBlockReader::Outcome::Block);
+    qsizetype size = 0;
+    for (QByteArrayView block; blocks.nextBlock(block) == TextBlockReader::Outcome::Block;
+         size += block.size()) {
+        grow();
+        ASSERT_LE(size, lines.size());
+    }
+    EXPECT_EQ(size, lines.size());
 }
 
 } // namespace

@@ -5,9 +5,12 @@
 #include "support/PlainUser.h"
 #include "support/Testing.h"
 
+#include <atomic>
 #include <cerrno>
+#include <fstream>
 #include <functional>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tidemark::test {
@@ -250,12 +253,113 @@ TEST_P(TDSearchEngineTest, IncludedKindsFilterWhatFoldersHoldButNeverANamedFile)
                         "find c.png 3 2 2", "match c.png 1", "finish 3 3 3"}));
 }
 
-TEST_P(TDSearchEngineTest, ANamedPipeHoldsNothingUp)
+TEST_P(TDSearchEngineTest, NamedPipesSocketsAndDevicesAreErrorsAndHoldNothingUp)
 {
-    const FilePath pipe = folder.path("pipe");
-    ASSERT_EQ(mkfifo(pipe.cString(), 0600), 0);
-    EXPECT_EQ(search(u"a"_s, {fileAt(pipe), fileAt(FilePath(QByteArray("/dev/null")))}).last(),
-              QByteArray("finish 2 0 0"));
+    const TemporaryFolder elsewhere;
+    QList<TDSearchLocation> locations;
+    for (const QByteArray &name : makeSpecialFiles(elsewhere))
+        locations << fileAt(elsewhere.path(name));
+    for (const char *device : {"/dev/zero", "/dev/full", "/dev/null", "/dev/urandom", "/dev/tty"})
+        locations << fileAt(FilePath(device));
+    ASSERT_EQ(symlink("/dev/zero", folder.path("link").cString()), 0);
+    locations << fileAt(folder.path("link")) << folderAt(elsewhere.path());
+    const qsizetype count = locations.size() - 1;
+    EXPECT_EQ(search(u"a"_s, locations).last(), "finish " + counts(quint64(count), 0, 0));
+    EXPECT_EQ(recorder->count("error"), count);
+    EXPECT_TRUE(recorder->nodes.last()->children().first()->error().localizedFailureReason().startsWith(
+        u"It is a device"_s));
+}
+
+TEST_P(TDSearchEngineTest, FilesReplacedAfterTheyWereFoundAreErrors)
+{
+    engine.setThreadCount(1);
+    for (const char *name : {"1", "2-link", "3-pipe", "4"})
+        folder.write(name, "-a-\n");
+    recorder->onFile = [this](const FilePath &path) {
+        if (path == folder.path("1") || path == folder.path("4"))
+            return;
+        ASSERT_EQ(unlink(path.cString()), 0);
+        ASSERT_EQ(path == folder.path("3-pipe") ? mkfifo(path.cString(), 0600) : symlink("1", path.cString()),
+                  0);
+    };
+    EXPECT_EQ(searchFolder(u"a"_s),
+              Messages({"find 1 1 0 0", "match 1 1", "find 2-link 2 1 1", "error 2-link 1",
+                        "find 3-pipe 3 1 1", "error 3-pipe 1", "find 4 4 1 1", "match 4 1", "finish 4 2 2"}));
+}
+
+/// Changes the file over and over, on a thread of its own.
+class Disturber
+{
+public:
+    explicit Disturber(std::function<void()> disturb)
+        : _thread([this, disturb = std::move(disturb)] {
+              while (!_isEnding)
+                  disturb();
+          })
+    {}
+    ~Disturber()
+    {
+        _isEnding = true;
+        _thread.join();
+    }
+
+private:
+    std::atomic<bool> _isEnding = false;
+    std::thread _thread;
+};
+
+TEST_P(TDSearchEngineTest, FilesThatGrowAndShrinkWhileTheyAreReadComeToAnEnd)
+{
+    const QByteArray content = QByteArray("one match in a line\n").repeated(5000);
+    const FilePath growing = folder.write("growing", content);
+    const FilePath shrinking = folder.write("shrinking", content);
+    const Disturber grow([&growing] {
+        std::ofstream(growing.cString(), std::ios::app) << "one match in a line\n" << std::flush;
+    });
+    const Disturber shrink([&shrinking, &content] {
+        EXPECT_EQ(truncate(shrinking.cString(), 100), 0);
+        writeFile(shrinking, content);
+    });
+    for (int round = 0; round < 4; ++round) {
+        writeFile(growing, content);
+        const auto own = std::make_shared<Recorder>(folder.path());
+        TDSearchEngine anew;
+        anew.setDelegate(own);
+        anew.setThreadCount(GetParam());
+        anew.startSearch(u"match"_s, {folderAt(folder.path())}, true);
+        EXPECT_EQ(own->count("find"), 2);
+        EXPECT_EQ(own->count("error"), 0);
+        ASSERT_FALSE(own->nodes.isEmpty());
+        EXPECT_GE(own->nodes.first()->matchCount().value_or(0), 5000);
+    }
+}
+
+TEST_P(TDSearchEngineTest, NamesOfEveryByteAreSearchedInFoldersAndAsLocations)
+{
+    QList<TDSearchLocation> locations = {folderAt(folder.path())};
+    for (const QByteArray &name : namesOfEveryByte())
+        locations << fileAt(folder.write(name, "-a-\n"));
+    const quint64 files = quint64(locations.size() - 1);
+    EXPECT_EQ(search(u"a"_s, locations).last(), "finish " + counts(2 * files, 2 * files, 2 * files));
+    EXPECT_EQ(recorder->count("error"), 0);
+}
+
+TEST(HugeFiles, LinesThatNoMemoryHoldsAreErrorsAndTheSearchGoesOn)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "It takes long, and shows nothing to them.";
+#endif
+    const TemporaryFolder folder;
+    const FilePath huge = folder.write("huge", "");
+    ASSERT_EQ(truncate(huge.cString(), qint64(5) << 30), 0);
+    std::ofstream(huge.cString(), std::ios::app) << "\nneedle\n" << std::flush;
+    folder.write("other", "needle\n");
+    const auto recorder = std::make_shared<Recorder>(folder.path());
+    TDSearchEngine engine;
+    engine.setDelegate(recorder);
+    engine.startSearch(u"needle"_s, {fileAt(huge), fileAt(folder.path("other"))}, true);
+    EXPECT_EQ(recorder->messages, Messages({"find huge 1 0 0", "error huge 1", "find other 2 0 0",
+                                            "match other 1", "finish 2 1 1"}));
 }
 
 TEST_P(TDSearchEngineTest, AStopBeforeTheStartHolds)

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -85,6 +86,17 @@ TEST_F(VKFolderTraverserTest, ReportsFilesDepthFirstInByteOrder)
               "finished");
 }
 
+TEST_F(VKFolderTraverserTest, ReportsNamesOfEveryByte)
+{
+    QByteArrayList expected;
+    for (const QByteArray &name : namesOfEveryByte())
+        expected << name + "/" + name;
+    write(expected);
+    addFolder(".");
+    walk();
+    EXPECT_EQ(log, expected << "finished");
+}
+
 TEST_F(VKFolderTraverserTest, TellsLevelsAndSizesAsAskedFor)
 {
     write({"a", "b/c/d"}, "12345");
@@ -105,7 +117,8 @@ TEST_F(VKFolderTraverserTest, SkipsHiddenEntriesLinksAndSpecialFilesFoundInside)
     link("linkToFile", "a");
     link("linkToFolder", "real");
     link("real/loop", "..");
-    ASSERT_EQ(mkfifo(folder.path("pipe").cString(), 0600), 0);
+    link("loop", "loop");
+    makeSpecialFiles(folder);
     addFolder(".");
     EXPECT_EQ(walk(), "a, real/x, finished");
 }
@@ -301,6 +314,15 @@ TEST_F(VKFolderTraverserTest, AFolderThatIsGoneOnTheWayBackIsReported)
     walk();
     EXPECT_EQ(levels, (QList<int>{DEPTH + 1, 201, 101, 1, 0}));
     EXPECT_EQ(log.mid(log.size() - 3).join(", "), "!a " + QByteArray::number(ENOENT) + ", b, finished");
+}
+
+TEST_F(VKFolderTraverserTest, AFolderRemovedWhileItIsWalkedEndsThere)
+{
+    write({"a/1", "a/b/2", "a/c/3", "z"});
+    onFile = [this] { std::filesystem::remove_all(folder.path("a").cString()); };
+    addFolder(".");
+    const QByteArray gone = ' ' + QByteArray::number(ENOENT);
+    EXPECT_EQ(walk(), "a/1, !a/b" + gone + ", !a/c" + gone + ", z, finished");
 }
 
 } // namespace

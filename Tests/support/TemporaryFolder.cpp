@@ -89,6 +89,27 @@ void setModificationDate(const FilePath &path, qint64 nanoseconds)
     EXPECT_EQ(utimensat(AT_FDCWD, path.cString(), times, 0), 0) << path.cString();
 }
 
+QList<QByteArray> makeSpecialFiles(const TemporaryFolder &folder)
+{
+    constexpr dev_t ZERO_DEVICE = 0x105;
+    EXPECT_EQ(mknod(folder.path("pipe").cString(), S_IFIFO | 0600, 0), 0);
+    EXPECT_EQ(mknod(folder.path("socket").cString(), S_IFSOCK | 0600, 0), 0);
+    QList<QByteArray> names = {"pipe", "socket"};
+    if (mknod(folder.path("device").cString(), S_IFCHR | 0600, ZERO_DEVICE) == 0)
+        names << "device";
+    return names;
+}
+
+QList<QByteArray> namesOfEveryByte()
+{
+    QList<QByteArray> names;
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte != '/' && byte != '.')
+            names << QByteArray(1, char(byte)) + 'x';
+    }
+    return names;
+}
+
 bool runsAsRoot()
 {
     return geteuid() == 0;

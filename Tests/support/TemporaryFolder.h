@@ -36,6 +36,10 @@ QByteArray contentOfFile(const FilePath &path);
 void writeFile(const FilePath &path, const QByteArray &content);
 /// Sets the modification date to this many nanoseconds since 1970.
 void setModificationDate(const FilePath &path, qint64 nanoseconds);
+/// A pipe, a socket and, where it is allowed, an endless device; their names.
+QList<QByteArray> makeSpecialFiles(const TemporaryFolder &folder);
+/// One for each byte that a name can hold, in their order; the dot is left out, as it hides files.
+QList<QByteArray> namesOfEveryByte();
 /// True when permission bits mean nothing to this process.
 bool runsAsRoot();
 
