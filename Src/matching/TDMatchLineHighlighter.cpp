@@ -47,6 +47,11 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     return true;
 }
 
+bool TDMatchLineHighlighter::_hasExcessiveMatch(SearchContext &context) const
+{
+    return _hasExcessiveLines && !context.foundLines().isEmpty();
+}
+
 bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
                                              SearchContext &context)
 {
@@ -67,7 +72,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     }
     const bool isExpressionFault =
         error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
-    if (!isExpressionFault && !context.foundLines().isEmpty() && _hasExcessiveLines)
+    if (!isExpressionFault && _hasExcessiveMatch(context))
         error = TDFileReader::excessiveLineError(file.path);
     TDError closingError;
     const bool closed = reader->closeFile(closingError);
@@ -120,14 +125,15 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     qint64 lineNumber = 1;
     QByteArrayView block;
     Outcome outcome = Outcome::Block;
-    while (!shouldStop() && (outcome = reader.nextBlock(block)) == Outcome::Block) {
+    while (!shouldStop() && !_hasExcessiveMatch(context) &&
+           (outcome = reader.nextBlock(block)) == Outcome::Block) {
         // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
         _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
         _searchBlock(block, lineNumber, error, context);
         if (error)
             return BlockSearch::Done;
     }
-    const bool isInDoubt = _hasExcessiveLines && !context.foundLines().isEmpty() && !shouldStop();
+    const bool isInDoubt = _hasExcessiveMatch(context) && !shouldStop();
     return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
                                                             : BlockSearch::Done;
 }
@@ -203,9 +209,14 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
         const TextRange found = search.firstRange({start, end - start}, error);
         if (error || !found.isFound())
             return;
-        if (std::exchange(isFirst, false))
-            _addLine(line, bytes, lineNumber, context);
-        context.foundLines().addRange(found);
+        if (!_hasExcessiveMatch(context)) {
+            if (std::exchange(isFirst, false))
+                _addLine(line, bytes, lineNumber, context);
+            context.foundLines().addRange(found);
+        } else if (!bytes.isNull()) {
+            // The line reader, which decides whether a line is too long, searches it all again.
+            return;
+        }
         if (found.end() == end)
             return;
         // Behind an empty match the search would find it again for ever.

@@ -72,6 +72,9 @@ private:
     void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
                      TDError &error);
 
+    /// Its first match and its long lines are enough to report the file, so no more matches are kept.
+    bool _hasExcessiveMatch(SearchContext &context) const;
+
     MatchLines _matchLines;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
