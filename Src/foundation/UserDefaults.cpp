@@ -1,8 +1,15 @@
 #include "foundation/UserDefaults.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QReadLocker>
 #include <QSettings>
 #include <QWriteLocker>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tidemark {
 
@@ -62,6 +69,23 @@ const std::array<QString, 4> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRE
                                              TD_USER_DEFAULTS_NAME_IGNORE_CASE,
                                              TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
                                              TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING};
+
+/// What people looked for is nobody else's business. A file that is replaced hands its rights on.
+void keepPrivate(const QString &filePath)
+{
+    constexpr mode_t OF_OTHERS = S_IRWXG | S_IRWXO;
+    const QByteArray path = QFile::encodeName(filePath);
+    struct stat status = {};
+    if (::stat(path.constData(), &status) == 0) {
+        if ((status.st_mode & OF_OTHERS) != 0)
+            (void)::chmod(path.constData(), status.st_mode & S_IRWXU);
+        return;
+    }
+    QDir().mkpath(QFileInfo(filePath).path());
+    const int made = ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (made >= 0)
+        (void)::close(made);
+}
 
 std::unique_ptr<UserDefaults> &standardStore()
 {
@@ -159,6 +183,8 @@ void UserDefaults::setObject(const QString &key, const QVariant &value)
         else
             _stored.remove(key);
     }
+    if (_file)
+        keepPrivate(_file->fileName());
     if (_file && value.isValid())
         _file->setValue(key, value);
     else if (_file)

@@ -34,7 +34,7 @@ public:
     /// A store that lives in memory only.
     static std::unique_ptr<UserDefaults> inMemory();
     /// A store kept in the file, which is replaced as a whole when it is written and need not exist yet. A
-    /// damaged file counts as empty.
+    /// damaged file counts as empty. When it is written, only its owner may read it.
     static std::unique_ptr<UserDefaults> atPath(const QString &filePath);
     /// Where the application keeps the user's settings.
     static QString userFilePath();

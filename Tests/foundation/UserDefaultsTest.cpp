@@ -2,6 +2,7 @@
 #include "support/Testing.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace tidemark::test {
 namespace {
@@ -106,6 +107,23 @@ TEST(UserDefaultsTest, EverythingStoredComesBackFromTheFile)
     EXPECT_FALSE(store->boolFor(BooleanSetting::IgnoreCase));
     EXPECT_EQ(store->integerForKey(u"number"_s), qint64(0x90000100));
     EXPECT_EQ(store->stringForKey(u"text"_s), u"factory"_s);
+}
+
+TEST(UserDefaultsTest, OnlyTheOwnerMayReadWhatIsWritten)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(chmod(folder.write("open", "text=old\n").cString(), 0644), 0);
+    for (const char *name : {"open", "new", "folder/new"}) {
+        const auto store = storeAt(folder.path(name));
+        store->setObject(u"text"_s, u"mine"_s);
+        struct stat status = {};
+        ASSERT_EQ(stat(folder.path(name).cString(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777, 0600U) << name;
+        EXPECT_TRUE(store->synchronize());
+        ASSERT_EQ(stat(folder.path(name).cString(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777, 0600U) << name;
+        EXPECT_TRUE(folder.read(name).contains("mine")) << name;
+    }
 }
 
 TEST(UserDefaultsTest, ADamagedFileCountsAsEmptyAndCanBeWrittenAgain)
