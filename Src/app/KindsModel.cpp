@@ -2,6 +2,7 @@
 
 #include "app/KindFilter.h"
 #include "foundation/LocalizedText.h"
+#include "window/PlainToolTip.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -35,6 +36,7 @@ QVariant filterData(const Kind &kind, int role)
                    ? QVariant()
                    : QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
     case Qt::ToolTipRole:
+        return plainToolTip(kindFilterRemark(kind.uti));
     case Qt::AccessibleDescriptionRole:
         return kindFilterRemark(kind.uti);
     default:

@@ -1,5 +1,7 @@
 #include "window/ElidedLabel.h"
 
+#include "window/PlainToolTip.h"
+
 #include <QEvent>
 
 namespace tidemark {
@@ -42,7 +44,7 @@ void ElidedLabel::_elide()
     QString line = _wholeText;
     line.replace(u'\n', u' ');
     const QString shown = fontMetrics().elidedText(line, Qt::ElideMiddle, contentsRect().width());
-    setToolTip(shown == line ? QString() : _wholeText.toHtmlEscaped());
+    setToolTip(shown == line ? QString() : plainToolTip(_wholeText));
     setText(shown.isEmpty() ? QStringLiteral(" ") : shown);
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "window/FileIcons.h"
+#include "window/PlainToolTip.h"
 
 #include <QDir>
 #include <QFont>
@@ -263,7 +264,7 @@ QVariant ResultsTreeModel::data(const QModelIndex &index, int role) const
     if (node->parent() == nullptr)
         return _fileData(*node, index.column(), role);
     if (role == Qt::ToolTipRole && node->error())
-        return node->error().localizedFailureReason();
+        return plainToolTip(node->error().localizedFailureReason());
     return {};
 }
 
@@ -292,7 +293,7 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
 {
     switch (role) {
     case Qt::ToolTipRole:
-        return file.path().displayText();
+        return plainToolTip(file.path().displayText());
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(_iconOf(file)) : QVariant();
     case Qt::FontRole: {

@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "window/MyDocument.h"
+#include "window/PlainToolTip.h"
 #include "window/SearchLocationsController.h"
 
 #include <QCoreApplication>
@@ -36,7 +37,10 @@ DraggedRows draggedRows(const QMimeData &data)
 {
     DraggedRows dragged;
     QDataStream stream(data.data(TD_DRAGGED_TYPE_TABLE_VIEW_ITEM));
-    stream >> dragged.process >> dragged.source >> dragged.rows;
+    stream >> dragged.process >> dragged.source;
+    // Others could say that as many rows follow as no memory holds.
+    if (dragged.process == QCoreApplication::applicationPid())
+        stream >> dragged.rows;
     return dragged;
 }
 
@@ -113,12 +117,16 @@ QVariant TDTableViewDragDropArrayController::_pathData(const TDSearchLocation &l
 {
     static const QFileIconProvider icons;
     const QString path = location.path().displayText();
+    const auto remark = [&path, exists] {
+        return exists ? path : formatted(localizedString("%@ no longer exists"), {path});
+    };
     switch (role) {
     case Qt::DisplayRole:
         return path;
     case Qt::ToolTipRole:
+        return plainToolTip(remark());
     case Qt::AccessibleTextRole:
-        return exists ? path : formatted(localizedString("%@ no longer exists"), {path});
+        return remark();
     case Qt::DecorationRole:
         return icons.icon(location.isFolder ? QFileIconProvider::Folder : QFileIconProvider::File);
     default:
