@@ -1,4 +1,5 @@
 #include "support/TimeLimit.h"
+#include "support/gui/Heartbeat.h"
 #include "support/gui/OpenWindow.h"
 
 #include <QAction>
@@ -12,25 +13,6 @@ namespace {
 constexpr int FILES = 20000;
 constexpr qint64 LONGEST_STALL = 100;
 constexpr qint64 LONGEST_STOP = 200;
-
-/// Notes how long the main thread was away from its events at most.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        QObject::connect(&_timer, &QTimer::timeout, [this] { beat(); });
-        _timer.start(2);
-        _sinceBeat.start();
-    }
-    void beat() { _longest = qMax(_longest, _sinceBeat.restart()); }
-    qint64 longestStall() const { return _longest; }
-
-private:
-    QTimer _timer;
-    QElapsedTimer _sinceBeat;
-    qint64 _longest = 0;
-};
 
 /// Someone who moves the window, scrolls and types, every few milliseconds.
 class Fidgeting
