@@ -1,6 +1,8 @@
 #include "foundation/FilePath.h"
 #include "support/Testing.h"
 
+#include <cctype>
+
 namespace tidemark::test {
 namespace {
 
@@ -50,6 +52,18 @@ TEST(FilePathTest, ComponentsLeaveTrailingSlashesOut)
         EXPECT_EQ(FilePath(path).lastPathComponent(), last) << path.constData();
         EXPECT_EQ(FilePath(path).deletingLastPathComponent().bytes(), folder) << path.constData();
     }
+}
+
+TEST(FilePathTest, NothingInAUrlCanBeTakenForMoreThanAName)
+{
+    // What opens files may pass it on as a part of a command.
+    QByteArray name;
+    for (int byte = 1; byte < 256; ++byte)
+        name.append(char(byte));
+    const QByteArray url = FilePath("/" + name).toUrl().toEncoded();
+    EXPECT_TRUE(url.startsWith("file:///"));
+    for (const char byte : url.sliced(8))
+        EXPECT_TRUE(QByteArray("%-._~/").contains(byte) || isalnum(uchar(byte))) << byte;
 }
 
 TEST(FilePathTest, AppendingPutsExactlyOneSlashBetween)

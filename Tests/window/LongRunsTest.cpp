@@ -105,18 +105,18 @@ TEST_F(LongRuns, MemoryReturnsToWhereItWas)
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "They keep what is freed.";
 #endif
-    for (int file = 0; file < 300; ++file)
+    for (int file = 0; file < 200; ++file)
         folder.write(QByteArray::number(file) + ".txt", QByteArray("a needle in a line\n").repeated(50));
     OpenWindow window(application);
     window.searchIn(folder.path(), {});
     qint64 before = 0;
-    const int rounds = timesLonger(20) * 100;
+    const int rounds = timesLonger(40) * 50;
     for (int round = 0; round < rounds; ++round) {
         if (round == 10)
             before = bytesInUse();
         window.document.setFindText(round % 2 == 0 ? u"needle"_s : u"line"_s);
         window.search();
-        ASSERT_EQ(window.document.findResults().count(), 300);
+        ASSERT_EQ(window.document.findResults().count(), 200);
     }
     const qint64 after = bytesInUse();
     std::printf("%d searches: %lld KB in use before, %lld KB after\n", rounds,
