@@ -130,7 +130,8 @@ TEST_F(SearchWindowTest, TwoWindowsSearchSideBySide)
     two.searchIn(folder.path("tree/0"), u"thread"_s);
     one.controller().startSearch(StartStopButton::On);
     two.controller().startSearch(StartStopButton::On);
-    ASSERT_TRUE(waitFor([&] { return !one.controller().searching() && !two.controller().searching(); }));
+    ASSERT_TRUE(
+        waitFor([&] { return !one.controller().searching() && !two.controller().searching(); }, 60000));
     EXPECT_EQ(one.document.findResults().count(), 300);
     EXPECT_EQ(two.document.findResults().count(), 100);
 }
