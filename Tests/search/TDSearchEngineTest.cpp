@@ -5,6 +5,7 @@
 #include "support/PlainUser.h"
 #include "support/Testing.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <fstream>
@@ -58,6 +59,12 @@ public:
     void didStopSearch(quint64 scanned, quint64 files, quint64 matches) override
     {
         messages << "stop " + counts(scanned, files, matches);
+    }
+
+    qsizetype count(const QByteArray &kind) const
+    {
+        return std::ranges::count_if(messages,
+                                     [&](const QByteArray &text) { return text.startsWith(kind + ' '); });
     }
 
     Messages messages;
