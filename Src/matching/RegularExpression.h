@@ -7,6 +7,7 @@
 
 #include <boost/regex.hpp>
 
+#include <new>
 #include <stdexcept>
 
 namespace tidemark {
@@ -28,6 +29,8 @@ ExpressionFault expressionFaultOf(Action action)
     } catch (const boost::regex_error &) {
         return ExpressionFault::Malformed;
     } catch (const std::runtime_error &) {
+        return ExpressionFault::Internal;
+    } catch (const std::bad_alloc &) {
         return ExpressionFault::Internal;
     }
 }

@@ -4,7 +4,10 @@
 #include "foundation/TextEncoding.h"
 #include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
+#include "matching/BoundedSearch.h"
 #include "matching/RegularExpression.h"
+
+#include <iterator>
 
 namespace tidemark {
 
@@ -78,8 +81,12 @@ std::optional<QString> TDReplacement::_appliedExpression(QStringView matchedText
                                ? boost::match_default | boost::format_first_only
                                : boost::match_default;
         fault = expressionFaultOf([&] {
-            const std::string result =
-                boost::regex_replace(bytes->toStdString(), _expression->compiled, _expression->format, flags);
+            SearchEffort effort(bytes->size());
+            const SearchEffort::Counting counting(effort);
+            std::string result;
+            boost::regex_replace(std::back_inserter(result), BoundedPosition(bytes->cbegin()),
+                                 BoundedPosition(bytes->cend()), _expression->compiled, _expression->format,
+                                 flags);
             replaced = textFromUtf8(QByteArrayView(result));
         });
     }
