@@ -121,21 +121,25 @@ void copyAttributesAndDates(int from, int to, const struct stat &status)
     copyDates(to, status);
 }
 
-int copyFile(const FilePath &from, const FilePath &to, Flush flush, FileState *copied)
+int copyFile(const FilePath &from, int to, Flush flush, FileState *copied)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     const int source = calls.open(from.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (source < 0)
         return errno;
+    const int error = fillCopy(calls, source, to, flush, copied);
+    (void)calls.close(source);
+    return error;
+}
+
+int copyFile(const FilePath &from, const FilePath &to, Flush flush)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
     const int target =
         calls.open(to.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (target < 0) {
-        const int error = errno;
-        (void)calls.close(source);
-        return error;
-    }
-    int error = fillCopy(calls, source, target, flush, copied);
-    (void)calls.close(source);
+    if (target < 0)
+        return errno;
+    int error = copyFile(from, target, flush);
     if (calls.close(target) != 0 && error == 0)
         error = errno;
     if (error != 0)

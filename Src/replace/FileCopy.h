@@ -25,11 +25,14 @@ struct FileState
     friend bool operator==(const FileState &, const FileState &) = default;
 };
 
-/// Copies a regular file to a name that must be free, with its mode, owner, access control lists, extended
-/// attributes and dates. The copy is never open to anybody who can't open the original, also not meanwhile:
-/// where owner or group can't be given to it, their rights are left out. 0, or errno with no copy left.
-/// `copied` gets the state of the original before it was copied.
-int copyFile(const FilePath &from, const FilePath &to, Flush flush, FileState *copied = nullptr);
+/// Copies a regular file to an open, empty file of this process that nobody else may open, with its mode,
+/// owner, access control lists, extended attributes and dates. The copy is never open to anybody who can't
+/// open the original, also not meanwhile: where owner or group can't be given to it, their rights are left
+/// out. 0, or errno. `copied` gets the state of the original before it was copied.
+int copyFile(const FilePath &from, int to, Flush flush, FileState *copied = nullptr);
+
+/// The same to a path, whose name must be free; nothing is left there after a failure.
+int copyFile(const FilePath &from, const FilePath &to, Flush flush);
 
 /// Gives an open file the extended attributes of another, and the dates of its status. What the system keeps
 /// for itself stays.

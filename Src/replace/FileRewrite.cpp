@@ -86,16 +86,16 @@ bool FileRewrite::_isUnmodified()
 
 bool FileRewrite::_makeBackup(Flush flush)
 {
-    // The name is reserved, freed again and then taken by the copy, which fails if somebody else took it.
+    int descriptor = -1;
     const std::optional<FilePath> backup =
-        TDFileModifier::createEmptyBackupFile(path(), _request.transientBackupFile, _error);
+        TDFileModifier::createEmptyBackupFile(path(), _request.transientBackupFile, descriptor, _error);
     if (!backup)
         return false;
     RewriteRecord *record = RewriteRecord::current();
     if (record != nullptr)
         record->noteBackup(path(), *backup);
-    if (TDFileModifier::deleteTemporaryBackupFile(*backup, _error) &&
-        TDFileModifier::copyOriginalFileToBackupLocation(path(), *backup, flush, _copied, _error)) {
+    if (TDFileModifier::copyOriginalFileToBackupLocation(path(), *backup, descriptor, flush, _copied,
+                                                         _error)) {
         _backup = *backup;
         return true;
     }

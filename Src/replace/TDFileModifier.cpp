@@ -135,15 +135,14 @@ std::optional<bool> TDFileModifier::fileModifiedSince(std::optional<FileDate> da
 }
 
 std::optional<FilePath> TDFileModifier::createEmptyBackupFile(const FilePath &path, bool transientBackupFile,
-                                                              TDError &error)
+                                                              int &descriptor, TDError &error)
 {
     QByteArray name = backupTemplate(path, transientBackupFile);
-    const int descriptor = FileSystemCalls::current().makeUniqueFile(name.data());
+    descriptor = FileSystemCalls::current().makeUniqueFile(name.data());
     if (descriptor == -1) {
         error = backupCreationError(path, errno);
         return {};
     }
-    (void)::close(descriptor);
     return FilePath(name);
 }
 
@@ -156,16 +155,18 @@ bool TDFileModifier::deleteTemporaryBackupFile(const FilePath &backupPath, TDErr
 }
 
 bool TDFileModifier::copyOriginalFileToBackupLocation(const FilePath &path, const FilePath &backupPath,
-                                                      Flush flush, FileState &copied, TDError &error)
+                                                      int descriptor, Flush flush, FileState &copied,
+                                                      TDError &error)
 {
-    int errorNumber = copyFile(path, backupPath, flush, &copied);
-    if (errorNumber == 0 && flush == Flush::Yes) {
+    FileSystemCalls &calls = FileSystemCalls::current();
+    int errorNumber = copyFile(path, descriptor, flush, &copied);
+    if (calls.close(descriptor) != 0 && errorNumber == 0)
+        errorNumber = errno;
+    if (errorNumber == 0 && flush == Flush::Yes)
         errorNumber = flushFolder(backupPath.deletingLastPathComponent());
-        if (errorNumber != 0)
-            (void)FileSystemCalls::current().remove(backupPath.cString());
-    }
     if (errorNumber == 0)
         return true;
+    (void)calls.remove(backupPath.cString());
     error = backupCopyError(path, backupPath, errorNumber);
     return false;
 }

@@ -44,13 +44,16 @@ public:
     /// Nothing when the date can't be read.
     static std::optional<bool> fileModifiedSince(std::optional<FileDate> date, const FilePath &path,
                                                  TDError &error);
-    /// The name of an empty file that didn't exist before.
+    /// The name of an empty file that didn't exist before, for this user only. `descriptor` is open for
+    /// writing to it and the caller's.
     static std::optional<FilePath> createEmptyBackupFile(const FilePath &path, bool transientBackupFile,
-                                                         TDError &error);
+                                                         int &descriptor, TDError &error);
     static bool deleteTemporaryBackupFile(const FilePath &backupPath, TDError &error);
-    /// `copied` gets the state of the file before it was copied.
+    /// Fills the empty file and closes its descriptor; deletes it on a failure. `copied` gets the state of
+    /// the file before it was copied.
     static bool copyOriginalFileToBackupLocation(const FilePath &path, const FilePath &backupPath,
-                                                 Flush flush, FileState &copied, TDError &error);
+                                                 int descriptor, Flush flush, FileState &copied,
+                                                 TDError &error);
     /// Nothing is touched, and the code is 30, when the file isn't in the given state.
     static bool truncateFile(const FilePath &path, const FilePath &backupPath, const FileState &state,
                              TDError &error);
