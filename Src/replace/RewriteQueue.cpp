@@ -4,6 +4,7 @@
 #include "replace/TDFileModifier.h"
 
 #include <QHash>
+#include <QThread>
 
 #include <algorithm>
 #include <cerrno>
@@ -19,7 +20,7 @@ constexpr qsizetype GROUP_GROWTH = 4;
 /// Backups take as much of the disk, new contents as much memory.
 constexpr qint64 MOST_BYTES_IN_GROUP = 128 << 20;
 constexpr size_t STEPS_AT_ONCE = 16;
-constexpr int MILLISECONDS_BETWEEN_CALLS = 10;
+constexpr std::chrono::milliseconds TIME_BETWEEN_CALLS(10);
 
 #ifdef __linux__
 constexpr Flush FLUSH_OF_EACH_FILE = Flush::No;
@@ -63,10 +64,9 @@ private:
 
 } // namespace
 
-RewriteQueue::RewriteQueue(WhileWaiting whileWaiting) : _whileWaiting(std::move(whileWaiting))
-{
-    _threads.setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 2, 8));
-}
+RewriteQueue::RewriteQueue(WhileWaiting whileWaiting)
+    : _whileWaiting(std::move(whileWaiting)), _threads(std::clamp(QThread::idealThreadCount(), 2, 8))
+{}
 
 RewriteQueue::~RewriteQueue()
 {
@@ -87,7 +87,7 @@ void RewriteQueue::add(FileRewrite::Request request, Done done)
         _preparingBytes += status.st_size;
     _threads.start([this, job = job.get()] {
         job->isPrepared = job->rewrite.prepare(FLUSH_OF_EACH_FILE);
-        _preparedCount.release();
+        _preparedCount.add();
     });
     if (_isGroupFull())
         flush();
@@ -179,7 +179,7 @@ void RewriteQueue::_writeAlone(const std::shared_ptr<Job> &job)
 int RewriteQueue::_bringToDisk(const std::vector<RewriteRecord::Entry> &prepared)
 {
     int error = 0;
-    QSemaphore done;
+    StepCounter done;
     _threads.start([&] {
         if (RewriteRecord *record = RewriteRecord::current())
             record->noteRewrites(prepared);
@@ -189,7 +189,7 @@ int RewriteQueue::_bringToDisk(const std::vector<RewriteRecord::Entry> &prepared
         for (const auto &job : _written)
             fileSystems.add(job->rewrite.path());
         error = FLUSH_OF_EACH_FILE == Flush::Yes ? 0 : fileSystems.flush();
-        done.release();
+        done.add();
     });
     _wait(done, 1);
     return error;
@@ -212,21 +212,21 @@ void RewriteQueue::_deleteBackupsOfWritten(bool isFlushed)
 
 void RewriteQueue::_forEach(const Group &group, const std::function<void(Job &)> &step)
 {
-    QSemaphore done;
+    StepCounter done;
     int tasks = 0;
     for (size_t start = 0; start < group.size(); start += STEPS_AT_ONCE, ++tasks) {
         _threads.start([&group, &step, &done, start] {
             for (size_t index = start; index < std::min(group.size(), start + STEPS_AT_ONCE); ++index)
                 step(*group[index]);
-            done.release();
+            done.add();
         });
     }
     _wait(done, tasks);
 }
 
-void RewriteQueue::_wait(QSemaphore &semaphore, int count)
+void RewriteQueue::_wait(StepCounter &steps, int count)
 {
-    while (!semaphore.tryAcquire(count, MILLISECONDS_BETWEEN_CALLS)) {
+    while (!steps.take(count, TIME_BETWEEN_CALLS)) {
         if (_whileWaiting)
             _whileWaiting();
     }

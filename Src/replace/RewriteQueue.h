@@ -2,11 +2,10 @@
 
 #include "foundation/FilePath.h"
 #include "replace/FileRewrite.h"
+#include "replace/WorkerThreads.h"
 
 #include <QList>
-#include <QSemaphore>
 #include <QSet>
-#include <QThreadPool>
 
 #include <functional>
 #include <memory>
@@ -61,11 +60,11 @@ private:
     int _bringToDisk(const std::vector<RewriteRecord::Entry> &prepared);
     void _deleteBackupsOfWritten(bool isFlushed);
     void _forEach(const Group &group, const std::function<void(Job &)> &step);
-    void _wait(QSemaphore &semaphore, int count);
+    void _wait(StepCounter &steps, int count);
 
     WhileWaiting _whileWaiting;
-    QThreadPool _threads;
-    QSemaphore _preparedCount;
+    StepCounter _preparedCount;
+    WorkerThreads _threads;
     Group _preparing;
     QSet<FilePath> _preparingPaths;
     qint64 _preparingBytes = 0;

@@ -1,0 +1,61 @@
+#include "replace/WorkerThreads.h"
+
+namespace tidemark {
+
+WorkerThreads::WorkerThreads(int count) : _count(count) {}
+
+WorkerThreads::~WorkerThreads()
+{
+    {
+        const std::lock_guard lock(_mutex);
+        _isEnding = true;
+    }
+    _changed.notify_all();
+    for (std::thread &thread : _threads)
+        thread.join();
+}
+
+void WorkerThreads::start(std::function<void()> task)
+{
+    {
+        const std::lock_guard lock(_mutex);
+        _tasks.push_back(std::move(task));
+    }
+    while (int(_threads.size()) < _count)
+        _threads.emplace_back([this] { _run(); });
+    _changed.notify_one();
+}
+
+void WorkerThreads::_run()
+{
+    std::unique_lock lock(_mutex);
+    for (;;) {
+        _changed.wait(lock, [this] { return _isEnding || !_tasks.empty(); });
+        if (_tasks.empty())
+            return;
+        const std::function<void()> task = std::move(_tasks.front());
+        _tasks.pop_front();
+        lock.unlock();
+        task();
+        lock.lock();
+    }
+}
+
+void StepCounter::add()
+{
+    const std::lock_guard lock(_mutex);
+    ++_count;
+    // Still locked: whoever waits may destroy the counter next.
+    _changed.notify_all();
+}
+
+bool StepCounter::take(int count, std::chrono::milliseconds longest)
+{
+    std::unique_lock lock(_mutex);
+    if (!_changed.wait_for(lock, longest, [&] { return _count >= count; }))
+        return false;
+    _count -= count;
+    return true;
+}
+
+} // namespace tidemark

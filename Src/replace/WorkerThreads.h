@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tidemark {
+
+/// A few threads that do tasks in the order in which they were given.
+class WorkerThreads
+{
+public:
+    explicit WorkerThreads(int count);
+    /// Waits until every task is done.
+    ~WorkerThreads();
+    WorkerThreads(const WorkerThreads &) = delete;
+    WorkerThreads &operator=(const WorkerThreads &) = delete;
+
+    void start(std::function<void()> task);
+
+private:
+    void _run();
+
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    std::deque<std::function<void()>> _tasks;
+    bool _isEnding = false;
+    std::vector<std::thread> _threads; ///< made with the first task
+    int _count;
+};
+
+/// Counts steps that other threads have done.
+class StepCounter
+{
+public:
+    void add();
+    /// Takes that many off as soon as they are done; false when they weren't in that time.
+    bool take(int count, std::chrono::milliseconds longest);
+
+private:
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    int _count = 0;
+};
+
+} // namespace tidemark
