@@ -32,7 +32,7 @@ constexpr Flush FLUSH_OF_EACH_FILE = Flush::Yes;
 int flushFileSystemOf(const FilePath &path)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
-    const int descriptor = calls.open(path.cString(), O_RDONLY | O_CLOEXEC, 0);
+    const int descriptor = calls.open(path.cString(), O_RDONLY | O_NONBLOCK | O_CLOEXEC, 0);
     if (descriptor < 0)
         return errno;
     const int error = calls.syncFileSystem(descriptor) == 0 ? 0 : errno;

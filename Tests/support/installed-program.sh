@@ -17,5 +17,5 @@ fi
 
 # It runs until it is stopped.
 status=0
-XDG_CONFIG_HOME=$root XDG_RUNTIME_DIR=$root QT_QPA_PLATFORM=offscreen timeout 2 "$root/usr/bin/tidemark" || status=$?
+XDG_CONFIG_HOME=$root XDG_STATE_HOME=$root XDG_RUNTIME_DIR=$root QT_QPA_PLATFORM=offscreen timeout 2 "$root/usr/bin/tidemark" || status=$?
 [ "$status" -eq 124 ] || { echo "ended by itself with $status"; exit 1; }
