@@ -16,3 +16,7 @@ if(TIDEMARK_SANITIZE)
     add_compile_options(-fsanitize=${TIDEMARK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1 -g1)
     add_link_options(-fsanitize=${TIDEMARK_SANITIZE})
 endif()
+if(TIDEMARK_FUZZ)
+    # What is fuzzed tells the fuzzer where it has been.
+    set(TIDEMARK_FUZZED_CODE -fsanitize=fuzzer-no-link)
+endif()

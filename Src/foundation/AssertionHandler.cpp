@@ -11,7 +11,7 @@ std::string sentence(const AssertionFailure &failure)
 {
     std::string text = "assertion failed in " + failure.function + ", " + failure.file;
     if (failure.line != 0)
-        text += ":" + std::to_string(failure.line);
+        text.append(":").append(std::to_string(failure.line));
     return text + ": " + failure.description;
 }
 

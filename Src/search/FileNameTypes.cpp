@@ -42,7 +42,7 @@ const StringMap<const SuffixRule *> &suffixRules()
         StringMap<const SuffixRule *> result;
         for (const SuffixRule &rule : SUFFIX_RULES) {
             for (const QByteArray &suffix : QByteArray(rule.suffixes).split(' '))
-                result.emplace("." + suffix.toStdString(), &rule);
+                result.emplace(('.' + suffix).toStdString(), &rule);
         }
         return result;
     }();

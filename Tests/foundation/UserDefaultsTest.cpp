@@ -43,15 +43,15 @@ TEST(UserDefaultsTest, EachCachedBooleanFollowsItsOwnKeyBeforeTheChangeIsTold)
         {u"autoDetectFileEncodingFromFile"_s, BooleanSetting::AutoDetectFileEncoding},
         {u"createBackupBeforeReplacing"_s, BooleanSetting::CreateBackupBeforeReplacing},
     };
-    for (const auto &[changedKey, changed] : settings) {
+    for (const auto &changed : settings) {
         const auto store = UserDefaults::inMemory();
         int told = 0;
         QObject::connect(store.get(), &UserDefaults::valueChanged, store.get(), [&] {
             ++told;
             for (const auto &[key, setting] : settings)
-                EXPECT_EQ(store->boolFor(setting), setting == changed) << key.toStdString();
+                EXPECT_EQ(store->boolFor(setting), setting == changed.second) << key.toStdString();
         });
-        store->setObject(changedKey, true);
+        store->setObject(changed.first, true);
         EXPECT_EQ(told, 1);
     }
 }

@@ -1,7 +1,7 @@
 # Sourced by ./run-short and ./run-long: what every run of a fuzz target shares.
 
 sources=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-build=$sources/../../build/fuzz
+build=$sources/../../build/asan
 target=${1:-}
 program=$build/bin/fuzz_$target
 seeds=$sources/corpus/$target

@@ -140,14 +140,17 @@ TEST_F(ReplaceCommandsTest, ReplaceSelectionAsksUntilToldNotTo)
 
 TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
 {
-    open(Contents(40, "foo\n"));
+    constexpr int FILE_COUNT = 100;
+    open(Contents(FILE_COUNT, "foo\n"));
     QSignalSpy shownAnew(window->outline()->model(), &QAbstractItemModel::dataChanged);
+    quint64 shownDone = 0;
     QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done, quint64 count) {
-        EXPECT_TRUE(done == 0 || !shownAnew.isEmpty());
+        EXPECT_TRUE(done == shownDone || !shownAnew.isEmpty());
         shownAnew.clear();
-        EXPECT_EQ(count, 40U);
+        shownDone = done;
+        EXPECT_EQ(count, quint64(FILE_COUNT));
         EXPECT_TRUE(commands().isReplacing());
-        if (done == 1)
+        if (done > 0)
             commands().setStopReplace(true);
         // Nothing else can be done meanwhile.
         commands().replaceAll();
@@ -155,8 +158,11 @@ TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
         pane().navigation().removeSelected();
     });
     window->replaceAll(u"bar"_s);
-    EXPECT_EQ(contents(), Contents({"bar\n"}) + Contents(39, "foo\n"));
-    EXPECT_EQ(window->document.findResults().count(), 40);
+    const Contents now = contents();
+    EXPECT_GT(now.count("bar\n"), 0);
+    EXPECT_GT(now.count("foo\n"), 0);
+    EXPECT_EQ(now.count("bar\n") + now.count("foo\n"), FILE_COUNT);
+    EXPECT_EQ(window->document.findResults().count(), FILE_COUNT);
     EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 
