@@ -11,8 +11,6 @@
 #include <unistd.h>
 
 #ifdef __linux__
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #endif
 
 namespace tidemark {
@@ -26,14 +24,11 @@ constexpr int UNIQUE_ATTEMPTS = 10000;
 FileSystemCalls realCalls;
 std::atomic<FileSystemCalls *> currentCalls = &realCalls;
 
-/// Lets the kernel copy; false where it can't for these files, before anything was copied.
+/// Lets the kernel copy, or clone where the file system can; false where it can't for these files, before
+/// anything was copied.
 bool copyInKernel(int from, int to, int &result)
 {
 #ifdef __linux__
-    if (::ioctl(to, FICLONE, from) == 0) {
-        result = 0;
-        return true;
-    }
     bool copiedAny = false;
     for (;;) {
         const ssize_t count = ::copy_file_range(from, nullptr, to, nullptr, COPY_BLOCK * 64, 0);

@@ -18,6 +18,7 @@ namespace tidemark {
 namespace {
 
 constexpr qsizetype LINE_CAPACITY = 256;
+constexpr qsizetype ASCII_STRETCH = 4096;
 
 bool isFixedByteOrder(StringEncoding encoding)
 {
@@ -165,6 +166,29 @@ std::optional<QString> TDFileReader::getNextLineWithEOLCharacters(bool keepEOLCh
 std::optional<LineBytes> TDFileReader::nextLineBytes(TDError &error)
 {
     return _unitSize == 1 ? _getNextLineMBCSWithError(error) : _getNextLineUCSWithError(error);
+}
+
+PassedLines TDFileReader::passAsciiLines(qint64 most)
+{
+    PassedLines passed;
+    if (_unitSize != 1 || !_converter || _converter->shape() != EncodingShape::AsciiBytes)
+        return passed;
+    // Little enough to look at in vain for each line of a text that isn't ASCII.
+    const QByteArrayView bytes = _readBuffer.atHand().first(qMin(_readBuffer.atHand().size(), ASCII_STRETCH));
+    if (!isAscii(bytes))
+        return passed;
+    while (passed.count < most) {
+        const QByteArrayView rest = bytes.sliced(passed.length);
+        const qsizetype end = indexOfLineEnd(rest);
+        // Whether an LF belongs to a CR at the end isn't known yet.
+        if (end < 0 || (rest[end] == '\r' && end + 1 == rest.size()))
+            break;
+        const bool isPair = rest[end] == '\r' && rest[end + 1] == '\n';
+        passed.length += end + (isPair ? 2 : 1);
+        ++passed.count;
+    }
+    _readBuffer.consume(passed.length);
+    return passed;
 }
 
 std::optional<QString> TDFileReader::decode(QByteArrayView bytes, TDError &error)

@@ -26,6 +26,13 @@ struct LineBytes
     int eolCount = 0;     ///< line-end characters at the end: 0, 1 or 2 (CR LF)
 };
 
+/// Whole lines that were passed over.
+struct PassedLines
+{
+    qint64 count = 0;
+    qsizetype length = 0; ///< bytes, line ends included
+};
+
 /// Opens one file, settles its encoding, and hands out its lines. A line ends at LF, at CR LF or at a CR that
 /// no LF follows; in UTF-16 and UTF-32 with a stated byte order whole units are looked at, otherwise bytes.
 /// Call closeFile() before destroying it. One thread at a time.
@@ -55,6 +62,8 @@ public:
 
     /// The same line before it is decoded; a partial unit at the end of a file is left out.
     std::optional<LineBytes> nextLineBytes(TDError &error);
+    /// Passes over lines that hold nothing but ASCII, at most so many, where that is quick; it may pass none.
+    PassedLines passAsciiLines(qint64 most);
     /// The text of a line's bytes; nothing, with error code 4, when the encoding doesn't allow them.
     std::optional<QString> decode(QByteArrayView bytes, TDError &error);
 

@@ -57,6 +57,11 @@ QByteArrayView TDReadBuffer::available(TDError &error)
     return QByteArrayView(_data.get() + _position, _size - _position);
 }
 
+QByteArrayView TDReadBuffer::atHand() const
+{
+    return _pushedBack.empty() ? QByteArrayView(_data.get() + _position, _size - _position) : QByteArrayView();
+}
+
 void TDReadBuffer::consume(qsizetype count)
 {
     if (_pushedBack.empty())

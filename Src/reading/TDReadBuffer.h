@@ -33,7 +33,9 @@ public:
     /// The bytes at hand, at least one, without taking them: empty at the end of the file (no error) or on a
     /// failure (error set). Valid until the next call of any other member but consume().
     QByteArrayView available(TDError &error);
-    /// Takes the first `count` bytes of what available() returned last.
+    /// The same without reading anything: may be empty anywhere.
+    QByteArrayView atHand() const;
+    /// Takes the first `count` bytes of what available() or atHand() returned last.
     void consume(qsizetype count);
 
     /// The byte will be the next one handed out; of several, the one pushed back last comes first.

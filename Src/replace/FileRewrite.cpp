@@ -9,10 +9,8 @@
 #include "replace/TDFileModifier.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tidemark {
 
@@ -20,17 +18,6 @@ namespace {
 
 /// New content up to this many bytes is held in memory from its check to its writing.
 constexpr qint64 LONGEST_CONTENT_HELD = 1 << 20;
-
-/// As far as it can be resolved: a path that leads nowhere stays as it is.
-FilePath resolvingSymlinks(const FilePath &path)
-{
-    char *resolved = ::realpath(path.cString(), nullptr);
-    if (resolved == nullptr)
-        return path;
-    const FilePath result((QByteArray(resolved)));
-    std::free(resolved);
-    return result;
-}
 
 /// A descriptor that is closed at the end, for paths on which closing can't lose anything.
 class ScopedDescriptor
@@ -59,9 +46,7 @@ int openForReading(const FilePath &path)
 } // namespace
 
 FileRewrite::FileRewrite(Request request) : _request(std::move(request)), _writtenEncoding(_request.encoding)
-{
-    _request.path = resolvingSymlinks(_request.path);
-}
+{}
 
 bool FileRewrite::prepare(Flush flush)
 {

@@ -22,7 +22,7 @@ class FileRewrite
 public:
     struct Request
     {
-        FilePath path;
+        FilePath path; ///< with links resolved
         std::optional<FileDate> originalFileModificationDate;
         LineChanges changes;
         StringEncoding encoding; ///< what the reader is given
@@ -55,8 +55,9 @@ public:
     bool isBackupKept() const { return _isBackupKept; }
     void setBackupKept(bool isKept) { _isBackupKept = isKept; }
 
-    /// With links resolved.
     const FilePath &path() const { return _request.path; }
+    /// The file system of the file, after prepare().
+    dev_t device() const { return _copied.device; }
     bool isBackupTransient() const { return _request.transientBackupFile; }
     /// Empty when there is none.
     const FilePath &backup() const { return _backup; }

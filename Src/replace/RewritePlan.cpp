@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <limits>
 #include <numeric>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -135,6 +136,19 @@ std::optional<LineBytes> RewritePlan::_nextLine(TDFileReader &reader, TDError &e
     return line;
 }
 
+/// Quickly, as far as that goes.
+void RewritePlan::_keepLinesBefore(qint64 lineNumber, TDFileReader &reader)
+{
+    if (_firstBytes.size() < CHECKED_FIRST_BYTES)
+        return;
+    PassedLines passed;
+    do {
+        passed = reader.passAsciiLines(lineNumber - 1 - _lineNumber);
+        _lineNumber += passed.count;
+        _keep(passed.length);
+    } while (passed.count > 0);
+}
+
 bool RewritePlan::_addLines(TDFileReader &reader, const LineChanges &changes, TDError &error)
 {
     auto next = changes.cbegin();
@@ -151,6 +165,8 @@ bool RewritePlan::_addLines(TDFileReader &reader, const LineChanges &changes, TD
                 return false;
         } else if (isValid(*reader.converter(), line->bytes)) {
             _keep(line->bytes.size());
+            _keepLinesBefore(next == changes.cend() ? std::numeric_limits<qint64>::max() : next->lineNumber,
+                             reader);
         } else {
             error = TDFileReader::encodingError(reader.stringEncoding());
             return false;

@@ -53,6 +53,7 @@ public:
 private:
     struct Place;
     std::optional<LineBytes> _nextLine(TDFileReader &reader, TDError &error);
+    void _keepLinesBefore(qint64 lineNumber, TDFileReader &reader);
     bool _addLines(TDFileReader &reader, const LineChanges &changes, TDError &error);
     bool _addChanges(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
     bool _accountsForEveryByte(int content, QByteArrayView mark) const;

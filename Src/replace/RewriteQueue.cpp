@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -17,8 +18,11 @@ namespace {
 
 constexpr qsizetype LARGEST_GROUP = 2048;
 constexpr qsizetype GROUP_GROWTH = 4;
+/// Smaller groups are waited for: the first files are done soon, and a stop right after them finds the rest
+/// untouched.
+constexpr size_t SMALLEST_OVERLAPPING_GROUP = 16;
 /// Backups take as much of the disk, new contents as much memory.
-constexpr qint64 MOST_BYTES_IN_GROUP = 128 << 20;
+constexpr qint64 MOST_BYTES_IN_GROUP = 64 << 20;
 constexpr size_t STEPS_AT_ONCE = 16;
 constexpr std::chrono::milliseconds TIME_BETWEEN_CALLS(10);
 
@@ -40,15 +44,16 @@ int flushFileSystemOf(const FilePath &path)
     return error;
 }
 
-/// One of the paths for each file system.
+/// One path on each file system that is to be flushed.
 class FileSystems
 {
 public:
+    void add(const FilePath &path, dev_t device) { _pathOnDevice.insert(device, path); }
     void add(const FilePath &path)
     {
         struct stat status;
         if (::stat(path.cString(), &status) == 0)
-            _pathOnDevice.insert(status.st_dev, path);
+            add(path, status.st_dev);
     }
     int flush() const
     {
@@ -65,7 +70,8 @@ private:
 } // namespace
 
 RewriteQueue::RewriteQueue(WhileWaiting whileWaiting)
-    : _whileWaiting(std::move(whileWaiting)), _threads(std::clamp(QThread::idealThreadCount(), 2, 8))
+    : _whileWaiting(std::move(whileWaiting)), _flushThread(1),
+      _threads(std::clamp(2 * QThread::idealThreadCount(), 4, 16)) // which wait for the disk half of the time
 {}
 
 RewriteQueue::~RewriteQueue()
@@ -75,11 +81,12 @@ RewriteQueue::~RewriteQueue()
 
 void RewriteQueue::add(FileRewrite::Request request, Done done)
 {
-    auto job = std::make_shared<Job>(Job{FileRewrite(std::move(request)), std::move(done)});
-    const FilePath path = job->rewrite.path();
+    request.path = _resolvedPaths.resolving(request.path);
+    const FilePath path = request.path;
     // The same file again: what was added before must be in it first.
-    if (_preparingPaths.contains(path))
+    if (_preparingPaths.contains(path) || _flushingPaths.contains(path))
         flush();
+    auto job = std::make_shared<Job>(Job{FileRewrite(std::move(request)), std::move(done)});
     _preparing.push_back(job);
     _preparingPaths.insert(path);
     struct stat status;
@@ -90,7 +97,7 @@ void RewriteQueue::add(FileRewrite::Request request, Done done)
         _preparedCount.add();
     });
     if (_isGroupFull())
-        flush();
+        _beginWriting();
 }
 
 bool RewriteQueue::_isGroupFull() const
@@ -101,45 +108,80 @@ bool RewriteQueue::_isGroupFull() const
 void RewriteQueue::_waitUntilPrepared()
 {
     _wait(_preparedCount, int(_preparing.size()));
-    _preparingPaths.clear();
     _preparingBytes = 0;
 }
 
 void RewriteQueue::flush()
 {
+    _beginWriting();
+    _endWriting();
+}
+
+/// The group that was being added goes to the disk.
+void RewriteQueue::_beginWriting()
+{
+    _endWriting();
     if (_preparing.empty())
         return;
     _waitUntilPrepared();
-    const Group group = std::exchange(_preparing, {});
+    _flushing = std::exchange(_preparing, {});
+    _flushingPaths = std::exchange(_preparingPaths, {});
+    _groupLimit = std::min(_groupLimit * GROUP_GROWTH, LARGEST_GROUP);
+    _beginFlush(_flushing);
+    const bool isDiskFull = std::any_of(_flushing.begin(), _flushing.end(),
+                                        [](const auto &job) { return job->rewrite.lacksBackup(); });
+    // On a full disk there may be no room for the backups of yet another group.
+    if (isDiskFull || _flushing.size() < SMALLEST_OVERLAPPING_GROUP)
+        _endWriting();
+}
+
+/// Writes the group that is on its way to the disk, once its backups are there.
+void RewriteQueue::_endWriting()
+{
+    if (_flushing.empty())
+        return;
+    const Group group = std::exchange(_flushing, {});
     _write(group);
     for (const auto &job : group) {
         // The backups of other files may have taken up the space.
         if (job->rewrite.lacksBackup())
             _writeAlone(job);
     }
+    _flushingPaths.clear();
     for (const auto &job : group)
         job->done(job->rewrite, job->isRewritten);
-    _groupLimit = std::min(_groupLimit * GROUP_GROWTH, LARGEST_GROUP);
 }
 
 void RewriteQueue::abandonWaiting()
 {
     _waitUntilPrepared();
-    for (const auto &job : std::exchange(_preparing, {}))
+    _preparingPaths.clear();
+    Group waiting = std::exchange(_preparing, {});
+    if (!_flushing.empty()) {
+        _endFlush();
+        _deleteBackupsOfWritten();
+        _flushingPaths.clear();
+        for (auto &job : std::exchange(_flushing, {}))
+            waiting.push_back(std::move(job));
+    }
+    for (const auto &job : waiting)
         job->rewrite.abandon();
 }
 
 QList<FilePath> RewriteQueue::finish()
 {
     flush();
-    if (!_written.empty())
-        _deleteBackupsOfWritten(_bringToDisk({}) == 0);
+    if (!_written.empty()) {
+        _beginFlush({});
+        _endFlush();
+        _deleteBackupsOfWritten();
+    }
     return std::exchange(_backupsLeft, {});
 }
 
-void RewriteQueue::_write(const Group &group)
+/// The backups of the group, and what was written before, on the way to the disk.
+void RewriteQueue::_beginFlush(const Group &group)
 {
-    Group prepared;
     std::vector<RewriteRecord::Entry> entries;
     for (const auto &job : group) {
         if (!job->isPrepared)
@@ -147,12 +189,33 @@ void RewriteQueue::_write(const Group &group)
         FileRewrite &rewrite = job->rewrite;
         rewrite.setBackupKept(TDFileModifier::keepsBackupOfFile(rewrite.path(), rewrite.isBackupTransient()));
         entries.push_back(rewrite.recordEntry());
-        prepared.push_back(job);
     }
-    if (prepared.empty())
-        return;
-    const int error = _bringToDisk(entries);
-    _deleteBackupsOfWritten(error == 0);
+    FileSystems fileSystems;
+    for (const auto &job : _written)
+        fileSystems.add(job->rewrite.path(), job->rewrite.device());
+    _flushThread.start([this, entries = std::move(entries), fileSystems = std::move(fileSystems)]() mutable {
+        if (RewriteRecord *record = RewriteRecord::current())
+            record->noteRewrites(entries);
+        for (const RewriteRecord::Entry &entry : entries)
+            fileSystems.add(entry.backup);
+        _flushError = FLUSH_OF_EACH_FILE == Flush::Yes ? 0 : fileSystems.flush();
+        _flushedCount.add();
+    });
+}
+
+void RewriteQueue::_endFlush()
+{
+    _wait(_flushedCount, 1);
+}
+
+void RewriteQueue::_write(const Group &group)
+{
+    _endFlush();
+    const int error = _flushError;
+    _deleteBackupsOfWritten();
+    Group prepared;
+    std::copy_if(group.begin(), group.end(), std::back_inserter(prepared),
+                 [](const auto &job) { return job->isPrepared; });
     _forEach(prepared, [error](Job &job) {
         if (error != 0)
             job.rewrite.refuse(error);
@@ -171,33 +234,19 @@ void RewriteQueue::_writeAlone(const std::shared_ptr<Job> &job)
 {
     if (_written.empty())
         return;
-    _deleteBackupsOfWritten(_bringToDisk({}) == 0);
+    _beginFlush({});
+    _endFlush();
+    _deleteBackupsOfWritten();
     _forEach({job}, [](Job &alone) { alone.isPrepared = alone.rewrite.prepare(FLUSH_OF_EACH_FILE); });
+    _beginFlush({job});
     _write({job});
 }
 
-int RewriteQueue::_bringToDisk(const std::vector<RewriteRecord::Entry> &prepared)
-{
-    int error = 0;
-    StepCounter done;
-    _threads.start([&] {
-        if (RewriteRecord *record = RewriteRecord::current())
-            record->noteRewrites(prepared);
-        FileSystems fileSystems;
-        for (const RewriteRecord::Entry &entry : prepared)
-            fileSystems.add(entry.backup);
-        for (const auto &job : _written)
-            fileSystems.add(job->rewrite.path());
-        error = FLUSH_OF_EACH_FILE == Flush::Yes ? 0 : fileSystems.flush();
-        done.add();
-    });
-    _wait(done, 1);
-    return error;
-}
-
-void RewriteQueue::_deleteBackupsOfWritten(bool isFlushed)
+/// After the flush of their contents; where that failed their backups stay.
+void RewriteQueue::_deleteBackupsOfWritten()
 {
     std::vector<FilePath> ended;
+    const bool isFlushed = _flushError == 0;
     _forEach(_written, [isFlushed](Job &job) { job.isRewritten = isFlushed && job.rewrite.finish(); });
     for (const auto &job : _written) {
         if (job->isRewritten || job->rewrite.isBackupKept())

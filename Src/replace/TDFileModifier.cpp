@@ -5,6 +5,7 @@
 #include "replace/FileCopy.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/FileRewrite.h"
+#include "replace/ResolvedPaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -81,7 +82,7 @@ std::unique_ptr<TDFileModifier> TDFileModifier::fileModifierWithFile(
     const FilePath &path, std::optional<FileDate> originalFileModificationDate, const MatchLines &matchLines,
     StringEncoding encoding, bool hadByteOrderMarker, bool transientBackupFile, TDError &error)
 {
-    FileRewrite rewrite({path, originalFileModificationDate, lineChangesOf(matchLines), encoding,
+    FileRewrite rewrite({ResolvedPaths().resolving(path), originalFileModificationDate, lineChangesOf(matchLines), encoding,
                          hadByteOrderMarker, transientBackupFile});
     const bool isDone = rewriteAtOnce(rewrite);
     error = rewrite.error();

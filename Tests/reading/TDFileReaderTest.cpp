@@ -9,6 +9,8 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <limits>
+#include <random>
 
 namespace tidemark::test {
 namespace {
@@ -145,6 +147,37 @@ TEST_F(TDFileReaderTest, CharactersAndLongLinesCrossTheBordersOfBlocks)
         EXPECT_TRUE(linesOf(file, TD_ENCODING_UTF8) ==
                     QStringList({QString::fromUtf8(line), QString(200000, u'y')}))
             << before;
+    }
+}
+
+TEST_F(TDFileReaderTest, LinesThatArePassedOverAreThoseThatWouldHaveBeenRead)
+{
+    std::mt19937 random(7);
+    QString text;
+    for (int line = 0; line < 20000; ++line) {
+        text += QString(qsizetype(random() % 16), u'x') + (random() % 500 == 0 ? u"\u00E9"_s : QString());
+        text += QStringList({u"\n"_s, u"\r\n"_s, u"\r"_s})[qsizetype(random() % 3)];
+    }
+    const QStringList lines = ExpectedLines(text).whole;
+    const FilePath file = folder.write("file", text.toLatin1());
+    for (const qint64 most : {qint64(1), qint64(7), std::numeric_limits<qint64>::max()}) {
+        TDError error;
+        const auto reader = TDFileReader::fileReaderWithFile(file, LATIN1, error);
+        qint64 passedCount = 0;
+        qint64 count = 0;
+        while (const auto line = reader->getNextLineWithEOLCharacters(true, error)) {
+            ASSERT_EQ(*line, lines.value(count));
+            const PassedLines passed = reader->passAsciiLines(most);
+            const QStringList expected = lines.mid(count + 1, passed.count);
+            ASSERT_EQ(passed.length, expected.join(QString()).size());
+            ASSERT_FALSE(expected.join(QString()).contains(u'\u00E9'));
+            ASSERT_LE(passed.count, most);
+            passedCount += passed.count;
+            count += 1 + passed.count;
+        }
+        EXPECT_EQ(count, lines.size());
+        EXPECT_GT(passedCount, most == 1 ? lines.size() / 3 : lines.size() / 2);
+        EXPECT_TRUE(reader->closeFile(error));
     }
 }
 

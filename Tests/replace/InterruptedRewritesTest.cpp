@@ -253,7 +253,8 @@ public:
     ssize_t write(int descriptor, const void *bytes, size_t count) override
     {
         // Of the record only the entries of coming rewrites have to be on the disk.
-        if (!QByteArrayView(static_cast<const char *>(bytes), qsizetype(count)).startsWith("end\t"))
+        const QByteArrayView text(static_cast<const char *>(bytes), qsizetype(count));
+        if (!text.startsWith("end\t") && !text.startsWith("backup\t"))
             _dirty(descriptor);
         return FileSystemCalls::write(descriptor, bytes, count);
     }
