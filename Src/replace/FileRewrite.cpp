@@ -51,8 +51,12 @@ FileRewrite::FileRewrite(Request request) : _request(std::move(request)), _writt
 bool FileRewrite::prepare(Flush flush)
 {
     _error.clear();
-    if (!TDFileModifier::fileExistsAtPath(path(), _error) ||
-        !TDFileModifier::fileIsWritableAtPath(path(), _error) || !_isUnmodified() || !_makeBackup(flush))
+    // What can be written exists.
+    if (!TDFileModifier::fileIsWritableAtPath(path(), _error)) {
+        (void)TDFileModifier::fileExistsAtPath(path(), _error);
+        return false;
+    }
+    if (!_isUnmodified() || !_makeBackup(flush))
         return false;
     if (_copied.date != _request.originalFileModificationDate)
         _error = fileModifiedError(path());

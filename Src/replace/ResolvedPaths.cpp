@@ -18,9 +18,17 @@ FilePath realPath(const FilePath &path)
     return result;
 }
 
-bool isFileName(const QByteArray &name)
+/// Whether a link at the end is the only thing left to be resolved once the folder is.
+bool endsWithName(const FilePath &path)
 {
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/');
+    const QByteArray name = path.lastPathComponent();
+    return !path.bytes().endsWith('/') && !name.isEmpty() && name != "." && name != "..";
+}
+
+bool isNoLink(const FilePath &path)
+{
+    char target = 0;
+    return ::readlink(path.cString(), &target, 1) < 0 && errno == EINVAL;
 }
 
 } // namespace
@@ -28,16 +36,19 @@ bool isFileName(const QByteArray &name)
 FilePath ResolvedPaths::resolving(const FilePath &path)
 {
     const FilePath folder = path.deletingLastPathComponent();
-    const QByteArray name = path.lastPathComponent();
-    if (folder.isEmpty() || path.bytes().endsWith('/') || !isFileName(name))
+    if (folder.isEmpty() || !endsWithName(path))
         return realPath(path);
-    auto place = _folders.find(folder);
-    if (place == _folders.end())
-        place = _folders.insert(folder, realPath(folder));
-    const FilePath resolved = place->appendingPathComponent(name);
-    char target = 0;
-    const bool isPlain = ::readlink(resolved.cString(), &target, 1) < 0 && errno == EINVAL;
-    return isPlain ? resolved : realPath(path);
+    const FilePath resolved = _resolvingFolder(folder).appendingPathComponent(path.lastPathComponent());
+    return isNoLink(resolved) ? resolved : realPath(path);
+}
+
+FilePath ResolvedPaths::_resolvingFolder(const FilePath &folder)
+{
+    if (const auto place = _folders.constFind(folder); place != _folders.cend())
+        return *place;
+    const FilePath resolved = resolving(folder);
+    _folders.insert(folder, resolved);
+    return resolved;
 }
 
 } // namespace tidemark

@@ -15,6 +15,8 @@ public:
     FilePath resolving(const FilePath &path);
 
 private:
+    FilePath _resolvingFolder(const FilePath &folder);
+
     QHash<FilePath, FilePath> _folders;
 };
 
