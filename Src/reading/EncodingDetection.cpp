@@ -11,6 +11,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tidemark {
 
@@ -114,19 +115,30 @@ QByteArray narrowed(const std::wstring &text)
     return bytes;
 }
 
+template <typename Unit>
+std::vector<boost::wregex> expressionsInUnits(TextConverter &converter)
+{
+    std::vector<boost::wregex> expressions;
+    for (const char *pattern : DECLARATION_PATTERNS) {
+        boost::wregex expression;
+        expression.imbue(std::locale::classic());
+        if (const std::optional<QByteArray> bytes = converter.encode(QString::fromLatin1(pattern)))
+            expression.assign(widened<Unit>(*bytes), boost::wregex::perl | boost::wregex::icase);
+        expressions.push_back(expression);
+    }
+    return expressions;
+}
+
 /// Both patterns given in `tried`, looked for in the bytes taken as units of that width. As the units aren't
 /// swapped, a pattern given in the other byte order has no special characters: it only finds itself.
-template <typename Unit>
-StringEncoding detectEncoding(QByteArrayView bytes, StringEncoding tried)
+template <typename Unit, StringEncoding tried>
+StringEncoding detectEncoding(QByteArrayView bytes)
 {
-    const std::wstring text = widened<Unit>(bytes);
     const auto converter = TextConverter::converterForEncoding(tried);
-    for (const char *pattern : DECLARATION_PATTERNS) {
+    static const std::vector<boost::wregex> expressions = expressionsInUnits<Unit>(*converter);
+    const std::wstring text = widened<Unit>(bytes);
+    for (const boost::wregex &expression : expressions) {
         try {
-            const std::optional<QByteArray> patternBytes = converter->encode(QString::fromLatin1(pattern));
-            boost::wregex expression;
-            expression.imbue(std::locale::classic());
-            expression.assign(widened<Unit>(*patternBytes), boost::wregex::perl | boost::wregex::icase);
             boost::wsmatch match;
             if (!boost::regex_search(text, match, expression, SEARCH_FLAGS))
                 continue;
@@ -144,13 +156,13 @@ StringEncoding detectEncoding(QByteArrayView bytes, StringEncoding tried)
 
 StringEncoding declaredEncodingInUnits(QByteArrayView bytes)
 {
-    StringEncoding encoding = detectEncoding<std::uint16_t>(bytes, TD_ENCODING_UTF16_LITTLE_ENDIAN);
+    StringEncoding encoding = detectEncoding<std::uint16_t, TD_ENCODING_UTF16_LITTLE_ENDIAN>(bytes);
     if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
-        encoding = detectEncoding<std::uint16_t>(bytes, TD_ENCODING_UTF16_BIG_ENDIAN);
+        encoding = detectEncoding<std::uint16_t, TD_ENCODING_UTF16_BIG_ENDIAN>(bytes);
     if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
-        encoding = detectEncoding<std::uint32_t>(bytes, TD_ENCODING_UTF32_LITTLE_ENDIAN);
+        encoding = detectEncoding<std::uint32_t, TD_ENCODING_UTF32_LITTLE_ENDIAN>(bytes);
     if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
-        encoding = detectEncoding<std::uint32_t>(bytes, TD_ENCODING_UTF32_BIG_ENDIAN);
+        encoding = detectEncoding<std::uint32_t, TD_ENCODING_UTF32_BIG_ENDIAN>(bytes);
     return encoding;
 }
 

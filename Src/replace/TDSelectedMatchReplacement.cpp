@@ -10,6 +10,7 @@ namespace tidemark {
 namespace {
 
 constexpr qsizetype LONGEST_FILE_LIST = 1001;
+constexpr qsizetype LINES_BETWEEN_EVENTS = 256;
 
 } // namespace
 
@@ -82,6 +83,8 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
 bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResultItem> &item)
 {
     TDMatchLine &line = *item->matchLine();
+    if (_current->items.size() % LINES_BETWEEN_EVENTS == LINES_BETWEEN_EVENTS - 1 && _betweenFiles)
+        _betweenFiles(_filesDone);
     _current->items << item;
     _current->savedLines << SavedMatchLine(line);
     const ReplacedMatches done = replaceMatches(

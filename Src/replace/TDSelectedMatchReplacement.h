@@ -30,8 +30,8 @@ public:
         TDError error;
     };
 
-    /// Called between two files, and while the disk is waited for, with the number of files done; may deliver
-    /// events.
+    /// Called between two files, now and then within a long one, and while the disk is waited for, with the
+    /// number of files done; may deliver events.
     using BetweenFiles = std::function<void(quint64 filesDone)>;
 
     /// `stopReplace` is looked at before every line and every match.
