@@ -69,8 +69,8 @@ private:
 
 } // namespace
 
-RewriteQueue::RewriteQueue(WhileWaiting whileWaiting)
-    : _whileWaiting(std::move(whileWaiting)), _flushThread(1),
+RewriteQueue::RewriteQueue(WhileWaiting whileWaiting, IsStopped isStopped)
+    : _whileWaiting(std::move(whileWaiting)), _isStopped(std::move(isStopped)), _flushThread(1),
       _threads(std::clamp(2 * QThread::idealThreadCount(), 4, 16)) // which wait for the disk half of the time
 {}
 
@@ -140,6 +140,11 @@ void RewriteQueue::_endWriting()
 {
     if (_flushing.empty())
         return;
+    _endFlush();
+    if (_isStopped && _isStopped()) {
+        _abandonFlushing();
+        return;
+    }
     const Group group = std::exchange(_flushing, {});
     _write(group);
     for (const auto &job : group) {
@@ -152,20 +157,23 @@ void RewriteQueue::_endWriting()
         job->done(job->rewrite, job->isRewritten);
 }
 
+void RewriteQueue::_abandonFlushing()
+{
+    for (const auto &job : std::exchange(_flushing, {}))
+        job->rewrite.abandon();
+    _flushingPaths.clear();
+}
+
 void RewriteQueue::abandonWaiting()
 {
     _waitUntilPrepared();
+    for (const auto &job : std::exchange(_preparing, {}))
+        job->rewrite.abandon();
     _preparingPaths.clear();
-    Group waiting = std::exchange(_preparing, {});
     if (!_flushing.empty()) {
         _endFlush();
-        _deleteBackupsOfWritten();
-        _flushingPaths.clear();
-        for (auto &job : std::exchange(_flushing, {}))
-            waiting.push_back(std::move(job));
+        _abandonFlushing();
     }
-    for (const auto &job : waiting)
-        job->rewrite.abandon();
 }
 
 QList<FilePath> RewriteQueue::finish()
@@ -174,7 +182,6 @@ QList<FilePath> RewriteQueue::finish()
     if (!_written.empty()) {
         _beginFlush({});
         _endFlush();
-        _deleteBackupsOfWritten();
     }
     return std::exchange(_backupsLeft, {});
 }
@@ -206,13 +213,12 @@ void RewriteQueue::_beginFlush(const Group &group)
 void RewriteQueue::_endFlush()
 {
     _wait(_flushedCount, 1);
+    _deleteBackupsOfWritten();
 }
 
 void RewriteQueue::_write(const Group &group)
 {
-    _endFlush();
     const int error = _flushError;
-    _deleteBackupsOfWritten();
     Group prepared;
     std::copy_if(group.begin(), group.end(), std::back_inserter(prepared),
                  [](const auto &job) { return job->isPrepared; });
@@ -236,13 +242,13 @@ void RewriteQueue::_writeAlone(const std::shared_ptr<Job> &job)
         return;
     _beginFlush({});
     _endFlush();
-    _deleteBackupsOfWritten();
     _forEach({job}, [](Job &alone) { alone.isPrepared = alone.rewrite.prepare(FLUSH_OF_EACH_FILE); });
     _beginFlush({job});
+    _endFlush();
     _write({job});
 }
 
-/// After the flush of their contents; where that failed their backups stay.
+/// After the flush of their contents; where that failed the backups stay.
 void RewriteQueue::_deleteBackupsOfWritten()
 {
     std::vector<FilePath> ended;

@@ -27,7 +27,11 @@ public:
     /// Called again and again while the queue waits for other threads; may deliver events.
     using WhileWaiting = std::function<void()>;
 
-    explicit RewriteQueue(WhileWaiting whileWaiting = {});
+    /// Looked at before a group is written: true leaves the files that wait as they are, and `done` isn't
+    /// called for them.
+    using IsStopped = std::function<bool()>;
+
+    explicit RewriteQueue(WhileWaiting whileWaiting = {}, IsStopped isStopped = {});
     /// Finishes what is left.
     ~RewriteQueue();
     RewriteQueue(const RewriteQueue &) = delete;
@@ -38,7 +42,7 @@ public:
     void add(FileRewrite::Request request, Done done);
     /// Writes the files that were added so far.
     void flush();
-    /// Leaves those that aren't written as they are; `done` isn't called for them.
+    /// Leaves those that aren't written as they are, as with a stop.
     void abandonWaiting();
     /// Writes what is left and deletes the last backups. Returns the files whose backup is still there
     /// although it shouldn't, because flushing or deleting it failed; their new content is in place.
@@ -59,6 +63,7 @@ private:
     void _waitUntilPrepared();
     void _beginWriting();
     void _endWriting();
+    void _abandonFlushing();
     void _write(const Group &group);
     void _writeAlone(const std::shared_ptr<Job> &job);
     void _beginFlush(const Group &prepared);
@@ -68,6 +73,7 @@ private:
     void _wait(StepCounter &steps, int count);
 
     WhileWaiting _whileWaiting;
+    IsStopped _isStopped;
     ResolvedPaths _resolvedPaths;
 
     Group _preparing;

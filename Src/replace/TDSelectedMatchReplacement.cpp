@@ -40,10 +40,11 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
 {
     _outcome = {};
     _current = std::make_shared<ChangedFile>();
-    _queue = std::make_unique<RewriteQueue>([this] {
+    const auto whileWaiting = [this] {
         if (_betweenFiles)
             _betweenFiles(_filesDone);
-    });
+    };
+    _queue = std::make_unique<RewriteQueue>(whileWaiting, [this] { return _stopReplace.load(); });
     _replaceInObjects(selectedObjects);
     _outcome.failedPaths << _queue->finish();
     if (_outcome.error.isNull() && !_outcome.failedPaths.isEmpty())
@@ -65,16 +66,16 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
             break;
         if (!_replaceInLine(item)) {
             _queue->flush();
+            _abandonWaitingFiles();
             return;
         }
     }
-    _outcome.stopped = _stopReplace;
-    if (_outcome.stopped) {
-        _abandonWaitingFiles();
-    } else {
+    if (!_stopReplace) {
         _saveCurrentFile();
         _queue->flush();
     }
+    _outcome.stopped = _stopReplace;
+    _abandonWaitingFiles();
     // Only the last file's ranges are cleared; ranges that cover an empty replacement elsewhere stay.
     if (!_current->hasFailed && _lastReplacementLength == 0)
         _clearRangesOfCurrentFile();
@@ -138,11 +139,14 @@ void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRew
         _betweenFiles(_filesDone);
 }
 
+/// Those that a stop left.
 void TDSelectedMatchReplacement::_abandonWaitingFiles()
 {
     _queue->abandonWaiting();
-    for (const auto &changed : std::as_const(_waitingFiles))
+    for (const auto &changed : std::as_const(_waitingFiles)) {
+        changed->hasFailed = true;
         changed->restoreLines();
+    }
     _waitingFiles.clear();
 }
 

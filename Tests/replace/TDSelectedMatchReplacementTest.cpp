@@ -162,6 +162,32 @@ TEST_F(TDSelectedMatchReplacementTest, AStopBetweenFilesLeavesTheOthersAsTheyAre
     EXPECT_EQ(_folder.read("c.txt"), "left\n");
 }
 
+TEST_F(TDSelectedMatchReplacementTest, AStopWhileTheLastGroupGoesToTheDiskLeavesItAsItWas)
+{
+    // Groups begin with one file and four, so two are left for the third.
+    for (const char *name : {"a", "b", "c", "d", "e", "f", "g"})
+        _folder.write(QByteArray(name) + ".txt", "x--\n");
+    const FindResultItems files = search(_folder.path(), u"x"_s);
+    struct StoppingCalls : UnflushedCalls
+    {
+        explicit StoppingCalls(std::atomic<bool> &stopped) : stop(stopped) { setCurrent(this); }
+        ~StoppingCalls() override { setCurrent(nullptr); }
+        int syncFileSystem(int) override { return (stop = ++flushes == 3, 0); }
+        std::atomic<bool> &stop;
+        int flushes = 0;
+    } const calls(_stop);
+    const Outcome outcome = run(matchLinesOf(files), u"x"_s, QString());
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_EQ(outcome.filesRewritten, 5U);
+    EXPECT_EQ(_folder.read("e.txt"), "--\n");
+    EXPECT_EQ(_folder.read("f.txt"), "x--\n");
+    for (const qsizetype index : {5, 6}) {
+        EXPECT_EQ(lineOf(files[index]).matchLineString(), u"x--\n"_s);
+        EXPECT_EQ(lineOf(files[index]).matchRanges().size(), 1);
+    }
+    EXPECT_EQ(backupNames(_folder).size(), 5);
+}
+
 TEST_F(TDSelectedMatchReplacementTest, AFaultyReplacementEndsTheRunWithTheFileInHandUnsaved)
 {
     setMode(SearchMode::RegularExpression);

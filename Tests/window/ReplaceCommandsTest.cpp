@@ -1,11 +1,13 @@
 #include "support/gui/OpenWindow.h"
 
+#include "foundation/FileSystemCalls.h"
 #include "window/ErrorSheet.h"
 #include "window/ResultsTreeModel.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QSignalSpy>
+#include <QThread>
 
 namespace tidemark::test {
 
@@ -138,10 +140,19 @@ TEST_F(ReplaceCommandsTest, ReplaceSelectionAsksUntilToldNotTo)
     EXPECT_EQ(contents(), Contents({"foo foo\nx\nbar\n", "a bar b\r\n", "a foo"}));
 }
 
+/// Long enough for events to be delivered while each group of files goes to the disk.
+struct SlowDisk : FileSystemCalls
+{
+    SlowDisk() { setCurrent(this); }
+    ~SlowDisk() override { setCurrent(nullptr); }
+    int syncFileSystem(int) override { return (QThread::msleep(120), 0); }
+};
+
 TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
 {
-    constexpr int FILE_COUNT = 100;
+    constexpr int FILE_COUNT = 40;
     open(Contents(FILE_COUNT, "foo\n"));
+    const SlowDisk disk;
     QSignalSpy shownAnew(window->outline()->model(), &QAbstractItemModel::dataChanged);
     quint64 shownDone = 0;
     QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done, quint64 count) {
