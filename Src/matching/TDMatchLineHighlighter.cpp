@@ -4,10 +4,62 @@
 #include "foundation/CharacterSets.h"
 #include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
+#include "matching/LineSearchThread.h"
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
 
 namespace tidemark {
+
+namespace {
+
+/// Behind so many bytes a file gets a second thread.
+constexpr qint64 LARGE_FILE = 8 << 20;
+
+/// Passes the lines of blocks on to the thread that searches them.
+class LineChooser
+{
+public:
+    LineChooser(SearchContext &context, LineSearchThread &thread) : _context(context), _thread(thread) {}
+
+    /// The line number becomes that of the next block.
+    void addBlock(QByteArrayView block, qint64 &lineNumber)
+    {
+        std::vector<LineSpan> &candidates = _context.candidates();
+        candidates.clear();
+        LinePrefilter::Scanner *scanner = _context.scanner();
+        if (scanner == nullptr || !scanner->candidateLines(block, candidates)) {
+            passOn();
+            _thread.add({{block.begin(), block.end()}, {}, {lineNumber}});
+            lineNumber += countLineEnds(block);
+            return;
+        }
+        qsizetype counted = 0;
+        for (const LineSpan &line : candidates) {
+            lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
+            counted = line.start;
+            _batch.add(block.sliced(line.start, line.end - line.start), lineNumber);
+        }
+        lineNumber += countLineEnds(block.sliced(counted));
+        if (_batch.bytes.size() > BYTES_IN_BATCH)
+            passOn();
+    }
+
+    /// What hasn't been yet.
+    void passOn()
+    {
+        if (!_batch.lines.empty())
+            _thread.add(std::exchange(_batch, {}));
+    }
+
+private:
+    static constexpr size_t BYTES_IN_BATCH = 1 << 16;
+
+    SearchContext &_context;
+    LineSearchThread &_thread;
+    LineBatch _batch;
+};
+
+} // namespace
 
 bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                                              bool ignoreCase, const QString &matchPattern)
@@ -47,11 +99,6 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     return true;
 }
 
-bool TDMatchLineHighlighter::_hasExcessiveMatch(SearchContext &context) const
-{
-    return _hasExcessiveLines && !context.foundLines().isEmpty();
-}
-
 bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
                                              SearchContext &context)
 {
@@ -62,6 +109,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     _matchLines.clear();
     context.foundLines().clear();
     _hasExcessiveLines = false;
+    _hasFound = false;
 
     try {
         _searchLines(*reader, context, error);
@@ -72,7 +120,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     }
     const bool isExpressionFault =
         error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR);
-    if (!isExpressionFault && _hasExcessiveMatch(context))
+    if (!isExpressionFault && _hasExcessiveMatch())
         error = TDFileReader::excessiveLineError(file.path);
     TDError closingError;
     const bool closed = reader->closeFile(closingError);
@@ -122,20 +170,62 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
         return BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
     _hasExcessiveLines = false;
+    _hasFound = false;
+    std::atomic<bool> hasFailed = false;
+    const auto searchBatch = [&](const LineBatch &batch) {
+        const StopScope scope(&_shouldStop, _searchShouldStop);
+        try {
+            if (!hasFailed)
+                _searchBatch(batch, error, context);
+        } catch (const WorkStopped &) {
+            return; // the reading thread sees the same flags
+        }
+        hasFailed = hasFailed || error;
+    };
+    std::unique_ptr<LineSearchThread> searchThread;
+    std::optional<LineChooser> chooser;
     qint64 lineNumber = 1;
+    qint64 bytesRead = 0;
     QByteArrayView block;
     Outcome outcome = Outcome::Block;
-    while (!shouldStop() && !_hasExcessiveMatch(context) &&
+    while (!shouldStop() && !hasFailed && !_hasExcessiveMatch() &&
            (outcome = reader.nextBlock(block)) == Outcome::Block) {
         // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
         _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
-        _searchBlock(block, lineNumber, error, context);
-        if (error)
-            return BlockSearch::Done;
+        bytesRead += block.size();
+        if (!searchThread && bytesRead > LARGE_FILE) {
+            searchThread = std::make_unique<LineSearchThread>(searchBatch);
+            chooser.emplace(context, *searchThread);
+        }
+        if (chooser) {
+            chooser->addBlock(block, lineNumber);
+        } else {
+            _searchBlock(block, lineNumber, error, context);
+            hasFailed = !error.isNull();
+        }
     }
-    const bool isInDoubt = _hasExcessiveMatch(context) && !shouldStop();
+    if (chooser)
+        chooser->passOn();
+    searchThread.reset();
+    if (error)
+        return BlockSearch::Done;
+    const bool isInDoubt = _hasExcessiveMatch() && !shouldStop();
     return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
                                                             : BlockSearch::Done;
+}
+
+void TDMatchLineHighlighter::_searchBatch(const LineBatch &batch, TDError &error, SearchContext &context)
+{
+    const QByteArrayView bytes(batch.bytes.data(), qsizetype(batch.bytes.size()));
+    if (batch.lines.empty() && !bytes.isEmpty()) {
+        qint64 lineNumber = batch.lineNumbers.front();
+        _searchEveryLine(bytes, lineNumber, error, context);
+    }
+    for (size_t index = 0; index < batch.lines.size() && !error && !shouldStop(); ++index) {
+        const LineSpan &line = batch.lines[index];
+        _searchLineBytes(bytes.sliced(line.start, line.end - line.start), batch.lineNumbers[index], context,
+                         error);
+    }
 }
 
 void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error,
@@ -209,9 +299,10 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
         const TextRange found = search.firstRange({start, end - start}, error);
         if (error || !found.isFound())
             return;
-        if (!_hasExcessiveMatch(context)) {
+        if (!_hasExcessiveMatch()) {
             if (std::exchange(isFirst, false))
                 _addLine(line, bytes, lineNumber, context);
+            _hasFound = true;
             context.foundLines().addRange(found);
         } else if (!bytes.isNull()) {
             // The line reader, which decides whether a line is too long, searches it all again.

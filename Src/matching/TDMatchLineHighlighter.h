@@ -14,8 +14,10 @@
 
 namespace tidemark {
 
+class LineSearchThread;
 class SearchContext;
 class TDFileReader;
+struct LineBatch;
 
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
 inline constexpr qsizetype TD_LONGEST_LINE = 25000;
@@ -66,21 +68,24 @@ private:
     BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error,
                               SearchContext &context);
     void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
+    void _searchBatch(const LineBatch &batch, TDError &error, SearchContext &context);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
     static void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
     void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
                      TDError &error);
 
-    /// Its first match and its long lines are enough to report the file, so no more matches are kept.
-    bool _hasExcessiveMatch(SearchContext &context) const;
+    /// The file's first match and its long lines are enough to report the file, so no more matches are kept.
+    bool _hasExcessiveMatch() const { return _hasExcessiveLines && _hasFound; }
 
     MatchLines _matchLines;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
     std::optional<FileDate> _modificationDate;
     bool _includesBOM = false;
-    bool _hasExcessiveLines = false;
+    // Looked at by both threads of a large file.
+    std::atomic<bool> _hasExcessiveLines = false;
+    std::atomic<bool> _hasFound = false;
 };
 
 } // namespace tidemark

@@ -92,6 +92,29 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
     }
 }
 
+TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
+{
+    std::mt19937 random(3);
+    QByteArray content;
+    while (content.size() < 10'000'000) {
+        content += random() % 50 == 0 ? "tide é" : "eb b, flo w ";
+        content += QByteArrayList({"\n", "\r", "\r\n", " ", " "})[qsizetype(random() % 5)];
+    }
+    const QByteArrayList ends = {"tide", "\nno text: \xFF\n", "\n" + QByteArray(25'001, 'y') + "\ntide\n"};
+    // Chosen lines, every line, an expression at fault.
+    for (const auto &[findText, isExpression] :
+         {std::pair(u"tide"_s, false), {u"b+"_s, true}, {u"("_s, true}}) {
+        setMode(isExpression);
+        const TDFindPattern pattern(findText, CaseRule::Ignore);
+        SearchContext context(pattern);
+        for (const QByteArray &end : ends) {
+            const FilePath path = folder.write("file", content + end);
+            ASSERT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context))
+                << findText.toStdString();
+        }
+    }
+}
+
 TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInEveryEncoding)
 {
     const TDFindPattern pattern(QStringLiteral("e"), CaseRule::Ignore);
