@@ -2,6 +2,8 @@
 
 #include "foundation/TextEncoding.h"
 
+#include <QThreadPool>
+
 namespace tidemark {
 
 namespace {
@@ -10,8 +12,16 @@ namespace {
 /// copied into blocks of the right size while it is in the cache.
 constexpr size_t MOST_LINES = 2048;
 constexpr size_t MOST_BYTES = 1 << 17;
+/// So many are gone within a few milliseconds.
+constexpr qsizetype LINES_RELEASED_AT_ONCE = 30000;
 
 } // namespace
+
+void releaseLines(MatchLines lines)
+{
+    if (lines.size() > LINES_RELEASED_AT_ONCE)
+        QThreadPool::globalInstance()->start([released = std::move(lines)]() mutable { released.clear(); });
+}
 
 struct FoundLines::Block
 {
@@ -28,7 +38,7 @@ void FoundLines::clear()
     _texts.clear();
     _ranges.clear();
     _otherTexts.clear();
-    _done = {};
+    releaseLines(std::exchange(_done, {}));
 }
 
 void FoundLines::addLine(qint64 lineNumber, QStringView text, QByteArrayView bytes)

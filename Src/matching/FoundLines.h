@@ -15,6 +15,9 @@ namespace tidemark {
 
 using MatchLines = QList<std::shared_ptr<TDMatchLine>>;
 
+/// Gives up lines, without waiting until they are gone where they are many.
+void releaseLines(MatchLines lines);
+
 /// Collects the lines of a file in which something was found and makes match lines of them. These lie side by
 /// side, a few thousand in one piece of memory with their texts and ranges, which lives as long as one of
 /// them; a line costs no allocation of its own. Meant to be used for file after file.

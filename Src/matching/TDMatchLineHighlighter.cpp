@@ -96,6 +96,7 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     } catch (const WorkStopped &) {
         context.reader().close();
     }
+    context.foundLines().clear();
     return true;
 }
 

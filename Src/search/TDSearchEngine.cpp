@@ -226,6 +226,10 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
             return nullptr;
         return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, *highlighter), error);
     }
+    if (_shouldStopSearch) {
+        releaseLines(highlighter->matchLines());
+        highlighter->setMatchLines({});
+    }
     if (highlighter->matchLines().isEmpty())
         return nullptr;
 
