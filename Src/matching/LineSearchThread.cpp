@@ -4,7 +4,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr size_t MOST_BATCHES_WAITING = 16;
+constexpr size_t MOST_BYTES_WAITING = 1 << 22;
 
 } // namespace
 
@@ -31,7 +31,8 @@ LineSearchThread::~LineSearchThread()
 void LineSearchThread::add(LineBatch batch)
 {
     std::unique_lock lock(_mutex);
-    _changed.wait(lock, [this] { return _waiting.size() < MOST_BATCHES_WAITING; });
+    _changed.wait(lock, [this] { return _bytesWaiting < MOST_BYTES_WAITING; });
+    _bytesWaiting += batch.bytes.size();
     _waiting.push_back(std::move(batch));
     _changed.notify_all();
 }
@@ -45,6 +46,7 @@ void LineSearchThread::_run()
             return;
         const LineBatch batch = std::move(_waiting.front());
         _waiting.pop_front();
+        _bytesWaiting -= batch.bytes.size();
         _changed.notify_all();
         lock.unlock();
         _search(batch);

@@ -37,7 +37,7 @@ public:
     LineSearchThread(const LineSearchThread &) = delete;
     LineSearchThread &operator=(const LineSearchThread &) = delete;
 
-    /// Waits while too much is waiting.
+    /// Waits while much is waiting.
     void add(LineBatch batch);
 
 private:
@@ -47,6 +47,7 @@ private:
     std::mutex _mutex;
     std::condition_variable _changed;
     std::deque<LineBatch> _waiting;
+    size_t _bytesWaiting = 0; ///< in `_waiting`
     bool _isEnding = false;
     std::thread _thread;
 };

@@ -14,7 +14,6 @@
 
 namespace tidemark {
 
-class LineSearchThread;
 class SearchContext;
 class TDFileReader;
 struct LineBatch;
