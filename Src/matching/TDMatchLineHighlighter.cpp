@@ -4,9 +4,13 @@
 #include "foundation/CharacterSets.h"
 #include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
-#include "matching/LineSearchThread.h"
+#include "foundation/WorkerThreads.h"
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
+
+#include <QSemaphore>
+
+#include <functional>
 
 namespace tidemark {
 
@@ -15,51 +19,99 @@ namespace {
 /// Behind so many bytes a file gets a second thread.
 constexpr qint64 LARGE_FILE = 8 << 20;
 
-/// Passes the lines of blocks on to the thread that searches them.
-class LineChooser
+/// Hands over the lines of the block that may match, until it is told false, and makes the line number that of
+/// the next block. False, with nothing done, when every line has to be searched.
+template <typename Handle>
+bool forEachCandidate(QByteArrayView block, qint64 &lineNumber, SearchContext &context, Handle handle)
+{
+    std::vector<LineSpan> &candidates = context.candidates();
+    candidates.clear();
+    LinePrefilter::Scanner *scanner = context.scanner();
+    if (scanner == nullptr || !scanner->candidateLines(block, candidates))
+        return false;
+    qsizetype counted = 0;
+    for (const LineSpan &line : candidates) {
+        lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
+        counted = line.start;
+        if (!handle(block.sliced(line.start, line.end - line.start)))
+            return true;
+    }
+    if (!context.reader().isAtEnd())
+        lineNumber += countLineEnds(block.sliced(counted));
+    return true;
+}
+
+} // namespace
+
+/// Lines of a large file, copied out of its blocks.
+struct TDMatchLineHighlighter::LineBatch
+{
+    std::vector<char> bytes;
+    /// In `bytes`, with their numbers.
+    std::vector<std::pair<LineSpan, qint64>> lines;
+    /// Where there are none of these, every line of `bytes` is to be searched; the number of the first one.
+    qint64 firstLineNumber = 0;
+
+    void add(QByteArrayView line, qint64 lineNumber)
+    {
+        const auto start = qsizetype(bytes.size());
+        bytes.insert(bytes.end(), line.begin(), line.end());
+        lines.emplace_back(LineSpan{start, start + line.size()}, lineNumber);
+    }
+};
+
+/// Chooses lines of a large file's blocks, which are searched on a second thread in the same order.
+class TDMatchLineHighlighter::SecondThread
 {
 public:
-    LineChooser(SearchContext &context, LineSearchThread &thread) : _context(context), _thread(thread) {}
+    /// Must not throw.
+    using Search = std::function<void(const LineBatch &)>;
+
+    SecondThread(SearchContext &context, Search search) : _context(context), _search(std::move(search)) {}
 
     /// The line number becomes that of the next block.
     void addBlock(QByteArrayView block, qint64 &lineNumber)
     {
-        std::vector<LineSpan> &candidates = _context.candidates();
-        candidates.clear();
-        LinePrefilter::Scanner *scanner = _context.scanner();
-        if (scanner == nullptr || !scanner->candidateLines(block, candidates)) {
+        const bool isChosen = forEachCandidate(block, lineNumber, _context, [&](QByteArrayView line) {
+            _chosen.add(line, lineNumber);
+            return true;
+        });
+        if (!isChosen || _chosen.bytes.size() > BYTES_IN_BATCH)
             passOn();
-            _thread.add({{block.begin(), block.end()}, {}, {lineNumber}});
+        if (!isChosen) {
+            _start({{block.begin(), block.end()}, {}, lineNumber});
             lineNumber += countLineEnds(block);
-            return;
         }
-        qsizetype counted = 0;
-        for (const LineSpan &line : candidates) {
-            lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
-            counted = line.start;
-            _batch.add(block.sliced(line.start, line.end - line.start), lineNumber);
-        }
-        lineNumber += countLineEnds(block.sliced(counted));
-        if (_batch.bytes.size() > BYTES_IN_BATCH)
-            passOn();
     }
 
-    /// What hasn't been yet.
+    /// What was chosen and hasn't been passed on.
     void passOn()
     {
-        if (!_batch.lines.empty())
-            _thread.add(std::exchange(_batch, {}));
+        if (!_chosen.lines.empty())
+            _start(std::exchange(_chosen, {}));
     }
 
 private:
+    /// Waits while much is waiting.
+    void _start(LineBatch batch)
+    {
+        const int room = int(qMin(batch.bytes.size(), size_t(MOST_BYTES_WAITING)));
+        _room.acquire(room);
+        _thread.start([this, room, batch = std::move(batch)] {
+            _search(batch);
+            _room.release(room);
+        });
+    }
+
     static constexpr size_t BYTES_IN_BATCH = 1 << 16;
+    static constexpr int MOST_BYTES_WAITING = 1 << 22;
 
     SearchContext &_context;
-    LineSearchThread &_thread;
-    LineBatch _batch;
+    Search _search;
+    LineBatch _chosen;
+    QSemaphore _room{MOST_BYTES_WAITING};
+    WorkerThreads _thread{1}; ///< ends first
 };
-
-} // namespace
 
 bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                                              bool ignoreCase, const QString &matchPattern)
@@ -91,12 +143,13 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
             return _processByLines(file, encoding, error, context);
         if (error)
             return false;
-        if (!shouldStop())
-            _matchLines = context.foundLines().take();
     } catch (const WorkStopped &) {
         context.reader().close();
     }
-    context.foundLines().clear();
+    if (shouldStop())
+        context.foundLines().clear();
+    else
+        _matchLines = context.foundLines().take();
     return true;
 }
 
@@ -183,8 +236,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
         }
         hasFailed = hasFailed || error;
     };
-    std::unique_ptr<LineSearchThread> searchThread;
-    std::optional<LineChooser> chooser;
+    std::optional<SecondThread> secondThread;
     qint64 lineNumber = 1;
     qint64 bytesRead = 0;
     QByteArrayView block;
@@ -194,20 +246,18 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
         // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
         _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
         bytesRead += block.size();
-        if (!searchThread && bytesRead > LARGE_FILE) {
-            searchThread = std::make_unique<LineSearchThread>(searchBatch);
-            chooser.emplace(context, *searchThread);
-        }
-        if (chooser) {
-            chooser->addBlock(block, lineNumber);
+        if (!secondThread && bytesRead > LARGE_FILE)
+            secondThread.emplace(context, searchBatch);
+        if (secondThread) {
+            secondThread->addBlock(block, lineNumber);
         } else {
             _searchBlock(block, lineNumber, error, context);
             hasFailed = !error.isNull();
         }
     }
-    if (chooser)
-        chooser->passOn();
-    searchThread.reset();
+    if (secondThread)
+        secondThread->passOn();
+    secondThread.reset();
     if (error)
         return BlockSearch::Done;
     const bool isInDoubt = _hasExcessiveMatch() && !shouldStop();
@@ -218,37 +268,26 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
 void TDMatchLineHighlighter::_searchBatch(const LineBatch &batch, TDError &error, SearchContext &context)
 {
     const QByteArrayView bytes(batch.bytes.data(), qsizetype(batch.bytes.size()));
-    if (batch.lines.empty() && !bytes.isEmpty()) {
-        qint64 lineNumber = batch.lineNumbers.front();
+    if (batch.lines.empty()) {
+        qint64 lineNumber = batch.firstLineNumber;
         _searchEveryLine(bytes, lineNumber, error, context);
     }
-    for (size_t index = 0; index < batch.lines.size() && !error && !shouldStop(); ++index) {
-        const LineSpan &line = batch.lines[index];
-        _searchLineBytes(bytes.sliced(line.start, line.end - line.start), batch.lineNumbers[index], context,
-                         error);
+    for (const auto &[line, lineNumber] : batch.lines) {
+        _searchLineBytes(bytes.sliced(line.start, line.end - line.start), lineNumber, context, error);
+        if (error || shouldStop())
+            return;
     }
 }
 
 void TDMatchLineHighlighter::_searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error,
                                           SearchContext &context)
 {
-    std::vector<LineSpan> &candidates = context.candidates();
-    candidates.clear();
-    LinePrefilter::Scanner *scanner = context.scanner();
-    if (scanner == nullptr || !scanner->candidateLines(block, candidates)) {
+    const bool isChosen = forEachCandidate(block, lineNumber, context, [&](QByteArrayView line) {
+        _searchLineBytes(line, lineNumber, context, error);
+        return !error && !shouldStop();
+    });
+    if (!isChosen)
         _searchEveryLine(block, lineNumber, error, context);
-        return;
-    }
-    qsizetype counted = 0;
-    for (const LineSpan &line : candidates) {
-        lineNumber += countLineEnds(block.sliced(counted, line.start - counted));
-        counted = line.start;
-        _searchLineBytes(block.sliced(line.start, line.end - line.start), lineNumber, context, error);
-        if (error || shouldStop())
-            return;
-    }
-    if (!context.reader().isAtEnd())
-        lineNumber += countLineEnds(block.sliced(counted));
 }
 
 void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error,

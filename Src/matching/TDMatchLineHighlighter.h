@@ -16,7 +16,6 @@ namespace tidemark {
 
 class SearchContext;
 class TDFileReader;
-struct LineBatch;
 
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
 inline constexpr qsizetype TD_LONGEST_LINE = 25000;
@@ -60,6 +59,8 @@ public:
 
 private:
     enum class BlockSearch { Done, NeedsLineReader };
+    struct LineBatch;
+    class SecondThread;
 
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
                          SearchContext &context);

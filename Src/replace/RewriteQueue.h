@@ -3,7 +3,7 @@
 #include "foundation/FilePath.h"
 #include "replace/FileRewrite.h"
 #include "replace/ResolvedPaths.h"
-#include "replace/WorkerThreads.h"
+#include "foundation/WorkerThreads.h"
 
 #include <QList>
 #include <QSet>

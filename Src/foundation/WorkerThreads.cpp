@@ -1,4 +1,4 @@
-#include "replace/WorkerThreads.h"
+#include "foundation/WorkerThreads.h"
 
 namespace tidemark {
 
