@@ -1,5 +1,7 @@
 #include "search/FolderListing.h"
 
+#include "foundation/BackupName.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -64,7 +66,9 @@ FolderListing::Entry FolderListing::takeNext()
 
 void FolderListing::_append(const char *name, unsigned char directoryEntryType)
 {
-    if (name[0] == '.')
+    const size_t length = std::strlen(name);
+    // What this program left beside files is no work of anybody's.
+    if (name[0] == '.' || isBackupName(QByteArrayView(name, qsizetype(length))))
         return;
     EntryType type = EntryType::Unknown;
     if (directoryEntryType == DT_REG)
@@ -74,7 +78,6 @@ void FolderListing::_append(const char *name, unsigned char directoryEntryType)
     else if (directoryEntryType != DT_UNKNOWN)
         return;
 
-    const size_t length = std::strlen(name);
     char head[sizeof(quint64)] = {};
     std::memcpy(head, name, std::min(length, sizeof head));
     _records.push_back({qFromBigEndian<quint64>(head), quint32(_names.size()), type});
