@@ -1,6 +1,18 @@
 #include "foundation/WorkerThreads.h"
 
+#include <system_error>
+
 namespace tidemark {
+
+bool startThread(std::vector<std::thread> &threads, std::function<void()> body)
+{
+    try {
+        threads.emplace_back(std::move(body));
+        return true;
+    } catch (const std::system_error &) {
+        return false;
+    }
+}
 
 WorkerThreads::WorkerThreads(int count) : _count(count) {}
 
@@ -21,24 +33,38 @@ void WorkerThreads::start(std::function<void()> task)
         const std::lock_guard lock(_mutex);
         _tasks.push_back(std::move(task));
     }
-    while (int(_threads.size()) < _count)
-        _threads.emplace_back([this] { _run(); });
-    _changed.notify_one();
+    while (int(_threads.size()) < _count && startThread(_threads, [this] { _run(); })) {
+    }
+    if (_threads.empty())
+        _runNextTask();
+    else
+        _changed.notify_one();
 }
 
 void WorkerThreads::_run()
 {
-    std::unique_lock lock(_mutex);
     for (;;) {
-        _changed.wait(lock, [this] { return _isEnding || !_tasks.empty(); });
+        {
+            std::unique_lock lock(_mutex);
+            _changed.wait(lock, [this] { return _isEnding || !_tasks.empty(); });
+            if (_tasks.empty())
+                return;
+        }
+        _runNextTask();
+    }
+}
+
+void WorkerThreads::_runNextTask()
+{
+    std::function<void()> task;
+    {
+        const std::lock_guard lock(_mutex);
         if (_tasks.empty())
             return;
-        const std::function<void()> task = std::move(_tasks.front());
+        task = std::move(_tasks.front());
         _tasks.pop_front();
-        lock.unlock();
-        task();
-        lock.lock();
     }
+    task();
 }
 
 void StepCounter::add()

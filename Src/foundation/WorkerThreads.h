@@ -10,7 +10,11 @@
 
 namespace tidemark {
 
-/// A few threads that do tasks in the order in which they were given.
+/// Adds a running thread to the list; false, with the list as it was, where the system has none left to give.
+bool startThread(std::vector<std::thread> &threads, std::function<void()> body);
+
+/// A few threads that do tasks in the order in which they were given. Where the system gives fewer threads,
+/// those do the work; where it gives none, start() does each task itself before it returns.
 class WorkerThreads
 {
 public:
@@ -24,6 +28,7 @@ public:
 
 private:
     void _run();
+    void _runNextTask();
 
     std::mutex _mutex;
     std::condition_variable _changed;

@@ -1,5 +1,6 @@
 #include "search/SearchPipeline.h"
 
+#include "foundation/WorkerThreads.h"
 #include "matching/SearchContext.h"
 
 #include <fcntl.h>
@@ -42,8 +43,9 @@ SearchPipeline::SearchPipeline(int threads, const TDFindPattern &pattern, const 
       _deliver(std::move(deliver)), _filling(std::make_shared<Batch>()),
       _ownContext(std::make_unique<SearchContext>(pattern))
 {
-    for (int worker = 1; worker < threads; ++worker)
-        _workers.emplace_back([this] { _work(); });
+    // With fewer than asked for the search takes longer; its own thread helps wherever it would wait.
+    while (int(_workers.size()) + 1 < threads && startThread(_workers, [this] { _work(); })) {
+    }
 }
 
 SearchPipeline::~SearchPipeline()
