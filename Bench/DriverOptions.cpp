@@ -9,7 +9,10 @@ namespace tidemark {
 const char *const DRIVER_USAGE =
     "usage: tidemark-bench --find TEXT [--regex] [--case-sensitive] [--kind all|text|source|PATTERN]...\n"
     "                      [--no-subfolders] [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup]\n"
-    "                      [--threads N] [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n";
+    "                      [--record FOLDER] [--threads N] [--repeat N] [--list] [--errors] [--quiet] "
+    "[--json]\n"
+    "                      LOCATION...\n"
+    "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n";
 
 namespace {
 
@@ -32,10 +35,8 @@ public:
     {
         while (_next < _arguments.size() && _problem.isEmpty())
             _takeArgument(_arguments[_next++]);
-        if (_problem.isEmpty() && !_hasFindText)
-            _problem = "--find is missing";
-        if (_problem.isEmpty() && _options.locations.isEmpty())
-            _problem = "no location given";
+        if (_problem.isEmpty() && _options.interruptedFolder.isEmpty())
+            _checkSearch();
         if (_options.kinds.isEmpty())
             _options.kinds << kindNamed(QStringLiteral("text"));
         problem = _problem;
@@ -43,13 +44,22 @@ public:
     }
 
 private:
+    void _checkSearch()
+    {
+        if (!_hasFindText)
+            _problem = "--find is missing";
+        else if (_options.locations.isEmpty())
+            _problem = "no location given";
+    }
+
     void _takeArgument(const QByteArray &argument)
     {
         if (_onlyLocations || !argument.startsWith("--")) {
             _options.locations << FilePath(argument);
         } else if (argument == "--") {
             _onlyLocations = true;
-        } else if (!_takeFlag(argument) && !_takeOption(argument)) {
+        } else if (!_takeFlag(argument) && !_takeDecision(argument) && !_takeFolder(argument) &&
+                   !_takeOption(argument)) {
             _problem = "unknown option " + argument;
         }
     }
@@ -70,6 +80,32 @@ private:
         if (flag == flags.cend())
             return false;
         *flag->first = flag->second;
+        return true;
+    }
+
+    bool _takeDecision(const QByteArray &name)
+    {
+        if (name == "--put-back")
+            _options.decision = DriverOptions::Decision::PutBack;
+        else if (name == "--keep")
+            _options.decision = DriverOptions::Decision::Keep;
+        else
+            return false;
+        return true;
+    }
+
+    /// Their values are bytes.
+    bool _takeFolder(const QByteArray &name)
+    {
+        FilePath *folder = name == "--record"        ? &_options.recordFolder
+                           : name == "--interrupted" ? &_options.interruptedFolder
+                                                     : nullptr;
+        if (folder == nullptr)
+            return false;
+        if (_next == _arguments.size())
+            _problem = name + " needs a value";
+        else
+            *folder = FilePath(_arguments[_next++]);
         return true;
     }
 

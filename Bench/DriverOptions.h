@@ -17,6 +17,9 @@ struct DriverOptions
     QList<Kind> kinds;
     QString encoding = QStringLiteral("detect"); ///< or an IANA name
     QList<FilePath> locations;
+    FilePath recordFolder;      ///< empty: nothing is recorded
+    FilePath interruptedFolder; ///< of the records to look into instead of searching; empty: search
+    enum class Decision { None, PutBack, Keep } decision = Decision::None;
     int threads = 0; ///< 0: as many as suit the machine
     int repeat = 1;
     bool isRegularExpression = false;

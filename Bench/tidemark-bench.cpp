@@ -1,4 +1,5 @@
 #include "DriverOptions.h"
+#include "InterruptedCommand.h"
 #include "SearchRun.h"
 
 #include "foundation/LocalizedText.h"
@@ -10,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -22,7 +24,7 @@ using namespace tidemark;
 
 namespace {
 
-enum ExitStatus { SEARCH_ENDED = 0, MALFORMED_EXPRESSION = 1, WRONG_USAGE = 2 };
+enum ExitStatus { SEARCH_ENDED = 0, MALFORMED_EXPRESSION = 1, WRONG_USAGE = 2, NOT_PUT_BACK = 1 };
 
 int wrongUsage(const QByteArray &problem)
 {
@@ -104,6 +106,19 @@ QJsonObject jsonObject(const SearchTotals &totals)
     return object;
 }
 
+/// Reasons with the paths of their files, percent-encoded.
+QJsonObject failuresByReason(const TDSelectedMatchReplacement::Outcome &outcome)
+{
+    QMap<QString, QJsonArray> paths;
+    for (const auto &failure : outcome.failures)
+        paths[QString::fromLatin1(nameOfProblem(failure.problem))].append(
+            QString::fromLatin1(failure.path.bytes().toPercentEncoding(QByteArrayLiteral("/"))));
+    QJsonObject reasons;
+    for (auto reason = paths.cbegin(); reason != paths.cend(); ++reason)
+        reasons[reason.key()] = reason.value();
+    return reasons;
+}
+
 void report(const DriverOptions &options, const SearchTotals &totals,
             const std::optional<TDSelectedMatchReplacement::Outcome> &replaced)
 {
@@ -112,7 +127,9 @@ void report(const DriverOptions &options, const SearchTotals &totals,
         if (replaced) {
             object[QStringLiteral("filesRewritten")] = qint64(replaced->filesRewritten);
             object[QStringLiteral("replacements")] = qint64(replaced->replacements);
-            object[QStringLiteral("filesFailed")] = qint64(replaced->failedPaths.size());
+            object[QStringLiteral("filesFailed")] = qint64(replaced->failures.size());
+            object[QStringLiteral("failures")] = failuresByReason(*replaced);
+            object[QStringLiteral("filesUnchanged")] = qint64(replaced->unchangedFiles);
         }
         std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
     } else if (!options.isQuiet) {
@@ -121,7 +138,7 @@ void report(const DriverOptions &options, const SearchTotals &totals,
         if (replaced)
             std::printf("%llu replacements, %llu files rewritten, %lld files failed\n",
                         replaced->replacements, replaced->filesRewritten,
-                        static_cast<long long>(replaced->failedPaths.size()));
+                        static_cast<long long>(replaced->failures.size()));
     }
 }
 
@@ -166,6 +183,8 @@ int main(int argc, char **argv)
     if (!options || !applySettings(*options, problem))
         return wrongUsage(problem);
 
+    if (!options->interruptedFolder.isEmpty())
+        return decideInterruptedRewrites(*options) ? SEARCH_ENDED : NOT_PUT_BACK;
     const QList<TDSearchLocation> locations = searchLocations(*options);
     SearchTotals totals;
     const std::shared_ptr<SearchRun> search = searchRepeatedly(*options, locations, totals);
@@ -174,6 +193,7 @@ int main(int argc, char **argv)
         return MALFORMED_EXPRESSION;
     }
     std::optional<TDSelectedMatchReplacement::Outcome> replaced;
+    const RewriteRecordFolder recordFolder(options->recordFolder);
     if (options->replaceText)
         replaced = replaceAll(*search, *options, locations);
     report(*options, totals, replaced);

@@ -8,6 +8,7 @@ PACKAGES=(
     clang libclang-rt-14-dev
     xvfb openbox xdotool
     desktop-file-utils appstream
+    e2fsprogs xfsprogs btrfs-progs
 )
 
 # The block matcher. Both provide it and exclude each other: what is there stays. Hyperscan is for Intel processors only.

@@ -346,5 +346,33 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>Put Old Content Back</source><translation>Alten Inhalt wiederherstellen</translation></message>
   <message><source>Keep Files As They Are</source><translation>Dateien so lassen</translation></message>
   <message><source>Decide Later</source><translation>Später entscheiden</translation></message>
+  <message><source>%d of %d files were done.</source><translation>%d von %d Dateien waren fertig.</translation></message>
+  <message><source>All others are as they were, and none is damaged.</source><translation>Alle anderen sind, wie sie waren, und keine ist beschädigt.</translation></message>
+  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Was jetzt in ihnen steht, bleibt in neuen Sicherungskopien daneben erhalten.</translation></message>
+  <message><source>These files may be written only in part, too, but their backups are gone or hold something else. They are left as they are:
+
+%@</source><translation>Auch diese Dateien sind vielleicht nur teilweise geschrieben, aber ihre Sicherungskopien fehlen oder enthalten etwas anderes. Sie bleiben, wie sie sind:
+
+%@</translation></message>
+  <message><source>These files were being written and are not where they were. Nothing is changed at these places:
+
+%@</source><translation>Diese Dateien wurden gerade geschrieben und sind nicht mehr, wo sie waren. An diesen Orten wird nichts geändert:
+
+%@</translation></message>
+  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Die Datei ist, wie sie war; es muss nichts wiederhergestellt werden.</translation></message>
+  <message><source>File ‘%@’ was left as it is.</source><translation>Die Datei „%@“ wurde gelassen, wie sie ist.</translation></message>
+  <message><source>Written only in part</source><translation>Nur teilweise geschrieben</translation></message>
+  <message><source>Written, but the disk reported a failure</source><translation>Geschrieben, aber der Datenträger meldete einen Fehler</translation></message>
+  <message><source>Written, but its backup could not be deleted</source><translation>Geschrieben, aber die Sicherungskopie konnte nicht gelöscht werden</translation></message>
+  <message><source>Changed since the search</source><translation>Seit der Suche geändert</translation></message>
+  <message><source>Not there any more</source><translation>Nicht mehr vorhanden</translation></message>
+  <message><source>No permission</source><translation>Keine Berechtigung</translation></message>
+  <message><source>No room on the disk</source><translation>Kein Platz auf dem Datenträger</translation></message>
+  <message><source>The file's encoding cannot hold the new text, or not all of its bytes can be read</source><translation>Die Kodierung der Datei kann den neuen Text nicht aufnehmen, oder nicht alle ihre Bytes sind lesbar</translation></message>
+  <message><source>No backup could be made</source><translation>Es konnte keine Sicherungskopie angelegt werden</translation></message>
+  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>Der Ordner für Notizen über unfertige Ersetzungen ist nicht beschreibbar</translation></message>
+  <message><source>The disk reported a failure</source><translation>Der Datenträger meldete einen Fehler</translation></message>
+  <message><source>Not begun, as the disk failed or is full</source><translation>Nicht begonnen, da der Datenträger versagt hat oder voll ist</translation></message>
+  <message><source>The file holds something else than what was written.</source><translation>In der Datei steht etwas anderes, als geschrieben wurde.</translation></message>
 </context>
 </TS>

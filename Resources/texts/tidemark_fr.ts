@@ -346,5 +346,33 @@ Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le r�
   <message><source>Put Old Content Back</source><translation>Rétablir l’ancien contenu</translation></message>
   <message><source>Keep Files As They Are</source><translation>Laisser les fichiers tels quels</translation></message>
   <message><source>Decide Later</source><translation>Décider plus tard</translation></message>
+  <message><source>%d of %d files were done.</source><translation>%d fichiers sur %d étaient terminés.</translation></message>
+  <message><source>All others are as they were, and none is damaged.</source><translation>Tous les autres sont tels qu’ils étaient, et aucun n’est endommagé.</translation></message>
+  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Ce qu’ils contiennent maintenant est conservé dans de nouvelles copies de sauvegarde à côté d’eux.</translation></message>
+  <message><source>These files may be written only in part, too, but their backups are gone or hold something else. They are left as they are:
+
+%@</source><translation>Ces fichiers ne sont peut-être aussi écrits qu’en partie, mais leurs copies de sauvegarde manquent ou contiennent autre chose. Ils restent tels quels :
+
+%@</translation></message>
+  <message><source>These files were being written and are not where they were. Nothing is changed at these places:
+
+%@</source><translation>Ces fichiers étaient en cours d’écriture et ne sont plus où ils étaient. Rien n’est modifié à ces emplacements :
+
+%@</translation></message>
+  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Le fichier est tel qu’il était ; rien n’est à rétablir.</translation></message>
+  <message><source>File ‘%@’ was left as it is.</source><translation>Le fichier « %@ » a été laissé tel quel.</translation></message>
+  <message><source>Written only in part</source><translation>Écrit seulement en partie</translation></message>
+  <message><source>Written, but the disk reported a failure</source><translation>Écrit, mais le disque a signalé une erreur</translation></message>
+  <message><source>Written, but its backup could not be deleted</source><translation>Écrit, mais sa copie de sauvegarde n’a pas pu être supprimée</translation></message>
+  <message><source>Changed since the search</source><translation>Modifié depuis la recherche</translation></message>
+  <message><source>Not there any more</source><translation>N’existe plus</translation></message>
+  <message><source>No permission</source><translation>Pas d’autorisation</translation></message>
+  <message><source>No room on the disk</source><translation>Plus de place sur le disque</translation></message>
+  <message><source>The file's encoding cannot hold the new text, or not all of its bytes can be read</source><translation>L’encodage du fichier ne peut pas contenir le nouveau texte, ou tous ses octets ne sont pas lisibles</translation></message>
+  <message><source>No backup could be made</source><translation>Aucune copie de sauvegarde n’a pu être créée</translation></message>
+  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>Le dossier des notes sur les remplacements inachevés n’est pas accessible en écriture</translation></message>
+  <message><source>The disk reported a failure</source><translation>Le disque a signalé une erreur</translation></message>
+  <message><source>Not begun, as the disk failed or is full</source><translation>Non commencé, car le disque est défaillant ou plein</translation></message>
+  <message><source>The file holds something else than what was written.</source><translation>Le fichier contient autre chose que ce qui a été écrit.</translation></message>
 </context>
 </TS>

@@ -5,15 +5,29 @@
 #include "window/ErrorSheet.h"
 
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace tidemark {
 
 namespace {
 
+using File = InterruptedRewrites::File;
+using State = InterruptedRewrites::State;
+
 constexpr qsizetype MOST_FILES_SHOWN = 10;
 
-QString pathsShown(const QList<InterruptedRewrites::File> &files)
+QList<File> filesInState(const QList<File> &files, State state)
+{
+    QList<File> chosen;
+    std::copy_if(files.begin(), files.end(), std::back_inserter(chosen),
+                 [state](const File &file) { return file.state == state; });
+    return chosen;
+}
+
+QString pathsShown(const QList<File> &files)
 {
     QString paths;
     for (qsizetype index = 0; index < qMin(files.size(), MOST_FILES_SHOWN); ++index)
@@ -24,13 +38,46 @@ QString pathsShown(const QList<InterruptedRewrites::File> &files)
     return paths;
 }
 
-QString pathsWithBackups(const QList<InterruptedRewrites::File> &files)
+QString pathsWithBackups(const QList<File> &files)
 {
     QString lines;
-    for (const InterruptedRewrites::File &file : files)
+    for (const File &file : files)
         lines += formatted(localizedString("%@\n    old content: %@\n"),
                            {file.path.displayText(), file.backup.displayText()});
     return lines;
+}
+
+QString paragraph(const char *text, const QList<File> &files)
+{
+    return files.isEmpty() ? QString() : formatted(localizedString(text), {pathsShown(files)}) + u'\n';
+}
+
+QString informativeText(const InterruptedRewrites &rewrites)
+{
+    const QList<File> &files = rewrites.files();
+    const RunProgress progress = rewrites.progress();
+    QString text;
+    if (progress.total > 0)
+        text += formatted(localizedString("%d of %d files were done."), {progress.done, progress.total}) +
+                u' ' +
+                (files.isEmpty() ? localizedString("All others are as they were, and none is damaged.")
+                                 : QString()) +
+                u'\n';
+    text += paragraph(
+        "These files may be written only in part:\n\n%@\nTheir old content is complete in backups. Do "
+        "you want to put it back? If you keep the files as they are, the backups are left for you.",
+        filesInState(files, State::Damaged));
+    if (!filesInState(files, State::Damaged).isEmpty())
+        text += localizedString("What stands in them now is kept in new backups beside them.") + u'\n';
+    text += paragraph(
+        "These files may be written only in part, too, but their backups are gone or hold something "
+        "else. They are left as they are:\n\n%@",
+        filesInState(files, State::UnusableBackup));
+    text +=
+        paragraph("These files were being written and are not where they were. Nothing is changed at these "
+                  "places:\n\n%@",
+                  filesInState(files, State::Moved));
+    return text.trimmed();
 }
 
 void tellFailures(QWidget *window, const QList<InterruptedRewrites::Failure> &failures)
@@ -50,35 +97,51 @@ void tellFailures(QWidget *window, const QList<InterruptedRewrites::Failure> &fa
     sheet->open();
 }
 
+void putBack(QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites, WorkerThreads &worker)
+{
+    worker.start([window = QPointer(window), rewrites] {
+        const auto failures = rewrites->putBack();
+        if (failures.isEmpty() || window.isNull())
+            return;
+        QMetaObject::invokeMethod(
+            window.data(), [window, failures] { tellFailures(window, failures); }, Qt::QueuedConnection);
+    });
+}
+
+void addQuestion(QMessageBox &sheet, QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites,
+                 WorkerThreads &worker)
+{
+    QPushButton *back = sheet.addButton(localizedString("Put Old Content Back"), QMessageBox::AcceptRole);
+    QPushButton *keep =
+        sheet.addButton(localizedString("Keep Files As They Are"), QMessageBox::DestructiveRole);
+    QPushButton *later = sheet.addButton(localizedString("Decide Later"), QMessageBox::RejectRole);
+    sheet.setDefaultButton(back);
+    sheet.setEscapeButton(later);
+    QObject::connect(back, &QPushButton::clicked, &sheet,
+                     [window, rewrites, &worker] { putBack(window, rewrites, worker); });
+    QObject::connect(keep, &QPushButton::clicked, &sheet, [rewrites] { rewrites->keep(); });
+}
+
 } // namespace
 
-void askAboutInterruptedRewrites(QWidget *window, std::unique_ptr<InterruptedRewrites> rewrites)
+void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRewrites> rewrites,
+                                 WorkerThreads &worker)
 {
-    const QList<InterruptedRewrites::File> files = rewrites->files();
-    if (files.isEmpty())
+    const QList<File> &files = rewrites->files();
+    if (files.isEmpty() && rewrites->progress().total == 0)
         return;
-    QMessageBox *question = makePlainSheet(
-        window, localizedString("Tidemark ended while it was rewriting files."),
-        formatted(localizedString("These files may be written only in part:\n\n%@\nTheir old content is "
-                                  "complete in backups. Do you want to put it back? If you keep the files as "
-                                  "they are, the backups are left for you."),
-                  {pathsShown(files)}));
-    question->setObjectName(QStringLiteral("interruptedRewritesQuestion"));
-    question->setDetailedText(pathsWithBackups(files));
-    QPushButton *putBack =
-        question->addButton(localizedString("Put Old Content Back"), QMessageBox::AcceptRole);
-    QPushButton *keep =
-        question->addButton(localizedString("Keep Files As They Are"), QMessageBox::DestructiveRole);
-    QPushButton *later = question->addButton(localizedString("Decide Later"), QMessageBox::RejectRole);
-    question->setDefaultButton(putBack);
-    question->setEscapeButton(later);
-    const auto shared = std::shared_ptr<InterruptedRewrites>(std::move(rewrites));
-    QObject::connect(putBack, &QPushButton::clicked, question, [window, shared] {
-        if (const auto failures = shared->putBack(); !failures.isEmpty())
-            tellFailures(window, failures);
-    });
-    QObject::connect(keep, &QPushButton::clicked, question, [shared] { shared->keep(); });
-    question->open();
+    QMessageBox *sheet = makePlainSheet(
+        window, localizedString("Tidemark ended while it was rewriting files."), informativeText(*rewrites));
+    sheet->setObjectName(QStringLiteral("interruptedRewritesQuestion"));
+    if (!files.isEmpty())
+        sheet->setDetailedText(pathsWithBackups(files));
+    if (filesInState(files, State::Damaged).isEmpty()) {
+        const QPushButton *seen = sheet->addButton(QMessageBox::Ok);
+        QObject::connect(seen, &QPushButton::clicked, sheet, [rewrites] { rewrites->keep(); });
+    } else {
+        addQuestion(*sheet, window, rewrites, worker);
+    }
+    sheet->open();
 }
 
 } // namespace tidemark

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/WorkerThreads.h"
 #include "replace/InterruptedRewrites.h"
 
 #include <memory>
@@ -9,8 +10,11 @@ class QWidget;
 namespace tidemark {
 
 /// Tells, in a sheet on the window, which files an earlier run of the program left partly written, and asks
-/// whether their old content is to be put back. Returns at once; the records stay locked while the question
-/// stands. Without such files nothing is shown. Escape leaves the decision to the next start.
-void askAboutInterruptedRewrites(QWidget *window, std::unique_ptr<InterruptedRewrites> rewrites);
+/// whether their old content is to be put back, which the worker then does. Where none is, but a run was cut
+/// short, it tells how far that came. Returns at once; the records stay locked while the sheet stands.
+/// Without anything to tell nothing is shown. Escape leaves the decision to the next start. The worker must
+/// outlive the sheet.
+void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRewrites> rewrites,
+                                 WorkerThreads &worker);
 
 } // namespace tidemark

@@ -91,9 +91,18 @@ void TDApplicationController::applicationDidFinishLaunching()
 
 void TDApplicationController::askAboutInterruptedRewrites(const FilePath &folder)
 {
-    MyDocument *document = documents().value(0);
-    QWidget *window = document != nullptr ? document->myDocumentController()->window() : nullptr;
-    tidemark::askAboutInterruptedRewrites(window, std::make_unique<InterruptedRewrites>(folder));
+    // Files are read for this, which may take a moment.
+    _recovery.start([this, folder] {
+        const auto rewrites = std::make_shared<InterruptedRewrites>(folder);
+        QMetaObject::invokeMethod(
+            this,
+            [this, rewrites] {
+                MyDocument *document = documents().value(0);
+                QWidget *window = document != nullptr ? document->myDocumentController()->window() : nullptr;
+                tidemark::askAboutInterruptedRewrites(window, rewrites, _recovery);
+            },
+            Qt::QueuedConnection);
+    });
 }
 
 bool TDApplicationController::applicationOpenUntitledFile()

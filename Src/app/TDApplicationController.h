@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/FilePath.h"
+#include "foundation/WorkerThreads.h"
 #include "search/Kind.h"
 #include "window/ApplicationDelegate.h"
 
@@ -42,8 +43,8 @@ public:
     void registerUserDefaults();
     /// Opens an untitled document, unless there is one already.
     void applicationDidFinishLaunching();
-    /// Looks for files that an earlier run left partly written, and asks about them. `folder` is where the
-    /// records of rewrites are.
+    /// Looks, beside everything else, for files that an earlier run left partly written, and asks about them.
+    /// `folder` is where the records of rewrites are.
     void askAboutInterruptedRewrites(const FilePath &folder);
     bool applicationShouldOpenUntitledFile() const { return true; }
     bool applicationOpenUntitledFile();
@@ -100,6 +101,7 @@ private:
     std::unique_ptr<HelpWindow> _helpWindow;
     std::unique_ptr<TDPreferenceController> _preferenceController;
     quint64 _countBusyWindows = 0;
+    WorkerThreads _recovery{1}; ///< last: it ends first
 };
 
 } // namespace tidemark

@@ -21,7 +21,7 @@ int main(int argc, char **argv)
     UserDefaults::setStandard(UserDefaults::atPath(UserDefaults::userFilePath()));
 
     const FilePath recordFolder = RewriteRecord::userFolder();
-    RewriteRecord rewriteRecord(recordFolder);
+    const RewriteRecordFolder rewriteRecords(recordFolder);
     TDApplicationController controller;
     controller.awakeFromNib();
     controller.applicationDidFinishLaunching();

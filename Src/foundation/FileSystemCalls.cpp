@@ -1,16 +1,16 @@
 #include "foundation/FileSystemCalls.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <memory>
-#include <random>
-#include <string_view>
+#include <sys/file.h>
 #include <unistd.h>
 
 #ifdef __linux__
+#include <csignal>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #endif
 
 namespace tidemark {
@@ -18,8 +18,6 @@ namespace tidemark {
 namespace {
 
 constexpr size_t COPY_BLOCK = 1 << 20;
-constexpr std::string_view UNIQUE_LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-constexpr int UNIQUE_ATTEMPTS = 10000;
 
 FileSystemCalls realCalls;
 std::atomic<FileSystemCalls *> currentCalls = &realCalls;
@@ -29,6 +27,10 @@ std::atomic<FileSystemCalls *> currentCalls = &realCalls;
 bool copyInKernel(int from, int to, int &result)
 {
 #ifdef __linux__
+    if (::ioctl(to, FICLONE, from) == 0) {
+        result = 0;
+        return true;
+    }
     bool copiedAny = false;
     for (;;) {
         const ssize_t count = ::copy_file_range(from, nullptr, to, nullptr, COPY_BLOCK * 64, 0);
@@ -71,24 +73,6 @@ int FileSystemCalls::open(const char *path, int flags, mode_t mode)
     return ::open(path, flags, mode);
 }
 
-int FileSystemCalls::makeUniqueFile(char *pathTemplate)
-{
-    char *end = pathTemplate + std::strlen(pathTemplate);
-    char *start = end;
-    while (start > pathTemplate && start[-1] == 'X')
-        --start;
-    static thread_local std::mt19937 random{std::random_device{}()};
-    std::uniform_int_distribution<size_t> anyLetter(0, UNIQUE_LETTERS.size() - 1);
-    for (int attempt = 0; attempt < UNIQUE_ATTEMPTS; ++attempt) {
-        std::generate(start, end, [&] { return UNIQUE_LETTERS[anyLetter(random)]; });
-        const int descriptor =
-            open(pathTemplate, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor >= 0 || errno != EEXIST)
-            return descriptor;
-    }
-    return -1;
-}
-
 ssize_t FileSystemCalls::read(int descriptor, void *bytes, size_t count)
 {
     return ::read(descriptor, bytes, count);
@@ -104,9 +88,44 @@ ssize_t FileSystemCalls::write(int descriptor, const void *bytes, size_t count)
     return ::write(descriptor, bytes, count);
 }
 
+ssize_t FileSystemCalls::pwrite(int descriptor, const void *bytes, size_t count, off_t offset)
+{
+    return ::pwrite(descriptor, bytes, count, offset);
+}
+
 int FileSystemCalls::truncate(int descriptor, off_t size)
 {
     return ::ftruncate(descriptor, size);
+}
+
+int FileSystemCalls::reserve(int descriptor, off_t offset, off_t length)
+{
+#ifdef __linux__
+    return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, offset, length);
+#else
+    (void)descriptor, (void)offset, (void)length;
+    errno = ENOTSUP;
+    return -1;
+#endif
+}
+
+int FileSystemCalls::takeLease(int descriptor)
+{
+#ifdef __linux__
+    // Whoever wants the file waits; the signal that tells so is one that nobody minds.
+    if (::fcntl(descriptor, F_SETSIG, SIGURG) != 0)
+        return -1;
+    return ::fcntl(descriptor, F_SETLEASE, F_WRLCK);
+#else
+    (void)descriptor;
+    errno = ENOTSUP;
+    return -1;
+#endif
+}
+
+int FileSystemCalls::lock(int descriptor)
+{
+    return ::flock(descriptor, LOCK_EX | LOCK_NB);
 }
 
 int FileSystemCalls::sync(int descriptor)

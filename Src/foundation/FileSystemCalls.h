@@ -13,17 +13,25 @@ public:
     virtual ~FileSystemCalls() = default;
 
     virtual int open(const char *path, int flags, mode_t mode);
-    /// mkstemp(), but for any number of Xs at the end of the template.
-    virtual int makeUniqueFile(char *pathTemplate);
     virtual ssize_t read(int descriptor, void *bytes, size_t count);
     virtual ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset);
     virtual ssize_t write(int descriptor, const void *bytes, size_t count);
+    virtual ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset);
     virtual int truncate(int descriptor, off_t size); ///< ftruncate()
-    virtual int sync(int descriptor);                 ///< fsync()
-    virtual int syncFileSystem(int descriptor);       ///< syncfs(), of the file system the file is on
+    /// Sees to it that there is room for a stretch behind the end of a file, whose size stays. ENOTSUP where
+    /// the file system can't.
+    virtual int reserve(int descriptor, off_t offset, off_t length);
+    /// Keeps all other programs from opening the file until the descriptor is closed: their open() waits. The
+    /// file must be open for writing, and nowhere else. -1 and errno where that isn't to be had.
+    virtual int takeLease(int descriptor);
+    /// flock(), exclusive and without waiting.
+    virtual int lock(int descriptor);
+    virtual int sync(int descriptor);           ///< fsync()
+    virtual int syncFileSystem(int descriptor); ///< syncfs(), of the file system the file is on
     virtual int close(int descriptor);
     virtual int remove(const char *path); ///< unlink()
-    /// Copies the whole content of one open file to another, empty one; 0, or -1 and errno.
+    /// Copies the whole content of one open file to another, empty one, by sharing its blocks where the file
+    /// system can; 0, or -1 and errno.
     virtual int copyContent(int from, int to);
 
     static FileSystemCalls &current();

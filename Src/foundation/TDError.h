@@ -33,6 +33,7 @@ inline constexpr qint64 TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATI
 inline constexpr qint64 TD_ERROR_CODE_TD_FILE_MODIFIER_WRITE_DATA_ERROR = 34;
 inline constexpr qint64 TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_NOT_WRITABLE_ERROR = 35;
 inline constexpr qint64 TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR = 36;
+inline constexpr qint64 TD_ERROR_CODE_TD_FILE_MODIFIER_REFUSED_ERROR = 37;
 
 /// What went wrong, as a value: null when nothing did. A null error costs one pointer; copies share.
 /// Functions that can fail take one as their last parameter and say by it why they returned nothing.

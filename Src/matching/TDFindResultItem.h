@@ -61,6 +61,9 @@ public:
     const QString &findText() const { return _file().findText; }
     bool includesBOM() const { return _file().includesBOM; }
     void setIncludesBOM(bool includesBOM) { _fileFields->includesBOM = includesBOM; }
+    /// What there is to say about the file since the search, such as why it couldn't be rewritten; for people.
+    const QString &remark() const { return _file().remark; }
+    void setRemark(const QString &remark) { _fileFields->remark = remark; }
     /// The one that found the file's match lines; null on leaves and on files that failed.
     const std::shared_ptr<TDMatchLineHighlighter> &matchLineHighlighter() const
     {
@@ -91,6 +94,7 @@ private:
         FilePath path;
         std::optional<FileDate> modificationDate;
         QString findText;
+        QString remark;
         FindResultItems matchLines;
         std::shared_ptr<TDMatchLineHighlighter> highlighter;
         bool includesBOM = false;

@@ -268,9 +268,9 @@ StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
 StringEncoding TDFileReader::_probeExtendedAttributeEncoding()
 {
     const std::optional<QString> value =
-        _isFoundInFolder ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
-                                                                  TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
-                         : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        _isNoLink ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
+                                                           TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
+                  : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
     return value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
 }
 

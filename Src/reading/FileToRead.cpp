@@ -4,12 +4,20 @@
 #include <fcntl.h>
 #include <limits>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tidemark {
 
 int FileToRead::open() const
 {
     constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    if (openDescriptor >= 0) {
+        // Both share their position.
+        const int duplicate = ::fcntl(openDescriptor, F_DUPFD_CLOEXEC, 0);
+        if (duplicate >= 0)
+            (void)::lseek(duplicate, 0, SEEK_SET);
+        return duplicate;
+    }
     if (folderDescriptor >= 0)
         // It was no link when it was found.
         return ::openat(folderDescriptor, path.cString() + nameInFolder, FLAGS | O_NOFOLLOW);

@@ -13,10 +13,11 @@ struct FileToRead
     FilePath path;
     int folderDescriptor = -1;   ///< -1: none; not owned
     qsizetype nameInFolder = -1; ///< where in the path its name in that folder begins
+    int openDescriptor = -1;     ///< of the file itself, where it is open already; -1: it isn't; not owned
 
-    /// A descriptor open for reading, or -1 and errno, which is ENXIO for what is neither a file nor a
-    /// folder. Never waits, not even for somebody to write to a pipe. A file in a folder that has been
-    /// replaced since it was found may be open as something else.
+    /// A descriptor open for reading from the beginning on, or -1 and errno, which is ENXIO for what is
+    /// neither a file nor a folder. Never waits, not even for somebody to write to a pipe. A file in a folder
+    /// that has been replaced since it was found may be open as something else.
     int open() const;
 };
 

@@ -85,7 +85,7 @@ QString reasonOfOpenError(int errorNumber)
 
 TDFileReader::TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding)
     : _readBuffer(descriptor, mostBytes), _stringEncoding(encoding), _path(file.path),
-      _isFoundInFolder(file.folderDescriptor >= 0)
+      _isNoLink(file.folderDescriptor >= 0 || file.openDescriptor >= 0)
 {
     _line.reserve(LINE_CAPACITY);
 }

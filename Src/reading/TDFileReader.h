@@ -99,8 +99,8 @@ private:
     StringEncoding _stringEncoding;
     FilePath _path;
     bool _hadByteOrderMarker = false;
-    bool _isFoundInFolder; ///< then it is no link, and its attributes are those of the open file
-    int _unitSize = 1;     ///< bytes a code unit: 1 for everything that is split by bytes
+    bool _isNoLink;    ///< then its attributes are those of the open file
+    int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
     std::unique_ptr<TextConverter> _converter;
     QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer
 };

@@ -26,4 +26,9 @@ ContentDigest ContentHasher::digest() const
     return {_size, XXH3_64bits_digest(_state)};
 }
 
+ContentDigest digestOfBytes(QByteArrayView bytes)
+{
+    return {bytes.size(), XXH3_64bits(bytes.data(), size_t(bytes.size()))};
+}
+
 } // namespace tidemark

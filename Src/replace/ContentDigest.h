@@ -32,4 +32,6 @@ private:
     qint64 _size = 0;
 };
 
+ContentDigest digestOfBytes(QByteArrayView bytes);
+
 } // namespace tidemark

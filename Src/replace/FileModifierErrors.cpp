@@ -34,6 +34,11 @@ QString restoreSuggestion(const FilePath &path, const FilePath &backup)
         {backup.displayText(), path.displayText()});
 }
 
+QString andFileIsAsItWas(const QString &text)
+{
+    return text + u' ' + localizedString("The file is as it was; nothing needs to be restored.");
+}
+
 QVariantMap underlying(const TDError &error)
 {
     return error ? QVariantMap{{TDError::UNDERLYING_ERROR_KEY, QVariant::fromValue(error)}} : QVariantMap();
@@ -106,19 +111,18 @@ TDError fileModifiedError(const FilePath &path)
 
 TDError truncationOpenError(const FilePath &path, const FilePath &backup)
 {
-    return modifierError(
-        TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATION_ERROR, longDescription(),
-        formatted(localizedString("A file handler could not be opened to truncate file ‘%@’."),
-                  {path.displayText()}),
-        restoreSuggestion(path, backup));
+    const QString reason = formatted(
+        localizedString("A file handler could not be opened to truncate file ‘%@’."), {path.displayText()});
+    return modifierError(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_HANDLER_FOR_TRUNCATION_ERROR, longDescription(),
+                         andFileIsAsItWas(reason), restoreSuggestion(path, backup));
 }
 
-TDError truncationError(const FilePath &path)
+TDError truncationError(const FilePath &path, FileNow fileNow)
 {
-    return modifierError(
-        TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_TRUNCATION_ERROR, shortDescription(),
-        formatted(localizedString("An error occured whilst truncating file‘%@’ to zero bytes."),
-                  {path.displayText()}));
+    const QString reason = formatted(
+        localizedString("An error occured whilst truncating file‘%@’ to zero bytes."), {path.displayText()});
+    return modifierError(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_TRUNCATION_ERROR, shortDescription(),
+                         fileNow == FileNow::AsItWas ? andFileIsAsItWas(reason) : reason);
 }
 
 TDError truncationCloseError(const FilePath &path)
@@ -131,13 +135,13 @@ TDError truncationCloseError(const FilePath &path)
             {path.displayText()}));
 }
 
-TDError writeError(const FilePath &path, const FilePath &backup, const QString &exception,
-                   const TDError &closingError)
+TDError writeError(const FilePath &path, const FilePath &backup, const QString &exception, FileNow fileNow)
 {
+    const QString reason = formatted(localizedString("Writing data to file ‘%@’ failed with exception '%@'."),
+                                     {path.displayText(), exception});
     return modifierError(TD_ERROR_CODE_TD_FILE_MODIFIER_WRITE_DATA_ERROR, longDescription(),
-                         formatted(localizedString("Writing data to file ‘%@’ failed with exception '%@'."),
-                                   {path.displayText(), exception}),
-                         restoreSuggestion(path, backup), underlying(closingError));
+                         fileNow == FileNow::AsItWas ? andFileIsAsItWas(reason) : reason,
+                         restoreSuggestion(path, backup));
 }
 
 TDError fileNotWritableError(const FilePath &path)
@@ -149,6 +153,15 @@ TDError fileNotWritableError(const FilePath &path)
         localizedString(
             "Change permissions of the file or folder path such that it is permissible to update the "
             "file."));
+}
+
+TDError refusalError(const FilePath &path, RewriteProblem problem, int errorNumber)
+{
+    QString reason = formatted(localizedString("File ‘%@’ was left as it is."), {path.displayText()}) + u' ' +
+                     textOfProblem(problem) + u'.';
+    if (errorNumber != 0)
+        reason += u' ' + TDError::posixError(errorNumber).localizedFailureReason() + u'.';
+    return modifierError(TD_ERROR_CODE_TD_FILE_MODIFIER_REFUSED_ERROR, shortDescription(), reason);
 }
 
 } // namespace tidemark

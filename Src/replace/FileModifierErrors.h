@@ -2,6 +2,7 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
+#include "replace/RewriteProblem.h"
 
 namespace tidemark {
 
@@ -13,11 +14,15 @@ TDError fileDoesNotExistError(const FilePath &path);
 TDError modificationDateError(const FilePath &path);
 TDError fileModifiedError(const FilePath &path);
 TDError truncationOpenError(const FilePath &path, const FilePath &backup);
-TDError truncationError(const FilePath &path);
+enum class FileNow {
+    Damaged, ///< in need of its backup
+    AsItWas, ///< which the error says behind its usual texts
+};
+TDError truncationError(const FilePath &path, FileNow fileNow);
 TDError truncationCloseError(const FilePath &path);
-/// `closingError`, if there is one, becomes the underlying error.
-TDError writeError(const FilePath &path, const FilePath &backup, const QString &exception,
-                   const TDError &closingError);
+TDError writeError(const FilePath &path, const FilePath &backup, const QString &exception, FileNow fileNow);
 TDError fileNotWritableError(const FilePath &path);
+/// For a file that is left alone because of something that isn't its own: the record, the disk.
+TDError refusalError(const FilePath &path, RewriteProblem problem, int errorNumber);
 
 } // namespace tidemark

@@ -2,15 +2,19 @@
 
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/FileSystemCalls.h"
+#include "foundation/LocalizedText.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
+#include "replace/ContentOverwrite.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/NewContent.h"
-#include "replace/TDFileModifier.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace tidemark {
 
@@ -18,123 +22,153 @@ namespace {
 
 /// New content up to this many bytes is held in memory from its check to its writing.
 constexpr qint64 LONGEST_CONTENT_HELD = 1 << 20;
+constexpr int LEASE_ATTEMPTS = 20;
+constexpr std::chrono::milliseconds TIME_BETWEEN_LEASE_ATTEMPTS(1);
 
-/// A descriptor that is closed at the end, for paths on which closing can't lose anything.
-class ScopedDescriptor
+/// Code 4 is about texts; anything else that the reader says is about the disk.
+RewriteProblem problemOfReading(const TDError &error)
 {
-public:
-    explicit ScopedDescriptor(int descriptor) : _descriptor(descriptor) {}
-    ~ScopedDescriptor()
-    {
-        if (_descriptor >= 0)
-            (void)FileSystemCalls::current().close(_descriptor);
+    if (error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR))
+        return RewriteProblem::Changed;
+    return error.domain() == TD_POSIX_ERROR_DOMAIN ? RewriteProblem::DiskFailure
+                                                   : RewriteProblem::NotRepresentable;
+}
+
+/// Keeps others out of the file while it is changed. Who has it open is waited for a little; where the lease
+/// isn't to be had, the file is changed all the same.
+void keepOthersOut(int file)
+{
+    for (int attempt = 0; attempt < LEASE_ATTEMPTS; ++attempt) {
+        if (FileSystemCalls::current().takeLease(file) == 0 || errno != EAGAIN)
+            return;
+        std::this_thread::sleep_for(TIME_BETWEEN_LEASE_ATTEMPTS);
     }
-    ScopedDescriptor(const ScopedDescriptor &) = delete;
-    ScopedDescriptor &operator=(const ScopedDescriptor &) = delete;
-    int get() const { return _descriptor; }
-    int release() { return std::exchange(_descriptor, -1); }
+}
 
-private:
-    int _descriptor;
-};
-
-int openForReading(const FilePath &path)
+QString differentContentText()
 {
-    return FileSystemCalls::current().open(path.cString(), O_RDONLY | O_CLOEXEC, 0);
+    return localizedString("The file holds something else than what was written.");
+}
+
+void setTextEncodingAttribute(int file, StringEncoding encoding)
+{
+    const QString value = attributeValueForEncoding(encoding);
+    // A file system without attributes keeps the text all the same.
+    if (descriptorExtendedAttributeValueForKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING) != value)
+        (void)setDescriptorValueForExtendedAttributeKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING, value, 0);
 }
 
 } // namespace
 
-FileRewrite::FileRewrite(Request request) : _request(std::move(request)), _writtenEncoding(_request.encoding)
+FileRewrite::FileRewrite(Request request, std::shared_ptr<RewriteRecord> record)
+    : _request(std::move(request)), _record(std::move(record)), _writtenEncoding(_request.encoding)
 {}
+
+bool FileRewrite::_fail(RewriteProblem problem, const TDError &error)
+{
+    _problem = problem;
+    _error = error;
+    return false;
+}
+
+// -- Preparing
 
 bool FileRewrite::prepare(Flush flush)
 {
     _error.clear();
-    // What can be written exists.
-    if (!TDFileModifier::fileIsWritableAtPath(path(), _error)) {
-        (void)TDFileModifier::fileExistsAtPath(path(), _error);
+    _problem = RewriteProblem::None;
+    _lacksBackup = false;
+    if (!_fileIsWritableAtPath()) {
+        // What can be written exists.
+        (void)_fileExistsAtPath();
         return false;
     }
-    if (!_isUnmodified() || !_makeBackup(flush))
+    if (_fileModifiedSince() || !_makeBackup(flush))
         return false;
     if (_copied.date != _request.originalFileModificationDate)
-        _error = fileModifiedError(path());
-    else if (_plan())
+        (void)_fail(RewriteProblem::Changed, fileModifiedError(path()));
+    else if (_plan() && !_isUnchanged)
         return true;
     abandon();
     return false;
 }
 
-bool FileRewrite::_isUnmodified()
+bool FileRewrite::_fileExistsAtPath()
 {
-    const std::optional<bool> modified =
-        TDFileModifier::fileModifiedSince(_request.originalFileModificationDate, path(), _error);
-    return modified && !*modified;
+    return ::access(path().cString(), F_OK) == 0 ||
+           _fail(RewriteProblem::Missing, fileDoesNotExistError(path()));
+}
+
+bool FileRewrite::_fileIsWritableAtPath()
+{
+    return ::faccessat(AT_FDCWD, path().cString(), W_OK, AT_EACCESS) == 0 ||
+           _fail(RewriteProblem::NotPermitted, fileNotWritableError(path()));
+}
+
+bool FileRewrite::_fileModifiedSince()
+{
+    const std::optional<FileDate> current = TDFileCommon::fileModificationDate(path());
+    if (current && current == _request.originalFileModificationDate)
+        return false;
+    (void)_fail(RewriteProblem::Changed, current ? fileModifiedError(path()) : modificationDateError(path()));
+    return true;
 }
 
 bool FileRewrite::_makeBackup(Flush flush)
 {
-    int descriptor = -1;
-    const std::optional<FilePath> backup =
-        TDFileModifier::createEmptyBackupFile(path(), _request.transientBackupFile, descriptor, _error);
-    if (!backup)
-        return false;
-    RewriteRecord *record = RewriteRecord::current();
-    if (record != nullptr)
-        record->noteBackup(path(), *backup);
-    if (TDFileModifier::copyOriginalFileToBackupLocation(path(), *backup, descriptor, flush, _copied,
-                                                         _error)) {
-        _backup = *backup;
+    const auto note = [this](const FilePath &backup) {
+        return _record ? _record->noteBackup(path(), backup) : 0;
+    };
+    int errorNumber = 0;
+    _backup = BackupFile::backupFileOf(
+        path(), _request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting, flush,
+        note, _copied, _error, errorNumber);
+    if (_backup)
         return true;
-    }
-    if (record != nullptr)
-        record->noteEnds({*backup});
+    _lacksBackup = _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_CREATION_ERROR) ||
+                   _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_COPY_ORIGINAL_ERROR);
+    _problem =
+        _lacksBackup ? problemOfErrorNumber(errorNumber, RewriteProblem::NoBackup) : RewriteProblem::Changed;
     return false;
-}
-
-bool FileRewrite::lacksBackup() const
-{
-    return _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_CREATION_ERROR) ||
-           _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_COPY_ORIGINAL_ERROR);
-}
-
-void FileRewrite::refuse(int errorNumber)
-{
-    _error = backupCopyError(path(), _backup, errorNumber);
-    abandon();
 }
 
 bool FileRewrite::_plan()
 {
-    const auto reader = TDFileReader::fileReaderWithFile(_backup, _request.encoding, _error);
+    FileToRead content{_backup->path()};
+    content.openDescriptor = _backup->descriptor();
+    const auto reader = TDFileReader::fileReaderWithFile(content, _request.encoding, _error);
     if (!reader)
-        return false;
+        return _fail(RewriteProblem::DiskFailure, TDError(_error));
     _writtenEncoding = reader->stringEncoding();
     const bool isPlanned =
         _newPlan.build(*reader, path(), _request.changes, _request.hadByteOrderMarker, _error) &&
-        _produceNewContent(reader->descriptor());
+        _produceNewContent();
     TDError closingError;
     if (!reader->closeFile(closingError) && isPlanned)
         _error = closingError;
     _request.changes.clear();
-    return !_error;
+    if (_error)
+        return _fail(problemOfReading(_error), TDError(_error));
+    _isUnchanged = _newContent == _backup->content();
+    if (_newContent.size <= LONGEST_CONTENT_HELD)
+        _backup->closeDescriptor();
+    return true;
 }
 
-bool FileRewrite::_produceNewContent(int oldContent)
+bool FileRewrite::_produceNewContent()
 {
     const bool isHeld = _newPlan.newSize() <= LONGEST_CONTENT_HELD;
     if (isHeld)
         _newBytes.reserve(_newPlan.newSize());
     ContentHasher hasher;
-    const int errorNumber = handOutNewContent(_newPlan, oldContent, [&](QByteArrayView bytes) {
+    const int errorNumber = handOutNewContent(_newPlan, _backup->descriptor(), [&](QByteArrayView bytes) {
         hasher.add(bytes);
         if (isHeld)
             _newBytes.append(bytes);
         return 0;
     });
     if (errorNumber != 0) {
-        _error = TDError::posixError(errorNumber, _backup);
+        _error = TDError::posixError(errorNumber, _backup->path());
         return false;
     }
     _newContent = hasher.digest();
@@ -145,89 +179,190 @@ bool FileRewrite::_produceNewContent(int oldContent)
 
 RewriteRecord::Entry FileRewrite::recordEntry() const
 {
-    return {path(), _backup, _newContent, _isBackupKept};
+    return {path(), backup(), _copied, _backup->content(), _newContent, _isBackupKept};
 }
 
 void FileRewrite::abandon()
 {
-    if (_backup.isEmpty())
+    if (!_backup)
         return;
-    (void)FileSystemCalls::current().remove(_backup.cString());
-    if (RewriteRecord *record = RewriteRecord::current())
-        record->noteEnds({_backup});
-    _backup = {};
+    // First: what stands in the file may be another's by now, and has no backup soon.
+    if (_record)
+        (void)_record->noteEnds({_backup->path()});
+    (void)FileSystemCalls::current().remove(_backup->path().cString());
+    _backup.reset();
+    _newBytes = {};
 }
+
+void FileRewrite::refuse(RewriteProblem problem, int errorNumber)
+{
+    (void)_fail(problem, refusalError(path(), problem, errorNumber));
+    abandon();
+}
+
+// -- Writing
 
 bool FileRewrite::carryOut(Flush flush)
 {
-    // The file may have been changed since it was looked at.
-    if (TDFileModifier::truncateFile(path(), _backup, _copied, _error)) {
-        _isTouched = true;
-        return _replaceContent(flush);
+    FileSystemCalls &calls = FileSystemCalls::current();
+    const int target = _truncateFile();
+    bool isDone = false;
+    if (target >= 0) {
+        isDone = _isAsItWas(target) && _replaceContent(target, flush);
+        if (calls.close(target) != 0 && isDone)
+            isDone = _fail(RewriteProblem::Damaged, truncationCloseError(path()));
     }
-    _isTouched = !_error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR);
-    if (!_isTouched)
+    if (!isDone && _problem != RewriteProblem::Damaged && _problem != RewriteProblem::NotOnDisk)
         abandon();
-    return false;
-}
-
-/// The same file as before, whatever stands at its path by now.
-int FileRewrite::_openFile()
-{
-    FileSystemCalls &calls = FileSystemCalls::current();
-    const int descriptor = calls.open(path().cString(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0);
-    struct stat status;
-    if (descriptor < 0 ||
-        (::fstat(descriptor, &status) == 0 && FileState::fromStatus(status).isSameFile(_copied)))
-        return descriptor;
-    (void)calls.close(descriptor);
-    return -1;
-}
-
-bool FileRewrite::_replaceContent(Flush flush)
-{
-    FileSystemCalls &calls = FileSystemCalls::current();
-    ScopedDescriptor target(_openFile());
-    if (target.get() < 0) {
-        _error = truncationOpenError(path(), _backup);
-        return false;
-    }
-    // A file system without attributes keeps the text all the same.
-    (void)setDescriptorValueForExtendedAttributeKey(target.get(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING,
-                                                    attributeValueForEncoding(_writtenEncoding), 0);
-    int errorNumber = _writeContent(target.get());
-    if (_error)
-        return false;
-    if (errorNumber == 0 && flush == Flush::Yes && calls.sync(target.get()) != 0)
-        errorNumber = errno;
-    struct stat status;
-    if (::fstat(target.get(), &status) == 0)
-        _newModificationDate = FileDate::fromStatus(status);
-    if (calls.close(target.release()) != 0 && errorNumber == 0)
-        errorNumber = errno;
+    if (_backup)
+        _backup->closeDescriptor();
+    _oldBytes = {};
     _newBytes = {};
-    if (errorNumber == 0)
-        return true;
-    _error = writeError(path(), _backup, TDError::posixError(errorNumber).localizedFailureReason(), {});
-    return false;
+    _newPlan = {};
+    return isDone;
 }
 
-int FileRewrite::_writeContent(int target)
+/// Opens the file to change it, for nobody else if that can be had. -1, with the error, when it can't be
+/// opened.
+int FileRewrite::_truncateFile()
 {
-    if (_newContent.size <= LONGEST_CONTENT_HELD)
-        return writeAll(target, _newBytes);
-    const ScopedDescriptor oldContent(openForReading(_backup));
-    if (oldContent.get() < 0) {
-        _error = TDFileReader::openError(_backup, errno);
-        return 0;
+    FileSystemCalls &calls = FileSystemCalls::current();
+    // The path has no links in it; where there is one now, somebody put it there.
+    const int target = calls.open(path().cString(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0);
+    if (target < 0) {
+        (void)_fail(problemOfErrorNumber(errno, RewriteProblem::Changed),
+                    truncationOpenError(path(), _backup->path()));
+        return -1;
     }
-    return handOutNewContent(_newPlan, oldContent.get(),
-                             [target](QByteArrayView bytes) { return writeAll(target, bytes); });
+    keepOthersOut(target);
+    if (_backup->descriptor() >= 0)
+        keepOthersOut(_backup->descriptor());
+    return target;
+}
+
+/// Whether it is the file that was copied, unchanged to the last byte, with its copy in place. Sets the error
+/// if not.
+bool FileRewrite::_isAsItWas(int target)
+{
+    if (!_backup->isInPlace())
+        return _fail(RewriteProblem::NoBackup, backupCopyError(path(), _backup->path(), ENOENT));
+    const bool isUnchanged = stateOfDescriptor(target) == _copied;
+    const std::optional<ContentDigest> digest = isUnchanged ? _digestOfOldContent(target) : std::nullopt;
+    if (isUnchanged && !digest)
+        return _fail(RewriteProblem::DiskFailure, TDError::posixError(errno, path()));
+    return digest == _backup->content() || _fail(RewriteProblem::Changed, fileModifiedError(path()));
+}
+
+/// Keeps the content, unless it is long.
+std::optional<ContentDigest> FileRewrite::_digestOfOldContent(int target)
+{
+    if (_copied.size > LONGEST_CONTENT_HELD)
+        return digestOfDescriptor(target, _copied.size);
+    _oldBytes.resize(_copied.size);
+    const qint64 count = readFully(target, _oldBytes.data(), _copied.size, 0);
+    if (count < 0)
+        return {};
+    _oldBytes.truncate(count);
+    return digestOfBytes(_oldBytes);
+}
+
+bool FileRewrite::_replaceContent(int target, Flush flush)
+{
+    const Writing writing = _putNewContent(target);
+    if (writing.errorNumber != 0)
+        return _failWriting(target, writing);
+    const std::optional<bool> isWritten = _hasNewContent(target);
+    if (!isWritten)
+        return _failWriting(target, {errno, true, false});
+    if (!*isWritten)
+        return _fail(RewriteProblem::Damaged,
+                     writeError(path(), backup(), differentContentText(), FileNow::Damaged));
+    setTextEncodingAttribute(target, _writtenEncoding);
+    if (flush == Flush::Yes && FileSystemCalls::current().sync(target) != 0) {
+        noteFailedFlush(errno);
+        return false;
+    }
+    if (const std::optional<FileState> state = stateOfDescriptor(target))
+        _newModificationDate = state->date;
+    return true;
+}
+
+FileRewrite::Writing FileRewrite::_putNewContent(int target)
+{
+    ContentOverwrite overwrite(target, _copied.size, _oldBytes);
+    Writing writing;
+    writing.errorNumber = overwrite.reserve(_newContent.size);
+    if (writing.errorNumber != 0)
+        return writing;
+    const auto sink = [&overwrite](QByteArrayView bytes) { return overwrite.put(bytes); };
+    writing.errorNumber = _newContent.size <= LONGEST_CONTENT_HELD
+                              ? overwrite.put(_newBytes)
+                              : handOutNewContent(_newPlan, _backup->descriptor(), sink);
+    if (writing.errorNumber == 0)
+        writing.errorNumber = overwrite.putPending();
+    if (writing.errorNumber == 0) {
+        writing.errorNumber = overwrite.cut();
+        writing.hasFailedInCutting = writing.errorNumber != 0;
+    }
+    if (endsRun(writing.errorNumber))
+        _diskError = writing.errorNumber;
+    writing.hasChangedFile = overwrite.hasChangedAnything();
+    return writing;
+}
+
+/// What somebody who had the file open has put behind it meanwhile is theirs, and there. Nothing when that
+/// can't be told.
+std::optional<bool> FileRewrite::_hasNewContent(int target) const
+{
+    const std::optional<FileState> state = stateOfDescriptor(target);
+    const std::optional<ContentDigest> digest =
+        state ? digestOfDescriptor(target, _newContent.size) : std::nullopt;
+    return digest ? std::optional(state->size >= _newContent.size && digest == _newContent) : std::nullopt;
+}
+
+bool FileRewrite::_failWriting(int target, const Writing &writing)
+{
+    const bool isAsItWas = !writing.hasChangedFile || _putOldContentBack(target);
+    const FileNow now = isAsItWas ? FileNow::AsItWas : FileNow::Damaged;
+    const QString exception = TDError::posixError(writing.errorNumber).localizedFailureReason();
+    return _fail(isAsItWas ? problemOfErrorNumber(writing.errorNumber, RewriteProblem::DiskFailure)
+                           : RewriteProblem::Damaged,
+                 writing.hasFailedInCutting ? truncationError(path(), now)
+                                            : writeError(path(), _backup->path(), exception, now));
+}
+
+/// A file that could be written only in part gets its old content back, if the disk still takes that.
+bool FileRewrite::_putOldContentBack(int target)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    const int old = calls.open(_backup->path().cString(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC, 0);
+    if (old < 0)
+        return false;
+    struct stat status;
+    const bool isBack = ::fstat(old, &status) == 0 &&
+                        digestOfDescriptor(old, status.st_size) == _backup->content() &&
+                        overwriteWithContentOf(old, target) == 0 && hasContent(target, _backup->content()) &&
+                        calls.sync(target) == 0;
+    if (isBack)
+        copyAttributesAndDates(old, target, status);
+    (void)calls.close(old);
+    return isBack;
+}
+
+void FileRewrite::noteFailedFlush(int errorNumber)
+{
+    _diskError = errorNumber;
+    (void)_fail(RewriteProblem::NotOnDisk,
+                writeError(path(), backup(), TDError::posixError(errorNumber).localizedFailureReason(),
+                           FileNow::Damaged));
 }
 
 bool FileRewrite::finish()
 {
-    return _isBackupKept || TDFileModifier::deleteTemporaryBackupFile(_backup, _error);
+    if (_isBackupKept)
+        return true;
+    TDError error;
+    return _backup->deleteTemporaryBackupFile(error) || _fail(RewriteProblem::BackupLeft, error);
 }
 
 } // namespace tidemark

@@ -4,19 +4,21 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "foundation/TextEncoding.h"
-#include "replace/FileCopy.h"
+#include "replace/BackupFile.h"
 #include "replace/RewritePlan.h"
+#include "replace/RewriteProblem.h"
 #include "replace/RewriteRecord.h"
 
 #include <QByteArray>
 
+#include <memory>
 #include <optional>
 
 namespace tidemark {
 
 /// One file on its way from its old content to its new one, step by step: prepare(), carryOut(), then
-/// finish(), or abandon() before carryOut(). Between prepare() and carryOut() the backup has to reach the
-/// disk. Each step may be on another thread, one at a time; none looks at the settings.
+/// finish(), or abandon() before carryOut(). Between prepare() and carryOut() the backup and then the record
+/// have to reach the disk. Each step may be on another thread, one at a time; none looks at the settings.
 class FileRewrite
 {
 public:
@@ -30,23 +32,31 @@ public:
         bool transientBackupFile = false;
     };
 
-    explicit FileRewrite(Request request);
+    /// The record gets the names of backups, and what became of them; null: nothing is recorded.
+    FileRewrite(Request request, std::shared_ptr<RewriteRecord> record);
+    /// Before prepare() is called once more.
+    void setRecord(std::shared_ptr<RewriteRecord> record) { _record = std::move(record); }
 
-    /// Makes the backup and works out the new content. False, with the error set, when the rewrite is
-    /// refused: the file is untouched then and there is no backup. With Flush::Yes the backup is on the disk
-    /// afterwards.
+    /// Makes the backup and works out the new content. False when nothing is to be written: the rewrite is
+    /// refused, with the error set, or the new content is the old one. The file is untouched then and there
+    /// is no backup. With Flush::Yes the backup is on the disk afterwards.
     bool prepare(Flush flush);
+    /// Whether prepare() found that the new content is the old one. There is no error then.
+    bool isUnchanged() const { return _isUnchanged; }
     /// Whether prepare() failed because no backup could be made, as with a full disk.
-    bool lacksBackup() const;
+    bool lacksBackup() const { return _lacksBackup; }
 
     /// The backup of a file that wasn't touched goes.
     void abandon();
+    /// The same, with what was in the way. `errorNumber` is the system's, or 0.
+    void refuse(RewriteProblem problem, int errorNumber);
 
-    /// Replaces the content. False, with the error set, when that failed: then the backup stays, unless the
-    /// file turned out to be changed and wasn't touched.
+    /// Replaces the content, while nobody else can open the file. False, with the error set, when that
+    /// failed: either the file is as it was and there is no backup, or problem() is Damaged and the backup
+    /// stays.
     bool carryOut(Flush flush);
-    /// Whether the file may be without its old content.
-    bool isTouched() const { return _isTouched; }
+    /// What was in the way of changing the file, as the system tells it; 0 when nothing was.
+    int diskError() const { return _diskError; }
     /// The file's date after carryOut().
     std::optional<FileDate> newModificationDate() const { return _newModificationDate; }
 
@@ -54,37 +64,58 @@ public:
     bool finish();
     bool isBackupKept() const { return _isBackupKept; }
     void setBackupKept(bool isKept) { _isBackupKept = isKept; }
+    /// The new content may not be on the disk: the backup stays.
+    void noteFailedFlush(int errorNumber);
 
     const FilePath &path() const { return _request.path; }
-    /// The file system of the file, after prepare().
-    dev_t device() const { return _copied.device; }
     bool isBackupTransient() const { return _request.transientBackupFile; }
     /// Empty when there is none.
-    const FilePath &backup() const { return _backup; }
+    FilePath backup() const { return _backup ? _backup->path() : FilePath(); }
     const TDError &error() const { return _error; }
-    /// Refuses the rewrite because the backup can't be brought to the disk.
-    void refuse(int errorNumber);
+    RewriteProblem problem() const { return _problem; }
+    /// After prepare().
     RewriteRecord::Entry recordEntry() const;
 
 private:
+    bool _fileExistsAtPath();
+    bool _fileIsWritableAtPath();
+    bool _fileModifiedSince();
     bool _makeBackup(Flush flush);
     bool _plan();
-    bool _produceNewContent(int oldContent);
-    bool _isUnmodified();
-    bool _replaceContent(Flush flush);
-    int _openFile();
-    int _writeContent(int target);
+    bool _produceNewContent();
+
+    /// How far the writing came.
+    struct Writing
+    {
+        int errorNumber = 0;
+        bool hasChangedFile = false;
+        bool hasFailedInCutting = false;
+    };
+    int _truncateFile();
+    bool _isAsItWas(int target);
+    std::optional<ContentDigest> _digestOfOldContent(int target);
+    bool _replaceContent(int target, Flush flush);
+    Writing _putNewContent(int target);
+    std::optional<bool> _hasNewContent(int target) const;
+    bool _putOldContentBack(int target);
+    bool _fail(RewriteProblem problem, const TDError &error);
+    bool _failWriting(int target, const Writing &writing);
 
     Request _request;
-    FilePath _backup;
+    std::shared_ptr<RewriteRecord> _record;
+    std::optional<BackupFile> _backup;
     FileState _copied; ///< the file as the backup has it
     RewritePlan _newPlan;
+    QByteArray _oldBytes; ///< all that stands in the file while it is changed, unless it is long
     QByteArray _newBytes; ///< all of the new content, unless it is long
     ContentDigest _newContent;
     StringEncoding _writtenEncoding;
     std::optional<FileDate> _newModificationDate;
     TDError _error;
-    bool _isTouched = false;
+    RewriteProblem _problem = RewriteProblem::None;
+    int _diskError = 0;
+    bool _isUnchanged = false;
+    bool _lacksBackup = false;
     bool _isBackupKept = false;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "foundation/FilePath.h"
+#include "replace/RewriteRecord.h"
 
+#include <QHash>
 #include <QList>
 
 #include <vector>
@@ -9,35 +11,45 @@
 namespace tidemark {
 
 /// The files that a process was rewriting when it ended in the middle, found in the records it left behind.
-/// Looking clears everything that needs no decision: backups of files that weren't touched, and those of
-/// files that were completely written. Records of living processes aren't looked at, nor can two processes
-/// look at the same one.
+/// What became of each is told from its content: the new one, the old one, or neither. Looking clears
+/// everything that needs no decision: backups of files that weren't touched, and those of files that were
+/// completely written. Nothing is followed, waited for or changed that isn't the regular file it was. Records
+/// of living processes aren't looked at, nor can two processes look at the same one. One thread at a time.
 class InterruptedRewrites
 {
 public:
+    enum class State {
+        Damaged,        ///< neither the old content nor the new one; the backup holds the old one
+        UnusableBackup, ///< the same, but the backup is missing or holds something else
+        Moved,          ///< another file, or none, is where it was
+    };
     struct File
     {
         FilePath path;
-        FilePath backup; ///< holds the whole old content
+        FilePath backup;
+        State state = State::Damaged;
     };
 
-    /// Looks into the folder of records, which need not exist.
+    /// Looks into the folder of records, which need not exist. Reads the files that they name.
     explicit InterruptedRewrites(const FilePath &folder);
     /// Undecided files are found again the next time.
     ~InterruptedRewrites();
     InterruptedRewrites(const InterruptedRewrites &) = delete;
     InterruptedRewrites &operator=(const InterruptedRewrites &) = delete;
 
-    /// Those that are neither as they were nor as they should be. By path.
+    /// Those to be told about. By path.
     const QList<File> &files() const { return _files; }
+    /// Of the runs that were cut short; no files in all when none was.
+    RunProgress progress() const { return _progress; }
 
     struct Failure
     {
         File file;
         int errorNumber = 0;
     };
-    /// Puts the old content back into all of them and deletes their backups once that is on the disk. Those
-    /// that failed stay in files(), with their backups.
+    /// Puts the old content back into all damaged files. What stands in each now is kept as a new backup
+    /// beside it; the backup with the old content goes once that is on the disk. Those that failed stay in
+    /// files(), with their backups, and are found again; nothing else is asked again.
     QList<Failure> putBack();
     /// The files stay as they are, and so do the backups beside them; nothing is asked again.
     void keep();
@@ -47,13 +59,22 @@ private:
     {
         FilePath path;
         int descriptor = -1; ///< holds the lock
+        RecordLock lock;
     };
+    using Entry = RewriteRecord::Left::File;
 
     void _lookInto(const FilePath &recordPath);
+    void _decide(const FilePath &path, const std::vector<Entry> &entries);
+    void _tellDamaged(const FilePath &path, const std::vector<Entry> &entries);
     void _removeRecords();
 
-    std::vector<Record> _records; ///< those with undecided files
+    std::vector<Record> _records;
+    QHash<FilePath, std::vector<Entry>> _begun; ///< by path, each in the order of the records
+    QHash<FilePath, Entry> _damaged;            ///< what is put back, by path
     QList<File> _files;
+    QHash<FilePath, QByteArray> _owners; ///< by backup
+    QHash<QByteArray, RunProgress> _progressOfOwners;
+    RunProgress _progress;
 };
 
 } // namespace tidemark

@@ -72,6 +72,21 @@ int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink
     return 0;
 }
 
+qint64 readFully(int descriptor, char *bytes, qint64 count, qint64 offset)
+{
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t step = FileSystemCalls::current().pread(descriptor, bytes + done, size_t(count - done),
+                                                              off_t(offset + done));
+        if (step < 0)
+            return -1;
+        if (step == 0)
+            break;
+        done += step;
+    }
+    return done;
+}
+
 int writeAll(int descriptor, QByteArrayView bytes)
 {
     for (qsizetype written = 0; written < bytes.size();) {

@@ -16,6 +16,10 @@ using ContentSink = std::function<int(QByteArrayView)>;
 /// and stays the caller's. 0, or errno of reading or of the sink.
 int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink &sink);
 
+/// Reads up to `count` bytes from the offset on, fewer only at the end of the file; how many, or -1 and
+/// errno.
+qint64 readFully(int descriptor, char *bytes, qint64 count, qint64 offset);
+
 /// Writes all of it; 0, or errno with part of it written.
 int writeAll(int descriptor, QByteArrayView bytes);
 

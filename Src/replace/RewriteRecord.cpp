@@ -1,7 +1,8 @@
 #include "replace/RewriteRecord.h"
 
 #include "foundation/FileSystemCalls.h"
-#include "replace/FileCopy.h"
+#include "foundation/UniqueFile.h"
+#include "replace/FileMetadata.h"
 #include "replace/NewContent.h"
 
 #include <QDir>
@@ -9,21 +10,26 @@
 #include <QHash>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tidemark {
 
 namespace {
 
 // One entry a line, fields between tabs, paths percent-encoded.
+const QByteArray OWNER_ENTRY = QByteArrayLiteral("owner");
+const QByteArray PROGRESS_ENTRY = QByteArrayLiteral("progress");
 const QByteArray BACKUP_ENTRY = QByteArrayLiteral("backup");
 const QByteArray REWRITE_ENTRY = QByteArrayLiteral("rewrite");
+/// Closes the list of rewrites, with the digest of all that is in front of it: without this line none was
+/// begun.
+const QByteArray BEGIN_ENTRY = QByteArrayLiteral("begin");
 const QByteArray END_ENTRY = QByteArrayLiteral("end");
 
-RewriteRecord *currentRecord = nullptr;
+FilePath currentFolder;
 
 QByteArray encoded(const FilePath &path)
 {
@@ -40,33 +46,219 @@ QByteArray line(std::initializer_list<QByteArray> fields)
     return QByteArrayList(fields).join('\t') + '\n';
 }
 
+QByteArray hexadecimal(quint64 number)
+{
+    return QByteArray::number(number, 16);
+}
+
+QByteArray progressLine(RunProgress progress)
+{
+    return line({PROGRESS_ENTRY, QByteArray::number(progress.done), QByteArray::number(progress.total)});
+}
+
 QByteArray lineOf(const RewriteRecord::Entry &entry)
 {
     return line({REWRITE_ENTRY, encoded(entry.path), encoded(entry.backup),
-                 QByteArray::number(entry.newContent.size), QByteArray::number(entry.newContent.hash, 16),
+                 QByteArray::number(quint64(entry.file.device)),
+                 QByteArray::number(quint64(entry.file.inode)), QByteArray::number(entry.oldContent.size),
+                 hexadecimal(entry.oldContent.hash), QByteArray::number(entry.newContent.size),
+                 hexadecimal(entry.newContent.hash),
                  entry.isBackupKept ? QByteArrayLiteral("kept") : QByteArrayLiteral("deleted")});
+}
+
+ContentDigest digestOf(const QByteArray &size, const QByteArray &hash)
+{
+    return {size.toLongLong(), hash.toULongLong(nullptr, 16)};
+}
+
+/// Reads a record line by line.
+class RecordReader
+{
+public:
+    RewriteRecord::Left read(const QByteArray &content)
+    {
+        for (qsizetype start = 0, end = 0; (end = content.indexOf('\n', start)) >= 0; start = end + 1) {
+            _readLine(content.mid(start, end - start).split('\t'));
+            _hasher.add(QByteArrayView(content).sliced(start, end + 1 - start));
+        }
+        std::erase_if(_left.files, [](const auto &file) { return file.path.isEmpty(); });
+        for (RewriteRecord::Left::File &file : _left.files)
+            file.isBegun = file.isBegun && _isBegun;
+        return _left;
+    }
+
+private:
+    void _readLine(const QList<QByteArray> &fields)
+    {
+        const QByteArray &kind = fields.first();
+        if (kind == OWNER_ENTRY && fields.size() == 5) {
+            _left.owner = fields.sliced(1).join('\t');
+        } else if (kind == PROGRESS_ENTRY && fields.size() == 3) {
+            _left.progress = {fields[1].toLongLong(), fields[2].toLongLong()};
+        } else if (kind == BACKUP_ENTRY && fields.size() == 3) {
+            _fileWithBackup(fields).isBegun = false;
+        } else if (kind == REWRITE_ENTRY && fields.size() == 10) {
+            _readRewrite(fields);
+        } else if (kind == BEGIN_ENTRY && fields.size() == 3) {
+            _isBegun = digestOf(fields[1], fields[2]) == _hasher.digest();
+        } else if (kind == END_ENTRY && fields.size() == 2) {
+            if (const auto place = _places.constFind(decoded(fields[1])); place != _places.cend())
+                _left.files[*place].path = FilePath();
+        }
+    }
+    void _readRewrite(const QList<QByteArray> &fields)
+    {
+        RewriteRecord::Left::File &file = _fileWithBackup(fields);
+        file.file.device = dev_t(fields[3].toULongLong());
+        file.file.inode = ino_t(fields[4].toULongLong());
+        file.oldContent = digestOf(fields[5], fields[6]);
+        file.newContent = digestOf(fields[7], fields[8]);
+        file.isBackupKept = fields[9] == "kept";
+        file.isBegun = true;
+    }
+    /// The entry with the path and the backup that the line begins with.
+    RewriteRecord::Left::File &_fileWithBackup(const QList<QByteArray> &fields)
+    {
+        const FilePath backup = decoded(fields[2]);
+        auto place = _places.constFind(backup);
+        if (place == _places.cend()) {
+            place = _places.insert(backup, _left.files.size());
+            _left.files.emplace_back();
+        }
+        RewriteRecord::Left::File &file = _left.files[*place];
+        file.path = decoded(fields[1]);
+        file.backup = backup;
+        return file;
+    }
+
+    RewriteRecord::Left _left;
+    QHash<FilePath, size_t> _places; ///< by backup
+    ContentHasher _hasher;
+    bool _isBegun = false;
+};
+
+/// Whether the folder is there and this user's; errno otherwise. Folders above it are the user's own affair.
+bool makeFolder(const FilePath &folder)
+{
+    if (::mkdir(folder.cString(), S_IRWXU) == 0 || errno == EEXIST)
+        return true;
+    if (errno != ENOENT)
+        return false;
+    const QString above = QFile::decodeName(folder.deletingLastPathComponent().bytes());
+    return QDir().mkpath(above) && (::mkdir(folder.cString(), S_IRWXU) == 0 || errno == EEXIST);
 }
 
 } // namespace
 
-RewriteRecord::RewriteRecord(const FilePath &folder) : _folder(folder)
+RewriteRecord::RewriteRecord(const FilePath &path, int descriptor, RecordLock lock)
+    : _path(path), _descriptor(descriptor), _lock(std::move(lock))
+{}
+
+std::shared_ptr<RewriteRecord> RewriteRecord::recordInFolder(const FilePath &folder, RunProgress progress,
+                                                             int &errorNumber)
 {
-    currentRecord = this;
+    FileSystemCalls &calls = FileSystemCalls::current();
+    QByteArray name = folder.appendingPathComponent(QByteArrayLiteral("rewrites-XXXXXX")).bytes();
+    const int descriptor = makeFolder(folder) ? makeUniqueFile(name) : -1;
+    if (descriptor < 0) {
+        errorNumber = errno;
+        return nullptr;
+    }
+    (void)::fcntl(descriptor, F_SETFL, O_APPEND);
+    RecordLock lock;
+    struct stat status;
+    // Another process that starts just now may have taken the file for one that was left behind.
+    if (!lock.take(descriptor, FilePath(name)) || ::fstat(descriptor, &status) != 0 || status.st_nlink == 0) {
+        errorNumber = EAGAIN;
+        (void)calls.close(descriptor);
+        return nullptr;
+    }
+    std::shared_ptr<RewriteRecord> record(new RewriteRecord(FilePath(name), descriptor, std::move(lock)));
+    errorNumber = record->_append(line({OWNER_ENTRY, identityOfThisProcess()}) + progressLine(progress));
+    return errorNumber == 0 ? record : nullptr;
 }
 
 RewriteRecord::~RewriteRecord()
 {
-    currentRecord = nullptr;
-    if (_descriptor < 0)
-        return;
+    FileSystemCalls &calls = FileSystemCalls::current();
     if (_openBackups.isEmpty())
-        (void)FileSystemCalls::current().remove(_path.cString());
-    (void)FileSystemCalls::current().close(_descriptor);
+        (void)calls.remove(_path.cString());
+    (void)calls.close(_descriptor);
 }
 
-RewriteRecord *RewriteRecord::current()
+int RewriteRecord::_append(const QByteArray &lines)
 {
-    return currentRecord;
+    const int error = writeAll(_descriptor, lines);
+    if (error == 0) {
+        _hasher.add(lines);
+        _size += lines.size();
+    } else {
+        // Nothing half written: what follows must be readable.
+        (void)FileSystemCalls::current().truncate(_descriptor, off_t(_size));
+    }
+    return error;
+}
+
+int RewriteRecord::_flush()
+{
+    if (FileSystemCalls::current().sync(_descriptor) != 0)
+        return errno;
+    return flushFolder(_path.deletingLastPathComponent());
+}
+
+int RewriteRecord::noteBackup(const FilePath &path, const FilePath &backup)
+{
+    const QByteArray entry = line({BACKUP_ENTRY, encoded(path), encoded(backup)});
+    const std::lock_guard lock(_mutex);
+    const int error = _append(entry);
+    if (error == 0)
+        _openBackups.insert(backup);
+    return error;
+}
+
+int RewriteRecord::noteRewrites(const std::vector<Entry> &entries)
+{
+    QByteArray lines;
+    for (const Entry &entry : entries)
+        lines += lineOf(entry);
+    const std::lock_guard lock(_mutex);
+    const qint64 sizeBefore = _size;
+    int error = _append(lines);
+    if (error == 0) {
+        const ContentDigest all = _hasher.digest();
+        error = _append(line({BEGIN_ENTRY, QByteArray::number(all.size), hexadecimal(all.hash)}));
+    }
+    if (error == 0)
+        error = _flush();
+    if (error != 0) {
+        (void)FileSystemCalls::current().truncate(_descriptor, off_t(sizeBefore));
+        return error;
+    }
+    for (const Entry &entry : entries)
+        _openBackups.insert(entry.backup);
+    return 0;
+}
+
+int RewriteRecord::noteEnds(const std::vector<FilePath> &backups)
+{
+    QByteArray lines;
+    const std::lock_guard lock(_mutex);
+    for (const FilePath &backup : backups) {
+        if (_openBackups.remove(backup))
+            lines += line({END_ENTRY, encoded(backup)});
+    }
+    return lines.isEmpty() ? 0 : _append(lines);
+}
+
+int RewriteRecord::noteProgress(RunProgress progress)
+{
+    const std::lock_guard lock(_mutex);
+    return _append(progressLine(progress));
+}
+
+RewriteRecord::Left RewriteRecord::read(const QByteArray &content)
+{
+    return RecordReader().read(content);
 }
 
 FilePath RewriteRecord::userFolder()
@@ -82,106 +274,19 @@ FilePath RewriteRecord::userFolder()
     return FilePath::fromDisplayText(state).appendingPathComponent(QByteArrayLiteral("tidemark"));
 }
 
-bool RewriteRecord::_open()
+RewriteRecordFolder::RewriteRecordFolder(const FilePath &folder)
 {
-    if (_descriptor >= 0)
-        return true;
-    const QString folder = QFile::decodeName(_folder.bytes());
-    // Folders above it are the user's own affair; this one is nobody else's.
-    if (!QDir().mkpath(QFileInfo(folder).path()) ||
-        (::mkdir(_folder.cString(), S_IRWXU) != 0 && errno != EEXIST))
-        return false;
-    QByteArray name = _folder.appendingPathComponent(QByteArrayLiteral("rewrites-XXXXXX")).bytes();
-    const int descriptor = FileSystemCalls::current().makeUniqueFile(name.data());
-    if (descriptor < 0)
-        return false;
-    (void)::fcntl(descriptor, F_SETFL, O_APPEND);
-    // Another process that starts just now may have taken the file for one that was left behind.
-    struct stat status;
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 || ::fstat(descriptor, &status) != 0 ||
-        status.st_nlink == 0) {
-        (void)::close(descriptor);
-        return false;
-    }
-    _path = FilePath(name);
-    _descriptor = descriptor;
-    (void)flushFolder(_folder);
-    return true;
+    currentFolder = folder;
 }
 
-bool RewriteRecord::_append(const QByteArray &lines)
+RewriteRecordFolder::~RewriteRecordFolder()
 {
-    return _open() && writeAll(_descriptor, lines) == 0;
+    currentFolder = {};
 }
 
-void RewriteRecord::noteBackup(const FilePath &path, const FilePath &backup)
+FilePath RewriteRecordFolder::current()
 {
-    const QByteArray entry = line({BACKUP_ENTRY, encoded(path), encoded(backup)});
-    const std::lock_guard lock(_mutex);
-    _openBackups.insert(backup);
-    (void)_append(entry);
-}
-
-void RewriteRecord::noteRewrites(const std::vector<Entry> &entries)
-{
-    QByteArray lines;
-    for (const Entry &entry : entries)
-        lines += lineOf(entry);
-    const std::lock_guard lock(_mutex);
-    for (const Entry &entry : entries)
-        _openBackups.insert(entry.backup);
-    if (!lines.isEmpty() && _append(lines))
-        (void)FileSystemCalls::current().sync(_descriptor);
-}
-
-void RewriteRecord::noteEnds(const std::vector<FilePath> &backups)
-{
-    QByteArray lines;
-    const std::lock_guard lock(_mutex);
-    for (const FilePath &backup : backups) {
-        if (_openBackups.remove(backup))
-            lines += line({END_ENTRY, encoded(backup)});
-    }
-    if (lines.isEmpty() || _descriptor < 0)
-        return;
-    // Nothing open is the same as nothing written.
-    if (_openBackups.isEmpty())
-        (void)FileSystemCalls::current().truncate(_descriptor, 0);
-    else
-        (void)_append(lines);
-}
-
-std::vector<RewriteRecord::LeftEntry> RewriteRecord::leftEntries(const QByteArray &content)
-{
-    std::vector<LeftEntry> entries;
-    QHash<FilePath, size_t> places; // by backup
-    for (qsizetype start = 0, end = 0; (end = content.indexOf('\n', start)) >= 0; start = end + 1) {
-        const QList<QByteArray> fields = content.mid(start, end - start).split('\t');
-        const QByteArray &kind = fields.first();
-        if (kind == END_ENTRY && fields.size() == 2) {
-            if (const auto place = places.constFind(decoded(fields[1])); place != places.cend())
-                entries[*place].path = FilePath();
-        } else if ((kind == BACKUP_ENTRY && fields.size() == 3) ||
-                   (kind == REWRITE_ENTRY && fields.size() == 6)) {
-            LeftEntry entry;
-            entry.path = decoded(fields[1]);
-            entry.backup = decoded(fields[2]);
-            entry.isBegun = kind == REWRITE_ENTRY;
-            if (entry.isBegun) {
-                entry.newContent = {fields[3].toLongLong(), fields[4].toULongLong(nullptr, 16)};
-                entry.isBackupKept = fields[5] == "kept";
-            }
-            const auto place = places.constFind(entry.backup);
-            if (place != places.cend()) {
-                entries[*place] = entry;
-            } else {
-                places.insert(entry.backup, entries.size());
-                entries.push_back(entry);
-            }
-        }
-    }
-    std::erase_if(entries, [](const LeftEntry &entry) { return entry.path.isEmpty(); });
-    return entries;
+    return currentFolder;
 }
 
 } // namespace tidemark

@@ -1,68 +1,107 @@
 #pragma once
 
 #include "foundation/FilePath.h"
-#include "replace/ContentDigest.h"
+#include "replace/FileState.h"
+#include "replace/RecordLock.h"
 
 #include <QSet>
 
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace tidemark {
 
-/// What a process that rewrites files leaves behind should it end in the middle: which files were being
-/// rewritten, where their old content is, and how the new content can be told. One file in a folder, locked
-/// while the process lives; it is made with the first entry and removed with the last. A rewrite is written
-/// down, on the disk, before its file is touched, and what became of a file is told from its content, so a
-/// crash at any moment leaves no false entry. Any thread.
+/// How many files of a run are written completely, of how many.
+struct RunProgress
+{
+    qint64 done = 0;
+    qint64 total = 0;
+};
+
+/// What one group of files leaves behind should the process or the machine stop while they are rewritten: a
+/// file in the folder of records, locked while the process lives. It is made before the first backup of the
+/// group, gets each backup's name before there is such a file, and is closed by a list of the rewrites, which
+/// is on the disk before the first of the files is changed. What became of a file is told from hashes alone,
+/// so a crash at any moment leaves no false entry. Any thread.
 class RewriteRecord
 {
 public:
-    /// The folder is made when it is needed, for this user only.
-    explicit RewriteRecord(const FilePath &folder);
-    ~RewriteRecord();
-    RewriteRecord(const RewriteRecord &) = delete;
-    RewriteRecord &operator=(const RewriteRecord &) = delete;
-
-    /// The one of this process, or null: then nothing is written down.
-    static RewriteRecord *current();
-    /// The folder for this user's records.
-    static FilePath userFolder();
-
+    /// One file that is rewritten. Paths are bytes, links in them resolved.
     struct Entry
     {
         FilePath path;
         FilePath backup;
+        FileState file; ///< before it is touched
+        ContentDigest oldContent;
         ContentDigest newContent;
         bool isBackupKept = false;
     };
 
-    /// The name of a backup, before anything is copied to it. The entry may not survive a power cut.
-    void noteBackup(const FilePath &path, const FilePath &backup);
-    /// The files that are rewritten next. What can't be written down is rewritten all the same: the record
-    /// is a help in finding backups, which are there in any case.
-    void noteRewrites(const std::vector<Entry> &entries);
-    /// What was noted with these backups is over: the new content is in place, or the file wasn't touched.
-    void noteEnds(const std::vector<FilePath> &backups);
+    /// A new record of this process in the folder, which is made, for this user only, when it isn't there.
+    /// Null, with `errorNumber` set, when nothing can be noted there.
+    static std::shared_ptr<RewriteRecord> recordInFolder(const FilePath &folder, RunProgress progress,
+                                                         int &errorNumber);
+    /// Removes it when everything that was noted has ended; otherwise it stays for the next start.
+    ~RewriteRecord();
+    RewriteRecord(const RewriteRecord &) = delete;
+    RewriteRecord &operator=(const RewriteRecord &) = delete;
 
-    /// An entry of a record that was left behind.
-    struct LeftEntry : Entry
+    // Each returns 0, or errno when it couldn't be noted.
+    /// The path of a backup that is about to be made. May not survive a power cut.
+    int noteBackup(const FilePath &path, const FilePath &backup);
+    /// The files that are rewritten next, once for a record. All of it is on the disk when the call returns;
+    /// after a failure the record says of none of them that it was begun.
+    int noteRewrites(const std::vector<Entry> &entries);
+    /// What was noted with these backups is over: the file is complete on the disk, or wasn't touched. May
+    /// not survive a power cut.
+    int noteEnds(const std::vector<FilePath> &backups);
+    int noteProgress(RunProgress progress);
+
+    /// What a record left behind says.
+    struct Left
     {
-        bool isBegun = false; ///< false: only the backup was noted, the file wasn't touched
+        struct File : Entry
+        {
+            bool isBegun = false; ///< false: only the backup was noted, the file wasn't touched
+        };
+        QByteArray owner; ///< identity of the process that wrote it
+        RunProgress progress;
+        std::vector<File> files; ///< those that have not ended
     };
-    /// The entries of a record's content that have not ended. What makes no sense is passed over, like a last
-    /// line that was cut off.
-    static std::vector<LeftEntry> leftEntries(const QByteArray &content);
+    /// What makes no sense is passed over, like a last line that was cut off.
+    static Left read(const QByteArray &content);
+
+    /// The folder for this user's records.
+    static FilePath userFolder();
 
 private:
-    bool _open();
-    bool _append(const QByteArray &lines);
+    RewriteRecord(const FilePath &path, int descriptor, RecordLock lock);
+    int _append(const QByteArray &lines);
+    int _flush();
 
-    FilePath _folder;
     std::mutex _mutex;
-    FilePath _path; ///< empty before the first entry
-    int _descriptor = -1;
+    FilePath _path;
+    int _descriptor;
+    RecordLock _lock;
+    ContentHasher _hasher; ///< of everything written so far
+    qint64 _size = 0;
     QSet<FilePath> _openBackups;
+};
+
+/// Where this process keeps its records while the object lives. Without one nothing is recorded. Made in
+/// main(), before there are other threads.
+class RewriteRecordFolder
+{
+public:
+    explicit RewriteRecordFolder(const FilePath &folder);
+    ~RewriteRecordFolder();
+    RewriteRecordFolder(const RewriteRecordFolder &) = delete;
+    RewriteRecordFolder &operator=(const RewriteRecordFolder &) = delete;
+
+    /// Empty where nothing is recorded.
+    static FilePath current();
 };
 
 } // namespace tidemark

@@ -12,6 +12,20 @@ namespace {
 constexpr qsizetype LONGEST_FILE_LIST = 1001;
 constexpr qsizetype LINES_BETWEEN_EVENTS = 256;
 
+/// The lines of a file follow each other, as a rule.
+qint64 filesOf(const FindResultItems &items)
+{
+    qint64 count = 0;
+    const TDFindResultItem *last = nullptr;
+    for (const auto &item : items) {
+        if (item->matchLine() == nullptr || item->parent() == last)
+            continue;
+        last = item->parent();
+        ++count;
+    }
+    return count;
+}
+
 } // namespace
 
 TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &request,
@@ -44,11 +58,13 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
         if (_betweenFiles)
             _betweenFiles(_filesDone);
     };
-    _queue = std::make_unique<RewriteQueue>(whileWaiting, [this] { return _stopReplace.load(); });
+    _run = std::make_unique<RewriteRun>(RewriteRun::Flushing::FileSystem, filesOf(selectedObjects),
+                                        whileWaiting, [this] { return _stopReplace.load(); });
     _replaceInObjects(selectedObjects);
-    _outcome.failedPaths << _queue->finish();
-    if (_outcome.error.isNull() && !_outcome.failedPaths.isEmpty())
-        _outcome.error = failedFilesError(_outcome.failedPaths);
+    for (const RewriteRun::LateProblem &late : _run->finish())
+        _noteLateProblem(late);
+    if (_outcome.error.isNull() && !_outcome.failures.empty())
+        _outcome.error = failedFilesError(_outcome.failedPaths());
     return _outcome;
 }
 
@@ -65,14 +81,14 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
         if (_stopReplace)
             break;
         if (!_replaceInLine(item)) {
-            _queue->flush();
+            _run->flush();
             _abandonWaitingFiles();
             return;
         }
     }
     if (!_stopReplace) {
         _saveCurrentFile();
-        _queue->flush();
+        _run->flush();
     }
     _outcome.stopped = _stopReplace;
     _abandonWaitingFiles();
@@ -101,7 +117,7 @@ void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
     _saveCurrentFile();
     // Its lines are on their way to the disk and may not change meanwhile.
     if (_waitingFiles.contains(file))
-        _queue->flush();
+        _run->flush();
     _current = std::make_shared<ChangedFile>();
     _current->file = file;
 }
@@ -112,7 +128,7 @@ void TDSelectedMatchReplacement::_saveCurrentFile()
     if (file == nullptr || !file->matchLineHighlighter() || !_current->hasSomethingToSave())
         return;
     _waitingFiles.insert(file, _current);
-    _queue->add(
+    _run->add(
         rewriteRequest(*file, file->matchLineHighlighter()->matchLines(), _request.isFileInSearchLocations),
         [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
             _fileIsDone(*changed, rewrite, isRewritten);
@@ -124,25 +140,49 @@ void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRew
 {
     TDFindResultItem &file = *changed.file;
     _waitingFiles.remove(&file);
-    changed.hasFailed = !isRewritten;
     if (isRewritten) {
         noteSavedLines(file, file.matchLineHighlighter()->matchLines());
         file.setModificationDate(rewrite.newModificationDate());
+        file.setRemark({});
         ++_outcome.filesRewritten;
         _outcome.replacements += changed.replacements;
+        _rewritten.insert(rewrite.path(), {&file, changed.replacements});
+    } else if (rewrite.isUnchanged()) {
+        file.setRemark({});
+        ++_outcome.unchangedFiles;
+        _outcome.unchangedMatches += changed.replacements;
     } else {
-        changed.restoreLines();
-        _outcome.failedPaths << file.path();
+        _fileHasFailed(changed, rewrite);
     }
     ++_filesDone;
     if (_betweenFiles)
         _betweenFiles(_filesDone);
 }
 
+void TDSelectedMatchReplacement::_fileHasFailed(ChangedFile &changed, const FileRewrite &rewrite)
+{
+    changed.hasFailed = true;
+    changed.restoreLines();
+    changed.file->setRemark(textOfProblem(rewrite.problem()));
+    _outcome.failures.push_back({changed.file->path(), rewrite.problem(), rewrite.error(), rewrite.backup()});
+}
+
+/// Of a file that counts as rewritten so far.
+void TDSelectedMatchReplacement::_noteLateProblem(const RewriteRun::LateProblem &late)
+{
+    const auto [file, replacements] = _rewritten.value(late.path);
+    file->setRemark(textOfProblem(late.problem));
+    _outcome.failures.push_back({file->path(), late.problem, late.error, late.backup});
+    if (late.problem != RewriteProblem::NotOnDisk)
+        return;
+    --_outcome.filesRewritten;
+    _outcome.replacements -= replacements;
+}
+
 /// Those that a stop left.
 void TDSelectedMatchReplacement::_abandonWaitingFiles()
 {
-    _queue->abandonWaiting();
+    _run->abandonWaiting();
     for (const auto &changed : std::as_const(_waitingFiles)) {
         changed->hasFailed = true;
         changed->restoreLines();
@@ -157,6 +197,14 @@ void TDSelectedMatchReplacement::_clearRangesOfCurrentFile()
         item->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
         item->matchLine()->updateMatchLineAttributeString();
     }
+}
+
+QList<FilePath> TDSelectedMatchReplacement::Outcome::failedPaths() const
+{
+    QList<FilePath> paths;
+    for (const FileFailure &failure : failures)
+        paths << failure.path;
+    return paths;
 }
 
 TDError TDSelectedMatchReplacement::failedFilesError(const QList<FilePath> &failedPaths)

@@ -3,7 +3,7 @@
 #include "foundation/TDError.h"
 #include "matching/TDFindResultItem.h"
 #include "replace/MatchLineReplacement.h"
-#include "replace/RewriteQueue.h"
+#include "replace/RewriteRun.h"
 #include "replace/TDReplaceEngine.h"
 
 #include <QHash>
@@ -19,12 +19,24 @@ namespace tidemark {
 class TDSelectedMatchReplacement
 {
 public:
+    /// A file that couldn't be saved.
+    struct FileFailure
+    {
+        FilePath path;
+        RewriteProblem problem;
+        TDError error;
+        FilePath backup; ///< holds the old content; empty: the file is as it was, or as it should be
+    };
     struct Outcome
     {
-        /// Files that couldn't be saved, in the order met; their lines are back as they were.
-        QList<FilePath> failedPaths;
+        /// In the order met. The lines of files that are as they were are back as they were, too.
+        std::vector<FileFailure> failures;
+        QList<FilePath> failedPaths() const;
         quint64 filesRewritten = 0;
         quint64 replacements = 0;
+        /// Matches whose replacement is what stands there already; files with no others aren't written.
+        quint64 unchangedFiles = 0;
+        quint64 unchangedMatches = 0;
         bool stopped = false;
         /// For the user: one summary of all failed files, or the faulty expression that ended the run.
         TDError error;
@@ -66,6 +78,8 @@ private:
     void _changeToFile(TDFindResultItem *file);
     void _saveCurrentFile();
     void _fileIsDone(ChangedFile &changed, const FileRewrite &rewrite, bool isRewritten);
+    void _fileHasFailed(ChangedFile &changed, const FileRewrite &rewrite);
+    void _noteLateProblem(const RewriteRun::LateProblem &late);
     void _abandonWaitingFiles();
     void _clearRangesOfCurrentFile();
 
@@ -77,9 +91,10 @@ private:
     Outcome _outcome;
     std::shared_ptr<ChangedFile> _current;
     QHash<TDFindResultItem *, std::shared_ptr<ChangedFile>> _waitingFiles;
-    qint64 _lastReplacementLength = -1; ///< -1 before the first replacement
+    QHash<FilePath, std::pair<TDFindResultItem *, quint64>> _rewritten; ///< replacements, by resolved path
+    qint64 _lastReplacementLength = -1;                                 ///< -1 before the first replacement
     quint64 _filesDone = 0;
-    std::unique_ptr<RewriteQueue> _queue;
+    std::unique_ptr<RewriteRun> _run;
 };
 
 } // namespace tidemark

@@ -8,6 +8,9 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace tidemark::test {
@@ -20,14 +23,24 @@ protected:
     {
         _state.makeFolder("state");
         _file = _state.write("<b>&half %1.txt", "half");
-        _backup = _state.write("<b>&half %1.txt.TDMBackup.abc", "half of it and the rest");
-        RewriteRecord record(_state.path("state"));
-        record.noteRewrites({{_file, _backup, {100, 1}, false}});
+        _backup = _state.write("<b>&half %1.txt.TDMBackup.abc", OLD);
+        record({});
+    }
+    void record(RunProgress progress)
+    {
+        struct stat status = {};
+        EXPECT_EQ(::lstat(_file.cString(), &status), 0);
+        int errorNumber = 0;
+        const auto record = RewriteRecord::recordInFolder(_state.path("state"), progress, errorNumber);
+        EXPECT_EQ(record->noteRewrites({{_file, _backup, FileState::fromStatus(status), digestOfBytes(OLD),
+                                         digestOfBytes("the new content"), false}}),
+                  0);
     }
     /// Null when nothing is asked.
     QMessageBox *ask()
     {
-        askAboutInterruptedRewrites(&_window, std::make_unique<InterruptedRewrites>(_state.path("state")));
+        askAboutInterruptedRewrites(&_window, std::make_shared<InterruptedRewrites>(_state.path("state")),
+                                    _worker);
         const auto boxes = _window.findChildren<QMessageBox *>();
         return boxes.isEmpty() ? nullptr : boxes.last();
     }
@@ -45,17 +58,21 @@ protected:
         ASSERT_TRUE(waitFor([&] { return box.isNull(); }));
     }
 
+    const QByteArray OLD = "half of it and the rest";
     TemporaryFolder _state;
     FilePath _file;
     FilePath _backup;
     QWidget _window;
+    WorkerThreads _worker{1};
 };
 
-TEST_F(InterruptedRewritesQuestionTest, OldContentIsPutBackWithoutItsBackupAndNotAskedForAgain)
+TEST_F(InterruptedRewritesQuestionTest, OldContentIsPutBackAndWhatStoodThereIsKept)
 {
     choose(u"Put Old Content Back"_s);
-    EXPECT_EQ(contentOfFile(_file), "half of it and the rest");
-    EXPECT_EQ(_state.names(), (QList<QByteArray>{"<b>&half %1.txt", "state"}));
+    ASSERT_TRUE(waitFor([&] { return QDir(_state.path("state").displayText()).isEmpty(QDir::Files); }));
+    EXPECT_EQ(contentOfFile(_file), OLD);
+    ASSERT_EQ(_state.names().size(), 3);
+    EXPECT_EQ(_state.read(_state.names()[1]), "half");
     EXPECT_EQ(ask(), nullptr);
 }
 
@@ -79,13 +96,31 @@ TEST_F(InterruptedRewritesQuestionTest, EscapeLeavesTheDecisionToTheNextStart)
 
 TEST_F(InterruptedRewritesQuestionTest, WhatCantBePutBackIsToldAndStays)
 {
+    const QPointer<QMessageBox> question = ask();
+    ASSERT_NE(question, nullptr);
     EXPECT_EQ(::unlink(_file.cString()), 0);
     _state.makeFolder("<b>&half %1.txt");
-    choose(u"Put Old Content Back"_s);
-    const auto *box = _window.findChild<QMessageBox *>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->detailedText().contains(_backup.displayText()));
-    EXPECT_EQ(contentOfFile(_backup), "half of it and the rest");
+    QTest::mouseClick(question->defaultButton(), Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return question.isNull() && _window.findChild<QMessageBox *>() != nullptr; }));
+    EXPECT_TRUE(_window.findChild<QMessageBox *>()->detailedText().contains(_backup.displayText()));
+    EXPECT_EQ(contentOfFile(_backup), OLD);
+}
+
+TEST_F(InterruptedRewritesQuestionTest, WhatNobodyCanDecideIsTold)
+{
+    // The backup holds something else; a run was cut short, which another record tells.
+    writeFile(_backup, "");
+    InterruptedRewrites(_state.path("state")).keep();
+    record({341, 30000});
+    QPointer<QMessageBox> told = ask();
+    ASSERT_NE(told, nullptr);
+    EXPECT_TRUE(told->informativeText().contains(u"341 of 30000 files were done."_s));
+    EXPECT_TRUE(told->informativeText().contains(_file.displayText()));
+    EXPECT_EQ(told->buttons().size(), 2) << "details and OK";
+    QTest::mouseClick(told->button(QMessageBox::Ok), Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return told.isNull(); }));
+    EXPECT_EQ(contentOfFile(_file), "half");
+    EXPECT_EQ(ask(), nullptr);
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "foundation/FileSystemCalls.h"
+#include "replace/FileModifierErrors.h"
 #include "replace/ReplaceTestSupport.h"
+#include "replace/RewriteRun.h"
 #include "replace/SaveToDisk.h"
-#include "replace/TDFileModifier.h"
+#include "replace/TDSelectedMatchReplacement.h"
 
 #include <QHash>
 
@@ -32,27 +34,15 @@ public:
     int open(const char *path, int flags, mode_t mode) override
     {
         const bool isOriginal = _original.bytes() == path;
-        const QByteArray role = (flags & O_DIRECTORY) != 0        ? "folder"
-                                : !isOriginal                     ? "backup"
-                                : (flags & O_ACCMODE) == O_RDWR   ? "file to truncate"
-                                : (flags & O_ACCMODE) == O_WRONLY ? "file to write"
-                                                                  : "file to copy";
-        if (_isReserving)
-            return FileSystemCalls::open(path, flags, mode);
-        if (_fails("open " + role))
+        const QByteArray role = (flags & O_CREAT) != 0          ? "copy"
+                                : (flags & O_DIRECTORY) != 0    ? "folder"
+                                : !isOriginal                   ? "backup"
+                                : (flags & O_ACCMODE) == O_RDWR ? "file to write"
+                                                                : "file to copy";
+        if (_fails(role == "copy" ? "reserve backup" : "open " + role))
             return -1;
         const int descriptor = FileSystemCalls::open(path, flags, mode);
         _roles.insert(descriptor, role);
-        return descriptor;
-    }
-    int makeUniqueFile(char *pathTemplate) override
-    {
-        if (_fails("reserve backup"))
-            return -1;
-        _isReserving = true; // may come by open() as well
-        const int descriptor = FileSystemCalls::makeUniqueFile(pathTemplate);
-        _isReserving = false;
-        _roles.insert(descriptor, "copy");
         return descriptor;
     }
     ssize_t read(int descriptor, void *bytes, size_t count) override
@@ -61,19 +51,27 @@ public:
     }
     ssize_t pread(int descriptor, void *bytes, size_t count, off_t offset) override
     {
-        return _fails("read backup")
+        return _fails("read " + _roles.value(descriptor, "backup"))
                    ? -1
                    : FileSystemCalls::pread(descriptor, bytes, qMin(count, MOST_READ), offset);
     }
-    ssize_t write(int descriptor, const void *bytes, size_t count) override
+    ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
     {
         // The first one writes less than it should.
         const bool isFirst = !steps.contains("write");
         if (!_fails("write"))
-            return FileSystemCalls::write(descriptor, bytes, isFirst ? count / 2 : count);
-        (void)FileSystemCalls::write(descriptor, bytes, count / 3);
+            return FileSystemCalls::pwrite(descriptor, bytes, isFirst ? count / 2 : count, offset);
+        (void)FileSystemCalls::pwrite(descriptor, bytes, count / 3, offset);
         errno = errorNumber;
         return -1;
+    }
+    int reserve(int descriptor, off_t offset, off_t length) override
+    {
+        return _fails("reserve") ? -1 : FileSystemCalls::reserve(descriptor, offset, length);
+    }
+    int takeLease(int descriptor) override
+    {
+        return _fails("take lease") ? -1 : FileSystemCalls::takeLease(descriptor);
     }
     int truncate(int descriptor, off_t size) override
     {
@@ -116,35 +114,43 @@ private:
 
     FilePath _original;
     QHash<int, QByteArray> _roles;
-    bool _isReserving = false;
+};
+
+/// What a failed rewrite leaves.
+enum class Left {
+    Old,           ///< the old content, and no backup
+    New,           ///< the new content, and no backup
+    NewWithBackup, ///< the new content, which may not be on the disk, and a backup
 };
 
 struct Step
 {
     QByteArray name;
     qint64 errorCode; ///< when it fails; 0: that does no harm
+    Left left;
 };
 
 const QList<Step> STEPS = {
-    {"reserve backup", 25},
-    {"open file to copy", 26},
-    {"copy", 26},
-    {"sync copy", 26},
-    {"close file to copy", 0},
-    {"close copy", 26},
-    {"open folder", 26},
-    {"sync folder", 26},
-    {"close folder", 0},
-    {"read lines", EIO},
-    {"read backup", EIO},
-    {"open file to truncate", 31},
-    {"truncate", 32},
-    {"close file to truncate", 33},
-    {"open file to write", 31},
-    {"write", 34},
-    {"sync file to write", 34},
-    {"close file to write", 34},
-    {"remove backup", 27},
+    {"open file to copy", 26, Left::Old},
+    {"reserve backup", 25, Left::Old},
+    {"copy", 26, Left::Old},
+    {"read file to copy", 26, Left::Old},
+    {"read copy", EIO, Left::Old},
+    {"sync copy", 26, Left::Old},
+    {"open folder", 26, Left::Old},
+    {"sync folder", 26, Left::Old},
+    {"close folder", 0, Left::New},
+    {"close file to copy", 0, Left::New},
+    {"read lines", EIO, Left::Old},
+    {"close copy", 0, Left::New},
+    {"open file to write", 31, Left::Old},
+    {"take lease", 0, Left::New},
+    {"read file to write", 34, Left::Old},
+    {"write", 34, Left::Old},
+    {"truncate", 32, Left::Old},
+    {"sync file to write", 34, Left::NewWithBackup},
+    {"close file to write", 33, Left::NewWithBackup},
+    {"remove backup", 27, Left::NewWithBackup},
 };
 
 class FileModifierFaultsTest : public ReplaceTest
@@ -233,22 +239,21 @@ void FileModifierFaultsTest::failEveryCall()
         const Step expected = *std::find_if(STEPS.begin(), STEPS.end(),
                                             [&](const Step &step) { return step.name == steps[call]; });
         // The look for an encoding may fail without harm, as every line is checked anyway.
-        if (expected.name == "read lines" && saved) {
-            EXPECT_TRUE(_folder.read(name) == _new);
+        if (expected.name == "read lines" && saved)
             continue;
-        }
+        // The copy is read for its own check and for the new content, the file before and after its change.
+        if (expected.name == "read copy" && error.hasCode(26))
+            error = TDError::posixError(EIO);
+        if (expected.name == "read file to write" && error.code() == EIO)
+            error = writeError(file->path(), {}, {}, FileNow::AsItWas);
         EXPECT_EQ(error.code(), expected.errorCode) << error.localizedDescription().toStdString();
         EXPECT_EQ(saved, expected.errorCode == 0);
-        expectNothingIsLost(file->path());
-        const bool isTouched = steps.indexOf("truncate") <= call;
-        const bool isDone = expected.errorCode == 0 || expected.name == "remove backup";
-        if (isDone || !isTouched) {
-            EXPECT_TRUE(_folder.read(name) == (isDone ? _new : _old));
-        }
-        const bool leavesBackup = expected.errorCode >= 27;
-        EXPECT_EQ(backups().size(), leavesBackup ? 1 : 0);
-        for (const FilePath &backup : backups())
+        EXPECT_TRUE(_folder.read(name) == (expected.left == Left::Old ? _old : _new));
+        ASSERT_EQ(backups().size(), expected.left == Left::NewWithBackup ? 1 : 0);
+        for (const FilePath &backup : backups()) {
+            EXPECT_TRUE(contentOfFile(backup) == _old);
             ::unlink(backup.cString());
+        }
     }
 }
 
@@ -333,16 +338,17 @@ TEST_F(FileModifierFaultsTest, TheLongTextsTellWhatToRestore)
     {
         FaultyCalls calls(file->path());
         calls.errorNumber = ENOSPC;
+        // Neither the new content nor the old one can be written any more.
         calls.before = [&](const QByteArray &step) {
             if (step == "write" && calls.steps.contains("write"))
-                calls.failAt = {calls.steps.size()};
+                calls.failAt << calls.steps.size();
         };
         EXPECT_FALSE(save(*file, error));
     }
     EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_WRITE_DATA_ERROR));
     ASSERT_EQ(backups().size(), 1);
     EXPECT_TRUE(contentOfFile(backups().first()) == _old);
-    EXPECT_FALSE(TDFileModifier::isPathToModifiedFile(file->path()));
+    EXPECT_FALSE(RewriteRun::isPathToModifiedFile(file->path()));
     EXPECT_EQ(
         error.localizedDescription(),
         u"Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file "
@@ -355,41 +361,155 @@ TEST_F(FileModifierFaultsTest, TheLongTextsTellWhatToRestore)
             .arg(backups().first().displayText(), file->path().displayText()));
 }
 
-TEST_F(FileModifierFaultsTest, AChangeWhileTheBackupIsMadeIsNoticed)
+TEST_F(FileModifierFaultsTest, AChangeAtAnyMomentBeforeTheFirstByteIsNoticed)
 {
-    const auto file = changedFile("a.txt");
-    const FileDate date = file->modificationDate().value();
-    TDError error;
-    FaultyCalls calls(file->path());
-    calls.before = [&](const QByteArray &step) {
-        if (step == "close copy")
-            setModificationDate(file->path(), date.nanoseconds + 1);
+    // Another program writes as many bytes and puts the date back, or changes nothing but the rights.
+    const auto writeInto = [](const FilePath &path, const FileDate &date) {
+        const int file = ::open(path.cString(), O_WRONLY);
+        EXPECT_EQ(::pwrite(file, "NEEDLE", 6, 0), 6);
+        EXPECT_EQ(::close(file), 0);
+        setModificationDate(path, date.nanoseconds);
     };
-    EXPECT_FALSE(save(*file, error));
-    EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR));
-    EXPECT_TRUE(_folder.read("a.txt") == _old);
-    EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"});
+    const auto changeRights = [](const FilePath &path, const FileDate &) {
+        EXPECT_EQ(::chmod(path.cString(), 0600), 0);
+    };
+    for (const bool changesContent : {true, false}) {
+        for (const QByteArray moment :
+             {"copy", "read copy", "sync copy", "close copy", "open file to write"}) {
+            SCOPED_TRACE(moment.toStdString() + (changesContent ? " content" : " rights"));
+            const auto file = changedFile("a.txt");
+            const FileDate date = file->modificationDate().value();
+            TDError error;
+            bool isDone = false;
+            FaultyCalls calls(file->path());
+            calls.before = [&](const QByteArray &step) {
+                if (step == moment && !std::exchange(isDone, true))
+                    (changesContent ? +writeInto : +changeRights)(file->path(), date);
+            };
+            EXPECT_FALSE(save(*file, error));
+            EXPECT_TRUE(isDone);
+            EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR)) << error.code();
+            EXPECT_TRUE(_folder.read("a.txt") == (changesContent ? "NEEDLE" + _old.mid(6) : _old));
+            EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"});
+        }
+    }
 }
 
-TEST_F(FileModifierFaultsTest, ABackupThatCantBeReadLeavesTheFileAlone)
+TEST_F(FileModifierFaultsTest, ADateThatChangesBehindTheFirstLookIsNoticed)
 {
     const auto file = changedFile("a.txt");
     TDError error;
     FaultyCalls calls(file->path());
-    bool replaced = false;
     calls.before = [&](const QByteArray &step) {
-        // A folder can be opened, but not read.
-        if (step == "close copy") {
-            const FilePath backup = backups().value(0);
-            replaced = ::unlink(backup.cString()) == 0 && ::mkdir(backup.cString(), 0700) == 0;
-        }
+        if (step == "open file to copy")
+            setModificationDate(file->path(), 1);
     };
     EXPECT_FALSE(save(*file, error));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(error.domain(), TD_POSIX_ERROR_DOMAIN);
-    EXPECT_EQ(error.code(), EISDIR);
+    EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR)) << error.code();
     EXPECT_TRUE(_folder.read("a.txt") == _old);
-    EXPECT_FALSE(calls.steps.contains("open file to truncate"));
+}
+
+TEST_F(FileModifierFaultsTest, WhatBecomesOfABackupNeverGetsIntoTheFile)
+{
+    for (const int size : {1, 40}) {
+        // Long contents aren't held in memory.
+        const QByteArray old = _old + QByteArray(1000, 'x').append('\n').repeated(size * 60);
+        const FilePath other = _folder.write("other.txt", "other");
+        for (const auto &[name, change] : std::initializer_list<std::pair<
+                 const char *, std::function<void(const FilePath &)>>>{{"removed",
+                                                                        [](const FilePath &backup) {
+                                                                            ::unlink(backup.cString());
+                                                                        }},
+                                                                       {"a link",
+                                                                        [&](const FilePath &backup) {
+                                                                            ::unlink(backup.cString());
+                                                                            EXPECT_EQ(
+                                                                                ::symlink(other.cString(),
+                                                                                          backup.cString()),
+                                                                                0);
+                                                                        }},
+                                                                       {"rewritten",
+                                                                        [](const FilePath &backup) {
+                                                                            writeFile(backup,
+                                                                                      "something else\n");
+                                                                        }}}) {
+            SCOPED_TRACE(std::string(name) + ", " + std::to_string(old.size()));
+            const auto file = changedFile("a.txt");
+            writeFile(file->path(), old);
+            file->setModificationDate(TDFileCommon::fileModificationDate(file->path()));
+            TDError error;
+            bool isDone = false;
+            {
+                FaultyCalls calls(file->path());
+                calls.before = [&, change = change](const QByteArray &step) {
+                    if (step == "open file to write" && !std::exchange(isDone, true))
+                        change(backups().value(0));
+                };
+                EXPECT_FALSE(save(*file, error));
+            }
+            EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_COPY_ORIGINAL_ERROR));
+            EXPECT_TRUE(_folder.read("a.txt") == old);
+            for (const FilePath &backup : backups())
+                ::unlink(backup.cString());
+        }
+    }
+}
+
+TEST_F(FileModifierFaultsTest, OnlyWhatChangesIsWrittenAndNothingIsEverEmpty)
+{
+    struct Writes : FileSystemCalls
+    {
+        Writes() { setCurrent(this); }
+        ~Writes() override { setCurrent(nullptr); }
+        ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
+        {
+            first = qMin(first, qint64(offset));
+            bytesWritten += qint64(count);
+            return FileSystemCalls::pwrite(descriptor, bytes, count, offset);
+        }
+        int truncate(int, off_t size) override { return (smallest = size, 0); }
+        qint64 first = 1 << 30;
+        qint64 bytesWritten = 0;
+        qint64 smallest = 1 << 30;
+    };
+    const QByteArray filler = QByteArray(1000, 'x').append('\n').repeated(60);
+    const FilePath path = _folder.write("a.txt", filler + "needle\n" + filler + "needle\n" + filler);
+    const auto file = searchOne(path, u"needle"_s);
+    {
+        const Writes writes;
+        replaceAll({file}, u"needle"_s, u"thread"_s);
+        EXPECT_EQ(writes.first, filler.size());
+        EXPECT_EQ(writes.bytesWritten, 12);
+        EXPECT_EQ(writes.smallest, 1 << 30);
+    }
+    const auto again = searchOne(path, u"thread"_s);
+    const Writes writes;
+    const std::atomic<bool> stop = false;
+    (void)TDSelectedMatchReplacement(request(u"thread"_s, QString()), stop)
+        .replaceSelectedMatches(again->matchLines());
+    EXPECT_EQ(writes.first, filler.size());
+    EXPECT_EQ(writes.smallest, 3 * filler.size() + 2);
+}
+
+TEST_F(FileModifierFaultsTest, WithoutRoomToGrowNothingIsTouched)
+{
+    struct FullDisk : FileSystemCalls
+    {
+        FullDisk() { setCurrent(this); }
+        ~FullDisk() override { setCurrent(nullptr); }
+        int reserve(int, off_t, off_t) override { return (errno = ENOSPC, -1); }
+    };
+    const QByteArray old = QByteArray("needle\n").repeated(1000);
+    const auto file = searchOne(_folder.write("a.txt", old), u"needle"_s);
+    const FullDisk disk;
+    const std::atomic<bool> stop = false;
+    const auto outcome = TDSelectedMatchReplacement(request(u"needle"_s, u"a longer thread"_s), stop)
+                             .replaceSelectedMatches(file->matchLines());
+    ASSERT_EQ(outcome.failures.size(), 1U);
+    EXPECT_EQ(outcome.failures.front().problem, RewriteProblem::NoRoom);
+    EXPECT_TRUE(_folder.read("a.txt") == old);
+    EXPECT_TRUE(file->modificationDate() == TDFileCommon::fileModificationDate(file->path()));
+    EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"});
 }
 
 } // namespace

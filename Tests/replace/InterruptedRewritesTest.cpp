@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <random>
 #include <sys/mman.h>
 #include <sys/mount.h>
@@ -49,9 +50,17 @@ public:
         // In two halves, so that there is something between them.
         return (_live(), FileSystemCalls::write(descriptor, bytes, (count + 1) / 2));
     }
+    ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
+    {
+        return (_live(), FileSystemCalls::pwrite(descriptor, bytes, (count + 1) / 2, offset));
+    }
     int truncate(int descriptor, off_t size) override
     {
         return (_live(), FileSystemCalls::truncate(descriptor, size));
+    }
+    int reserve(int descriptor, off_t offset, off_t length) override
+    {
+        return (_live(), FileSystemCalls::reserve(descriptor, offset, length));
     }
     int sync(int) override { return (_live(), 0); }
     int syncFileSystem(int) override { return (_live(), 0); }
@@ -109,7 +118,7 @@ protected:
         ASSERT_GE(child, 0);
         if (child == 0) {
             const DeadlyCalls calls(*_calls, deadlyCall);
-            RewriteRecord record(_state.path());
+            const RewriteRecordFolder records(_state.path());
             replaceAll(_files, u"needle"_s, u"thread"_s);
             ::_exit(0);
         }
@@ -125,8 +134,10 @@ protected:
     {
         InterruptedRewrites rewrites(_state.path());
         QHash<FilePath, FilePath> backups;
-        for (const auto &file : rewrites.files())
+        for (const auto &file : rewrites.files()) {
+            EXPECT_EQ(file.state, InterruptedRewrites::State::Damaged) << file.path.cString();
             backups.insert(file.path, file.backup);
+        }
         for (auto file = _old.cbegin(); file != _old.cend(); ++file) {
             const QByteArray now = contentOfFile(file.key());
             const bool isWhole = now == file.value() || now == _new.value(file.key());
@@ -134,9 +145,14 @@ protected:
             EXPECT_TRUE(isWhole || contentOfFile(backups.value(file.key())) == file.value());
         }
         if (putsBack) {
-            EXPECT_TRUE(rewrites.putBack().isEmpty());
+            QHash<FilePath, QByteArray> contents;
             for (const FilePath &path : backups.keys())
+                contents.insert(path, contentOfFile(path));
+            EXPECT_TRUE(rewrites.putBack().isEmpty());
+            for (const FilePath &path : backups.keys()) {
                 EXPECT_TRUE(contentOfFile(path) == _old.value(path)) << path.cString();
+                EXPECT_TRUE(takeBackup(path, contents.value(path))) << "what stood there is gone";
+            }
         } else {
             rewrites.keep();
             for (const FilePath &backup : std::as_const(backups))
@@ -145,14 +161,23 @@ protected:
         EXPECT_TRUE(_state.names().isEmpty());
         return backups.size();
     }
-    /// What else lies about: kept backups, and at most a few that had just got their name.
+    /// Removes the file's backup with that content; false when there is none.
+    bool takeBackup(const FilePath &path, const QByteArray &content) const
+    {
+        const QList<QByteArray> names = backupNames(_folder);
+        return std::any_of(names.begin(), names.end(), [&](const QByteArray &name) {
+            return name.startsWith(path.lastPathComponent() + ".TDMBackup.") &&
+                   _folder.read(name) == content && ::unlink(_folder.path(name).cString()) == 0;
+        });
+    }
+    /// What else lies about: kept backups.
     void checkAndClearBackups(bool areKept)
     {
         for (const TemporaryFolder *folder : {&_folder, &_transientFolder}) {
             for (const QByteArray &name : backupNames(*folder)) {
                 const FilePath original = _folder.path(name.left(name.indexOf(".TDMBackup.")));
                 const QByteArray content = folder->read(name);
-                EXPECT_TRUE(content.isEmpty() || (areKept && content == _old.value(original))) << name.data();
+                EXPECT_TRUE(areKept && content == _old.value(original)) << name.data();
                 ::unlink(folder->path(name).cString());
             }
         }
@@ -214,24 +239,244 @@ TEST_F(InterruptedRewritesTest, AKillAtAnyMomentLosesNothingAndIsTold)
               << " calls a run\n";
 }
 
-TEST_F(InterruptedRewritesTest, RecordsOfTheLivingAreLeftAloneAndNonsenseHarmsNothing)
+/// A record as an earlier run leaves it, of one file that it was rewriting.
+class LeftRecordTest : public ReplaceTest
 {
-    const FilePath path = _files.first()->path();
-    const FilePath notABackup = _folder.write("precious", _old.value(path));
-    const FilePath backup = _folder.write("file0.TDMBackup.abc", _old.value(path));
-    RewriteRecord record(_state.path());
-    record.noteRewrites({{path, backup, {}, false}});
-    EXPECT_TRUE(InterruptedRewrites(_state.path()).files().isEmpty());
-    EXPECT_EQ(contentOfFile(backup), _old.value(path));
+protected:
+    LeftRecordTest() { write("the new content, of which half"); }
 
-    const QByteArray encodedPath = path.bytes().toPercentEncoding("/");
-    const QByteArray rest = encodedPath + "\t" + notABackup.bytes() + "\t1\tff\tdeleted\n";
-    _state.write("rewrites-x", "\n\t\t\nend\nend\t\nrewrite\t" + rest + "backup\t" + encodedPath + "\t" +
-                                   notABackup.bytes() + "\nrewrite\t" + encodedPath + "\t" + backup.bytes());
-    EXPECT_TRUE(InterruptedRewrites(_state.path()).files().isEmpty());
-    EXPECT_EQ(contentOfFile(notABackup), _old.value(path));
-    EXPECT_EQ(contentOfFile(backup), _old.value(path)) << "the entry was cut off before the file was touched";
-    EXPECT_EQ(_state.names().size(), 1);
+    /// Writes the file and its backup anew, and the record of a process that ended.
+    void write(const QByteArray &now)
+    {
+        _path = _folder.write("caf\xE9 %.txt", now);
+        _backup = _folder.write("caf\xE9 %.txt.TDMBackup.abc", OLD);
+        record({entry()});
+    }
+    RewriteRecord::Entry entry() const
+    {
+        struct stat status = {};
+        EXPECT_EQ(::lstat(_path.cString(), &status), 0);
+        return {_path, _backup, FileState::fromStatus(status), digestOfBytes(OLD), digestOfBytes(NEW), false};
+    }
+    void record(const std::vector<RewriteRecord::Entry> &entries, RunProgress progress = {0, 1})
+    {
+        int errorNumber = 0;
+        const auto record = RewriteRecord::recordInFolder(_state.path(), progress, errorNumber);
+        ASSERT_NE(record, nullptr);
+        EXPECT_EQ(record->noteRewrites(entries), 0);
+    }
+    /// What is found, as it is left behind by the look.
+    QList<InterruptedRewrites::State> states() const
+    {
+        QList<InterruptedRewrites::State> states;
+        const InterruptedRewrites rewrites(_state.path());
+        for (const auto &file : rewrites.files())
+            states << file.state;
+        return states;
+    }
+
+    using State = InterruptedRewrites::State;
+    const QByteArray OLD = "the old content";
+    const QByteArray NEW = "the new content, of which half is missing";
+    TemporaryFolder _state;
+    FilePath _path;
+    FilePath _backup;
+};
+
+TEST_F(LeftRecordTest, ContentsTellWhatBecameOfAFile)
+{
+    const auto everywhere = [this] { return _folder.names(); };
+    EXPECT_EQ(states(), QList<State>{State::Damaged});
+    EXPECT_EQ(states(), QList<State>{State::Damaged}) << "looking decides nothing";
+    InterruptedRewrites(_state.path()).keep();
+    EXPECT_TRUE(_state.names().isEmpty());
+    EXPECT_EQ(everywhere().size(), 2);
+
+    for (const QByteArray &whole : {OLD, NEW}) {
+        write(whole);
+        EXPECT_TRUE(states().isEmpty());
+        EXPECT_EQ(contentOfFile(_path), whole);
+        EXPECT_EQ(everywhere(), QList<QByteArray>{_path.lastPathComponent()}) << "its backup is cleared";
+        EXPECT_TRUE(_state.names().isEmpty());
+    }
+}
+
+TEST_F(LeftRecordTest, AnEmptyOrWrongBackupIsNeverPutIntoAFile)
+{
+    const QList<std::function<void()>> changes = {
+        [this] { writeFile(_backup, ""); },
+        [this] { writeFile(_backup, "the OLD content"); },
+        [this] { ::unlink(_backup.cString()); },
+        [this] {
+            ::unlink(_backup.cString());
+            const FilePath other = _folder.write("other.txt", OLD);
+            EXPECT_EQ(::symlink(other.cString(), _backup.cString()), 0);
+        },
+    };
+    for (const auto &change : changes) {
+        write("half");
+        change();
+        EXPECT_EQ(states(), QList<State>{State::UnusableBackup});
+        InterruptedRewrites rewrites(_state.path());
+        EXPECT_TRUE(rewrites.putBack().isEmpty());
+        EXPECT_EQ(contentOfFile(_path), "half");
+        // An intact file is nobody's business, whatever became of its backup.
+        write(NEW);
+        change();
+        EXPECT_TRUE(states().isEmpty());
+        EXPECT_EQ(contentOfFile(_path), NEW);
+        ::unlink(_backup.cString());
+    }
+}
+
+TEST_F(LeftRecordTest, WhatStandsInThePlaceOfAFileIsNeitherFollowedNorWaitedForNorChanged)
+{
+    const FilePath other = _folder.write("other.txt", "other");
+    const QList<std::function<int()>> plants = {
+        [&] { return ::symlink(other.cString(), _path.cString()); },
+        [&] { return ::link(other.cString(), _path.cString()); },
+        [&] { return ::mkfifo(_path.cString(), 0600); },
+        [&] { return ::mkdir(_path.cString(), 0700); },
+        [&] { return 0; },
+    };
+    for (const auto &plant : plants) {
+        write("half");
+        EXPECT_EQ(::unlink(_path.cString()), 0);
+        EXPECT_EQ(plant(), 0);
+        EXPECT_EQ(states(), QList<State>{State::Moved});
+        EXPECT_TRUE(InterruptedRewrites(_state.path()).putBack().isEmpty());
+        EXPECT_EQ(contentOfFile(other), "other");
+        EXPECT_EQ(contentOfFile(_backup), OLD);
+        std::filesystem::remove_all(_path.cString());
+    }
+    write("half");
+    InterruptedRewrites rewrites(_state.path());
+    EXPECT_EQ(::unlink(_path.cString()), 0);
+    EXPECT_EQ(::mkfifo(_path.cString(), 0600), 0);
+    EXPECT_EQ(rewrites.putBack().size(), 1) << "it was planted after the look";
+    EXPECT_EQ(rewrites.files().size(), 1);
+}
+
+TEST_F(LeftRecordTest, TheOldContentIsOnTheDiskBeforeItsBackupGoes)
+{
+    struct Order : FileSystemCalls
+    {
+        Order() { setCurrent(this); }
+        ~Order() override { setCurrent(nullptr); }
+        ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
+        {
+            target = descriptor;
+            return FileSystemCalls::pwrite(descriptor, bytes, count, offset);
+        }
+        int sync(int descriptor) override
+        {
+            isFlushed = isFlushed || descriptor == target;
+            return 0;
+        }
+        int remove(const char *path) override
+        {
+            EXPECT_TRUE(isFlushed) << path;
+            return FileSystemCalls::remove(path);
+        }
+        int target = -1;
+        bool isFlushed = false;
+    };
+    InterruptedRewrites rewrites(_state.path());
+    const Order order;
+    EXPECT_TRUE(rewrites.putBack().isEmpty());
+    EXPECT_EQ(contentOfFile(_path), OLD);
+    EXPECT_TRUE(order.isFlushed);
+}
+
+TEST_F(LeftRecordTest, AFileInTwoRecordsIsPutBackOnceFromTheLaterOne)
+{
+    const FilePath later = _folder.write("caf\xE9 %.txt.TDMBackup.xyz", NEW);
+    RewriteRecord::Entry second = entry();
+    second.backup = later;
+    second.oldContent = digestOfBytes(NEW);
+    second.newContent = digestOfBytes("the newest");
+    // Records have no order of their own within the clock's steps.
+    const FilePath first = _state.path(_state.names().first());
+    setModificationDate(first, TDFileCommon::fileModificationDate(first)->nanoseconds - 1000000000);
+    record({second});
+    InterruptedRewrites rewrites(_state.path());
+    ASSERT_EQ(rewrites.files().size(), 1);
+    EXPECT_TRUE(rewrites.files().first().backup == later);
+    EXPECT_TRUE(rewrites.putBack().isEmpty());
+    EXPECT_EQ(contentOfFile(_path), NEW);
+    EXPECT_EQ(contentOfFile(_backup), OLD) << "the other one isn't put over it";
+}
+
+TEST_F(LeftRecordTest, NothingIsBelievedButWholeListsOfTheDead)
+{
+    const QByteArray content = _state.read(_state.names().first());
+    // Cut off anywhere, it is from before the first byte of the file was changed.
+    const qsizetype begin = content.indexOf("begin\t");
+    ASSERT_GT(begin, 0);
+    for (const qsizetype length : {begin - 1, begin, begin + 10, content.size() - 1}) {
+        _state.write(_state.names().first(), content.first(length));
+        EXPECT_TRUE(states().isEmpty()) << length;
+        EXPECT_EQ(contentOfFile(_backup), OLD);
+        _state.write("rewrites-x", content);
+    }
+    EXPECT_EQ(states().size(), 1);
+    InterruptedRewrites(_state.path()).keep();
+
+    const FilePath precious = _folder.write("precious", "");
+    _state.write("rewrites-y", "\n\t\t\nend\nend\t\nbackup\t" + _path.bytes().toPercentEncoding("/") + "\t" +
+                                   precious.bytes() + "\nprogress\t-1\t99\nbackup\t\t\n");
+    EXPECT_TRUE(states().isEmpty());
+    EXPECT_EQ(contentOfFile(precious), "") << "not the name of a backup";
+
+    int errorNumber = 0;
+    const auto living = RewriteRecord::recordInFolder(_state.path(), {0, 1}, errorNumber);
+    EXPECT_EQ(living->noteRewrites({entry()}), 0);
+    EXPECT_TRUE(states().isEmpty()) << "its process lives";
+}
+
+TEST_F(LeftRecordTest, ARunThatWasCutShortIsToldWithHowFarItCame)
+{
+    InterruptedRewrites(_state.path()).keep();
+    write(NEW);
+    InterruptedRewrites(_state.path()).keep();
+    _folder.write(_backup.lastPathComponent(), OLD);
+    record({entry()}, {341, 30000});
+    InterruptedRewrites rewrites(_state.path());
+    EXPECT_TRUE(rewrites.files().isEmpty());
+    EXPECT_EQ(rewrites.progress().done, 342);
+    EXPECT_EQ(rewrites.progress().total, 30000);
+    rewrites.keep();
+    EXPECT_TRUE(_state.names().isEmpty());
+}
+
+/// A file system without locks.
+class NoLocks : public UnflushedCalls
+{
+public:
+    NoLocks() { setCurrent(this); }
+    ~NoLocks() override { setCurrent(nullptr); }
+    int lock(int) override { return (errno = ENOLCK, -1); }
+};
+
+TEST_F(LeftRecordTest, WhereThereAreNoLocksProcessesKeepOutOfEachOthersWay)
+{
+    InterruptedRewrites(_state.path()).keep();
+    const NoLocks noLocks;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        record({entry()});
+        int errorNumber = 0;
+        const auto record = RewriteRecord::recordInFolder(_state.path(), {0, 1}, errorNumber);
+        ::_exit(record && record->noteRewrites({entry()}) == 0 && states().size() == 1 ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0) << "the living record was looked at, or the other one wasn't";
+    InterruptedRewrites rewrites(_state.path());
+    EXPECT_EQ(rewrites.files().size(), 1) << "both records are of the same file";
+    EXPECT_TRUE(states().isEmpty()) << "somebody is looking";
+    rewrites.keep();
+    EXPECT_TRUE(states().isEmpty());
 }
 
 /// Knows what a power cut would leave, and looks that nothing is overtaken.
@@ -252,11 +497,18 @@ public:
     }
     ssize_t write(int descriptor, const void *bytes, size_t count) override
     {
-        // Of the record only the entries of coming rewrites have to be on the disk.
-        const QByteArrayView text(static_cast<const char *>(bytes), qsizetype(count));
-        if (!text.startsWith("end\t") && !text.startsWith("backup\t"))
+        // Of the record only the list of coming rewrites has to be on the disk, behind the backups in it.
+        const QByteArray text(static_cast<const char *>(bytes), qsizetype(count));
+        if (text.startsWith("rewrite\t")) {
             _dirty(descriptor);
+            _expectFlushed([&](const QByteArray &path) { return text.contains('\t' + path + '\t'); });
+        }
         return FileSystemCalls::write(descriptor, bytes, count);
+    }
+    ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
+    {
+        _expectReady(_dirty(descriptor));
+        return FileSystemCalls::pwrite(descriptor, bytes, count, offset);
     }
     int copyContent(int from, int to) override
     {
@@ -264,17 +516,7 @@ public:
     }
     int truncate(int descriptor, off_t size) override
     {
-        const QByteArray path = _dirty(descriptor);
-        if (!path.startsWith(_state.path().bytes())) {
-            const QMutexLocker lock(&_mutex);
-            _truncated.insert(path);
-            const QByteArray record = _state.read(_state.names().value(0));
-            EXPECT_TRUE(record.contains("rewrite\t" + path + "\t")) << path.constData();
-            for (const QByteArray &other : _unflushed + _unflushedNames)
-                EXPECT_FALSE(other.startsWith(path + ".TDMBackup.") ||
-                             other.startsWith(_state.path().bytes()))
-                    << other.constData();
-        }
+        _expectReady(_dirty(descriptor));
         return FileSystemCalls::truncate(descriptor, size);
     }
     int sync(int descriptor) override
@@ -297,7 +539,7 @@ public:
     {
         const QMutexLocker lock(&_mutex);
         const QByteArray original = QByteArray(path).left(QByteArray(path).indexOf(".TDMBackup."));
-        EXPECT_FALSE(_truncated.contains(original) && _unflushed.contains(original)) << path;
+        EXPECT_FALSE(_changed.contains(original) && _unflushed.contains(original)) << path;
         _unflushed.remove(path);
         _unflushedNames.remove(path);
         return FileSystemCalls::remove(path);
@@ -306,6 +548,30 @@ public:
     int fileSystemFlushes = 0;
 
 private:
+    void _expectFlushed(const std::function<bool(const QByteArray &path)> &isNeeded)
+    {
+        const QMutexLocker lock(&_mutex);
+        for (const QByteArray &path : _unflushed + _unflushedNames)
+            EXPECT_FALSE(isNeeded(path) && path.contains(".TDMBackup.")) << path.constData();
+    }
+    /// For its first change.
+    void _expectReady(const QByteArray &path)
+    {
+        const QByteArray stateFolder = _state.path().bytes();
+        if (path.startsWith(stateFolder))
+            return;
+        const QMutexLocker lock(&_mutex);
+        if (_changed.contains(path))
+            return;
+        _changed.insert(path);
+        QByteArray records;
+        for (const QByteArray &name : _state.names())
+            records += _state.read(name);
+        EXPECT_TRUE(records.contains("rewrite\t" + path + "\t")) << path.constData();
+        for (const QByteArray &other : _unflushed + _unflushedNames)
+            EXPECT_FALSE(other.startsWith(path + ".TDMBackup.") || other.startsWith(stateFolder))
+                << other.constData();
+    }
     QByteArray _dirty(int descriptor)
     {
         const QMutexLocker lock(&_mutex);
@@ -318,7 +584,7 @@ private:
     QHash<int, QByteArray> _paths;
     QSet<QByteArray> _unflushed;
     QSet<QByteArray> _unflushedNames;
-    QSet<QByteArray> _truncated;
+    QSet<QByteArray> _changed;
 };
 
 TEST_F(InterruptedRewritesTest, NothingOvertakesTheDisk)
@@ -326,7 +592,7 @@ TEST_F(InterruptedRewritesTest, NothingOvertakesTheDisk)
     setKeepsBackups(false);
     for (const bool atOnce : {true, false}) {
         FlushWatchingCalls calls(_state);
-        RewriteRecord record(_state.path());
+        const RewriteRecordFolder records(_state.path());
         if (atOnce) {
             replaceAll(_files, u"needle"_s, u"thread"_s);
             EXPECT_LT(calls.fileSystemFlushes, FILE_COUNT / 2);
@@ -367,7 +633,7 @@ TEST_F(InterruptedRewritesTest, AFullDiskRefusesFilesButLosesNone)
     EXPECT_TRUE(contents() == QList<QByteArray>(20, second));
     // Room for some of the new contents only: those that fail keep their backup.
     const auto outcome = run(u"thread"_s, u"thread that is much too long for such a small disk"_s);
-    EXPECT_FALSE(outcome.failedPaths.isEmpty());
+    EXPECT_FALSE(outcome.failures.empty());
     QDirIterator entries(QString::fromUtf8(small.bytes()), {u"*.TDMBackup.*"_s}, QDir::Files);
     qsizetype backupCount = 0;
     while (entries.hasNext())

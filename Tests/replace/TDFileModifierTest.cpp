@@ -2,6 +2,7 @@
 
 #include "foundation/ExtendedAttributes.h"
 #include "replace/ReplaceTestSupport.h"
+#include "replace/RewriteRun.h"
 
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -87,7 +88,7 @@ TEST_F(TDFileModifierTest, WhatCantBeReproducedIsRefusedWithNothingTouched)
         EXPECT_EQ(_folder.read("a.txt"), refusal.content);
         EXPECT_TRUE(TDFileCommon::fileModificationDate(path) == date);
         EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"}) << "the needless backup stays";
-        EXPECT_FALSE(TDFileModifier::isPathToModifiedFile(path));
+        EXPECT_FALSE(RewriteRun::isPathToModifiedFile(path));
     }
 }
 

@@ -105,7 +105,7 @@ TEST_F(TDSelectedMatchReplacementTest, AFileThatCantBeSavedIsPutBackAndListedWhi
     for (const qsizetype index : {0, 2})
         setModificationDate(files[index]->path(), 1);
     const Outcome outcome = run(matchLinesOf(files), u"x"_s, QString());
-    EXPECT_EQ(outcome.failedPaths, (QList<FilePath>{files[0]->path(), files[2]->path()}));
+    EXPECT_EQ(outcome.failedPaths(), (QList<FilePath>{files[0]->path(), files[2]->path()}));
     EXPECT_EQ(outcome.filesRewritten, 1U);
     EXPECT_EQ(outcome.replacements, 2U);
     EXPECT_TRUE(outcome.error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_NOT_WRITABLE_ERROR));
@@ -202,7 +202,7 @@ TEST_F(TDSelectedMatchReplacementTest, AFaultyReplacementEndsTheRunWithTheFileIn
     EXPECT_EQ(_folder.read("a.txt"), "aX\n\n\n");
     EXPECT_EQ(_folder.read("b.txt"), "b\n\xC3\xA9\n");
     EXPECT_EQ(_folder.read("c.txt"), "c\n\n\n");
-    EXPECT_TRUE(outcome.failedPaths.isEmpty());
+    EXPECT_TRUE(outcome.failures.empty());
 }
 
 TEST_F(TDSelectedMatchReplacementTest, TheListOfFailedFilesIsCut)

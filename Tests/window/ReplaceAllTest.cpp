@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace tidemark::test {
@@ -118,10 +119,10 @@ public:
     explicit FullBackupFolder(QByteArray namePart) : _namePart(std::move(namePart)) { setCurrent(this); }
     ~FullBackupFolder() override { setCurrent(nullptr); }
 
-    int makeUniqueFile(char *pathTemplate) override
+    int open(const char *path, int flags, mode_t mode) override
     {
-        if (!QByteArrayView(pathTemplate).contains(_namePart))
-            return FileSystemCalls::makeUniqueFile(pathTemplate);
+        if ((flags & O_CREAT) == 0 || !QByteArrayView(path).contains(_namePart))
+            return FileSystemCalls::open(path, flags, mode);
         errno = ENOSPC;
         return -1;
     }

@@ -1,4 +1,4 @@
-#include "replace/FileCopy.h"
+#include "replace/FileMetadata.h"
 
 #include "foundation/FileSystemCalls.h"
 
@@ -89,30 +89,17 @@ void copyDates(int to, const struct stat &status)
     (void)::futimens(to, dates);
 }
 
-int fillCopy(FileSystemCalls &calls, int source, int target, Flush flush, FileState *copied)
-{
-    struct stat status;
-    struct stat copyStatus;
-    if (::fstat(source, &status) != 0 || calls.copyContent(source, target) != 0 ||
-        ::fstat(target, &copyStatus) != 0)
-        return errno;
-    // Some special files have more content than they say.
-    if (copyStatus.st_size < status.st_size)
-        return EIO;
-    if (copied != nullptr)
-        *copied = FileState::fromStatus(status);
-    // Rights first: a change of owner would take some attributes away again.
-    const bool sameGroup = copyRights(target, copyStatus, status);
-    copyAttributes(source, target, sameGroup);
-    copyDates(target, status);
-    return flush == Flush::Yes && calls.sync(target) != 0 ? errno : 0;
-}
-
 } // namespace
 
-FileState FileState::fromStatus(const struct stat &status)
+void copyMetadata(int from, int to, const struct stat &status)
 {
-    return {status.st_dev, status.st_ino, status.st_size, FileDate::fromStatus(status)};
+    struct stat now;
+    if (::fstat(to, &now) != 0)
+        return;
+    // Rights first: a change of owner would take some attributes away again.
+    const bool sameGroup = copyRights(to, now, status);
+    copyAttributes(from, to, sameGroup);
+    copyDates(to, status);
 }
 
 void copyAttributesAndDates(int from, int to, const struct stat &status)
@@ -121,38 +108,13 @@ void copyAttributesAndDates(int from, int to, const struct stat &status)
     copyDates(to, status);
 }
 
-int copyFile(const FilePath &from, int to, Flush flush, FileState *copied)
-{
-    FileSystemCalls &calls = FileSystemCalls::current();
-    const int source = calls.open(from.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
-    if (source < 0)
-        return errno;
-    const int error = fillCopy(calls, source, to, flush, copied);
-    (void)calls.close(source);
-    return error;
-}
-
-int copyFile(const FilePath &from, const FilePath &to, Flush flush)
-{
-    FileSystemCalls &calls = FileSystemCalls::current();
-    const int target =
-        calls.open(to.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (target < 0)
-        return errno;
-    int error = copyFile(from, target, flush);
-    if (calls.close(target) != 0 && error == 0)
-        error = errno;
-    if (error != 0)
-        (void)calls.remove(to.cString());
-    return error;
-}
-
 int flushFolder(const FilePath &folder)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     const int descriptor = calls.open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    // One that may be written but not read; the flush of a new file brings its name along there.
     if (descriptor < 0)
-        return errno;
+        return errno == EACCES ? 0 : errno;
     const int error = calls.sync(descriptor) != 0 && errno != EINVAL ? errno : 0;
     (void)calls.close(descriptor);
     return error;

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <functional>
+
+namespace tidemark {
+
+/// Makes an empty file for this user only under a name that is free: the Xs at the end of the template become
+/// unique letters. `beforeMaking` gets each name that is tried, before it is made; an errno of it ends the
+/// trying. The descriptor, open for reading and writing and the caller's, with the path in the template; or
+/// -1 and errno.
+int makeUniqueFile(QByteArray &pathTemplate,
+                   const std::function<int(const QByteArray &path)> &beforeMaking = {});
+
+} // namespace tidemark

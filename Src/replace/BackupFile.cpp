@@ -1,0 +1,188 @@
+#include "replace/BackupFile.h"
+
+#include "foundation/BackupName.h"
+#include "foundation/FileSystemCalls.h"
+#include "foundation/UniqueFile.h"
+#include "replace/FileModifierErrors.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+#ifdef __linux__
+#include <linux/magic.h>
+#include <sys/vfs.h>
+#endif
+
+namespace tidemark {
+
+namespace {
+
+/// What every file system has at least; only longer names need a look.
+constexpr qsizetype SHORT_NAME = 120;
+constexpr qsizetype LONGEST_NAME = 255;
+
+/// The temporary folder; where that is in memory only, and not the user's choice, the one that outlives a
+/// power cut.
+QString transientBackupFolder()
+{
+    const QString usual = QDir::tempPath();
+#ifdef __linux__
+    const QString lasting = QStringLiteral("/var/tmp");
+    struct statfs status;
+    if (!qEnvironmentVariableIsSet("TMPDIR") &&
+        ::statfs(QFile::encodeName(usual).constData(), &status) == 0 && status.f_type == TMPFS_MAGIC &&
+        QFileInfo(lasting).isWritable())
+        return lasting;
+#endif
+    return usual;
+}
+
+qsizetype longestNameIn(const FilePath &folder, const QByteArray &name)
+{
+    if (name.size() <= SHORT_NAME)
+        return LONGEST_NAME;
+    const long longest = ::pathconf(folder.cString(), _PC_NAME_MAX);
+    return longest > 0 ? longest : LONGEST_NAME;
+}
+
+QByteArray backupTemplate(const FilePath &path, BackupFile::Kind kind)
+{
+    const bool isTransient = kind == BackupFile::Kind::Transient;
+    const FilePath folder =
+        isTransient ? FilePath(QFile::encodeName(transientBackupFolder())) : path.deletingLastPathComponent();
+    const QByteArray name = path.lastPathComponent();
+    return folder
+        .appendingPathComponent(
+            backupNameTemplate(name, isTransient ? LETTERS_OF_TRANSIENT_BACKUP : LETTERS_OF_LASTING_BACKUP,
+                               longestNameIn(folder, name)))
+        .bytes();
+}
+
+} // namespace
+
+BackupFile::BackupFile(BackupFile &&other) noexcept
+    : _path(std::move(other._path)), _descriptor(std::exchange(other._descriptor, -1)),
+      _content(other._content), _state(other._state)
+{}
+
+BackupFile &BackupFile::operator=(BackupFile &&other) noexcept
+{
+    std::swap(_path, other._path);
+    std::swap(_descriptor, other._descriptor);
+    _content = other._content;
+    _state = other._state;
+    return *this;
+}
+
+BackupFile::~BackupFile()
+{
+    closeDescriptor();
+}
+
+void BackupFile::closeDescriptor()
+{
+    if (_descriptor >= 0)
+        (void)FileSystemCalls::current().close(std::exchange(_descriptor, -1));
+}
+
+std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind kind, Flush flush,
+                                                   const BeforeMaking &beforeMaking, FileState &copied,
+                                                   TDError &error, int &errorNumber)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    QByteArray name = backupTemplate(path, kind);
+    const int original = calls.open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+    if (original < 0) {
+        errorNumber = errno;
+        error = backupCopyError(path, FilePath(name), errorNumber);
+        return {};
+    }
+    std::optional<BackupFile> backup;
+    const int descriptor = makeUniqueFile(
+        name, [&](const QByteArray &backupPath) { return beforeMaking(FilePath(backupPath)); });
+    if (descriptor < 0) {
+        errorNumber = errno;
+        error = backupCreationError(path, errorNumber);
+    } else {
+        backup = BackupFile(FilePath(name), descriptor);
+        errorNumber = backup->_copyOriginalFileToBackupLocation(original, kind, flush, copied);
+        if (errorNumber != 0) {
+            error = errorNumber == ESTALE ? fileModifiedError(path)
+                                          : backupCopyError(path, backup->path(), errorNumber);
+            (void)calls.remove(backup->path().cString());
+            backup.reset();
+        }
+    }
+    (void)calls.close(original);
+    return backup;
+}
+
+/// 0, or errno; ESTALE when the original changed meanwhile.
+int BackupFile::_copyOriginalFileToBackupLocation(int original, Kind kind, Flush flush, FileState &copied)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    struct stat status;
+    if (::fstat(original, &status) != 0)
+        return errno;
+    if (!S_ISREG(status.st_mode))
+        return ENOTSUP;
+    copied = FileState::fromStatus(status);
+    if (!_copyContentOf(original, copied.size))
+        return errno;
+    if (stateOfDescriptor(original) != copied)
+        return ESTALE;
+    if (kind == Kind::Lasting)
+        copyMetadata(original, _descriptor, status);
+    else
+        copyAttributesAndDates(original, _descriptor, status);
+    if (flush == Flush::Yes) {
+        if (calls.sync(_descriptor) != 0)
+            return errno;
+        if (const int error = flushFolder(_path.deletingLastPathComponent()); error != 0)
+            return error;
+    }
+    const std::optional<FileState> state = stateOfDescriptor(_descriptor);
+    if (!state || state->size != copied.size)
+        return EIO;
+    _state = *state;
+    return 0;
+}
+
+/// False, with errno, unless the copy holds exactly what the original, of that size, does.
+bool BackupFile::_copyContentOf(int original, qint64 size)
+{
+    if (FileSystemCalls::current().copyContent(original, _descriptor) != 0)
+        return false;
+    const std::optional<ContentDigest> digest = digestOfDescriptor(original, size);
+    const std::optional<ContentDigest> copy = digest ? digestOfDescriptor(_descriptor, size) : std::nullopt;
+    if (!copy)
+        return false;
+    _content = *copy;
+    errno = ESTALE;
+    return digest == copy && copy->size == size;
+}
+
+bool BackupFile::isInPlace() const
+{
+    struct stat status;
+    if (::lstat(_path.cString(), &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    const FileState now = FileState::fromStatus(status);
+    return now.isSameFile(_state) && now.size == _state.size && now.date == _state.date;
+}
+
+bool BackupFile::deleteTemporaryBackupFile(TDError &error) const
+{
+    if (FileSystemCalls::current().remove(_path.cString()) == 0)
+        return true;
+    error = backupDeletionError(_path, errno);
+    return false;
+}
+
+} // namespace tidemark

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+#include "foundation/TDError.h"
+#include "replace/FileMetadata.h"
+#include "replace/FileState.h"
+
+#include <functional>
+#include <optional>
+
+namespace tidemark {
+
+/// A copy of a file's content, verified by its hash, beside the file or in the temporary folder. It lies
+/// there until it is deleted; destroying the object only closes the descriptor.
+class BackupFile
+{
+public:
+    enum class Kind {
+        Lasting,   ///< beside the file, with its rights and attributes
+        Transient, ///< in the temporary folder, for its owner only as long as it is there
+    };
+    /// Gets the backup's path before there is anything at it; an errno ends the making.
+    using BeforeMaking = std::function<int(const FilePath &backup)>;
+
+    BackupFile() = default;
+    BackupFile(BackupFile &&other) noexcept;
+    BackupFile &operator=(BackupFile &&other) noexcept;
+    ~BackupFile();
+
+    /// Makes the backup of a regular file that isn't a link. `copied` gets the file's state, which was the
+    /// same before and after the copying. Nothing, with code 25 or 26 (or 30 when the file changed
+    /// meanwhile), and nothing left at the path, on a failure; `errorNumber` is then the system's, or 0.
+    static std::optional<BackupFile> backupFileOf(const FilePath &path, Kind kind, Flush flush,
+                                                  const BeforeMaking &beforeMaking, FileState &copied,
+                                                  TDError &error, int &errorNumber);
+
+    /// False, with code 27, when it stays.
+    bool deleteTemporaryBackupFile(TDError &error) const;
+
+    const FilePath &path() const { return _path; }
+    const ContentDigest &content() const { return _content; }
+    /// Open for reading and writing since the file was made; -1 after closeDescriptor().
+    int descriptor() const { return _descriptor; }
+    void closeDescriptor();
+    /// Whether the path still leads to this very file, as it was made.
+    bool isInPlace() const;
+
+private:
+    BackupFile(const FilePath &path, int descriptor) : _path(path), _descriptor(descriptor) {}
+
+    int _copyOriginalFileToBackupLocation(int original, Kind kind, Flush flush, FileState &copied);
+    bool _copyContentOf(int original, qint64 size);
+
+    FilePath _path;
+    int _descriptor = -1; ///< owned
+    ContentDigest _content;
+    FileState _state;
+};
+
+} // namespace tidemark

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "foundation/FilePath.h"
+
+#include <QHash>
+#include <QList>
+
+#include <sys/types.h>
+
+namespace tidemark {
+
+/// The file systems that a run writes to, each by a descriptor that is open from before the first write to
+/// the end, so that no failure of the disk in between is missed. One thread at a time.
+class FlushedFileSystems
+{
+public:
+    FlushedFileSystems() = default;
+    ~FlushedFileSystems();
+    FlushedFileSystems(const FlushedFileSystems &) = delete;
+    FlushedFileSystems &operator=(const FlushedFileSystems &) = delete;
+
+    /// Adds the file system of a folder; 0, or errno.
+    int addFolder(const FilePath &folder);
+    /// One for each file system; they stay open as long as the object lives.
+    QList<int> descriptors() const { return _descriptors.values(); }
+
+private:
+    QHash<FilePath, int> _results;    ///< by folder: each is looked at once
+    QHash<quint64, int> _descriptors; ///< by device; owned
+};
+
+/// Brings everything that was written to these file systems to the disk; 0, or the first errno. Any thread.
+int flushFileSystems(const QList<int> &descriptors);
+
+} // namespace tidemark

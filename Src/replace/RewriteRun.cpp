@@ -1,0 +1,378 @@
+#include "replace/RewriteRun.h"
+
+#include "foundation/SignalOfFileSizeLimit.h"
+#include "foundation/UserDefaults.h"
+#include "replace/FileMetadata.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <iterator>
+#include <sys/stat.h>
+
+namespace tidemark {
+
+namespace {
+
+constexpr qsizetype LARGEST_GROUP = 2048;
+constexpr qsizetype GROUP_GROWTH = 4;
+/// A group that took less is followed by a larger one, and one that took longer by a smaller one: a stop
+/// waits for the group in hand.
+constexpr qint64 SHORT_GROUP_MS = 400;
+constexpr qint64 LONG_GROUP_MS = 1500;
+/// Smaller groups are waited for: the first files are done soon, and a stop right after them finds the rest
+/// untouched.
+constexpr size_t SMALLEST_OVERLAPPING_GROUP = 16;
+/// Backups take as much of the disk, new contents as much memory.
+constexpr qint64 MOST_BYTES_IN_GROUP = 64 << 20;
+constexpr size_t STEPS_AT_ONCE = 16;
+constexpr std::chrono::milliseconds TIME_BETWEEN_CALLS(10);
+
+#ifdef __linux__
+constexpr bool CAN_FLUSH_FILE_SYSTEM = true;
+#else
+constexpr bool CAN_FLUSH_FILE_SYSTEM = false;
+#endif
+
+QSet<FilePath> &pathsToModifiedFiles()
+{
+    static QSet<FilePath> paths;
+    return paths;
+}
+
+} // namespace
+
+RewriteRun::RewriteRun(Flushing flushing, qint64 expectedFiles, WhileWaiting whileWaiting,
+                       IsStopped isStopped)
+    : _flushing(CAN_FLUSH_FILE_SYSTEM ? flushing : Flushing::EachFile),
+      _flushOfEachFile(_flushing == Flushing::EachFile ? Flush::Yes : Flush::No),
+      _keepsBackups(UserDefaults::standard().boolFor(BooleanSetting::CreateBackupBeforeReplacing)),
+      _whileWaiting(std::move(whileWaiting)), _isStopped(std::move(isStopped)), _progress{0, expectedFiles},
+      _flushThread(1),
+      _threads(std::clamp(2 * QThread::idealThreadCount(), 4, 16)) // which wait for the disk half of the time
+{
+    ignoreSignalOfFileSizeLimit();
+}
+
+RewriteRun::~RewriteRun()
+{
+    (void)finish();
+}
+
+bool RewriteRun::isPathToModifiedFile(const FilePath &path)
+{
+    return pathsToModifiedFiles().contains(path);
+}
+
+// -- Preparing
+
+void RewriteRun::add(FileRewrite::Request request, Done done)
+{
+    request.path = _resolvedPaths.resolving(request.path);
+    const std::optional<FileDate> dateBefore = request.originalFileModificationDate;
+    struct stat status = {};
+    const bool isThere = ::stat(request.path.cString(), &status) == 0;
+    const Identity identity(status.st_dev, status.st_ino);
+    // The same file again: what was added before must be in it first.
+    if (_preparing.files.contains(identity) || _onTheWay.files.contains(identity))
+        flush();
+    if (isThere)
+        _useOwnDate(request, identity);
+    _addFileSystemOf(request.path);
+    if (_preparing.jobs.empty())
+        _preparing = _newGroup();
+    auto job = std::make_shared<Job>(
+        Job{FileRewrite(std::move(request), _preparing.record), std::move(done), identity, dateBefore});
+    _preparing.jobs.push_back(job);
+    if (isThere)
+        _preparing.files.insert(identity);
+    _preparingBytes += status.st_size;
+    _startPreparing(job);
+    if (_isGroupFull())
+        _beginWriting();
+}
+
+void RewriteRun::_addFileSystemOf(const FilePath &path)
+{
+    if (_flushing == Flushing::FileSystem)
+        (void)_fileSystems.addFolder(path.deletingLastPathComponent());
+}
+
+RewriteRun::Group RewriteRun::_newGroup() const
+{
+    Group group;
+    if (const FilePath folder = RewriteRecordFolder::current(); !folder.isEmpty() && _diskError == 0)
+        group.record = RewriteRecord::recordInFolder(folder, _progress, group.recordError);
+    return group;
+}
+
+/// Another name of a file that this run has rewritten was searched before that.
+void RewriteRun::_useOwnDate(FileRewrite::Request &request, const Identity &identity) const
+{
+    const auto own = _ownDates.constFind(identity);
+    if (own != _ownDates.cend() && request.originalFileModificationDate == own->before)
+        request.originalFileModificationDate = own->after;
+}
+
+void RewriteRun::_startPreparing(const std::shared_ptr<Job> &job)
+{
+    _threads.start([this, job = job.get(), recordError = _preparing.recordError] {
+        if (_isAbandoning)
+            ; // it is left as it is
+        else if (_diskError != 0)
+            job->rewrite.refuse(RewriteProblem::NotBegun, _diskError);
+        else if (recordError != 0)
+            job->rewrite.refuse(RewriteProblem::NoRecord, recordError);
+        else
+            job->isPrepared = job->rewrite.prepare(_flushOfEachFile);
+        _preparedCount.add();
+    });
+}
+
+bool RewriteRun::_isGroupFull() const
+{
+    return qsizetype(_preparing.jobs.size()) >= _groupLimit || _preparingBytes >= MOST_BYTES_IN_GROUP;
+}
+
+void RewriteRun::_waitUntilPrepared()
+{
+    _wait(_preparedCount, int(_preparing.jobs.size()));
+    _preparingBytes = 0;
+}
+
+void RewriteRun::_adaptGroupLimit()
+{
+    const qint64 duration = _sinceLastGroup.isValid() ? _sinceLastGroup.elapsed() : 0;
+    if (duration < SHORT_GROUP_MS)
+        _groupLimit = std::min(_groupLimit * GROUP_GROWTH, LARGEST_GROUP);
+    else if (duration > LONG_GROUP_MS)
+        _groupLimit = std::max<qsizetype>(_groupLimit / 2, SMALLEST_OVERLAPPING_GROUP);
+    _sinceLastGroup.start();
+}
+
+// -- Writing
+
+void RewriteRun::flush()
+{
+    _beginWriting();
+    _endWriting();
+}
+
+/// The group that was being added goes to the disk.
+void RewriteRun::_beginWriting()
+{
+    _endWriting();
+    if (_preparing.jobs.empty())
+        return;
+    _waitUntilPrepared();
+    _onTheWay = std::exchange(_preparing, {});
+    _adaptGroupLimit();
+    _beginFlush(_onTheWay);
+    const bool isDiskFull = std::any_of(_onTheWay.jobs.begin(), _onTheWay.jobs.end(),
+                                        [](const auto &job) { return job->rewrite.lacksBackup(); });
+    // On a full disk there may be no room for the backups of yet another group.
+    if (isDiskFull || _onTheWay.jobs.size() < SMALLEST_OVERLAPPING_GROUP)
+        _endWriting();
+}
+
+/// Writes the group that is on its way to the disk, once its backups and its record are there.
+void RewriteRun::_endWriting()
+{
+    if (_onTheWay.jobs.empty())
+        return;
+    _endFlush();
+    if (_isStopped && _isStopped()) {
+        _abandonOnTheWay();
+        return;
+    }
+    const Group group = std::exchange(_onTheWay, {});
+    _write(group);
+    for (const auto &job : group.jobs) {
+        // The backups of other files may have taken up the space.
+        if (job->rewrite.lacksBackup())
+            _writeAlone(job);
+    }
+    for (const auto &job : group.jobs)
+        job->done(job->rewrite, job->isRewritten);
+}
+
+/// The backups of the group, and what was written before, on the way to the disk, and then the group's
+/// record.
+void RewriteRun::_beginFlush(const Group &group)
+{
+    std::vector<RewriteRecord::Entry> entries;
+    for (const auto &job : group.jobs) {
+        if (!job->isPrepared)
+            continue;
+        FileRewrite &rewrite = job->rewrite;
+        rewrite.setBackupKept(_keepsBackups && !rewrite.isBackupTransient() &&
+                              !isPathToModifiedFile(rewrite.path()));
+        entries.push_back(rewrite.recordEntry());
+        _addFileSystemOf(rewrite.backup());
+    }
+    _flushThread.start([this, entries = std::move(entries), record = group.record,
+                        fileSystems = _fileSystems.descriptors()] {
+        _flushError = _flushing == Flushing::FileSystem ? flushFileSystems(fileSystems) : 0;
+        const bool isRecorded = record && !entries.empty() && _flushError == 0;
+        _recordError = isRecorded ? record->noteRewrites(entries) : 0;
+        _flushedCount.add();
+    });
+}
+
+void RewriteRun::_endFlush()
+{
+    _wait(_flushedCount, 1);
+    if (_flushError != 0)
+        _diskError = _flushError;
+    _endWritten();
+}
+
+void RewriteRun::_write(const Group &group)
+{
+    Group prepared{group.record, group.recordError, {}, {}};
+    std::copy_if(group.jobs.begin(), group.jobs.end(), std::back_inserter(prepared.jobs),
+                 [](const auto &job) { return job->isPrepared; });
+    _forEach(prepared.jobs, [this](Job &job) { _writeFile(job); });
+    std::erase_if(prepared.jobs, [](const auto &job) { return !job->isRewritten; });
+    for (const auto &job : prepared.jobs) {
+        pathsToModifiedFiles().insert(job->rewrite.path());
+        OwnDate &own = _ownDates[job->identity];
+        if (!own.before)
+            own.before = job->dateBefore;
+        own.after = job->rewrite.newModificationDate();
+    }
+    if (!prepared.jobs.empty())
+        _written.push_back(std::move(prepared));
+}
+
+/// On one of the threads.
+void RewriteRun::_writeFile(Job &job)
+{
+    if (_flushError != 0)
+        job.rewrite.refuse(RewriteProblem::DiskFailure, _flushError);
+    else if (_recordError != 0)
+        job.rewrite.refuse(RewriteProblem::NoRecord, _recordError);
+    else if (_diskError != 0)
+        job.rewrite.refuse(RewriteProblem::NotBegun, _diskError);
+    else
+        job.isRewritten = job.rewrite.carryOut(_flushOfEachFile);
+    if (job.rewrite.diskError() != 0)
+        _diskError = job.rewrite.diskError();
+}
+
+/// A file that found no room for its backup, once the backups of others are gone.
+void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
+{
+    if (_written.empty() || _diskError != 0)
+        return;
+    _beginFlush({});
+    _endFlush();
+    Group alone = _newGroup();
+    alone.jobs = {job};
+    if (alone.recordError != 0)
+        return;
+    job->rewrite.setRecord(alone.record);
+    _forEach(alone.jobs, [this](Job &each) { each.isPrepared = each.rewrite.prepare(_flushOfEachFile); });
+    _beginFlush(alone);
+    _endFlush();
+    _write(alone);
+}
+
+// -- Ending
+
+/// After the flush of the contents. Where that failed the backups stay, and so do the records.
+void RewriteRun::_endWritten()
+{
+    for (const Group &group : _written)
+        _endWrittenGroup(group);
+    if (!std::exchange(_written, {}).empty())
+        _noteProgress();
+}
+
+void RewriteRun::_endWrittenGroup(const Group &group)
+{
+    const int flushError = _flushError;
+    _forEach(group.jobs, [flushError](Job &job) {
+        if (flushError != 0)
+            job.rewrite.noteFailedFlush(flushError);
+        else
+            (void)job.rewrite.finish();
+    });
+    std::vector<FilePath> ended;
+    for (const auto &job : group.jobs) {
+        const FileRewrite &rewrite = job->rewrite;
+        if (rewrite.problem() == RewriteProblem::None)
+            ended.push_back(rewrite.backup());
+        else
+            _lateProblems.push_back({rewrite.path(), rewrite.backup(), rewrite.problem(), rewrite.error()});
+    }
+    _progress.done += qint64(ended.size());
+    if (group.record)
+        (void)group.record->noteEnds(ended);
+}
+
+/// What the records of ended groups told goes with them.
+void RewriteRun::_noteProgress()
+{
+    for (const Group *group : {&_onTheWay, &_preparing}) {
+        if (group->record)
+            (void)group->record->noteProgress(_progress);
+    }
+}
+
+void RewriteRun::_abandonOnTheWay()
+{
+    const Group group = std::exchange(_onTheWay, {});
+    _forEach(group.jobs, [](Job &job) { job.rewrite.abandon(); });
+}
+
+void RewriteRun::abandonWaiting()
+{
+    _isAbandoning = true;
+    _waitUntilPrepared();
+    const Group group = std::exchange(_preparing, {});
+    _forEach(group.jobs, [](Job &job) { job.rewrite.abandon(); });
+    _isAbandoning = false;
+    if (!_onTheWay.jobs.empty()) {
+        _endFlush();
+        _abandonOnTheWay();
+    }
+}
+
+std::vector<RewriteRun::LateProblem> RewriteRun::finish()
+{
+    flush();
+    if (!_written.empty()) {
+        _beginFlush({});
+        _endFlush();
+        // The end of a long run lasts: no record comes back with a power cut.
+        const FilePath records = RewriteRecordFolder::current();
+        if (_flushing == Flushing::FileSystem && !records.isEmpty())
+            (void)flushFolder(records);
+    }
+    return std::exchange(_lateProblems, {});
+}
+
+void RewriteRun::_forEach(const Jobs &jobs, const std::function<void(Job &)> &step)
+{
+    StepCounter done;
+    int tasks = 0;
+    for (size_t start = 0; start < jobs.size(); start += STEPS_AT_ONCE, ++tasks) {
+        _threads.start([&jobs, &step, &done, start] {
+            for (size_t index = start; index < std::min(jobs.size(), start + STEPS_AT_ONCE); ++index)
+                step(*jobs[index]);
+            done.add();
+        });
+    }
+    _wait(done, tasks);
+}
+
+void RewriteRun::_wait(StepCounter &steps, int count)
+{
+    while (!steps.take(count, TIME_BETWEEN_CALLS)) {
+        if (_whileWaiting)
+            _whileWaiting();
+    }
+}
+
+} // namespace tidemark
