@@ -54,9 +54,25 @@ TDMatchLine::Changed &TDMatchLine::_own()
 {
     if (!_changed) {
         const QString text = _foundString();
-        _changed = std::make_unique<Changed>(Changed{matchRanges(), text, text});
+        const QList<TextRange> ranges = matchRanges();
+        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges});
     }
     return *_changed;
+}
+
+void TDMatchLine::removeMatchRange(qsizetype index)
+{
+    Changed &own = _own();
+    if (own.savedMatchRanges.size() == own.matchRanges.size())
+        own.savedMatchRanges.removeAt(index);
+    own.matchRanges.removeAt(index);
+}
+
+void TDMatchLine::setSavedLineString(const QString &line)
+{
+    Changed &own = _own();
+    own.savedLineString = line;
+    own.savedMatchRanges = line == own.matchLineString ? own.matchRanges : QList<TextRange>();
 }
 
 void TDMatchLine::offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex)

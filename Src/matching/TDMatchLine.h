@@ -36,7 +36,7 @@ public:
     void setMatchRanges(const QList<TextRange> &ranges) { _own().matchRanges = ranges; }
     void appendMatchRange(TextRange range) { _own().matchRanges.append(range); }
     void replaceMatchRange(qsizetype index, TextRange range) { _own().matchRanges[index] = range; }
-    void removeMatchRange(qsizetype index) { _own().matchRanges.removeAt(index); }
+    void removeMatchRange(qsizetype index);
     /// Moves the ranges from the index on by the offset; keeps the display text as it is.
     void offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex);
 
@@ -47,7 +47,13 @@ public:
     /// The line as it stands in the file, which is the text that was read until a changed line is saved. It
     /// can be several lines of the file after a replacement with line ends in it. Null: not known.
     QString savedLineString() const { return _changed ? _changed->savedLineString : _foundString(); }
-    void setSavedLineString(const QString &line) { _own().savedLineString = line; }
+    void setSavedLineString(const QString &line);
+    /// Where the matches are in savedLineString(), as far as that is known: each at its place in
+    /// matchRanges(), and between them both texts are the same.
+    QList<TextRange> savedMatchRanges() const
+    {
+        return _changed ? _changed->savedMatchRanges : matchRanges();
+    }
 
     /// Whether the line isn't the one in the file any more.
     bool isUnsaved() const { return _changed && _changed->matchLineString != _changed->savedLineString; }
@@ -79,6 +85,7 @@ private:
         QList<TextRange> matchRanges;
         QString matchLineString;
         QString savedLineString;
+        QList<TextRange> savedMatchRanges;
     };
     QString _foundString() const;
     Changed &_own();

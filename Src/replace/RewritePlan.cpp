@@ -1,7 +1,9 @@
 #include "replace/RewritePlan.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/ShiftTokens.h"
 #include "replace/FileModifierErrors.h"
+#include "replace/LineSplice.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -23,11 +25,22 @@ bool isValid(TextConverter &converter, QByteArrayView bytes)
            converter.decode(bytes).has_value();
 }
 
-/// The bytes of the text, if they stand for exactly this text.
-std::optional<QByteArray> exactBytes(TextConverter &converter, const QString &text)
+/// The new line's bytes, if they stand for exactly its text.
+std::optional<QByteArray> newBytesOf(TextConverter &converter, const QByteArray &oldBytes,
+                                     const QString &oldText, const LineChange &change)
 {
-    std::optional<QByteArray> bytes = converter.encode(text);
-    if (bytes && converter.decode(*bytes) != text)
+    std::optional<QByteArray> bytes;
+    // Where characters don't depend on what stands before them and encoding the old text gives the old bytes,
+    // encoding the new one gives those beside the matches again, and in less time. What can't be taken apart
+    // can only be encoded whole.
+    const ShiftFamily family = shiftFamilyOf(converter.encoding());
+    const bool isWhole = family == ShiftFamily::None || family == ShiftFamily::Inseparable;
+    if (isWhole && converter.encode(oldText) == oldBytes)
+        bytes = converter.encode(change.newText);
+    else
+        bytes = splicedLine(converter, oldBytes, oldText, change.newText,
+                            textEdits(oldText, change.newText, change.oldRanges, change.newRanges));
+    if (bytes && converter.decode(*bytes) != change.newText)
         bytes.reset();
     return bytes;
 }
@@ -65,8 +78,11 @@ LineChanges lineChangesOf(const MatchLines &matchLines)
     changes.reserve(size_t(matchLines.size()));
     for (const auto &line : matchLines) {
         const QString oldText = line->savedLineString();
-        changes.push_back(
-            {line->lineNumber(), oldText, line->isUnsaved() ? line->matchLineString() : oldText});
+        if (line->isUnsaved())
+            changes.push_back({line->lineNumber(), oldText, line->matchLineString(), line->savedMatchRanges(),
+                               line->matchRanges()});
+        else
+            changes.push_back({line->lineNumber(), oldText, oldText, {}, {}});
     }
     std::stable_sort(changes.begin(), changes.end(), [](const LineChange &left, const LineChange &right) {
         return left.lineNumber < right.lineNumber;
@@ -115,6 +131,7 @@ bool RewritePlan::build(TDFileReader &reader, const FilePath &path, const LineCh
         error = TDFileReader::encodingError(reader.stringEncoding());
         return false;
     }
+    _lacksKoreanHeader = shiftFamilyOf(reader.stringEncoding()) == ShiftFamily::Iso2022Korean;
     _keep(mark.size());
     if (!_addLines(reader, changes, error))
         return false;
@@ -164,6 +181,7 @@ bool RewritePlan::_addLines(TDFileReader &reader, const LineChanges &changes, TD
             if (!_addChanges(reader, line->bytes.toByteArray(), place, error))
                 return false;
         } else if (isValid(*reader.converter(), line->bytes)) {
+            _lookForHeader(line->bytes);
             _keep(line->bytes.size());
             _keepLinesBefore(next == changes.cend() ? std::numeric_limits<qint64>::max() : next->lineNumber,
                              reader);
@@ -201,23 +219,37 @@ bool RewritePlan::_addChanges(TDFileReader &reader, QByteArray oldBytes, const P
 
     const bool isUnchanged = std::next(place.first) == place.last && place.first->newText == *oldText;
     if (isUnchanged) {
+        _lookForHeader(oldBytes);
         _keep(oldBytes.size());
         return true;
     }
-    // Where encoding the old text doesn't give the old bytes, a changed line would change more than its
-    // matches.
-    bool isExact = exactBytes(*reader.converter(), *oldText) == oldBytes;
-    for (auto change = place.first; isExact && change != place.last; ++change) {
-        const std::optional<QByteArray> newBytes = exactBytes(*reader.converter(), change->newText);
-        isExact = newBytes.has_value();
-        if (isExact)
-            _put(*newBytes);
-    }
-    if (!isExact) {
-        error = TDFileReader::encodingError(reader.stringEncoding());
-        return false;
+    for (auto change = place.first; change != place.last; ++change) {
+        if (!_putLine(*reader.converter(), oldBytes, *oldText, *change)) {
+            error = TDFileReader::encodingError(reader.stringEncoding());
+            return false;
+        }
     }
     _oldOffset += oldBytes.size();
+    return true;
+}
+
+void RewritePlan::_lookForHeader(QByteArrayView line)
+{
+    _lacksKoreanHeader = _lacksKoreanHeader && !line.contains(TD_KOREAN_HEADER);
+}
+
+bool RewritePlan::_putLine(TextConverter &converter, const QByteArray &oldBytes, const QString &oldText,
+                           const LineChange &change)
+{
+    const std::optional<QByteArray> newBytes = newBytesOf(converter, oldBytes, oldText, change);
+    if (!newBytes)
+        return false;
+    const qsizetype korean = _lacksKoreanHeader ? newBytes->indexOf(TD_SHIFT_OUT) : -1;
+    if (korean >= 0 && !newBytes->first(korean).contains(TD_KOREAN_HEADER))
+        _put(TD_KOREAN_HEADER.toByteArray());
+    _lookForHeader(*newBytes);
+    _lacksKoreanHeader = _lacksKoreanHeader && korean < 0;
+    _put(*newBytes);
     return true;
 }
 

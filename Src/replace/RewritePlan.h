@@ -3,6 +3,7 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TextEncoding.h"
+#include "foundation/TextRange.h"
 #include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
 
@@ -19,6 +20,9 @@ struct LineChange
     qint64 lineNumber = 0; ///< 1-based
     QString oldText;       ///< as it must stand in the file, maybe several lines; null: not known
     QString newText;
+    /// The matches in either text, as far as they are known.
+    QList<TextRange> oldRanges;
+    QList<TextRange> newRanges;
 };
 
 /// In the order of their line numbers; several for one line stay in their order.
@@ -26,7 +30,8 @@ using LineChanges = std::vector<LineChange>;
 LineChanges lineChangesOf(const MatchLines &matchLines);
 
 /// The new content of a file, worked out and checked in full before the file is touched: stretches of the old
-/// content that stay as they are, and bytes that are new. Holds only the changed lines in memory.
+/// content that stay as they are, and bytes that are new. In a changed line only what was replaced is
+/// encoded, the bytes beside it stay too. Holds only the changed lines in memory.
 class RewritePlan
 {
 public:
@@ -40,7 +45,7 @@ public:
 
     /// Reads the old content to its end through the reader and puts the changes in place of the lines with
     /// their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4
-    /// when a changed line can't be encoded exactly or mark and lines don't account for every byte of the
+    /// when a new text can't be encoded exactly or mark and lines don't account for every byte of the
     /// content, or code 30 when a line isn't the one that was searched, or isn't there. `path` is the file's
     /// own, for the error.
     bool build(TDFileReader &reader, const FilePath &path, const LineChanges &changes,
@@ -56,6 +61,9 @@ private:
     void _keepLinesBefore(qint64 lineNumber, TDFileReader &reader);
     bool _addLines(TDFileReader &reader, const LineChanges &changes, TDError &error);
     bool _addChanges(TDFileReader &reader, QByteArray oldBytes, const Place &place, TDError &error);
+    void _lookForHeader(QByteArrayView line);
+    bool _putLine(TextConverter &converter, const QByteArray &oldBytes, const QString &oldText,
+                  const LineChange &change);
     bool _accountsForEveryByte(int content, QByteArrayView mark) const;
     void _keep(qint64 length);
     void _put(const QByteArray &bytes);
@@ -64,7 +72,8 @@ private:
     std::vector<Segment> _segments;
     qint64 _oldOffset = 0;
     qint64 _lineNumber = 0;
-    QByteArray _firstBytes; ///< the first few bytes of the lines, as the reader gave them
+    bool _lacksKoreanHeader = false; ///< so far, in an encoding where a file must have it
+    QByteArray _firstBytes;          ///< the first few bytes of the lines, as the reader gave them
 };
 
 /// The byte-order mark that a file in this encoding begins with; empty for encodings without one.

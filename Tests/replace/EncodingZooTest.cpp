@@ -17,14 +17,11 @@ using namespace Qt::Literals::StringLiterals;
 
 constexpr StringEncoding EBCDIC = 0x80000C02;
 
-/// Where a line by itself doesn't have the bytes that it has within the file, or isn't split off whole.
+/// Where a line isn't split off whole, or needs what a line before it designated.
 bool mayRefuse(StringEncoding encoding)
 {
-    constexpr StringEncoding STATEFUL[] = {
-        TD_ENCODING_UTF16, TD_ENCODING_UTF32, 0x80000830,
-        0x80000840,        0x80000A05, // ISO-2022-CN, ISO-2022-KR, HZ
-    };
-    return std::find(std::begin(STATEFUL), std::end(STATEFUL), encoding) != std::end(STATEFUL);
+    constexpr StringEncoding ISO_2022_CN = 0x80000830;
+    return encoding == TD_ENCODING_UTF16 || encoding == TD_ENCODING_UTF32 || encoding == ISO_2022_CN;
 }
 
 /// Encodes whole texts with the C library, where it knows the encoding.
