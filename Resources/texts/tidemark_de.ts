@@ -321,6 +321,70 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Simplified Chinese (HZ GB 2312)</source><translation>Vereinfachtes Chinesisch (HZ GB 2312)</translation></message>
   <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Traditionelles Chinesisch (Big 5 HKSCS)</translation></message>
   <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainisch (KOI8-U)</translation></message>
+  <message><source>Japanese (Mac OS)</source><translation>Japanisch (Mac OS)</translation></message>
+  <message><source>Traditional Chinese (Mac OS)</source><translation>Traditionelles Chinesisch (Mac OS)</translation></message>
+  <message><source>Korean (Mac OS)</source><translation>Koreanisch (Mac OS)</translation></message>
+  <message><source>Arabic (Mac OS)</source><translation>Arabisch (Mac OS)</translation></message>
+  <message><source>Hebrew (Mac OS)</source><translation>Hebräisch (Mac OS)</translation></message>
+  <message><source>Devanagari (Mac OS)</source><translation>Devanagari (Mac OS)</translation></message>
+  <message><source>Gurmukhi (Mac OS)</source><translation>Gurmukhi (Mac OS)</translation></message>
+  <message><source>Gujarati (Mac OS)</source><translation>Gujarati (Mac OS)</translation></message>
+  <message><source>Thai (Mac OS)</source><translation>Thailändisch (Mac OS)</translation></message>
+  <message><source>Simplified Chinese (Mac OS)</source><translation>Vereinfachtes Chinesisch (Mac OS)</translation></message>
+  <message><source>Tibetan (Mac OS)</source><translation>Tibetisch (Mac OS)</translation></message>
+  <message><source>Symbol (Mac OS)</source><translation>Symbole (Mac OS)</translation></message>
+  <message><source>Dingbats (Mac OS)</source><translation>Dingbats (Mac OS)</translation></message>
+  <message><source>Croatian (Mac OS)</source><translation>Kroatisch (Mac OS)</translation></message>
+  <message><source>Icelandic (Mac OS)</source><translation>Isländisch (Mac OS)</translation></message>
+  <message><source>Romanian (Mac OS)</source><translation>Rumänisch (Mac OS)</translation></message>
+  <message><source>Celtic (Mac OS)</source><translation>Keltisch (Mac OS)</translation></message>
+  <message><source>Gaelic (Mac OS)</source><translation>Gälisch (Mac OS)</translation></message>
+  <message><source>Keyboard Symbols (Mac OS)</source><translation>Tastatursymbole (Mac OS)</translation></message>
+  <message><source>Farsi (Mac OS)</source><translation>Persisch (Mac OS)</translation></message>
+  <message><source>Inuit (Mac OS)</source><translation>Inuit (Mac OS)</translation></message>
+  <message><source>Romanian (ISO Latin 10)</source><translation>Rumänisch (ISO Latin 10)</translation></message>
+  <message><source>Japanese (Shift JIS X0213)</source><translation>Japanisch (Shift JIS X0213)</translation></message>
+  <message><source>Western (Mac Mail)</source><translation>Westlich (Mac Mail)</translation></message>
+  <message><source>Traditional Chinese (Big 5-E)</source><translation>Traditionelles Chinesisch (Big 5-E)</translation></message>
+  <message><source>Western (NextStep)</source><translation>Westlich (NextStep)</translation></message>
+  <message><source>Western (EBCDIC Latin Core)</source><translation>Westlich (EBCDIC, lateinischer Kern)</translation></message>
+  <message><source>Oriya (Mac OS)</source><translation>Oriya (Mac OS)</translation></message>
+  <message><source>Bengali (Mac OS)</source><translation>Bengalisch (Mac OS)</translation></message>
+  <message><source>Tamil (Mac OS)</source><translation>Tamil (Mac OS)</translation></message>
+  <message><source>Telugu (Mac OS)</source><translation>Telugu (Mac OS)</translation></message>
+  <message><source>Kannada (Mac OS)</source><translation>Kannada (Mac OS)</translation></message>
+  <message><source>Malayalam (Mac OS)</source><translation>Malayalam (Mac OS)</translation></message>
+  <message><source>Sinhalese (Mac OS)</source><translation>Singhalesisch (Mac OS)</translation></message>
+  <message><source>Burmese (Mac OS)</source><translation>Birmanisch (Mac OS)</translation></message>
+  <message><source>Khmer (Mac OS)</source><translation>Khmer (Mac OS)</translation></message>
+  <message><source>Laotian (Mac OS)</source><translation>Laotisch (Mac OS)</translation></message>
+  <message><source>Georgian (Mac OS)</source><translation>Georgisch (Mac OS)</translation></message>
+  <message><source>Armenian (Mac OS)</source><translation>Armenisch (Mac OS)</translation></message>
+  <message><source>Mongolian (Mac OS)</source><translation>Mongolisch (Mac OS)</translation></message>
+  <message><source>Ethiopic (Mac OS)</source><translation>Äthiopisch (Mac OS)</translation></message>
+  <message><source>Vietnamese (Mac OS)</source><translation>Vietnamesisch (Mac OS)</translation></message>
+  <message><source>Extended Arabic (Mac OS)</source><translation>Erweitertes Arabisch (Mac OS)</translation></message>
+  <message><source>VT100 (Mac OS)</source><translation>VT100 (Mac OS)</translation></message>
+  <message><source>Korean (Windows Johab)</source><translation>Koreanisch (Windows Johab)</translation></message>
+  <message><source>Western (ANSEL)</source><translation>Westlich (ANSEL)</translation></message>
+  <message><source>Japanese (JIS X 0201)</source><translation>Japanisch (JIS X 0201)</translation></message>
+  <message><source>Japanese (JIS X 0208, 1983)</source><translation>Japanisch (JIS X 0208, 1983)</translation></message>
+  <message><source>Japanese (JIS X 0208, 1990)</source><translation>Japanisch (JIS X 0208, 1990)</translation></message>
+  <message><source>Japanese (JIS X 0212)</source><translation>Japanisch (JIS X 0212)</translation></message>
+  <message><source>Japanese (JIS C 6226)</source><translation>Japanisch (JIS C 6226)</translation></message>
+  <message><source>Japanese (JIS X 0213, row and cell)</source><translation>Japanisch (JIS X 0213, Zeile und Zelle)</translation></message>
+  <message><source>Simplified Chinese (GB 2312-80)</source><translation>Vereinfachtes Chinesisch (GB 2312-80)</translation></message>
+  <message><source>Korean (KS C 5601, 1987)</source><translation>Koreanisch (KS C 5601, 1987)</translation></message>
+  <message><source>Korean (Johab)</source><translation>Koreanisch (Johab)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 1)</source><translation>Traditionelles Chinesisch (CNS 11643, Ebene 1)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 2)</source><translation>Traditionelles Chinesisch (CNS 11643, Ebene 2)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 3)</source><translation>Traditionelles Chinesisch (CNS 11643, Ebene 3)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-3)</source><translation>Japanisch (ISO 2022-JP-3)</translation></message>
+  <message><source>Chinese (ISO 2022-CN-EXT)</source><translation>Chinesisch (ISO 2022-CN-EXT)</translation></message>
+  <message><source>Vietnamese (VISCII)</source><translation>Vietnamesisch (VISCII)</translation></message>
+  <message><source>Unicode (UTF-7 for mailboxes)</source><translation>Unicode (UTF-7 für Postfächer)</translation></message>
+  <message><source>Japanese (NextStep)</source><translation>Japanisch (NextStep)</translation></message>
+  <message><source>Non-lossy ASCII</source><translation>Verlustfreies ASCII</translation></message>
   <message><source>Western (EBCDIC Latin 1)</source><translation>Westlich (EBCDIC Latin 1)</translation></message>
   <message><source>… and %d more</source><translation>… und %d weitere</translation></message>
   <message><source>%@

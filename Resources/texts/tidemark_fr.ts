@@ -321,6 +321,70 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Simplified Chinese (HZ GB 2312)</source><translation>Chinois simplifié (HZ GB 2312)</translation></message>
   <message><source>Traditional Chinese (Big 5 HKSCS)</source><translation>Chinois traditionnel (Big 5 HKSCS)</translation></message>
   <message><source>Ukrainian (KOI8-U)</source><translation>Ukrainien (KOI8-U)</translation></message>
+  <message><source>Japanese (Mac OS)</source><translation>Japonais (Mac OS)</translation></message>
+  <message><source>Traditional Chinese (Mac OS)</source><translation>Chinois traditionnel (Mac OS)</translation></message>
+  <message><source>Korean (Mac OS)</source><translation>Coréen (Mac OS)</translation></message>
+  <message><source>Arabic (Mac OS)</source><translation>Arabe (Mac OS)</translation></message>
+  <message><source>Hebrew (Mac OS)</source><translation>Hébreu (Mac OS)</translation></message>
+  <message><source>Devanagari (Mac OS)</source><translation>Devanagari (Mac OS)</translation></message>
+  <message><source>Gurmukhi (Mac OS)</source><translation>Gurmukhi (Mac OS)</translation></message>
+  <message><source>Gujarati (Mac OS)</source><translation>Gujarati (Mac OS)</translation></message>
+  <message><source>Thai (Mac OS)</source><translation>Thaï (Mac OS)</translation></message>
+  <message><source>Simplified Chinese (Mac OS)</source><translation>Chinois simplifié (Mac OS)</translation></message>
+  <message><source>Tibetan (Mac OS)</source><translation>Tibétain (Mac OS)</translation></message>
+  <message><source>Symbol (Mac OS)</source><translation>Symboles (Mac OS)</translation></message>
+  <message><source>Dingbats (Mac OS)</source><translation>Dingbats (Mac OS)</translation></message>
+  <message><source>Croatian (Mac OS)</source><translation>Croate (Mac OS)</translation></message>
+  <message><source>Icelandic (Mac OS)</source><translation>Islandais (Mac OS)</translation></message>
+  <message><source>Romanian (Mac OS)</source><translation>Roumain (Mac OS)</translation></message>
+  <message><source>Celtic (Mac OS)</source><translation>Celtique (Mac OS)</translation></message>
+  <message><source>Gaelic (Mac OS)</source><translation>Gaélique (Mac OS)</translation></message>
+  <message><source>Keyboard Symbols (Mac OS)</source><translation>Symboles du clavier (Mac OS)</translation></message>
+  <message><source>Farsi (Mac OS)</source><translation>Persan (Mac OS)</translation></message>
+  <message><source>Inuit (Mac OS)</source><translation>Inuit (Mac OS)</translation></message>
+  <message><source>Romanian (ISO Latin 10)</source><translation>Roumain (ISO Latin 10)</translation></message>
+  <message><source>Japanese (Shift JIS X0213)</source><translation>Japonais (Shift JIS X0213)</translation></message>
+  <message><source>Western (Mac Mail)</source><translation>Occidental (Mac Mail)</translation></message>
+  <message><source>Traditional Chinese (Big 5-E)</source><translation>Chinois traditionnel (Big 5-E)</translation></message>
+  <message><source>Western (NextStep)</source><translation>Occidental (NextStep)</translation></message>
+  <message><source>Western (EBCDIC Latin Core)</source><translation>Occidental (EBCDIC, noyau latin)</translation></message>
+  <message><source>Oriya (Mac OS)</source><translation>Oriya (Mac OS)</translation></message>
+  <message><source>Bengali (Mac OS)</source><translation>Bengali (Mac OS)</translation></message>
+  <message><source>Tamil (Mac OS)</source><translation>Tamoul (Mac OS)</translation></message>
+  <message><source>Telugu (Mac OS)</source><translation>Télougou (Mac OS)</translation></message>
+  <message><source>Kannada (Mac OS)</source><translation>Kannada (Mac OS)</translation></message>
+  <message><source>Malayalam (Mac OS)</source><translation>Malayalam (Mac OS)</translation></message>
+  <message><source>Sinhalese (Mac OS)</source><translation>Cingalais (Mac OS)</translation></message>
+  <message><source>Burmese (Mac OS)</source><translation>Birman (Mac OS)</translation></message>
+  <message><source>Khmer (Mac OS)</source><translation>Khmer (Mac OS)</translation></message>
+  <message><source>Laotian (Mac OS)</source><translation>Laotien (Mac OS)</translation></message>
+  <message><source>Georgian (Mac OS)</source><translation>Géorgien (Mac OS)</translation></message>
+  <message><source>Armenian (Mac OS)</source><translation>Arménien (Mac OS)</translation></message>
+  <message><source>Mongolian (Mac OS)</source><translation>Mongol (Mac OS)</translation></message>
+  <message><source>Ethiopic (Mac OS)</source><translation>Éthiopien (Mac OS)</translation></message>
+  <message><source>Vietnamese (Mac OS)</source><translation>Vietnamien (Mac OS)</translation></message>
+  <message><source>Extended Arabic (Mac OS)</source><translation>Arabe étendu (Mac OS)</translation></message>
+  <message><source>VT100 (Mac OS)</source><translation>VT100 (Mac OS)</translation></message>
+  <message><source>Korean (Windows Johab)</source><translation>Coréen (Windows Johab)</translation></message>
+  <message><source>Western (ANSEL)</source><translation>Occidental (ANSEL)</translation></message>
+  <message><source>Japanese (JIS X 0201)</source><translation>Japonais (JIS X 0201)</translation></message>
+  <message><source>Japanese (JIS X 0208, 1983)</source><translation>Japonais (JIS X 0208, 1983)</translation></message>
+  <message><source>Japanese (JIS X 0208, 1990)</source><translation>Japonais (JIS X 0208, 1990)</translation></message>
+  <message><source>Japanese (JIS X 0212)</source><translation>Japonais (JIS X 0212)</translation></message>
+  <message><source>Japanese (JIS C 6226)</source><translation>Japonais (JIS C 6226)</translation></message>
+  <message><source>Japanese (JIS X 0213, row and cell)</source><translation>Japonais (JIS X 0213, rangée et cellule)</translation></message>
+  <message><source>Simplified Chinese (GB 2312-80)</source><translation>Chinois simplifié (GB 2312-80)</translation></message>
+  <message><source>Korean (KS C 5601, 1987)</source><translation>Coréen (KS C 5601, 1987)</translation></message>
+  <message><source>Korean (Johab)</source><translation>Coréen (Johab)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 1)</source><translation>Chinois traditionnel (CNS 11643, plan 1)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 2)</source><translation>Chinois traditionnel (CNS 11643, plan 2)</translation></message>
+  <message><source>Traditional Chinese (CNS 11643, plane 3)</source><translation>Chinois traditionnel (CNS 11643, plan 3)</translation></message>
+  <message><source>Japanese (ISO 2022-JP-3)</source><translation>Japonais (ISO 2022-JP-3)</translation></message>
+  <message><source>Chinese (ISO 2022-CN-EXT)</source><translation>Chinois (ISO 2022-CN-EXT)</translation></message>
+  <message><source>Vietnamese (VISCII)</source><translation>Vietnamien (VISCII)</translation></message>
+  <message><source>Unicode (UTF-7 for mailboxes)</source><translation>Unicode (UTF-7 pour les boîtes aux lettres)</translation></message>
+  <message><source>Japanese (NextStep)</source><translation>Japonais (NextStep)</translation></message>
+  <message><source>Non-lossy ASCII</source><translation>ASCII sans perte</translation></message>
   <message><source>Western (EBCDIC Latin 1)</source><translation>Occidental (EBCDIC Latin 1)</translation></message>
   <message><source>… and %d more</source><translation>… et %d autres</translation></message>
   <message><source>%@

@@ -1,6 +1,8 @@
 #include "foundation/ByteTextConverter.h"
 
 #include "foundation/AsciiText.h"
+#include "foundation/CorrectedTextConverter.h"
+#include "foundation/IconvTextConverter.h"
 #include "foundation/IcuTextConverter.h"
 #include "foundation/StopFlag.h"
 #include "foundation/TextEncodingTable.h"
@@ -65,13 +67,29 @@ ByteTable::Characters charactersOf(TextConverter &converter)
     return characters;
 }
 
-/// The converter gives the bytes that the encoding leaves open to the C1 controls.
-ByteTable::Characters windowsLatin1Characters(TextConverter &converter)
+/// With what the converter reads unlike the encoding's table.
+ByteTable::Characters correctedCharactersOf(TextConverter &converter, CoreFoundationEncoding encoding)
 {
     ByteTable::Characters characters = charactersOf(converter);
-    for (const size_t byte : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
-        characters[byte] = ByteTable::NO_CHARACTER;
+    for (const CodeCorrection &correction : correctionsOf(encoding))
+        characters[correction.code] = correction.character;
+    // The bytes that the encoding leaves open aren't the C1 controls.
+    if (encoding == CF_ENCODING_WINDOWS_LATIN1) {
+        for (const size_t byte : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
+            characters[byte] = ByteTable::NO_CHARACTER;
+    }
     return characters;
+}
+
+/// Null when its characters aren't single bytes.
+std::unique_ptr<TextConverter> singleByteConverter(const TextEncodingRow &row)
+{
+    if (*row.icuConverter != '\0') {
+        auto icu = IcuTextConverter::converter(row.stringEncoding, EncodingShape::Opaque, row.icuConverter);
+        return icu && icu->hasSingleBytes() ? std::move(icu) : nullptr;
+    }
+    auto iconv = IconvTextConverter::converter(row.stringEncoding);
+    return iconv && iconv->hasSingleBytes() ? std::move(iconv) : nullptr;
 }
 
 std::unique_ptr<const ByteTable> makeByteTable(const TextEncodingRow &row)
@@ -86,13 +104,10 @@ std::unique_ptr<const ByteTable> makeByteTable(const TextEncodingRow &row)
     default:
         break;
     }
-    const auto converter =
-        IcuTextConverter::converter(row.stringEncoding, EncodingShape::Opaque, row.icuConverter);
-    if (!converter || !converter->hasSingleBytes())
-        return nullptr;
-    const bool isWindowsLatin1 = row.coreFoundationEncoding == CF_ENCODING_WINDOWS_LATIN1;
-    return std::make_unique<const ByteTable>(isWindowsLatin1 ? windowsLatin1Characters(*converter)
-                                                             : charactersOf(*converter));
+    const std::unique_ptr<TextConverter> converter = singleByteConverter(row);
+    return converter ? std::make_unique<const ByteTable>(
+                           correctedCharactersOf(*converter, row.coreFoundationEncoding))
+                     : nullptr;
 }
 
 } // namespace

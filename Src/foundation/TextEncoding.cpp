@@ -1,6 +1,8 @@
 #include "foundation/TextEncoding.h"
 
 #include "foundation/ByteTextConverter.h"
+#include "foundation/CorrectedTextConverter.h"
+#include "foundation/IconvTextConverter.h"
 #include "foundation/IcuTextConverter.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/NonLossyAsciiTextConverter.h"
@@ -19,7 +21,8 @@ constexpr StringEncoding CORE_FOUNDATION_FLAG = 0x80000000;
 bool canBeConverted(const TextEncodingRow &row)
 {
     return *row.icuConverter != '\0' || row.coreFoundationEncoding == CF_ENCODING_NEXTSTEP ||
-           row.coreFoundationEncoding == CF_ENCODING_NON_LOSSY_ASCII;
+           row.coreFoundationEncoding == CF_ENCODING_NON_LOSSY_ASCII ||
+           IconvTextConverter::converter(row.stringEncoding) != nullptr;
 }
 
 const TextEncodingRow *rowOfStringEncoding(StringEncoding encoding)
@@ -112,8 +115,14 @@ std::unique_ptr<TextConverter> TextConverter::converterForEncoding(StringEncodin
         return std::make_unique<NonLossyAsciiTextConverter>(encoding);
     if (const ByteTable *table = sharedByteTable(*row))
         return std::make_unique<ByteTextConverter>(encoding, *table);
-    return IcuTextConverter::converter(encoding, shapeOfMultiByteEncoding(row->coreFoundationEncoding),
-                                       row->icuConverter);
+    if (*row->icuConverter == '\0')
+        return IconvTextConverter::converter(encoding);
+    std::unique_ptr<TextConverter> converter = IcuTextConverter::converter(
+        encoding, shapeOfMultiByteEncoding(row->coreFoundationEncoding), row->icuConverter);
+    const auto corrections = correctionsOf(row->coreFoundationEncoding);
+    if (converter && !corrections.empty())
+        converter = std::make_unique<CorrectedTextConverter>(std::move(converter), corrections);
+    return converter;
 }
 
 } // namespace tidemark

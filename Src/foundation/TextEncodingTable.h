@@ -32,6 +32,7 @@ inline constexpr CoreFoundationEncoding CF_ENCODING_EUC_CN = 0x930;
 inline constexpr CoreFoundationEncoding CF_ENCODING_EUC_TW = 0x931;
 inline constexpr CoreFoundationEncoding CF_ENCODING_EUC_KR = 0x940;
 inline constexpr CoreFoundationEncoding CF_ENCODING_HZ = 0xA05;
+inline constexpr CoreFoundationEncoding CF_ENCODING_VISCII = 0xA07;
 inline constexpr CoreFoundationEncoding CF_ENCODING_UTF7_IMAP = 0xA10;
 inline constexpr CoreFoundationEncoding CF_ENCODING_NEXTSTEP = 0xB01;
 inline constexpr CoreFoundationEncoding CF_ENCODING_NON_LOSSY_ASCII = 0xBFF;

@@ -81,10 +81,8 @@ QSet<QString> allKeys()
         collectSourceKeys(files.next(), keys);
     for (QDirIterator files(SOURCES + u"/Resources"_s, {u"*.ui"_s}, QDir::Files); files.hasNext();)
         collectFormKeys(files.next(), keys);
-    for (const TextEncodingRow &row : offeredTextEncodings()) {
-        if (*row.icuConverter != '\0' && *row.displayName != '\0')
-            keys.insert(QString::fromUtf8(row.displayName));
-    }
+    for (const TextEncodingRow &row : allTextEncodings())
+        keys.insert(QString::fromUtf8(row.displayName));
     return keys;
 }
 

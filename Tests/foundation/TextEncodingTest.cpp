@@ -3,7 +3,10 @@
 #include "foundation/TextEncodingTable.h"
 #include "support/Testing.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
+#include <iconv.h>
 #include <thread>
 
 namespace tidemark::test {
@@ -67,7 +70,7 @@ QByteArray everyAsciiByte()
 TEST(TextEncodingTest, EveryAvailableEncodingHasANameAndAConverterForItself)
 {
     EXPECT_EQ(availableStringEncodings().first(), MAC_ROMAN);
-    EXPECT_EQ(availableStringEncodings().size(), 79);
+    EXPECT_EQ(availableStringEncodings().size(), 80);
     for (const StringEncoding encoding : availableStringEncodings()) {
         EXPECT_FALSE(localizedNameOfStringEncoding(encoding).isEmpty()) << std::hex << encoding;
         EXPECT_EQ(TextConverter::converterForEncoding(encoding)->encoding(), encoding);
@@ -82,6 +85,7 @@ TEST(TextEncodingTest, NumbersOfBothKindsNameTheSameEncodings)
     for (const TextEncodingRow &row : allTextEncodings()) {
         EXPECT_EQ(convertStringEncodingToCoreFoundation(row.stringEncoding), row.coreFoundationEncoding);
         EXPECT_EQ(convertCoreFoundationToStringEncoding(row.coreFoundationEncoding), row.stringEncoding);
+        EXPECT_FALSE(localizedNameOfStringEncoding(row.stringEncoding).isEmpty()) << row.stringEncoding;
     }
     // The long form of an encoding with a small number, and an encoding that isn't known.
     EXPECT_EQ(convertStringEncodingToCoreFoundation(0x80000420), 0x420U);
@@ -181,6 +185,57 @@ TEST(TextEncodingTest, EverySingleByteComesBackAsItWas)
             }
         }
     }
+}
+
+/// What the C library reads the bytes as.
+std::optional<QString> decodedBySystem(iconv_t iconvOf, QByteArray bytes)
+{
+    QString text(8, Qt::Uninitialized);
+    char *source = bytes.data();
+    size_t left = size_t(bytes.size());
+    char *target = reinterpret_cast<char *>(text.data());
+    size_t room = 16;
+    iconv(iconvOf, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(iconvOf, &source, &left, &target, &room) != 0 ||
+        iconv(iconvOf, nullptr, nullptr, &target, &room) != 0)
+        return {};
+    text.truncate(qsizetype(8 - room / 2));
+    return text;
+}
+
+/// Where both have a character for the code, and not the same.
+QStringList differencesFromSystem(StringEncoding encoding, int first, int last)
+{
+    const CoreFoundationEncoding number = convertStringEncodingToCoreFoundation(encoding);
+    const QByteArray name = convertEncodingToIANACharSetName(number).toLatin1();
+    const iconv_t system = name.isEmpty() ? iconv_t(-1) : iconv_open("UTF-16LE", name.constData());
+    QStringList differences;
+    const auto converter = TextConverter::converterForEncoding(encoding);
+    for (int code = first; code <= last && system != iconv_t(-1); ++code) {
+        const QByteArray bytes = (code > 0xFF ? singleByte(code >> 8) : QByteArray()) + singleByte(code);
+        const auto own = converter->decode(bytes);
+        const auto expected = decodedBySystem(system, bytes);
+        if (own && expected && own != expected)
+            differences << QString::fromLatin1(name + ' ' + bytes.toHex()) + u' ' +
+                               QString::fromStdString(shown(own) + "/" + shown(expected));
+    }
+    if (system != iconv_t(-1))
+        iconv_close(system);
+    return differences;
+}
+
+TEST(TextEncodingTest, CodesAreThoseOfThePublishedTables)
+{
+    QStringList differences = differencesFromSystem(EUC_KR, 0xA1A1, 0xFEFE);
+    for (const StringEncoding encoding : availableStringEncodings()) {
+        if (hasSingleBytes(encoding))
+            differences << differencesFromSystem(encoding, 0, 0xFF);
+    }
+    // The system's tables are other editions of these four.
+    differences.removeIf([](const QString &difference) {
+        return difference.contains(QRegularExpression(u"^(macintosh|cp851|cp864|cp869) "_s));
+    });
+    EXPECT_EQ(differences, QStringList());
 }
 
 TEST(TextEncodingTest, NearlyEveryPairOfBytesComesBackAsItWas)
