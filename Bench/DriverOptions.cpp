@@ -1,5 +1,7 @@
 #include "DriverOptions.h"
 
+#include "foundation/TextEncoding.h"
+
 #include <QHash>
 
 #include <functional>
@@ -122,10 +124,14 @@ private:
         const auto option = options.constFind(name);
         if (option == options.cend())
             return false;
-        if (_next == _arguments.size())
+        if (_next == _arguments.size()) {
             _problem = name + " needs a value";
-        else
-            (*option)(QString::fromUtf8(_arguments[_next++]));
+        } else if (const std::optional<QString> value = textFromUtf8(_arguments[_next++])) {
+            // A byte-order mark is text here.
+            (*option)(*value);
+        } else {
+            _problem = "the value of " + name + " isn't UTF-8";
+        }
         return true;
     }
 

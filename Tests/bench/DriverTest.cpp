@@ -73,6 +73,16 @@ TEST(Driver, ReplacesAndCounts)
     EXPECT_EQ(folder.names(), QList<QByteArray>({"a.txt", "b.txt"}));
 }
 
+TEST(Driver, AByteOrderMarkInAnArgumentIsText)
+{
+    const TemporaryFolder folder;
+    folder.write("a.txt", "key key\xEF\xBB\xBFkey\n");
+    const DriverRun done = run("--find '\xEF\xBB\xBFkey' --replace '\xEF\xBB\xBFk' --no-backup --quiet " +
+                               folder.path().bytes());
+    EXPECT_EQ(done.exitStatus, 0) << done.output.constData();
+    EXPECT_EQ(folder.read("a.txt"), "key key\xEF\xBB\xBFk\n");
+}
+
 TEST(Driver, TellsMalformedExpressionsAndWrongUsageByItsExitStatus)
 {
     const TemporaryFolder folder;
@@ -81,7 +91,8 @@ TEST(Driver, TellsMalformedExpressionsAndWrongUsageByItsExitStatus)
     EXPECT_EQ(malformed.exitStatus, 1);
     EXPECT_TRUE(malformed.output.contains("The find text regular expression is malformed."))
         << malformed.output.constData();
-    for (const char *arguments : {"", "--find", "--find x", "--find x --threads 0 /tmp",
-                                  "--find x --unknown /tmp", "--find x --encoding no-such-name /tmp"})
+    for (const char *arguments :
+         {"", "--find", "--find x", "--find x --threads 0 /tmp", "--find x --unknown /tmp",
+          "--find x --encoding no-such-name /tmp", "--find '\xFF' /tmp"})
         EXPECT_EQ(run(arguments).exitStatus, 2) << arguments;
 }
