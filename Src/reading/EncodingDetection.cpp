@@ -267,10 +267,9 @@ StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
 
 StringEncoding TDFileReader::_probeExtendedAttributeEncoding()
 {
+    // The open file's, also where a link led to it: the path may lead elsewhere by now.
     const std::optional<QString> value =
-        _isNoLink ? descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
-                                                           TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING)
-                  : pathExtendedAttributeValueForKey(_path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
     return value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
 }
 

@@ -84,8 +84,7 @@ QString reasonOfOpenError(int errorNumber)
 } // namespace
 
 TDFileReader::TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding)
-    : _readBuffer(descriptor, mostBytes), _stringEncoding(encoding), _path(file.path),
-      _isNoLink(file.folderDescriptor >= 0 || file.openDescriptor >= 0)
+    : _readBuffer(descriptor, mostBytes), _stringEncoding(encoding), _path(file.path)
 {
     _line.reserve(LINE_CAPACITY);
 }

@@ -99,8 +99,7 @@ private:
     StringEncoding _stringEncoding;
     FilePath _path;
     bool _hadByteOrderMarker = false;
-    bool _isNoLink;    ///< then its attributes are those of the open file
-    int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
+    int _unitSize = 1;     ///< bytes a code unit: 1 for everything that is split by bytes
     std::unique_ptr<TextConverter> _converter;
     QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer
 };

@@ -3,7 +3,10 @@
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/UserDefaults.h"
 #include "reading/TDFileReader.h"
+#include "reading/TextBlockReader.h"
 #include "support/Testing.h"
+
+#include <unistd.h>
 
 namespace tidemark::test {
 namespace {
@@ -43,6 +46,23 @@ protected:
     TemporaryFolder folder;
     TDError error;
 };
+
+/// Whoever opens it, and by whatever name.
+TEST_F(EncodingDetectionTest, AnAttributeIsTheOneOfTheFileThatALinkLeadsTo)
+{
+    const FilePath file = folder.write("file", "gr\x8An\n");
+    ASSERT_EQ(symlink("file", folder.path("link").cString()), 0);
+    if (!setPathValueForExtendedAttributeKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING, u"cp437;1024"_s, 0))
+        return; // no extended attributes here
+    const auto lines = TDFileReader::fileReaderWithFile(folder.path("link"), UNKNOWN, error);
+    ASSERT_TRUE(lines);
+    EXPECT_EQ(linesOf(*lines), QStringList(u"gr\u00E8n\n"_s));
+    TextBlockReader blocks;
+    QByteArrayView block;
+    ASSERT_EQ(blocks.open(FileToRead{folder.path("link")}, UNKNOWN), TextBlockReader::Outcome::Block);
+    ASSERT_EQ(blocks.nextBlock(block), TextBlockReader::Outcome::Block);
+    EXPECT_EQ(block, QByteArrayView("gr\xC3\xA8n\n"));
+}
 
 TEST_F(EncodingDetectionTest, EachFileIsReadInTheEncodingThatItTells)
 {
