@@ -6,14 +6,13 @@ rm -rf "$folder"
 mkdir -p "$folder/letters" "$folder/source/deep/er"
 
 printf 'The harbour at low tide.\nA tide table hangs by the door.\n' >"$folder/notes.txt"
-printf 'Ebbe und Flut: the tide rises.\r\nGrüße vom Hafen.\r\n' | iconv -t UTF-16LE >"$folder/letters/body.tmp"
+printf 'Ebbe und Flut: the tide rises.\r\nGrüße vom Hafen.\r\n' | iconv -f UTF-8 -t UTF-16LE >"$folder/letters/body.tmp"
 { printf '\xFF\xFE'; cat "$folder/letters/body.tmp"; } >"$folder/letters/hafen-utf16.txt"
-printf 'La marée (tide) monte.\rÀ bientôt.\r' | iconv -t WINDOWS-1252 >"$folder/letters/body.tmp"
+printf 'La marée (tide) monte.\rÀ bientôt.\r' | iconv -f UTF-8 -t WINDOWS-1252 >"$folder/letters/body.tmp"
 mv "$folder/letters/body.tmp" "$folder/letters/maree-1252.txt"
 # The file says in an attribute how it is to be read.
-if command -v setfattr >/dev/null; then
-    setfattr -n user.com.apple.TextEncoding -v 'windows-1252;1280' "$folder/letters/maree-1252.txt" 2>/dev/null || true
-fi
+setfattr -n user.com.apple.TextEncoding -v 'windows-1252;1280' "$folder/letters/maree-1252.txt" ||
+    echo "letters/maree-1252.txt can't say how it is to be read, and will be listed as an error." >&2
 printf '<?xml version="1.0" encoding="iso-8859-1"?>\n<line>Die Flut k\xE4me: tide</line>\n' >"$folder/letters/flut.xml"
 printf '#include "tide.h"\n\nint tide(int hour)\n{\n\treturn tide_table[hour %% 24]; // tide, tide\n}\n' \
     >"$folder/source/tide.c"

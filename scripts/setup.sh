@@ -6,7 +6,7 @@ PACKAGES=(
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
     libboost-regex-dev libicu-dev libxxhash-dev pkg-config libgtest-dev libgmock-dev
     clang libclang-rt-14-dev
-    xvfb openbox xdotool
+    xvfb openbox xdotool attr
     desktop-file-utils appstream
     e2fsprogs xfsprogs btrfs-progs
 )
