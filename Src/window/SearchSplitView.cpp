@@ -50,7 +50,8 @@ SearchSplitView::SearchSplitView(QWidget *parent) : QSplitter(Qt::Vertical, pare
 
 int SearchSplitView::constrainedPosition(int proposedPosition) const
 {
-    return int(std::lround(SplitViewLayout::constrainSplitPosition(proposedPosition, window()->height())));
+    return int(std::lround(
+        SplitViewLayout::constrainSplitPosition(proposedPosition, window()->frameGeometry().height())));
 }
 
 QSplitterHandle *SearchSplitView::createHandle()
