@@ -15,6 +15,8 @@ namespace tidemark {
 
 namespace {
 
+const QString NEW_PATTERN = QStringLiteral("*.");
+
 /// Offers the known types while a filter is typed.
 class FilterDelegate : public QStyledItemDelegate
 {
@@ -58,7 +60,17 @@ void KindsEditor::_setUpTable()
 {
     QTableView *table = _ui.kindsTableView;
     table->setModel(&_model);
-    table->setItemDelegateForColumn(KindsModel::FilterColumn, new FilterDelegate(table));
+    auto *filters = new FilterDelegate(table);
+    table->setItemDelegateForColumn(KindsModel::FilterColumn, filters);
+    // The row itself goes only once the view is done with its editor.
+    connect(
+        filters, &QAbstractItemDelegate::closeEditor, this,
+        [this] {
+            // By now another one can be typed.
+            if (_ui.kindsTableView->indexWidget(_newKind) == nullptr)
+                _endNewKind();
+        },
+        Qt::QueuedConnection);
     table->verticalHeader()->hide();
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() * 3 / 2);
     table->horizontalHeader()->setHighlightSections(false);
@@ -72,7 +84,7 @@ void KindsEditor::_connectButtons()
 {
     connect(_ui.addKindButton, &QAbstractButton::clicked, this, &KindsEditor::_add);
     connect(_ui.duplicateKindButton, &QAbstractButton::clicked, this, &KindsEditor::_duplicate);
-    connect(_ui.removeKindButton, &QAbstractButton::clicked, this, &KindsEditor::_remove);
+    connect(_ui.removeKindButton, &QAbstractButton::clicked, this, [this] { _remove(_currentRow()); });
     connect(_ui.moveKindUpButton, &QAbstractButton::clicked, this, [this] { _move(-1); });
     connect(_ui.moveKindDownButton, &QAbstractButton::clicked, this, [this] { _move(1); });
     connect(_ui.restoreKindsButton, &QAbstractButton::clicked, this, &KindsEditor::_askToRestore);
@@ -101,11 +113,30 @@ void KindsEditor::_selectRow(int row, int column)
 
 void KindsEditor::_add()
 {
+    _endNewKind();
     const int row = _currentRow() + 1;
-    _model.insertKind(row, Kind::newKind());
+    _model.insertKind(row, {QString(), NEW_PATTERN, false});
     focusList();
-    _selectRow(row);
-    _ui.kindsTableView->edit(_model.index(row, KindsModel::TitleColumn));
+    _selectRow(row, KindsModel::FilterColumn);
+    _newKind = _model.index(row, KindsModel::FilterColumn);
+    _ui.kindsTableView->edit(_newKind);
+    // The rest of the pattern is typed behind its beginning.
+    if (auto *field = qobject_cast<QLineEdit *>(_ui.kindsTableView->indexWidget(_newKind)))
+        field->end(false);
+}
+
+/// Takes a new kind back that was given no pattern; one without a title is called by its pattern.
+void KindsEditor::_endNewKind()
+{
+    if (!_newKind.isValid())
+        return;
+    const int row = _newKind.row();
+    _newKind = QPersistentModelIndex();
+    const Kind kind = _model.kinds()[row];
+    if (kind.uti.trimmed().isEmpty() || kind.uti == NEW_PATTERN)
+        _remove(row);
+    else if (kind.title.isEmpty())
+        _model.setData(_model.index(row, KindsModel::TitleColumn), kind.uti, Qt::EditRole);
 }
 
 void KindsEditor::_duplicate()
@@ -117,9 +148,8 @@ void KindsEditor::_duplicate()
     _selectRow(row + 1);
 }
 
-void KindsEditor::_remove()
+void KindsEditor::_remove(int row)
 {
-    const int row = _currentRow();
     _model.removeKind(row);
     _selectRow(qMin(row, _model.rowCount() - 1));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPersistentModelIndex>
 
 namespace Ui {
 class Preferences;
@@ -28,13 +29,15 @@ private:
     void _selectRow(int row, int column = 0);
     void _add();
     void _duplicate();
-    void _remove();
+    void _endNewKind();
+    void _remove(int row);
     void _move(int distance);
     void _askToRestore();
     void _noteCurrentRow();
 
     Ui::Preferences &_ui;
     KindsModel &_model;
+    QPersistentModelIndex _newKind; ///< the filter of a row that is being typed for the first time
 };
 
 } // namespace tidemark

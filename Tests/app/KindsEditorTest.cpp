@@ -49,8 +49,7 @@ TEST_F(KindsEditorTest, ButtonsAndKeysChangeTheListInForce)
     EXPECT_EQ(titles(), u"AC"_s);
     select(0);
     ui().addKindButton->click();
-    EXPECT_EQ(titles(), u"AAny fileC"_s);
-    EXPECT_EQ(kindsInForce()[1].uti, u"public.item"_s);
+    EXPECT_EQ(kindsInForce().size(), 3);
     controller.setKinds({{u"Z"_s, u"*.z"_s, true}});
     EXPECT_EQ(table()->model()->index(0, 0).data(), u"Z"_s);
     ui().removeKindButton->click();
@@ -58,6 +57,39 @@ TEST_F(KindsEditorTest, ButtonsAndKeysChangeTheListInForce)
     EXPECT_FALSE(ui().removeKindButton->isEnabled());
     ui().addKindButton->click();
     EXPECT_EQ(kindsInForce().size(), 1);
+}
+
+TEST_F(KindsEditorTest, ANewKindIsAPatternReadyToBeTypedOrNothing)
+{
+    const std::tuple<QString, Qt::Key, QList<Kind>> cases[] = {
+        {u"rs"_s, Qt::Key_Return, {{u"*.rs"_s, u"*.rs"_s, false}}},
+        {u"rs"_s, Qt::Key_Tab, {{u"*.rs"_s, u"*.rs"_s, false}}},
+        {u"rs"_s, Qt::Key_Escape, {}},
+        {QString(), Qt::Key_Return, {}},
+        {QString(), Qt::Key_Escape, {}},
+    };
+    const QList<Kind> kinds = kindsInForce();
+    const auto newField = [this] {
+        select(0);
+        ui().addKindButton->click();
+        auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+        EXPECT_TRUE(field != nullptr && field->text() == u"*."_s);
+        return field;
+    };
+    for (const auto &[typed, key, added] : cases) {
+        QLineEdit *field = newField();
+        QTest::keyClicks(field, typed);
+        QTest::keyClick(field, key);
+        const QList<Kind> expected = kinds.first(1) + added + kinds.sliced(1);
+        EXPECT_TRUE(waitFor([&] { return kindsInForce() == expected; }, 1000)) << qPrintable(titles());
+        controller.setKinds(kinds);
+    }
+    // One that is begun takes the place of one that was left unfinished.
+    newField();
+    QLineEdit *field = newField();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::focusWidget(), field);
+    EXPECT_EQ(kindsInForce().size(), kinds.size() + 1);
 }
 
 TEST_F(KindsEditorTest, RowsAreEditedInPlace)
