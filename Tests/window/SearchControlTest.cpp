@@ -60,6 +60,27 @@ TEST_F(SearchControlTest, FilesAreShownOneByOneUntilThe250thMatchLine)
               u"Search completed (251 matches found in 3 files • 3 files searched)"_s);
 }
 
+TEST_F(SearchControlTest, TheFilesOfARealSearchAreShownBeforeItsEnd)
+{
+    for (int file = 0; file < 200; ++file)
+        folder.write(QByteArray::number(file) + ".txt", "a needle\n");
+    document.setSearchLocations({location(folder.path())});
+    document.setFindText(u"needle"_s);
+    control = std::make_unique<SearchControl>(document);
+    qsizetype shownOnTheWay = 0;
+    QObject::connect(&document.findResults(), &FindResults::appended, [&](qsizetype first, qsizetype count) {
+        // One by one, while it runs.
+        EXPECT_EQ(count, 1);
+        EXPECT_EQ(first, shownOnTheWay);
+        shownOnTheWay += control->searching() ? 1 : 0;
+    });
+    bool hasEnded = false;
+    QObject::connect(control.get(), &SearchControl::searchFinished, [&] { hasEnded = true; });
+    control->startSearch();
+    ASSERT_TRUE(waitFor([&] { return hasEnded; }));
+    EXPECT_EQ(shownOnTheWay, 200);
+}
+
 TEST_F(SearchControlTest, ARefreshBetweenHandOverAndDeliveryShowsNothingEarly)
 {
     std::atomic<bool> handedOver = false;
