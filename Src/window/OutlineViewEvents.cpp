@@ -180,6 +180,21 @@ void TDSearchResultsOutlineView::keyboardSearch(const QString &search)
     }
 }
 
+// -- The keyboard comes and goes
+
+void TDSearchResultsOutlineView::focusInEvent(QFocusEvent *event)
+{
+    // The base would make a row current that nobody chose.
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
+void TDSearchResultsOutlineView::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractItemView::focusOutEvent(event);
+    viewport()->update();
+}
+
 // -- Mouse
 
 bool TDSearchResultsOutlineView::_isOnDisclosure(int row, int x) const

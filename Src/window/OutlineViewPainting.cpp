@@ -13,6 +13,20 @@ namespace {
 constexpr int HINT_MARGIN = 24;
 /// Keeps the numbers away from the folders beside them.
 constexpr int NUMBER_MARGIN = 20;
+/// How much of the highlight is left in a selection without the keyboard.
+constexpr float MUTED = 0.3F;
+constexpr int FOCUS_MARK_ALPHA = 170;
+
+QColor mutedHighlight(const QPalette &palette)
+{
+    const QColor strong = palette.color(QPalette::Active, QPalette::Highlight);
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const auto mixed = [](float highlight, float background) {
+        return MUTED * highlight + (1 - MUTED) * background;
+    };
+    return QColor::fromRgbF(mixed(strong.redF(), base.redF()), mixed(strong.greenF(), base.greenF()),
+                            mixed(strong.blueF(), base.blueF()));
+}
 
 } // namespace
 
@@ -30,6 +44,7 @@ void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
     QPainter painter(viewport());
     if (_rows.rowCount() == 0) {
         _paintHint(painter);
+        _paintFocusMark(painter, viewport()->rect(), QPalette::Highlight);
         return;
     }
     painter.setClipRect(event->rect());
@@ -40,6 +55,19 @@ void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
             _paintRow(painter, row, QRect(0, y, viewport()->width(), height));
         y += height;
     }
+    if (!currentIndex().isValid())
+        _paintFocusMark(painter, viewport()->rect(), QPalette::Highlight);
+}
+
+void TDSearchResultsOutlineView::_paintFocusMark(QPainter &painter, const QRect &rect,
+                                                 QPalette::ColorRole role) const
+{
+    if (!hasFocus())
+        return;
+    QColor color = palette().color(QPalette::Active, role);
+    color.setAlpha(FOCUS_MARK_ALPHA);
+    painter.setPen(color);
+    painter.drawRect(rect.adjusted(1, 1, -2, -2));
 }
 
 void TDSearchResultsOutlineView::_paintRow(QPainter &painter, int row, const QRect &rect) const
@@ -47,18 +75,23 @@ void TDSearchResultsOutlineView::_paintRow(QPainter &painter, int row, const QRe
     const QModelIndex index = indexAtRow(row);
     QStyleOptionViewItem option = _option();
     option.rect = rect;
-    if (_selected.contains(*static_cast<const TDFindResultItem *>(index.internalPointer()))) {
+    const bool isSelected =
+        _selected.contains(*static_cast<const TDFindResultItem *>(index.internalPointer()));
+    // Without the keyboard a selection is only tinted, and its text is as everywhere.
+    if (isSelected && hasFocus()) {
         option.state |= QStyle::State_Selected;
-        const bool isActive = option.state & QStyle::State_Active;
-        painter.fillRect(rect, option.palette.brush(isActive ? QPalette::Active : QPalette::Inactive,
-                                                    QPalette::Highlight));
+        painter.fillRect(rect, option.palette.brush(QPalette::Active, QPalette::Highlight));
+    } else if (isSelected) {
+        painter.fillRect(rect, mutedHighlight(option.palette));
     }
-    if (!index.parent().isValid()) {
+    if (index.parent().isValid()) {
+        option.rect = _leafRect(rect);
+        _cell->paint(&painter, option, index);
+    } else {
         _paintFileRow(painter, option, index);
-        return;
     }
-    option.rect = _leafRect(rect);
-    _cell->paint(&painter, option, index);
+    if (index.siblingAtColumn(0) == currentIndex().siblingAtColumn(0))
+        _paintFocusMark(painter, rect, isSelected ? QPalette::HighlightedText : QPalette::Text);
 }
 
 void TDSearchResultsOutlineView::_paintFileRow(QPainter &painter, QStyleOptionViewItem option,

@@ -1,5 +1,6 @@
 #include "window/StyledLinePainter.h"
 
+#include <QGlyphRun>
 #include <QPainter>
 #include <QTextLine>
 
@@ -12,12 +13,30 @@ QColor colorOf(const StyledColor &color)
     return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue), float(color.alpha));
 }
 
-QRect StyledLinePainter::rectOfRange(const QTextLine &line, TextRange range, QPoint origin)
+namespace {
+
+/// Where characters of both directions meet a cursor has two places, so only the glyphs tell.
+QRect rectOfGlyphs(const QTextLine &line, qint64 start, qint64 end)
+{
+    QRectF rect;
+    const QList<QGlyphRun> runs = line.glyphRuns(int(start), int(end - start));
+    for (const QGlyphRun &run : runs)
+        rect |= run.boundingRect();
+    const QRectF lineRect = line.rect();
+    return QRectF(rect.left(), lineRect.top(), rect.width(), lineRect.height()).toRect();
+}
+
+} // namespace
+
+QRect StyledLinePainter::rectOfRange(const QTextLine &line, Directions directions, TextRange range,
+                                     QPoint origin)
 {
     const qint64 start = std::max(range.location, qint64(line.textStart()));
     const qint64 end = std::min(range.end(), qint64(line.textStart()) + line.textLength());
     if (start >= end)
         return {};
+    if (directions == Directions::Mixed)
+        return rectOfGlyphs(line, start, end).translated(origin);
     const int left = qRound(line.cursorToX(int(start)));
     const int right = qRound(line.cursorToX(int(end)));
     const QRectF lineRect = line.rect();
@@ -35,7 +54,7 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
     // The first run is the base colour of the whole text.
     for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
         const StyledRun &run = _styled.runs[index];
-        const QRect rect = rectOfRange(line, run.range, origin);
+        const QRect rect = rectOfRange(line, _directions, run.range, origin);
         if (rect.isEmpty())
             continue;
         if (run.background) {

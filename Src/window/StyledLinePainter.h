@@ -13,6 +13,9 @@ class QTextLine;
 
 namespace tidemark {
 
+/// Whether everything in a text runs from left to right.
+enum class Directions { LeftToRight, Mixed };
+
 /// Draws lines of a laid out text in the colours of its runs. The layout itself knows no colours, so that a
 /// text with thousands of matches lays out as fast as one without.
 class StyledLinePainter
@@ -20,15 +23,15 @@ class StyledLinePainter
 public:
     /// `base` stands for the styled text's base colour, black or white; `prefix`, if given, for that of the
     /// line number. Both references must outlive the object.
-    StyledLinePainter(QPainter &painter, const StyledText &styled, const QColor &base,
+    StyledLinePainter(QPainter &painter, const StyledText &styled, Directions directions, const QColor &base,
                       std::optional<QColor> prefix = {})
-        : _painter(painter), _styled(styled), _base(base), _prefix(std::move(prefix))
+        : _painter(painter), _styled(styled), _directions(directions), _base(base), _prefix(std::move(prefix))
     {}
 
     /// `origin` is where the layout's own origin is drawn.
     void paint(const QTextLine &line, QPoint origin) const;
 
-    static QRect rectOfRange(const QTextLine &line, TextRange range, QPoint origin);
+    static QRect rectOfRange(const QTextLine &line, Directions directions, TextRange range, QPoint origin);
 
 private:
     void _paintForeground(const QTextLine &line, QPoint origin, const QColor &color,
@@ -36,6 +39,7 @@ private:
 
     QPainter &_painter;
     const StyledText &_styled;
+    const Directions _directions;
     QColor _base;
     std::optional<QColor> _prefix;
 };

@@ -3,6 +3,7 @@
 #include "window/ResultsTreeModel.h"
 #include "window/TDSearchResultsTextFieldCell.h"
 
+#include <QAccessible>
 #include <QHeaderView>
 
 #include <algorithm>
@@ -314,6 +315,10 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
     deselected.remove(rows);
     viewport()->update();
     Q_EMIT selectedRowsChanged(selected, deselected);
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleValueChangeEvent event(this, selectedIndex().data(Qt::AccessibleTextRole));
+    QAccessible::updateAccessibility(&event);
 }
 
 void TDSearchResultsOutlineView::selectRow(int row, bool extend)

@@ -47,6 +47,7 @@ public:
     std::shared_ptr<TDFindResultItem> itemAtRow(int row) const;
 
     bool isExpanded(const QModelIndex &file) const;
+    int numberOfExpandedFiles() const { return int(_expanded.size()); }
     void expandItem(const QModelIndex &file);
     void collapseItem(const QModelIndex &file);
     void expandAll();
@@ -84,6 +85,8 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -142,6 +145,7 @@ private:
 
     void _paintRow(QPainter &painter, int row, const QRect &rect) const;
     void _paintFileRow(QPainter &painter, QStyleOptionViewItem option, const QModelIndex &file) const;
+    void _paintFocusMark(QPainter &painter, const QRect &rect, QPalette::ColorRole role) const;
     void _paintHint(QPainter &painter) const;
     QRect _leafRect(const QRect &row) const;
     QStyleOptionViewItem _option() const;

@@ -1,12 +1,13 @@
 #include "window/TDSearchResultsTextFieldCell.h"
 
 #include "matching/TDFindResultItem.h"
-#include "window/StyledLinePainter.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPainter>
 #include <QStyle>
+
+#include <algorithm>
 
 namespace tidemark {
 
@@ -15,6 +16,7 @@ namespace {
 constexpr int MOST_LAYOUTS = 256;
 constexpr double SYSTEM_FONT_SIZE = 13;
 constexpr double SMALLEST_POINT_SIZE = 8;
+constexpr QChar RIGHT_TO_LEFT_ISOLATE = QChar(0x2067);
 constexpr QColor RED_ON_DARK = QColor(255, 120, 110);
 
 const TDFindResultItem &itemOf(const QModelIndex &index)
@@ -52,11 +54,42 @@ std::optional<QColor> selectedPrefixColor(const QStyleOptionViewItem &option)
     return color;
 }
 
+Directions directionsOf(QStringView text)
+{
+    const bool isMixed = std::any_of(text.begin(), text.end(), [](QChar unit) {
+        const QChar::Direction direction = unit.direction();
+        // Some that run from right to left take two units.
+        return direction == QChar::DirR || direction == QChar::DirAL || unit.isSurrogate();
+    });
+    return isMixed ? Directions::Mixed : Directions::LeftToRight;
+}
+
 StyledText displayTextOf(const TDFindResultItem &item)
 {
     // Built without being kept with the line: a million lines scrolled past would keep a million texts.
     return item.matchLine() != nullptr ? item.matchLine()->buildMatchLineAttributedString()
                                        : item.displayFilenameOrMatchLine();
+}
+
+qsizetype prefixLength(const TDFindResultItem &item)
+{
+    return item.matchLine() != nullptr ? QString::number(item.matchLine()->lineNumber()).size() + 2 : 0;
+}
+
+/// The number stays at the left of a line that is written from right to left, and the line is as it is by
+/// itself: an invisible character between the two parts them. Says where it stands, -1 for none.
+qsizetype partNumberFromLine(StyledText &styled, qsizetype prefix)
+{
+    if (prefix == 0 || !QStringView(styled.text).sliced(prefix).isRightToLeft())
+        return -1;
+    styled.text.insert(prefix, RIGHT_TO_LEFT_ISOLATE);
+    for (StyledRun &run : styled.runs) {
+        if (run.range.location >= prefix)
+            ++run.range.location;
+        else if (run.range.end() > prefix)
+            ++run.range.length;
+    }
+    return prefix;
 }
 
 } // namespace
@@ -86,12 +119,15 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
 
     auto *made = new Layout;
     made->styled = displayTextOf(item);
+    made->parting = partNumberFromLine(made->styled, prefixLength(item));
+    made->directions = directionsOf(made->styled.text);
     made->width = width;
     made->font = option.font;
     made->text.setFont(fontOf(made->styled.font, option.font));
     made->text.setText(made->styled.text);
     QTextOption textOption;
     textOption.setWrapMode(QTextOption::WrapAnywhere);
+    textOption.setTextDirection(Qt::LeftToRight);
     made->text.setTextOption(textOption);
     made->text.setCacheEnabled(true);
     made->text.beginLayout();
@@ -126,11 +162,13 @@ QRect TDSearchResultsTextFieldCell::rectOfText(const QStyleOptionViewItem &optio
     if (item.matchLine() == nullptr)
         return {};
     const Layout &layout = _layout(option, item);
+    if (layout.parting >= 0 && position >= layout.parting)
+        ++position;
     const QTextLine line =
         layout.text.lineForTextPosition(int(std::min(position, layout.styled.text.size())));
     if (!line.isValid())
         return {};
-    const QRect rect = StyledLinePainter::rectOfRange(line, {position, length}, {});
+    const QRect rect = StyledLinePainter::rectOfRange(line, layout.directions, {position, length}, {});
     return rect.isValid() ? rect : line.rect().toAlignedRect();
 }
 
@@ -150,7 +188,7 @@ void TDSearchResultsTextFieldCell::_paintMatchLine(QPainter &painter, const QSty
                                                    const TDFindResultItem &item) const
 {
     const Layout &layout = _layout(option, item);
-    const StyledLinePainter linePainter(painter, layout.styled, textColor(option),
+    const StyledLinePainter linePainter(painter, layout.styled, layout.directions, textColor(option),
                                         selectedPrefixColor(option));
     const QRectF clip = painter.clipBoundingRect();
     for (int number = 0; number < layout.text.lineCount(); ++number) {

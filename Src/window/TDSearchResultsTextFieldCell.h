@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/StyledText.h"
+#include "window/StyledLinePainter.h"
 
 #include <QCache>
 #include <QStyledItemDelegate>
@@ -45,9 +46,11 @@ private:
     {
         StyledText styled;
         QTextLayout text;
+        Directions directions = Directions::LeftToRight;
         int width = 0;
         QFont font;
         int height = 0;
+        qsizetype parting = -1; ///< where a character was put between number and line
     };
 
     const Layout &_layout(const QStyleOptionViewItem &option, const TDFindResultItem &item) const;

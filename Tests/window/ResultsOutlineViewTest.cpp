@@ -1,5 +1,6 @@
 #include "window/ResultsActions.h"
 #include "window/ResultsFixture.h"
+#include "window/TDSearchResultsTextFieldCell.h"
 #include "window/Workspace.h"
 
 #include <QClipboard>
@@ -118,6 +119,72 @@ TEST_F(OutlineViewTest, TheMouseSelectsRangesAndTogglesTriangles)
     EXPECT_EQ(window.selection(), u"0:1"_s);
     QTest::mouseClick(window.view.viewport(), Qt::LeftButton, {}, QPoint(5, 5));
     EXPECT_EQ(window.view.numberOfRows(), 2);
+}
+
+/// How many pixels of the row have the colour.
+int pixelsOf(const TDSearchResultsOutlineView &view, int row, const QColor &color)
+{
+    const QImage image = view.viewport()->grab(view.visualRect(view.indexAtRow(row))).toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == color;
+    }
+    return count;
+}
+
+TEST_F(OutlineViewTest, MatchesHaveTheirBackgrounds)
+{
+    const QColor match(241, 224, 169);
+    const QColor current(255, 147, 32);
+    ResultsWindow window(application, {fileNode("/t/a", {u"a foo b foo"_s, u"foo foo foo"_s})});
+    window.navigation.selectFirstMatch();
+    const int one = pixelsOf(window.view, 1, match);
+    EXPECT_GT(one, 50);
+    EXPECT_NEAR(pixelsOf(window.view, 1, current), one, one / 2);
+    EXPECT_NEAR(pixelsOf(window.view, 2, match), 3 * one, one);
+    EXPECT_EQ(pixelsOf(window.view, 2, current), 0);
+    EXPECT_EQ(pixelsOf(window.view, 0, match), 0);
+}
+
+TEST_F(OutlineViewTest, TheKeyboardInTheResultsShows)
+{
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, u"foo"_s})});
+    window.navigation.selectFirstMatch();
+    window.view.selectRow(2, true);
+    const QColor highlight = window.view.palette().color(QPalette::Active, QPalette::Highlight);
+    const auto picture = [&window] { return window.view.viewport()->grab().toImage(); };
+    const QImage focused = picture();
+    EXPECT_GT(pixelsOf(window.view, 1, highlight), 500);
+    // Of two selected rows one is the current one.
+    EXPECT_LT(pixelsOf(window.view, 2, highlight) + window.view.width(), pixelsOf(window.view, 1, highlight));
+    window.find()->setFocus();
+    EXPECT_EQ(pixelsOf(window.view, 1, highlight), 0);
+    EXPECT_NE(picture(), focused);
+    // Also where there is nothing to stand on.
+    window.results.clear();
+    const QImage empty = picture();
+    window.view.setFocus();
+    EXPECT_NE(picture(), empty);
+}
+
+TEST_F(OutlineViewTest, NumbersStayAtTheLeftOfEveryLine)
+{
+    const QString hebrew(u"\u05E9\u05DC\u05D5\u05DD foo (\u05E2\u05D5\u05DC\u05DD)"_s);
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, hebrew})});
+    window.navigation.selectFirstMatch();
+    const auto place = [&window](int row, qsizetype position, qsizetype length) {
+        QStyleOptionViewItem option;
+        option.font = window.view.font();
+        option.rect = QRect(0, 0, 500, 20);
+        const TDSearchResultsTextFieldCell cell;
+        return cell.rectOfText(option, *window.view.itemAtRow(row), position, length);
+    };
+    EXPECT_EQ(place(2, 0, 1).left(), place(1, 0, 1).left());
+    // The line behind it runs from right to left by itself: the first word is at the right of the match.
+    EXPECT_GT(place(2, 3, 4).left(), place(2, 3 + 5, 3).right());
+    EXPECT_EQ(place(2, 3 + 5, 3).width(), place(1, 3, 3).width());
+    EXPECT_GT(pixelsOf(window.view, 2, QColor(241, 224, 169)), 50);
 }
 
 TEST_F(OutlineViewTest, RowsWrapByCharacterAndStayReachable)
