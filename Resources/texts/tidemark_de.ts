@@ -145,6 +145,10 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Copy Line</source><translation>Zeile kopieren</translation></message>
   <message><source>Copy Path</source><translation>Pfad kopieren</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Ersetzen: %d von %d Dateien erledigt</translation></message>
+  <message><source>Error: %@</source><translation>Fehler: %@</translation></message>
+  <message><source>Line %lu: %@</source><translation>Zeile %lu: %@</translation></message>
+  <message><source>%@ in %@, couldn’t be searched</source><translation>%@ in %@, konnte nicht durchsucht werden</translation></message>
+  <message><source>%@ in %@, %@</source><translation>%@ in %@, %@</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Hier erscheinen die Zeilen mit Treffern.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Keine Treffer gefunden.

@@ -145,6 +145,10 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Copy Line</source><translation>Copier la ligne</translation></message>
   <message><source>Copy Path</source><translation>Copier le chemin</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Remplacement : %d fichiers sur %d traités</translation></message>
+  <message><source>Error: %@</source><translation>Erreur : %@</translation></message>
+  <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
+  <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>
+  <message><source>%@ in %@, %@</source><translation>%@ dans %@, %@</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Les lignes contenant des occurrences apparaîtront ici.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Aucune occurrence trouvée.

@@ -20,9 +20,7 @@ public:
     {
         if (kind != QAccessible::Value)
             return QAccessibleWidget::text(kind);
-        const QModelIndex selected = _view->selectedIndex();
-        const QString description = selected.data(Qt::AccessibleTextRole).toString();
-        return description.isEmpty() ? selected.data().toString() : description;
+        return _view->selectedIndex().data(Qt::AccessibleTextRole).toString();
     }
 
 private:

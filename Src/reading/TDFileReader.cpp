@@ -117,8 +117,9 @@ TDError TDFileReader::openError(const FilePath &path, int errorNumber)
     const QString description =
         formatted(localizedString("Sorry, a problem occured whilst attempting to open file ‘%@’."),
                   {path.displayText()});
-    return TDError::initalizePresentErrorWithCode(TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR, description,
-                                                  reasonOfOpenError(errorNumber));
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR, description, reasonOfOpenError(errorNumber), {},
+        {{TDError::UNDERLYING_ERROR_KEY, QVariant::fromValue(TDError::posixError(errorNumber))}});
 }
 
 TDError TDFileReader::excessiveLineError(const FilePath &path)

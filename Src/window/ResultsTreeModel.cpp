@@ -1,5 +1,6 @@
 #include "window/ResultsTreeModel.h"
 
+#include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
 #include "window/FileIcons.h"
 #include "window/PlainToolTip.h"
@@ -11,6 +12,17 @@
 #include <numeric>
 
 namespace tidemark {
+
+namespace {
+
+QString reasonWithSystemText(const TDError &error)
+{
+    const auto underlying = error.userInfo().value(TDError::UNDERLYING_ERROR_KEY).value<TDError>();
+    const QString reason = error.localizedFailureReason();
+    return underlying ? reason + u'\n' + underlying.localizedFailureReason() : reason;
+}
+
+} // namespace
 
 QString folderForPeople(const QString &folder)
 {
@@ -264,8 +276,34 @@ QVariant ResultsTreeModel::data(const QModelIndex &index, int role) const
     if (node->parent() == nullptr)
         return _fileData(*node, index.column(), role);
     if (role == Qt::ToolTipRole && node->error())
-        return plainToolTip(node->error().localizedFailureReason());
+        return plainToolTip(reasonWithSystemText(node->error()));
+    if (role == Qt::AccessibleTextRole)
+        return _spokenLine(*node);
     return {};
+}
+
+QString ResultsTreeModel::_spokenLine(const TDFindResultItem &leaf)
+{
+    if (leaf.matchLine() == nullptr)
+        return formatted(localizedString("Error: %@"), {reasonWithSystemText(leaf.error())});
+    const TDMatchLine &line = *leaf.matchLine();
+    const QString text = line.matchLineString();
+    const TextRange body = rangeWithoutNewlinesAtEnds(text);
+    return formatted(localizedString("Line %lu: %@"),
+                     {quint64(line.lineNumber()), text.mid(body.location, body.length)});
+}
+
+QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
+{
+    const std::optional<qint32> count = _matchCount(file);
+    const QString name = file.filenameMatchLineSortKey();
+    const QString folder = folderForPeople(file.displayPath());
+    if (!count)
+        return formatted(localizedString("%@ in %@, couldn’t be searched"), {name, folder});
+    return formatted(localizedString("%@ in %@, %@"),
+                     {name, folder,
+                      formatted(*count == 1 ? localizedString("%lu match") : localizedString("%lu matches"),
+                                {quint64(*count)})});
 }
 
 QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column) const
@@ -294,6 +332,8 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
     switch (role) {
     case Qt::ToolTipRole:
         return plainToolTip(file.path().displayText());
+    case Qt::AccessibleTextRole:
+        return _spokenFile(file);
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(_iconOf(file)) : QVariant();
     case Qt::FontRole: {

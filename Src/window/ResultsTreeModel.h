@@ -64,6 +64,8 @@ private:
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
     QString _displayText(const TDFindResultItem &item, int column) const;
     static QIcon _iconOf(const TDFindResultItem &file);
+    QString _spokenFile(const TDFindResultItem &file) const;
+    static QString _spokenLine(const TDFindResultItem &leaf);
     QVariant _fileData(const TDFindResultItem &file, int column, int role) const;
 
     FindResults &_results;

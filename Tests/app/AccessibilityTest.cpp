@@ -1,6 +1,8 @@
 #include "LanguageInstaller.h"
 #include "app/AppTest.h"
 #include "app/HelpWindow.h"
+#include "window/ResultsPane.h"
+#include "window/TDSearchResultsOutlineView.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -87,6 +89,32 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
     EXPECT_EQ(namelessControls(preferences().window(), 10).toStdString(), "");
     controller.showHelp();
     EXPECT_EQ(namelessControls(&controller.helpWindow(), 1).toStdString(), "");
+}
+
+TEST_F(AccessibilityTest, TheSelectedResultIsSpokenOf)
+{
+    folder.write("a.txt", "x\n\ta needle\r\n");
+    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    TDMyDocumentController &window = *document->myDocumentController();
+    window.locations().addSearchLocations({folder.path().toUrl(), folder.path("gone").toUrl()});
+    document->setFindText(u"needle"_s);
+    window.startSearch(StartStopButton::On);
+    ASSERT_TRUE(waitFor([&] { return !window.searching(); }));
+    TDSearchResultsOutlineView &view = window.resultsPane().outlineView();
+    window.resultsPane().navigation().showAll();
+    const QString where = folderForPeople(folder.path().displayText());
+    const QString spoken[] = {u"a.txt in %1, 1 match"_s.arg(where), u"Line 2: \ta needle"_s,
+                              u"gone in %1, couldn’t be searched"_s.arg(where),
+                              u"Error: Error 2 occured.\nNo such file or directory"_s};
+    ASSERT_EQ(view.numberOfRows(), int(std::size(spoken)));
+    for (int row = 0; row < view.numberOfRows(); ++row) {
+        view.selectRow(row);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->text(QAccessible::Value), spoken[row]);
+    }
+    // What is shown stays in one sentence; the tool tip adds what the system says.
+    const QModelIndex error = view.indexAtRow(3);
+    EXPECT_EQ(error.data().toString(), u"Error 2 occured."_s);
+    EXPECT_TRUE(error.data(Qt::ToolTipRole).toString().contains(u"No such file or directory"_s));
 }
 
 TEST_F(AccessibilityTest, TabReachesEveryControlOfThePreferences)
