@@ -8,7 +8,9 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPointer>
 
+#include <algorithm>
 #include <array>
 
 namespace tidemark {
@@ -44,24 +46,54 @@ const std::array<EditCommand, 7> EDIT_COMMANDS = {{
     {"&Paste", QKeySequence::Paste, [](QLineEdit &field) { field.paste(); }, canPaste},
     {"&Delete", QKeySequence::Delete, [](QLineEdit &field) { field.del(); }, hasSelection},
     {"Select &All", QKeySequence::SelectAll, [](QLineEdit &field) { field.selectAll(); },
-     [](const QLineEdit &field) { return !field.text().isEmpty(); }},
+     [](const QLineEdit &field) { return field.selectedText().size() < field.text().size(); }},
 }};
 
-QLineEdit *focusedField()
+/// Boxes with a field in them have the keyboard in its place.
+QLineEdit *fieldOf(QWidget *widget)
 {
-    return qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    if (auto *field = qobject_cast<QLineEdit *>(widget))
+        return field;
+    const auto fields = widget != nullptr ? widget->findChildren<QLineEdit *>() : QList<QLineEdit *>();
+    const auto found = std::find_if(fields.begin(), fields.end(), [widget](const QLineEdit *field) {
+        return field->focusProxy() == widget;
+    });
+    return found != fields.end() ? *found : nullptr;
 }
 
-void addCommand(QMenu *menu, const EditCommand &command)
+/// The field that has the keyboard, or had it until the menu bar took it.
+class EditedField : public QObject
+{
+public:
+    explicit EditedField(QMenuBar *bar) : QObject(bar)
+    {
+        connect(qApp, &QApplication::focusChanged, this, [this, bar](QWidget *, QWidget *now) {
+            if (now != nullptr && now != bar && now->window() == bar->window())
+                _lastFocused = now;
+        });
+    }
+
+    QLineEdit *field() const
+    {
+        QWidget *focused = QApplication::focusWidget();
+        const bool isInMenu = focused == nullptr || focused == parent();
+        return fieldOf(isInMenu ? _lastFocused.data() : focused);
+    }
+
+private:
+    QPointer<QWidget> _lastFocused;
+};
+
+void addCommand(QMenu *menu, const EditCommand &command, const EditedField *edited)
 {
     const QString key = QKeySequence(command.key).toString(QKeySequence::NativeText);
     QAction *action = menu->addAction(localizedString(command.text) + u'\t' + key);
-    QObject::connect(action, &QAction::triggered, action, [&command] {
-        if (QLineEdit *field = focusedField())
+    QObject::connect(action, &QAction::triggered, edited, [&command, edited] {
+        if (QLineEdit *field = edited->field())
             command.perform(*field);
     });
-    QObject::connect(menu, &QMenu::aboutToShow, action, [action, &command] {
-        const QLineEdit *field = focusedField();
+    QObject::connect(menu, &QMenu::aboutToShow, action, [action, &command, edited] {
+        const QLineEdit *field = edited->field();
         action->setEnabled(field != nullptr && command.isPossible(*field));
     });
 }
@@ -81,10 +113,11 @@ void addPreferences(QMenu *menu, TDApplicationController &application)
 void addEditMenu(QMenuBar *bar, TDApplicationController &application)
 {
     QMenu *menu = bar->addMenu(localizedString("&Edit"));
+    const auto *edited = new EditedField(bar);
     for (const EditCommand &command : EDIT_COMMANDS) {
         if (command.key == QKeySequence::Cut || command.key == QKeySequence::SelectAll)
             menu->addSeparator();
-        addCommand(menu, command);
+        addCommand(menu, command, edited);
     }
     menu->addSeparator();
     addPreferences(menu, application);

@@ -3,11 +3,13 @@
 #include "foundation/UserDefaults.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
 #include <limits>
 
 namespace tidemark {
@@ -34,6 +36,23 @@ public:
         return shown;
     }
 };
+
+/// Where a text is edited these mean what they always mean.
+bool isEditingKey(const QKeyEvent &key)
+{
+    const auto keys = {QKeySequence::Undo, QKeySequence::Redo,  QKeySequence::Cut,
+                       QKeySequence::Copy, QKeySequence::Paste, QKeySequence::SelectAll};
+    return std::any_of(keys.begin(), keys.end(),
+                       [&key](QKeySequence::StandardKey editing) { return key.matches(editing); });
+}
+
+bool isShortcutOf(const QWidget &window, const QKeyEvent &key)
+{
+    const QKeySequence pressed(QKeyCombination(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key())));
+    const QList<QAction *> actions = window.actions();
+    return std::any_of(actions.begin(), actions.end(),
+                       [&pressed](const QAction *action) { return action->shortcuts().contains(pressed); });
+}
 
 } // namespace
 
@@ -86,17 +105,37 @@ void HistoryComboBox::_setHistory(const QStringList &texts)
         lineEdit()->setSelection(selectionStart, selectionLength);
 }
 
+bool HistoryComboBox::event(QEvent *event)
+{
+    // The box hands it on to its field by a call that no filter sees.
+    return _isLeftToWindow(*event) || QComboBox::event(event);
+}
+
 bool HistoryComboBox::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        // Some desktops move the cursor with it, but here it's a command of the window.
-        if (key->key() == Qt::Key_E && key->modifiers() == Qt::ControlModifier) {
-            event->ignore();
-            return true;
-        }
+    return _isLeftToWindow(*event) || QComboBox::eventFilter(watched, event);
+}
+
+bool HistoryComboBox::_isLeftToWindow(QEvent &event) const
+{
+    if (event.type() != QEvent::ShortcutOverride)
+        return false;
+    const auto &key = static_cast<const QKeyEvent &>(event);
+    if (isEditingKey(key) || !isShortcutOf(*window(), key))
+        return false;
+    event.ignore();
+    return true;
+}
+
+void HistoryComboBox::focusOutEvent(QFocusEvent *event)
+{
+    if (event->reason() != Qt::MenuBarFocusReason) {
+        QComboBox::focusOutEvent(event);
+        return;
     }
-    return QComboBox::eventFilter(watched, event);
+    // The field would drop its selection, and the menus act on that.
+    QFocusEvent leaving(QEvent::FocusOut, Qt::PopupFocusReason);
+    QComboBox::focusOutEvent(&leaving);
 }
 
 } // namespace tidemark

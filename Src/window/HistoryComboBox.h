@@ -20,12 +20,18 @@ public:
     /// Leaves the cursor alone when the text is the same already.
     void setText(const QString &text);
 
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     void returnPressed();
 
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+
 private:
+    /// Some desktops move the cursor with keys that are commands of the window here.
+    bool _isLeftToWindow(QEvent &event) const;
     void _setHistory(const QStringList &texts);
 };
 

@@ -65,10 +65,10 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
 {
     actions.nextMatch = maker.makeRepeating("nextMatch", "&Next Match", {Qt::Key_F4});
     actions.previousMatch = maker.makeRepeating("previousMatch", "&Previous Match", {Qt::SHIFT | Qt::Key_F4});
-    actions.firstMatchInNextFile = maker.makeWithResultsKey(
-        "firstMatchInNextFile", "First Match in Next &File", Qt::CTRL | Qt::Key_Down);
-    actions.firstMatchInPreviousFile = maker.makeWithResultsKey(
-        "firstMatchInPreviousFile", "First Match in Pre&vious File", Qt::CTRL | Qt::Key_Up);
+    actions.firstMatchInNextFile =
+        maker.makeRepeating("firstMatchInNextFile", "First Match in Next &File", {Qt::CTRL | Qt::Key_Down});
+    actions.firstMatchInPreviousFile = maker.makeRepeating(
+        "firstMatchInPreviousFile", "First Match in Pre&vious File", {Qt::CTRL | Qt::Key_Up});
     actions.expandCollapseAll =
         maker.make("expandCollapseAll", "&Expand or Collapse All", {Qt::CTRL | Qt::Key_E});
     actions.removeSelected =

@@ -1,5 +1,6 @@
 #include "support/gui/OpenWindow.h"
 #include "support/gui/VirtualDisplay.h"
+#include "window/ShortcutSteps.h"
 
 #include <QDrag>
 #include <QLabel>
@@ -182,6 +183,11 @@ TEST_F(RealDisplayTest, CtrlEnterStartsFromTheLocations)
         press(u"ctrl+Return"_s);
         ASSERT_TRUE(waitFor([&] { return window.document.findResults().count() == 1; }));
     });
+}
+
+TEST_F(RealDisplayTest, EveryShortcutWorksWithTheDesktopsOwnKeys)
+{
+    onRealDisplay([this] { expectEveryShortcutEverywhere(application); });
 }
 
 TEST_F(RealDisplayTest, LocationsAreReorderedByDragging)
