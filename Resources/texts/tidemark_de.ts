@@ -145,6 +145,13 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Copy Line</source><translation>Zeile kopieren</translation></message>
   <message><source>Copy Path</source><translation>Pfad kopieren</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Ersetzen: %d von %d Dateien erledigt</translation></message>
+  <message><source>Replacing stopped: %@ of %@ files done</source><translation>Ersetzen angehalten: %@ von %@ Dateien erledigt</translation></message>
+  <message><source>Replaced %@ match</source><translation>%@ Treffer ersetzt</translation></message>
+  <message><source>Replaced %@ matches</source><translation>%@ Treffer ersetzt</translation></message>
+  <message><source> in %@ file</source><translation> in %@ Datei</translation></message>
+  <message><source> in %@ files</source><translation> in %@ Dateien</translation></message>
+  <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
+  <message><source>%@ files failed</source><translation>%@ Dateien fehlgeschlagen</translation></message>
   <message><source>Error: %@</source><translation>Fehler: %@</translation></message>
   <message><source>Line %lu: %@</source><translation>Zeile %lu: %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ in %@, konnte nicht durchsucht werden</translation></message>

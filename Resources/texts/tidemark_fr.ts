@@ -145,6 +145,13 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Copy Line</source><translation>Copier la ligne</translation></message>
   <message><source>Copy Path</source><translation>Copier le chemin</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Remplacement : %d fichiers sur %d traités</translation></message>
+  <message><source>Replacing stopped: %@ of %@ files done</source><translation>Remplacement arrêté : %@ fichiers sur %@ traités</translation></message>
+  <message><source>Replaced %@ match</source><translation>%@ occurrence remplacée</translation></message>
+  <message><source>Replaced %@ matches</source><translation>%@ occurrences remplacées</translation></message>
+  <message><source> in %@ file</source><translation> dans %@ fichier</translation></message>
+  <message><source> in %@ files</source><translation> dans %@ fichiers</translation></message>
+  <message><source>%@ file failed</source><translation>%@ fichier en échec</translation></message>
+  <message><source>%@ files failed</source><translation>%@ fichiers en échec</translation></message>
   <message><source>Error: %@</source><translation>Erreur : %@</translation></message>
   <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>

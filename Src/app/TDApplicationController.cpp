@@ -169,8 +169,11 @@ TerminateReply TDApplicationController::applicationShouldTerminate()
         _saveAllDocuments();
         return TerminateReply::Now;
     }
-    askToStopReplace(nullptr, localizedString("Continue Replace and Don‘t Quit"),
-                     localizedString("Stop Replace and Quit"), this, [this] { _stopAndTerminate(); });
+    askToStopReplace(nullptr,
+                     {localizedString("Continue Replace and Don‘t Quit"),
+                      localizedString("Stop Replace and Quit"), [this] { _stopAndTerminate(); },
+                      [this] { terminate(); }},
+                     this);
     return TerminateReply::Later;
 }
 

@@ -52,7 +52,7 @@ public:
     MyDocument *openUntitledDocument(const QString &documentType);
 
     /// Now: the documents' settings are saved, and quitting may go on. Later: the user is being asked, and
-    /// quitting goes on by itself if that is the answer.
+    /// quitting goes on by itself if that is the answer, or when the replace has ended meanwhile.
     TerminateReply applicationShouldTerminate();
     void applicationWillTerminate();
     void applicationWillHide();

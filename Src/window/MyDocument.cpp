@@ -147,8 +147,14 @@ bool MyDocument::windowShouldClose()
 void MyDocument::_askToClose()
 {
     QWidget *window = _myDocumentController != nullptr ? _myDocumentController->window() : nullptr;
-    askToStopReplace(window, localizedString("Continue Replace and Don‘t Close Window"),
-                     localizedString("Stop Replace and Close Window"), this, [this] { _stopAndClose(); });
+    askToStopReplace(window,
+                     {localizedString("Continue Replace and Don‘t Close Window"),
+                      localizedString("Stop Replace and Close Window"), [this] { _stopAndClose(); },
+                      [window] {
+                          if (window != nullptr)
+                              window->close();
+                      }},
+                     this);
 }
 
 void MyDocument::_stopAndClose()

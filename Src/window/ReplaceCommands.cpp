@@ -98,7 +98,7 @@ ReplaceCommands::ReplacedMatch ReplaceCommands::_currentMatch() const
 
 bool ReplaceCommands::_performReplace()
 {
-    _navigation.selectCurrentMatchLine();
+    _navigation.showCurrentMatchLine();
     const auto item = _navigation.currentlySelectedMatchLineItem();
     if (!item || item->matchLine() == nullptr)
         return false;

@@ -160,12 +160,24 @@ void ResultsNavigation::selectFirstMatch()
     _scrollToFileOfSelectedRow();
 }
 
+bool ResultsNavigation::canMoveToNextFile() const
+{
+    const std::optional<ResultPath> path = _lastSelectedPath();
+    return path && path->file < int(_results.count()) - 1;
+}
+
+bool ResultsNavigation::canMoveToPreviousFile() const
+{
+    const std::optional<ResultPath> path = _lastSelectedPath();
+    return path && (path->file > 0 || path->line > 0);
+}
+
 void ResultsNavigation::moveToFirstMatchInNextFile()
 {
     _focusView();
-    const std::optional<ResultPath> path = _lastSelectedPath();
-    if (!path || path->file >= int(_results.count()) - 1)
+    if (!canMoveToNextFile())
         return;
+    const std::optional<ResultPath> path = _lastSelectedPath();
     _view.clearSelectedRows();
     _selectFirstLineOfFile(path->file + 1);
     _scrollToFileOfSelectedRow();
@@ -174,9 +186,9 @@ void ResultsNavigation::moveToFirstMatchInNextFile()
 void ResultsNavigation::moveToFirstMatchInFile()
 {
     _focusView();
-    const std::optional<ResultPath> path = _lastSelectedPath();
-    if (!path || (path->file == 0 && path->line <= 0))
+    if (!canMoveToPreviousFile())
         return;
+    const std::optional<ResultPath> path = _lastSelectedPath();
     if (path->line > 0) {
         _selectFirstLineOfFile(path->file);
     } else {
@@ -256,10 +268,34 @@ void ResultsNavigation::scrollToHighlightedMatch()
     _view.scrollToText(row, prefix + range.location, range.length);
 }
 
-void ResultsNavigation::selectCurrentMatchLine()
+std::shared_ptr<TDFindResultItem> ResultsNavigation::_currentMatchLineItem() const
 {
-    if (_currentItem)
-        _view.selectRow(_view.rowOfItem(*_currentItem));
+    if (!_currentItem || _currentItem->isMatchLine())
+        return _currentItem;
+    // A file that was collapsed stands for its first line.
+    const FindResultItems &children = _currentItem->children();
+    return children.isEmpty() ? nullptr : children.first();
+}
+
+bool ResultsNavigation::hasMatchToReplace() const
+{
+    const auto item = _currentMatchLineItem();
+    const TDMatchLine *line = item ? item->matchLine() : nullptr;
+    if (line == nullptr || line->numberOfMatches() == 0)
+        return false;
+    return item != _currentItem || line->highlightedMatchIndex() != TD_NO_HIGHLIGHTED_MATCH;
+}
+
+void ResultsNavigation::showCurrentMatchLine()
+{
+    const auto item = _currentMatchLineItem();
+    if (!item)
+        return;
+    if (item->parent() != nullptr)
+        _view.expandItem(_model.indexOf(item->parent()));
+    // A line that becomes current has its first match highlighted.
+    _view.selectRow(_view.rowOfItem(*item));
+    scrollToHighlightedMatch();
 }
 
 /// Only one match is ever highlighted.
@@ -317,7 +353,9 @@ void ResultsNavigation::expandCollapseAll()
 {
     if (_results.isEmpty())
         return;
-    _showHideState = !_showHideState;
+    // What was done last can have been in another window, or undone by hand; some step has to be seen.
+    const int shown = _view.numberOfExpandedFiles();
+    _showHideState = shown == 0 || (!_showHideState && shown < int(_results.count()));
     if (_showHideState)
         _view.expandAll();
     else

@@ -66,8 +66,13 @@ public:
     /// The selected lines, each without its line end, joined by line feeds; null when no line is selected.
     QString selectedLines() const;
 
-    /// Selects the current match line's row alone, as before a replacement.
-    void selectCurrentMatchLine();
+    /// Selects the current match line's row alone and brings it into view, whatever hid it, as before a
+    /// replacement.
+    void showCurrentMatchLine();
+    /// Whether the current match line has a match left.
+    bool hasMatchToReplace() const;
+    bool canMoveToNextFile() const;
+    bool canMoveToPreviousFile() const;
     /// Brings the highlighted match into view.
     void scrollToHighlightedMatch();
 
@@ -95,6 +100,7 @@ private:
     void _selectFirstLineOfFile(int file);
     void _scrollToFileOfSelectedRow();
     bool _makeSelectedRowCurrent();
+    std::shared_ptr<TDFindResultItem> _currentMatchLineItem() const;
     void _setCurrentItem(const std::shared_ptr<TDFindResultItem> &item);
     void _highlight(qint64 index);
 

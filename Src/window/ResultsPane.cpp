@@ -5,6 +5,7 @@
 #include "window/IncludedKinds.h"
 #include "window/MyDocument.h"
 #include "window/SearchControl.h"
+#include "window/SearchStatusLine.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 
@@ -109,6 +110,10 @@ void ResultsPane::_setUpButtons()
     connect(&results, &FindResults::cleared, this, &ResultsPane::_noteResults);
     connect(&_navigation, &ResultsNavigation::firstItemSelectedChanged, this, &ResultsPane::_noteResults);
     connect(&_navigation, &ResultsNavigation::lastItemSelectedChanged, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::selectionChanged, this, &ResultsPane::_noteResults);
+    // A replaced match can be the last one of its line.
+    connect(_actions.replace, &QAction::triggered, this, &ResultsPane::_noteResults);
+    connect(_actions.replaceAndFind, &QAction::triggered, this, &ResultsPane::_noteResults);
     connect(&_search, &SearchControl::searchingChanged, this, &ResultsPane::_noteResults);
 }
 
@@ -116,6 +121,7 @@ void ResultsPane::_setUpReplaceProgress()
 {
     connect(&_replaceCommands, &ReplaceCommands::replacing, this, &ResultsPane::_showReplacing);
     connect(&_replaceCommands, &ReplaceCommands::progressed, this, &ResultsPane::_showReplaceProgress);
+    connect(&_replaceCommands, &ReplaceCommands::finished, this, &ResultsPane::_showOutcome);
     connect(_ui.stopReplaceButton, &QPushButton::clicked, this,
             [this] { _replaceCommands.setStopReplace(true); });
 }
@@ -126,12 +132,13 @@ void ResultsPane::_noteResults()
     const bool hasResults = !_document.findResults().isEmpty();
     _actions.previousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
     _actions.nextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
-    _actions.firstMatchInNextFile->setEnabled(hasResults);
-    _actions.firstMatchInPreviousFile->setEnabled(hasResults);
+    _actions.firstMatchInNextFile->setEnabled(_navigation.canMoveToNextFile());
+    _actions.firstMatchInPreviousFile->setEnabled(_navigation.canMoveToPreviousFile());
     _actions.expandCollapseAll->setEnabled(hasResults);
-    _actions.removeSelected->setEnabled(hasResults && isFree);
-    _actions.replace->setEnabled(hasResults && isFree);
-    _actions.replaceAndFind->setEnabled(hasResults && isFree);
+    _actions.removeSelected->setEnabled(_navigation.hasSelection() && isFree);
+    const bool hasMatch = _navigation.hasMatchToReplace();
+    _actions.replace->setEnabled(hasMatch && isFree);
+    _actions.replaceAndFind->setEnabled((hasMatch || _actions.nextMatch->isEnabled()) && isFree);
     // These run for a while and deliver events meanwhile; results that arrive then would come in between.
     const bool isComplete = hasResults && isFree && !_search.searching();
     _actions.replaceSelection->setEnabled(isComplete);
@@ -140,6 +147,9 @@ void ResultsPane::_noteResults()
 
 void ResultsPane::_showReplacing(bool isReplacing)
 {
+    // Buttons that can't be pressed any more would hand the keyboard to whatever comes next.
+    if (qobject_cast<QAbstractButton *>(outlineView().window()->focusWidget()) != nullptr)
+        outlineView().setFocus(Qt::OtherFocusReason);
     _navigation.setRemovalEnabled(!isReplacing);
     _ui.replaceProgressBar->setRange(0, 0);
     _ui.replaceProgressBar->setVisible(isReplacing);
@@ -150,10 +160,21 @@ void ResultsPane::_showReplacing(bool isReplacing)
 
 void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
 {
+    _countOfFilesToReplaceIn = fileCount;
     _ui.replaceProgressBar->setRange(0, int(fileCount));
     _ui.replaceProgressBar->setValue(int(filesDone));
     _ui.resultsStatusLabel->setWholeText(
         formatted(localizedString("Replacing: %d of %d files done"), {filesDone, fileCount}));
+}
+
+void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
+{
+    const bool hasBegun = outcome.replacements > 0 || !outcome.failures.empty() || !outcome.error;
+    if (!hasBegun)
+        return;
+    _document.setResultsStatusText(
+        replacedStatus({outcome.replacements, outcome.filesRewritten, quint64(outcome.failures.size()),
+                        _countOfFilesToReplaceIn, outcome.stopped}));
 }
 
 void ResultsPane::prepareForSearch()

@@ -49,6 +49,7 @@ private:
     void _noteResults();
     void _showReplacing(bool isReplacing);
     void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
+    void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
     void _showHint();
 
     MyDocument &_document;
@@ -60,6 +61,7 @@ private:
     ResultsActions _resultsActions;
     ReplaceCommands _replaceCommands;
     QString _kindsOfLastSearch;
+    quint64 _countOfFilesToReplaceIn = 0;
 };
 
 } // namespace tidemark

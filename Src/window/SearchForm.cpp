@@ -119,7 +119,7 @@ void SearchForm::_setUpStartStop()
 void SearchForm::_removeSelectedLocations()
 {
     const QList<int> rows = _ui.searchLocationsTableView->selectedRowNumbers();
-    if (rows.isEmpty())
+    if (rows.isEmpty() || _locationsModel->isReadOnly())
         return;
     _locationsModel->removeRowsAt(rows);
     const int next = qMin(rows.first(), _locationsModel->rowCount() - 1);
@@ -130,8 +130,18 @@ void SearchForm::_removeSelectedLocations()
 void SearchForm::_noteSelectedLocations()
 {
     const bool hasSelection = _ui.searchLocationsTableView->selectionModel()->hasSelection();
-    _ui.removeLocationButton->setEnabled(hasSelection);
-    _actions.removeLocation->setEnabled(hasSelection);
+    const bool isChangeable = !_locationsModel->isReadOnly();
+    _ui.addLocationButton->setEnabled(isChangeable);
+    _actions.addLocation->setEnabled(isChangeable);
+    _ui.removeLocationButton->setEnabled(hasSelection && isChangeable);
+    _actions.removeLocation->setEnabled(hasSelection && isChangeable);
+}
+
+void SearchForm::setLocationsReadOnly(bool readOnly)
+{
+    _locationsModel->setReadOnly(readOnly);
+    _locations.setReadOnly(readOnly);
+    _noteSelectedLocations();
 }
 
 void SearchForm::_showSearching(bool searching)

@@ -32,6 +32,8 @@ public:
     void focusFindText();
     /// False while nothing may start a search.
     void setSearchEnabled(bool enabled);
+    /// While something depends on the locations.
+    void setLocationsReadOnly(bool readOnly);
     void showFileTypes();
 
 Q_SIGNALS:

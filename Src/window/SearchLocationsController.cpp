@@ -18,6 +18,8 @@ SearchLocationsController::SearchLocationsController(MyDocument &document, QObje
 
 void SearchLocationsController::addSearchLocationToArrayController(const QUrl &url)
 {
+    if (_isReadOnly)
+        return;
     TDSearchLocation location;
     location.url = url;
     QList<TDSearchLocation> locations = _document.searchLocations();

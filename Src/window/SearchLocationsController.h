@@ -31,10 +31,13 @@ public:
     bool isFileInSearchLocationsForPath(const FilePath &path) const;
 
     void setAcceptsDrops(bool accepts) { _acceptsDrops = accepts; }
+    /// Nothing is added by any way, also not from a panel that was opened before.
+    void setReadOnly(bool readOnly) { _isReadOnly = readOnly; }
 
 private:
     MyDocument &_document;
     bool _acceptsDrops = true;
+    bool _isReadOnly = false;
 };
 
 /// What a search can't be given: an alias, or a path that goes through a symbolic link.

@@ -2,6 +2,8 @@
 
 #include "foundation/LocalizedText.h"
 
+#include <QLocale>
+
 #include <atomic>
 #include <chrono>
 
@@ -20,7 +22,36 @@ QString matchesInFiles(quint64 matchCount, quint64 fileMatchCount)
     return localizedString("%d matches found in %d file");
 }
 
+/// With the digits in groups as the user writes them.
+QString grouped(quint64 number)
+{
+    return QLocale().toString(number);
+}
+
+QString countedReplacements(const ReplaceSummary &summary)
+{
+    const QString matches = summary.replacements == 1 ? localizedString("Replaced %@ match")
+                                                      : localizedString("Replaced %@ matches");
+    const QString files =
+        summary.filesRewritten == 1 ? localizedString(" in %@ file") : localizedString(" in %@ files");
+    return formatted(matches, {grouped(summary.replacements)}) +
+           formatted(files, {grouped(summary.filesRewritten)});
+}
+
 } // namespace
+
+QString replacedStatus(const ReplaceSummary &summary)
+{
+    QString status = summary.stopped
+                         ? formatted(localizedString("Replacing stopped: %@ of %@ files done"),
+                                     {grouped(summary.filesRewritten), grouped(summary.fileCount)})
+                         : countedReplacements(summary);
+    if (summary.filesFailed == 0)
+        return status;
+    const QString failed =
+        summary.filesFailed == 1 ? localizedString("%@ file failed") : localizedString("%@ files failed");
+    return status + localizedString(" • ") + formatted(failed, {grouped(summary.filesFailed)});
+}
 
 QString statusLineTextScanning(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount)
 {

@@ -19,6 +19,17 @@ QString scanningStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scann
                        const FilePath &path);
 QString finishedStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, SearchEnd end);
 
+/// What a replacement of many matches came to.
+struct ReplaceSummary
+{
+    quint64 replacements = 0;
+    quint64 filesRewritten = 0;
+    quint64 filesFailed = 0;
+    quint64 fileCount = 0; ///< files with something to replace
+    bool stopped = false;
+};
+QString replacedStatus(const ReplaceSummary &summary);
+
 /// True at most once a second for the whole process, whichever windows search. From any thread; costs a look
 /// at the clock.
 bool scanningStatusIsDue();

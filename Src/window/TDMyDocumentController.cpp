@@ -6,6 +6,7 @@
 #include "window/FilesAndFoldersPanel.h"
 #include "window/MyDocument.h"
 #include "window/ResultsPane.h"
+#include "window/StopReplaceQuestion.h"
 
 #include <QAction>
 
@@ -97,6 +98,8 @@ void TDMyDocumentController::_noteWhatRuns()
 {
     _actions.stop->setEnabled(searching() || isReplacing());
     _form->setSearchEnabled(!isReplacing());
+    // They decide how each file is backed up.
+    _form->setLocationsReadOnly(isReplacing());
 }
 
 void TDMyDocumentController::_switchPane()
@@ -132,6 +135,8 @@ void TDMyDocumentController::decreaseBusyWindowCount()
 {
     ApplicationDelegate &application = _document.application();
     application.setCountBusyWindows(application.countBusyWindows() - 1);
+    if (application.countBusyWindows() == 0)
+        replaceHasEnded();
 }
 
 void TDMyDocumentController::hideProgressIndicator()
@@ -206,12 +211,12 @@ void TDMyDocumentController::moveToPreviousMatchByExtendingSelection()
 
 void TDMyDocumentController::moveToFirstMatchInNextFile()
 {
-    _results->navigation().moveToFirstMatchInNextFile();
+    _actions.firstMatchInNextFile->trigger();
 }
 
 void TDMyDocumentController::moveToFirstMatchInFile()
 {
-    _results->navigation().moveToFirstMatchInFile();
+    _actions.firstMatchInPreviousFile->trigger();
 }
 
 void TDMyDocumentController::rightMouseDownInColumn(int, int, QPoint position)

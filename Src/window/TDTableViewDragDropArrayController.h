@@ -71,6 +71,7 @@ public:
     void setDropFilesReceiver(std::function<void(const QList<FilePath> &)> receiver);
     /// The rows can't be changed while something depends on them.
     void setReadOnly(bool readOnly) { _isReadOnly = readOnly; }
+    bool isReadOnly() const { return _isReadOnly; }
     /// Looks again which of the items exist.
     void refreshExistence();
 

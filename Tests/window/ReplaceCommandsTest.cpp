@@ -4,8 +4,10 @@
 #include "window/ErrorSheet.h"
 #include "window/ResultsTreeModel.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QLabel>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QThread>
 
@@ -66,6 +68,37 @@ TEST_F(ReplaceCommandsTest, ReplaceChangesTheHighlightedMatchOnly)
     EXPECT_EQ(line->lineNumber(), 1);
     EXPECT_EQ(line->highlightedMatchIndex(), 1);
     EXPECT_EQ(application.countBusyWindows(), 0U);
+}
+
+TEST_F(ReplaceCommandsTest, ReplaceShowsTheLineFirstWhateverHidIt)
+{
+    open(CONTENTS);
+    TDSearchResultsOutlineView *view = window->outline();
+    // By keys the line stays the current one, by the mouse the file becomes it.
+    for (const bool byKeys : {true, false}) {
+        const QModelIndex file = view->model()->index(0, 0);
+        pane().navigation().selectFirstMatch();
+        if (byKeys) {
+            QTest::keyClick(view, Qt::Key_Left);
+            QTest::keyClick(view, Qt::Key_Left);
+        } else {
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        }
+        ASSERT_FALSE(view->isExpanded(file));
+        const QByteArray before = folder.read(nameOf(0));
+        QTest::keyClick(view, Qt::Key_R, Qt::ControlModifier);
+        EXPECT_TRUE(view->isExpanded(file));
+        EXPECT_EQ(view->selectedRow(), 1);
+        EXPECT_NE(folder.read(nameOf(0)), before);
+        window->document.setReplaceText(u"baz"_s);
+        window->search();
+    }
+    // What was scrolled out of sight comes back.
+    open({QByteArray("foo\n").repeated(200)});
+    view = window->outline();
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+    commands().replace();
+    EXPECT_TRUE(view->viewport()->rect().contains(view->visualRect(view->indexAtRow(1))));
 }
 
 TEST_F(ReplaceCommandsTest, AFaultyExpressionIsShownAndChangesNothing)
@@ -175,6 +208,50 @@ TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
     EXPECT_EQ(now.count("bar\n") + now.count("foo\n"), FILE_COUNT);
     EXPECT_EQ(window->document.findResults().count(), FILE_COUNT);
     EXPECT_EQ(application.countBusyWindows(), 0U);
+}
+
+TEST_F(ReplaceCommandsTest, ARunKeepsItsLocationsAndLeavesItsOutcomeAndTheKeyboardInTheResults)
+{
+    const SlowDisk disk;
+    for (const bool stops : {true, false}) {
+        open(Contents(40, "foo foo\n"));
+        const qsizetype locations = window->document.searchLocations().size();
+        window->ui().searchLocationsTableView->selectRow(0);
+        window->ui().replaceAllButton->setFocus();
+        QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done) {
+            const SearchWindowActions &actions = window->controller().actions();
+            EXPECT_FALSE(actions.addLocation->isEnabled() || actions.removeLocation->isEnabled());
+            EXPECT_FALSE(window->ui().addLocationButton->isEnabled());
+            QTest::keyClick(window->ui().searchLocationsTableView, Qt::Key_Delete);
+            window->controller().locations().addSearchLocations({folder.path(nameOf(0)).toUrl()});
+            EXPECT_EQ(window->document.searchLocations().size(), locations);
+            if (stops && done > 0)
+                window->ui().stopReplaceButton->setFocus();
+            if (stops && done > 0)
+                window->ui().stopReplaceButton->click();
+        });
+        window->replaceAll(u"bar"_s);
+        EXPECT_EQ(window->window()->focusWidget(), window->outline());
+        EXPECT_TRUE(window->ui().addLocationButton->isEnabled());
+        const qsizetype done = contents().count("bar bar\n");
+        EXPECT_EQ(window->ui().resultsStatusLabel->text(),
+                  stops ? u"Replacing stopped: %1 of 40 files done"_s.arg(done)
+                        : u"Replaced 80 matches in 40 files"_s);
+    }
+}
+
+TEST_F(ReplaceCommandsTest, TheQuestionGoesWithTheRunAndTheWindowCloses)
+{
+    open(Contents(40, "foo\n"));
+    const SlowDisk disk;
+    QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done) {
+        EXPECT_TRUE(done > 0 || !window->window()->close());
+        EXPECT_NE(window->sheet(), nullptr);
+    });
+    window->replaceAll(u"bar"_s);
+    EXPECT_EQ(window->sheet(), nullptr);
+    EXPECT_TRUE(waitFor([&] { return !window->window()->isVisible(); }));
+    EXPECT_EQ(contents(), Contents(40, "bar\n"));
 }
 
 TEST_F(ReplaceCommandsTest, ARunSurvivesThatItsObjectGoesAway)
