@@ -28,12 +28,12 @@ constexpr quint64 PRODUCT_YEAR = 2012;
 constexpr quint64 PRODUCT_BUILD = 234;
 constexpr int CASCADE = 24;
 
-/// Longer words than the English ones need more room.
+/// Longer words than the English ones need more room, and so do larger letters.
 void keepTextsWhole(SearchWindow *window)
 {
     const int room = qMax(window->ui().searchFormPane->minimumSizeHint().width(),
                           window->ui().resultsPane->minimumSizeHint().width());
-    window->setMinimumWidth(qMax(window->minimumWidth(), room));
+    window->setMinimumSize(window->minimumSize().expandedTo({room, window->minimumSizeHint().height()}));
 }
 
 void cascadeFrom(const QWidget *window, QWidget *next)
@@ -189,6 +189,7 @@ void TDApplicationController::_stopAndTerminate()
         (*document)->saveUserDefaultsForWindow();
         (*document)->myDocumentController()->stopSearch();
         (*document)->myDocumentController()->setStopReplace(true);
+        (*document)->myDocumentController()->window()->hide();
     }
     QCoreApplication::exit();
 }

@@ -256,16 +256,23 @@ void ReplaceCommands::_replaceSelectedMatches(const FindResultItems &items,
         _endRun(outcome, afterwards);
 }
 
-void ReplaceCommands::_endRun(const TDSelectedMatchReplacement::Outcome &outcome,
-                              const std::function<void()> &afterwards)
+void ReplaceCommands::_showEnd(const TDError &error, const std::function<void()> &afterwards)
 {
-    _lastReplaced = {};
     _model.noteAllChanged();
     if (afterwards)
         afterwards();
     _navigation.determineIfFirstOrLastItemSelected();
-    if (outcome.error)
-        presentErrorSheet(_view.window(), outcome.error);
+    if (error)
+        presentErrorSheet(_view.window(), error);
+}
+
+void ReplaceCommands::_endRun(const TDSelectedMatchReplacement::Outcome &outcome,
+                              const std::function<void()> &afterwards)
+{
+    _lastReplaced = {};
+    // Selecting among a million lines takes a while, and whoever closed the window or quits sees none of it.
+    if (_view.isVisible())
+        _showEnd(outcome.error, afterwards);
     _isReplacing = false;
     _context.decreaseBusyWindowCount();
     Q_EMIT finished(outcome);

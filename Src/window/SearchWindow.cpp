@@ -4,15 +4,24 @@
 #include "window/MyDocument.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 #include <QWindowStateChangeEvent>
 
 namespace tidemark {
+
+namespace {
+
+/// What a window manager puts around a window, roughly; nobody knows before it is shown.
+constexpr QSize FRAME = {16, 48};
+
+} // namespace
 
 SearchWindow::SearchWindow(MyDocument &document)
     : _document(document), _ui(std::make_unique<Ui::MyDocument>())
 {
     _ui->setupUi(this);
     setWindowTitle(MyDocument::displayName());
+    resize(size().boundedTo(screen()->availableSize() - FRAME));
     // A few locations fit; the results get the rest.
     const int formHeight = _ui->searchFormPane->sizeHint().height();
     _ui->splitView->setSizes({formHeight, height() - formHeight});

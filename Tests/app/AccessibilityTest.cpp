@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
+#include <QScreen>
 #include <QStyleFactory>
 
 namespace tidemark::test {
@@ -155,6 +156,9 @@ void expectNothingCut(const QWidget &window)
             EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
         else
             EXPECT_GE(widget->width(), widget->sizeHint().width()) << widget->objectName().toStdString();
+        EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << widget->objectName().toStdString();
+        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        EXPECT_TRUE(window.rect().contains(place)) << widget->objectName().toStdString();
     }
 }
 
@@ -191,9 +195,14 @@ TEST_P(InLanguages, NothingIsCutInTheSmallestSearchWindow)
     const LanguageInstaller texts(language);
     MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     SearchWindow *window = document->myDocumentController()->window();
+    // It opens on the screen.
+    EXPECT_TRUE(QRect(QPoint(), window->screen()->availableSize())
+                    .contains(QRect(QPoint(), window->frameGeometry().size())));
     window->resize(1, 1);
     QCoreApplication::processEvents();
     EXPECT_LE(window->width(), 800);
+    // A screen of 1000 pixels at scale 2, with a panel.
+    EXPECT_LE(window->height(), 440);
     expectNothingCut(*window);
     for (const QAbstractButton *button : window->findChildren<QAbstractButton *>())
         EXPECT_FALSE(button->isVisible() && button->toolTip().isEmpty())
