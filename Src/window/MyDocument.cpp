@@ -166,6 +166,14 @@ void MyDocument::_stopAndClose()
     Q_EMIT closeConfirmed();
 }
 
+void MyDocument::windowWillClose()
+{
+    saveUserDefaultsForWindow();
+    // What its search still tells comes too late; a message would open on a window that is gone.
+    if (_myDocumentController != nullptr)
+        _myDocumentController->searchControl().abandonSearch();
+}
+
 void MyDocument::windowWillMiniaturize()
 {
     if (_myDocumentController != nullptr)

@@ -113,7 +113,7 @@ public:
     /// False when a replace runs anywhere in the application; then the user is asked, and closeConfirmed() is
     /// sent if the window is to close nevertheless.
     bool windowShouldClose();
-    void windowWillClose() { saveUserDefaultsForWindow(); }
+    void windowWillClose();
     void windowWillMiniaturize();
     void windowDidDeminiaturize();
 

@@ -91,6 +91,12 @@ void SearchControl::stopSearch()
     _setSearching(false);
 }
 
+void SearchControl::abandonSearch()
+{
+    _abandonSession();
+    _setSearching(false);
+}
+
 void SearchControl::_abandonSession()
 {
     _refreshTimer.stop();

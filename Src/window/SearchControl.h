@@ -46,6 +46,8 @@ public:
     void startSearch();
     /// What was found so far stays. The search's thread may take a moment longer to end.
     void stopSearch();
+    /// Stops, and nothing of the search is delivered any more: its window is closing.
+    void abandonSearch();
     bool searching() const { return _searching; }
 
     const QString &sectionTitle() const { return _sectionTitle; }

@@ -124,6 +124,22 @@ TEST_F(SearchWindowTest, ClosingDuringASearchClosesAtOnce)
     EXPECT_EQ(UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_FIND_TEXT), u"needle"_s);
 }
 
+TEST_F(SearchWindowTest, NothingOfASearchReachesAClosedWindow)
+{
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"(unclosed"_s);
+    window.controller().startSearch(StartStopButton::On);
+    EXPECT_TRUE(window.window()->close());
+    // Its thread lets go of it at its end; what it told is on its way then.
+    const auto &engine = window.controller().searchControl().searchEngine();
+    EXPECT_TRUE(waitFor([&] { return engine.use_count() == 1; }));
+    QCoreApplication::processEvents();
+    for (const QWidget *widget : QApplication::topLevelWidgets())
+        EXPECT_FALSE(widget->isVisible()) << widget->metaObject()->className();
+    EXPECT_EQ(window.document.resultsStatusText(), u""_s);
+}
+
 TEST_F(SearchWindowTest, TwoWindowsSearchSideBySide)
 {
     writeFiles(300, "needle and thread\n");
