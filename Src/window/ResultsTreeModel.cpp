@@ -7,6 +7,8 @@
 
 #include <QDir>
 #include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
 
 #include <algorithm>
 #include <numeric>
@@ -20,6 +22,12 @@ QString reasonWithSystemText(const TDError &error)
     const auto underlying = error.userInfo().value(TDError::UNDERLYING_ERROR_KEY).value<TDError>();
     const QString reason = error.localizedFailureReason();
     return underlying ? reason + u'\n' + underlying.localizedFailureReason() : reason;
+}
+
+QColor remarkColor()
+{
+    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
+    return isDark ? QColor(0xFF, 0x9A, 0x96) : QColor(0xA4, 0x26, 0x2C);
 }
 
 } // namespace
@@ -209,6 +217,7 @@ void ResultsTreeModel::_endRemove()
     }
     // An address can come back as that of another node.
     _matchCounts.clear();
+    _forgetRemarksOfRemoved();
     endRemoveRows();
 }
 
@@ -222,8 +231,39 @@ void ResultsTreeModel::_endReset()
 {
     _isResetting = false;
     _matchCounts.clear();
+    _forgetRemarksOfRemoved();
     _sortShownOrder();
     endResetModel();
+}
+
+void ResultsTreeModel::_forgetRemarksOfRemoved()
+{
+    if (_remarks.isEmpty())
+        return;
+    QHash<const TDFindResultItem *, QString> kept;
+    for (const auto &file : _results.files()) {
+        const auto found = _remarks.constFind(file.get());
+        if (found != _remarks.constEnd())
+            kept.insert(file.get(), *found);
+    }
+    _remarks = kept;
+}
+
+void ResultsTreeModel::setRemark(const TDFindResultItem &file, const QString &remark)
+{
+    if (remark.isEmpty())
+        _remarks.remove(&file);
+    else
+        _remarks.insert(&file, remark);
+    noteLooksChanged(file);
+}
+
+void ResultsTreeModel::clearRemarks()
+{
+    if (_remarks.isEmpty())
+        return;
+    _remarks.clear();
+    noteAllChanged();
 }
 
 void ResultsTreeModel::noteChanged(const TDFindResultItem &item)
@@ -300,10 +340,11 @@ QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
     const QString folder = folderForPeople(file.displayPath());
     if (!count)
         return formatted(localizedString("%@ in %@, couldn’t be searched"), {name, folder});
-    return formatted(localizedString("%@ in %@, %@"),
-                     {name, folder,
-                      formatted(*count == 1 ? localizedString("%lu match") : localizedString("%lu matches"),
-                                {quint64(*count)})});
+    const QString matches = formatted(
+        *count == 1 ? localizedString("%lu match") : localizedString("%lu matches"), {quint64(*count)});
+    const QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
+    const QString known = remark(file);
+    return known.isEmpty() ? spoken : spoken + QStringLiteral(". ") + known;
 }
 
 QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column) const
@@ -314,24 +355,36 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
     }
     if (item.parent() != nullptr)
         return {};
-    if (column == FolderColumn)
-        return folderForPeople(item.displayPath());
+    if (column == FolderColumn) {
+        const QString known = remark(item);
+        return known.isEmpty() ? folderForPeople(item.displayPath()) : known;
+    }
     const std::optional<qint32> count = _matchCount(item);
     return count ? QString::number(*count) : QString();
 }
 
-QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
+QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file) const
 {
     // A file that couldn't be searched is told from the others also while its row is closed.
     const bool hasFailed = !file.children().isEmpty() && file.children().first()->error();
-    return hasFailed ? warningIcon() : iconForFileName(file.filenameMatchLineSortKey());
+    return hasFailed || _remarks.contains(&file) ? warningIcon()
+                                                 : iconForFileName(file.filenameMatchLineSortKey());
+}
+
+QString ResultsTreeModel::_tipOf(const TDFindResultItem &file) const
+{
+    const QString path = file.path().displayText();
+    const QString known = remark(file);
+    return known.isEmpty() ? path : path + u'\n' + known;
 }
 
 QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, int role) const
 {
     switch (role) {
     case Qt::ToolTipRole:
-        return plainToolTip(file.path().displayText());
+        return plainToolTip(_tipOf(file));
+    case Qt::ForegroundRole:
+        return column == FolderColumn && _remarks.contains(&file) ? QVariant(remarkColor()) : QVariant();
     case Qt::AccessibleTextRole:
         return _spokenFile(file);
     case Qt::DecorationRole:

@@ -3,6 +3,7 @@
 
 #include "foundation/FileSystemCalls.h"
 #include "foundation/TDFileCommon.h"
+#include "window/ResultsTreeModel.h"
 
 #include <QDirIterator>
 #include <QRegularExpression>
@@ -163,9 +164,15 @@ TEST_F(ReplaceAllTest, EachFailureIsListedOnceAndTheRestIsWritten)
     EXPECT_EQ(folder.read("file3.txt"), "changed outside: tide\n");
     EXPECT_EQ(folder.read("file7.txt"), before);
     EXPECT_EQ(folder.read("file13.txt"), before);
+    EXPECT_EQ(window.document.resultsStatusText(), u"Replaced 72 matches in 36 files • 4 files failed"_s);
+    const auto &model = dynamic_cast<const ResultsTreeModel &>(*window.outline()->model());
     for (const auto &file : window.document.findResults().files()) {
         const QString line = file->matchLines().first()->matchLine()->matchLineString();
         const int number = file->filenameMatchLineSortKey().remove(u"file"_s).remove(u".txt"_s).toInt();
+        const QModelIndex row = model.indexOf(file.get());
+        const QString folderColumn = row.siblingAtColumn(ResultsTreeModel::FolderColumn).data().toString();
+        EXPECT_EQ(folderColumn.startsWith(u"Not written"_s), failing.contains(number));
+        EXPECT_EQ(row.data(Qt::ToolTipRole).toString().contains(u"Not written"_s), failing.contains(number));
         EXPECT_EQ(line, failing.contains(number) ? u"a tide and a tide\r\n"_s : u"a ebb and a ebb\r\n"_s);
     }
     window.sheet()->close();

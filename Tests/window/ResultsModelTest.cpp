@@ -47,6 +47,30 @@ TEST(ResultsTreeModel, KeepsTheRulesOfModelsThroughAllChanges)
     EXPECT_EQ(model.rowCount(), 0);
 }
 
+TEST(ResultsTreeModel, RemarksStayWithTheirFilesAndGoWithThem)
+{
+    FindResults results;
+    ResultsTreeModel model(results);
+    results.append(threeFiles());
+    for (int row = 0; row < 3; ++row)
+        model.setRemark(*model.file(row), u"because %1"_s.arg(row));
+    model.setRemark(*model.file(1), {});
+    model.sort(ResultsTreeModel::NameColumn);
+    const auto folders = [&model] {
+        QStringList shown;
+        for (int row = 0; row < model.rowCount(); ++row)
+            shown << model.index(row, ResultsTreeModel::FolderColumn).data().toString();
+        return shown.join(u' ');
+    };
+    EXPECT_EQ(folders(), u"because 2 because 0 /y"_s);
+    const auto removed = results.files()[0];
+    results.remove({removed});
+    EXPECT_EQ(folders(), u"because 2 /y"_s);
+    EXPECT_EQ(model.remark(*removed), QString());
+    model.clearRemarks();
+    EXPECT_EQ(folders(), u"/x /y"_s);
+}
+
 TEST(ResultsTreeModel, ShowsNamesCountsAndFolders)
 {
     FindResults results;
