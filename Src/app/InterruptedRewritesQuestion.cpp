@@ -137,7 +137,8 @@ void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRew
         sheet->setDetailedText(pathsWithBackups(files));
     if (filesInState(files, State::Damaged).isEmpty()) {
         const QPushButton *seen = sheet->addButton(QMessageBox::Ok);
-        QObject::connect(seen, &QPushButton::clicked, sheet, [rewrites] { rewrites->keep(); });
+        // There is nothing to put back: what couldn't be looked at is asked about again.
+        QObject::connect(seen, &QPushButton::clicked, sheet, [rewrites] { (void)rewrites->putBack(); });
     } else {
         addQuestion(*sheet, window, rewrites, worker);
     }

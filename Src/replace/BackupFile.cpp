@@ -53,15 +53,34 @@ qsizetype longestNameIn(const FilePath &folder, const QByteArray &name)
 
 QByteArray backupTemplate(const FilePath &path, BackupFile::Kind kind)
 {
-    const bool isTransient = kind == BackupFile::Kind::Transient;
-    const FilePath folder =
-        isTransient ? FilePath(QFile::encodeName(transientBackupFolder())) : path.deletingLastPathComponent();
+    const FilePath folder = BackupFile::folderFor(path, kind);
     const QByteArray name = path.lastPathComponent();
-    return folder
-        .appendingPathComponent(
-            backupNameTemplate(name, isTransient ? LETTERS_OF_TRANSIENT_BACKUP : LETTERS_OF_LASTING_BACKUP,
-                               longestNameIn(folder, name)))
+    const int letters =
+        kind == BackupFile::Kind::Transient ? LETTERS_OF_TRANSIENT_BACKUP : LETTERS_OF_LASTING_BACKUP;
+    return folder.appendingPathComponent(backupNameTemplate(name, letters, longestNameIn(folder, name)))
         .bytes();
+}
+
+/// The original, open for reading. On a layered file system it is brought to the layer on which it will be
+/// written first, since it is another file there.
+int openOriginal(const FilePath &path)
+{
+    FileSystemCalls &calls = FileSystemCalls::current();
+    constexpr int FLAGS = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    const int original = calls.open(path.cString(), O_RDONLY | FLAGS, 0);
+#ifdef __linux__
+    struct statfs status;
+    if (original < 0 || ::fstatfs(original, &status) != 0 || status.f_type != OVERLAYFS_SUPER_MAGIC)
+        return original;
+    (void)calls.close(original);
+    const int writable = calls.open(path.cString(), O_RDWR | FLAGS, 0);
+    if (writable < 0)
+        return -1;
+    (void)calls.close(writable);
+    return calls.open(path.cString(), O_RDONLY | FLAGS, 0);
+#else
+    return original;
+#endif
 }
 
 } // namespace
@@ -91,13 +110,19 @@ void BackupFile::closeDescriptor()
         (void)FileSystemCalls::current().close(std::exchange(_descriptor, -1));
 }
 
+FilePath BackupFile::folderFor(const FilePath &path, Kind kind)
+{
+    return kind == Kind::Transient ? FilePath(QFile::encodeName(transientBackupFolder()))
+                                   : path.deletingLastPathComponent();
+}
+
 std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind kind, Flush flush,
                                                    const BeforeMaking &beforeMaking, FileState &copied,
                                                    TDError &error, int &errorNumber)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     QByteArray name = backupTemplate(path, kind);
-    const int original = calls.open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
+    const int original = openOriginal(path);
     if (original < 0) {
         errorNumber = errno;
         error = backupCopyError(path, FilePath(name), errorNumber);

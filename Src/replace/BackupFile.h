@@ -34,6 +34,9 @@ public:
                                                   const BeforeMaking &beforeMaking, FileState &copied,
                                                   TDError &error, int &errorNumber);
 
+    /// Where the backup of a file is made.
+    static FilePath folderFor(const FilePath &path, Kind kind);
+
     /// False, with code 27, when it stays.
     bool deleteTemporaryBackupFile(TDError &error) const;
 

@@ -16,20 +16,20 @@ FlushedFileSystems::~FlushedFileSystems()
 
 int FlushedFileSystems::addFolder(const FilePath &folder)
 {
-    if (const auto known = _results.constFind(folder); known != _results.cend())
-        return *known;
+    if (_folders.contains(folder))
+        return 0;
     struct stat status;
-    int result = ::stat(folder.cString(), &status) == 0 ? 0 : errno;
-    if (result == 0 && !_descriptors.contains(status.st_dev)) {
+    if (::stat(folder.cString(), &status) != 0)
+        return errno;
+    if (!_descriptors.contains(status.st_dev)) {
         const int descriptor =
             FileSystemCalls::current().open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
         if (descriptor < 0)
-            result = errno;
-        else
-            _descriptors.insert(status.st_dev, descriptor);
+            return errno;
+        _descriptors.insert(status.st_dev, descriptor);
     }
-    _results.insert(folder, result);
-    return result;
+    _folders.insert(folder);
+    return 0;
 }
 
 int flushFileSystems(const QList<int> &descriptors)

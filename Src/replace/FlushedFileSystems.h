@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QSet>
 
 #include <sys/types.h>
 
@@ -25,7 +26,7 @@ public:
     QList<int> descriptors() const { return _descriptors.values(); }
 
 private:
-    QHash<FilePath, int> _results;    ///< by folder: each is looked at once
+    QSet<FilePath> _folders;          ///< each is looked at once, unless that failed
     QHash<quint64, int> _descriptors; ///< by device; owned
 };
 

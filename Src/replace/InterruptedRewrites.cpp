@@ -5,6 +5,7 @@
 #include "replace/BackupFile.h"
 #include "replace/ContentOverwrite.h"
 #include "replace/FileMetadata.h"
+#include "replace/NewContent.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,20 +19,34 @@ namespace tidemark {
 
 namespace {
 
+using Entry = RewriteRecord::Left::File;
+
 constexpr qint64 BLOCK = 1 << 18;
+/// A group's record is far shorter; what is longer isn't one of ours.
+constexpr qint64 LONGEST_RECORD = 128 << 20;
 const QByteArray RECORD_NAME = QByteArrayLiteral("rewrites-");
 
-/// A regular file that is open for reading, or nothing: never by a link, and without waiting for anybody.
-class OpenFile
+/// Whether an error number says what is at a path, or only that it couldn't be looked at this time.
+bool tellsWhatIsThere(int errorNumber)
+{
+    return errorNumber == ENOENT || errorNumber == ENOTDIR || errorNumber == ELOOP || errorNumber == ESTALE ||
+           errorNumber == ENXIO || errorNumber == EISDIR;
+}
+
+} // namespace
+
+/// A regular file that is open, or nothing: never by a link, and without waiting for anybody.
+class InterruptedRewrites::OpenFile
 {
 public:
     explicit OpenFile(const FilePath &path, int access = O_RDONLY)
         : _descriptor(FileSystemCalls::current().open(path.cString(),
                                                       access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0))
     {
-        if (_descriptor >= 0 && (::fstat(_descriptor, &_status) != 0 || !S_ISREG(_status.st_mode))) {
+        _errorNumber = isOpen() ? 0 : errno;
+        if (isOpen() && (::fstat(_descriptor, &_status) != 0 || !S_ISREG(_status.st_mode))) {
             close();
-            errno = ESTALE;
+            _errorNumber = ESTALE;
         }
     }
     ~OpenFile() { close(); }
@@ -39,12 +54,16 @@ public:
     OpenFile &operator=(const OpenFile &) = delete;
 
     bool isOpen() const { return _descriptor >= 0; }
+    /// Why it isn't open.
+    int errorNumber() const { return _errorNumber; }
     int descriptor() const { return _descriptor; }
     const struct stat &status() const { return _status; }
+    /// Nothing when it can't be read.
     std::optional<ContentDigest> digest() const
     {
         return isOpen() ? digestOfDescriptor(_descriptor, _status.st_size) : std::nullopt;
     }
+    bool flush() const { return FileSystemCalls::current().sync(_descriptor) == 0; }
     int close()
     {
         const int result = isOpen() ? FileSystemCalls::current().close(_descriptor) : 0;
@@ -54,32 +73,27 @@ public:
 
 private:
     int _descriptor;
+    int _errorNumber = 0;
     struct stat _status = {};
 };
 
-QByteArray contentOf(int descriptor)
+namespace {
+
+/// Nothing, with errno, when it can't be read to its end.
+std::optional<QByteArray> contentOf(int descriptor, qint64 size)
 {
-    QByteArray content;
-    QByteArray block(BLOCK, Qt::Uninitialized);
-    for (ssize_t count = 0; (count = ::pread(descriptor, block.data(), size_t(BLOCK), content.size())) > 0;)
-        content.append(block.constData(), count);
-    return content;
+    QByteArray content(size, Qt::Uninitialized);
+    const qint64 count = readFully(descriptor, content.data(), size, 0);
+    return count == size ? std::optional(content) : std::nullopt;
 }
 
 /// Whether everything in the copy is at the beginning of the file, too.
-bool beginsWithCopy(const OpenFile &file, const OpenFile &copy)
+template <typename File>
+bool beginsWithCopy(const File &file, const File &copy)
 {
-    QByteArray bytes(BLOCK, Qt::Uninitialized);
-    QByteArray part(BLOCK, Qt::Uninitialized);
-    for (off_t offset = 0;;) {
-        const ssize_t count = ::pread(copy.descriptor(), part.data(), size_t(BLOCK), offset);
-        if (count <= 0)
-            return count == 0;
-        if (::pread(file.descriptor(), bytes.data(), size_t(count), offset) != count ||
-            !std::equal(part.begin(), part.begin() + count, bytes.begin()))
-            return false;
-        offset += count;
-    }
+    const qint64 size = copy.status().st_size;
+    const std::optional<ContentDigest> digest = copy.digest();
+    return digest && file.status().st_size >= size && digestOfDescriptor(file.descriptor(), size) == digest;
 }
 
 /// Nothing but a backup is ever deleted, whatever a record says.
@@ -91,17 +105,8 @@ void deleteBackup(const FilePath &backup)
         (void)FileSystemCalls::current().remove(backup.cString());
 }
 
-/// A backup that was being made when the process ended: its file wasn't touched.
-void clearUnfinishedBackup(const FilePath &path, const FilePath &backup)
-{
-    const OpenFile file(path);
-    const OpenFile copy(backup);
-    if (file.isOpen() && copy.isOpen() && beginsWithCopy(file, copy))
-        deleteBackup(backup);
-}
-
-/// Backups that nobody needs, of a file that holds what a rewrite found or left.
-void clearBackups(const std::vector<RewriteRecord::Left::File> &entries, const ContentDigest &now)
+/// Backups that nobody needs, of a file that holds what a rewrite found or left, on the disk.
+void clearBackups(const std::vector<Entry> &entries, const ContentDigest &now)
 {
     bool isFinished = false;
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
@@ -112,47 +117,38 @@ void clearBackups(const std::vector<RewriteRecord::Left::File> &entries, const C
 }
 
 /// What stands in the file now, beside it or, where that can't be, in the temporary folder.
-int keepPresentContent(const FilePath &path, FileState &state)
+std::optional<BackupFile> keepPresentContent(const FilePath &path, FileState &state, int &errorNumber)
 {
-    int errorNumber = 0;
     for (const BackupFile::Kind kind : {BackupFile::Kind::Lasting, BackupFile::Kind::Transient}) {
         TDError error;
-        if (BackupFile::backupFileOf(
-                path, kind, Flush::Yes, [](const FilePath &) { return 0; }, state, error, errorNumber))
-            return 0;
+        auto backup = BackupFile::backupFileOf(
+            path, kind, Flush::Yes, [](const FilePath &) { return 0; }, state, error, errorNumber);
+        if (backup)
+            return backup;
     }
-    return errorNumber != 0 ? errorNumber : ESTALE;
+    errorNumber = errorNumber != 0 ? errorNumber : ESTALE;
+    return {};
 }
 
-/// 0, or errno.
-int restoreContent(const OpenFile &old, const OpenFile &file, const ContentDigest &oldContent)
+/// Writes a content once more where it stands, and brings it to the disk: after a failed flush the system may
+/// take for written what isn't. False when the disk doesn't confirm it.
+bool writeOnceMore(int file, const struct stat &status, const ContentDigest &content)
 {
-    if (const int error = overwriteWithContentOf(old.descriptor(), file.descriptor()); error != 0)
-        return error;
-    if (!hasContent(file.descriptor(), oldContent))
-        return EIO;
-    copyAttributesAndDates(old.descriptor(), file.descriptor(), old.status());
-    return FileSystemCalls::current().sync(file.descriptor()) == 0 ? 0 : errno;
+    FileSystemCalls &calls = FileSystemCalls::current();
+    QByteArray block(BLOCK, Qt::Uninitialized);
+    for (qint64 offset = 0; offset < content.size; offset += BLOCK) {
+        const qint64 count = qMin(BLOCK, content.size - offset);
+        if (readFully(file, block.data(), count, offset) != count ||
+            calls.pwrite(file, block.constData(), size_t(count), off_t(offset)) != count)
+            return false;
+    }
+    copyAttributesAndDates(file, file, status);
+    return hasContent(file, content) && calls.sync(file) == 0;
 }
 
-int putBackFile(const RewriteRecord::Left::File &entry)
-{
-    FileState present;
-    if (const int error = keepPresentContent(entry.path, present); error != 0)
-        return error;
-    const OpenFile old(entry.backup);
-    OpenFile file(entry.path, O_RDWR);
-    if (!old.isOpen() || !file.isOpen())
-        return errno;
-    (void)FileSystemCalls::current().takeLease(file.descriptor());
-    const bool isAsLookedAt = FileState::fromStatus(file.status()) == present &&
-                              present.inode == entry.file.inode && old.digest() == entry.oldContent;
-    if (!isAsLookedAt)
-        return ESTALE;
-    const int error = restoreContent(old, file, entry.oldContent);
-    const int closingError = file.close();
-    return error != 0 ? error : closingError;
-}
+} // namespace
+
+namespace {
 
 std::vector<FilePath> recordsIn(const FilePath &folder)
 {
@@ -189,7 +185,7 @@ InterruptedRewrites::InterruptedRewrites(const FilePath &folder)
     }
     std::sort(_files.begin(), _files.end(),
               [](const File &left, const File &right) { return left.path < right.path; });
-    if (_files.isEmpty() && _progress.total == 0)
+    if (_files.isEmpty() && _progress.total == 0 && !_isUncertain)
         _removeRecords();
 }
 
@@ -205,20 +201,26 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
     struct stat status;
     RecordLock lock;
     // A living process holds the lock of its record.
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
-        !lock.take(descriptor, recordPath)) {
+    const bool isTaken = descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+                         status.st_size <= LONGEST_RECORD && lock.take(descriptor, recordPath);
+    const std::optional<QByteArray> content = isTaken ? contentOf(descriptor, status.st_size) : std::nullopt;
+    if (!content) {
         if (descriptor >= 0)
             (void)::close(descriptor);
         return;
     }
-    const RewriteRecord::Left left = RewriteRecord::read(contentOf(descriptor));
+    const RewriteRecord::Left left = RewriteRecord::read(*content);
     for (const Entry &entry : left.files) {
         if (entry.isBegun) {
             _begun[entry.path].push_back(entry);
             _owners.insert(entry.backup, left.owner);
-        } else {
-            clearUnfinishedBackup(entry.path, entry.backup);
+            continue;
         }
+        // The backup was being made when the process ended: its file wasn't touched.
+        const OpenFile file(entry.path);
+        const OpenFile copy(entry.backup);
+        if (file.isOpen() && copy.isOpen() && beginsWithCopy(file, copy))
+            deleteBackup(entry.backup);
     }
     RunProgress &run = _progressOfOwners[left.owner];
     run.done = std::max(run.done, left.progress.done);
@@ -233,31 +235,87 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
     const bool isWhole = now && std::any_of(entries.begin(), entries.end(), [&](const Entry &entry) {
                              return now == entry.oldContent || now == entry.newContent;
                          });
-    for (const Entry &entry : entries) {
-        if (now == entry.newContent)
-            ++_progressOfOwners[_owners.value(entry.backup)].done;
+    if (isWhole ? _settleWhole(file, entries, *now) : false)
+        return;
+    // What can't be looked at this time is looked at the next time.
+    if (file.isOpen() ? !now : !tellsWhatIsThere(file.errorNumber())) {
+        _isUncertain = true;
+        return;
     }
-    if (isWhole)
-        clearBackups(entries, *now);
     // Numbers of devices change from start to start; a backup of the right content beside the file tells
     // enough.
-    else if (!file.isOpen() || file.status().st_ino != entries.back().file.inode)
+    if (!file.isOpen() || file.status().st_ino != entries.back().file.inode)
         _files.append({path, entries.back().backup, State::Moved});
     else
         _tellDamaged(path, entries);
 }
 
+/// Clears the backups of a file that holds what it held or was to hold; false when the disk doesn't confirm
+/// that.
+bool InterruptedRewrites::_settleWhole(const OpenFile &file, const std::vector<Entry> &entries,
+                                       const ContentDigest &now)
+{
+    const bool isUnflushed = std::any_of(entries.begin(), entries.end(), [&](const Entry &entry) {
+        return entry.isUnflushed && entry.newContent == now;
+    });
+    bool isOnDisk = false;
+    if (isUnflushed) {
+        const OpenFile again(entries.back().path, O_RDWR);
+        isOnDisk = again.isOpen() && again.status().st_ino == file.status().st_ino &&
+                   writeOnceMore(again.descriptor(), again.status(), now);
+    } else {
+        isOnDisk = file.flush();
+    }
+    if (!isOnDisk)
+        return false;
+    for (const Entry &entry : entries) {
+        if (now == entry.newContent)
+            ++_progressOfOwners[_owners.value(entry.backup)].done;
+    }
+    clearBackups(entries, now);
+    return true;
+}
+
 void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<Entry> &entries)
 {
-    const auto usable = std::find_if(entries.rbegin(), entries.rend(), [](const Entry &entry) {
-        return OpenFile(entry.backup).digest() == entry.oldContent;
-    });
-    if (usable == entries.rend()) {
-        _files.append({path, entries.back().backup, State::UnusableBackup});
-        return;
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        const OpenFile backup(entry->backup);
+        const std::optional<ContentDigest> content = backup.digest();
+        if (content == entry->oldContent) {
+            _files.append({path, entry->backup, State::Damaged});
+            _damaged.insert(path, *entry);
+            return;
+        }
+        const bool isKnown = backup.isOpen() ? content.has_value() : tellsWhatIsThere(backup.errorNumber());
+        _isUncertain = _isUncertain || !isKnown;
     }
-    _files.append({path, usable->backup, State::Damaged});
-    _damaged.insert(path, *usable);
+    _files.append({path, entries.back().backup, State::UnusableBackup});
+}
+
+/// 0, or errno.
+int InterruptedRewrites::_putBackFile(const Entry &entry)
+{
+    FileState present;
+    int errorNumber = 0;
+    const std::optional<BackupFile> kept = keepPresentContent(entry.path, present, errorNumber);
+    if (!kept)
+        return errorNumber;
+    const OpenFile old(entry.backup);
+    OpenFile file(entry.path, O_RDWR);
+    if (!old.isOpen() || !file.isOpen())
+        return old.isOpen() ? file.errorNumber() : old.errorNumber();
+    (void)FileSystemCalls::current().takeLease(file.descriptor());
+    const bool isAsLookedAt = FileState::fromStatus(file.status()) == present &&
+                              present.inode == entry.file.inode && old.digest() == entry.oldContent &&
+                              (kept->content() != entry.newContent || entry.isUnflushed);
+    if (!isAsLookedAt)
+        return ESTALE;
+    if (const int error = overwriteWithContentOf(old.descriptor(), file.descriptor()); error != 0)
+        return error;
+    if (!hasContent(file.descriptor(), entry.oldContent))
+        return EIO;
+    copyAttributesAndDates(old.descriptor(), file.descriptor(), old.status());
+    return file.flush() ? file.close() : errno;
 }
 
 QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
@@ -266,7 +324,7 @@ QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
     for (const File &file : std::as_const(_files)) {
         if (file.state != State::Damaged)
             continue;
-        if (const int error = putBackFile(_damaged.value(file.path)); error != 0)
+        if (const int error = _putBackFile(_damaged.value(file.path)); error != 0)
             failures.append({file, error});
         else
             deleteBackup(file.backup);
@@ -274,7 +332,7 @@ QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
     _files.clear();
     for (const Failure &failure : std::as_const(failures))
         _files.append(failure.file);
-    if (_files.isEmpty())
+    if (_files.isEmpty() && !_isUncertain)
         _removeRecords();
     return failures;
 }

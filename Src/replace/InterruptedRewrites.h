@@ -48,8 +48,8 @@ public:
         int errorNumber = 0;
     };
     /// Puts the old content back into all damaged files. What stands in each now is kept as a new backup
-    /// beside it; the backup with the old content goes once that is on the disk. Those that failed stay in
-    /// files(), with their backups, and are found again; nothing else is asked again.
+    /// beside it; the backup with the old content goes once that is on the disk. Those that failed, and those
+    /// that couldn't be looked at, are found again; nothing else is asked again.
     QList<Failure> putBack();
     /// The files stay as they are, and so do the backups beside them; nothing is asked again.
     void keep();
@@ -62,9 +62,12 @@ private:
         RecordLock lock;
     };
     using Entry = RewriteRecord::Left::File;
+    class OpenFile;
 
     void _lookInto(const FilePath &recordPath);
     void _decide(const FilePath &path, const std::vector<Entry> &entries);
+    bool _settleWhole(const OpenFile &file, const std::vector<Entry> &entries, const ContentDigest &now);
+    static int _putBackFile(const Entry &entry);
     void _tellDamaged(const FilePath &path, const std::vector<Entry> &entries);
     void _removeRecords();
 
@@ -75,6 +78,7 @@ private:
     QHash<FilePath, QByteArray> _owners; ///< by backup
     QHash<QByteArray, RunProgress> _progressOfOwners;
     RunProgress _progress;
+    bool _isUncertain = false; ///< something couldn't be looked at: the records stay
 };
 
 } // namespace tidemark

@@ -1,6 +1,8 @@
 #include "replace/RecordLock.h"
 
 #include "foundation/FileSystemCalls.h"
+#include "foundation/UniqueFile.h"
+#include "replace/NewContent.h"
 
 #include <QFile>
 #include <QSysInfo>
@@ -105,22 +107,21 @@ bool RecordLock::take(int descriptor, const FilePath &path)
 bool RecordLock::_takeByName(const FilePath &path)
 {
     const FilePath owner(path.bytes() + OWNER_SUFFIX);
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        const int descriptor =
-            ::open(owner.cString(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor >= 0) {
-            const QByteArray identity = identityOfThisProcess();
-            const bool isNamed =
-                ::write(descriptor, identity.constData(), size_t(identity.size())) == identity.size();
-            (void)::close(descriptor);
-            _owner = owner;
-            return isNamed;
-        }
-        if (errno != EEXIST || livesProcess(contentOf(owner)))
-            return false;
-        (void)::unlink(owner.cString());
+    QByteArray mine = owner.bytes() + "-XXXXXX";
+    const int descriptor = makeUniqueFile(mine);
+    if (descriptor < 0)
+        return false;
+    // It names its process from the moment on at which it has the name that counts.
+    bool isTaken = writeAll(descriptor, identityOfThisProcess()) == 0;
+    (void)::close(descriptor);
+    if (isTaken && ::link(mine.constData(), owner.cString()) != 0) {
+        isTaken = !livesProcess(contentOf(owner)) && ::unlink(owner.cString()) == 0 &&
+                  ::link(mine.constData(), owner.cString()) == 0;
     }
-    return false;
+    (void)::unlink(mine.constData());
+    if (isTaken)
+        _owner = owner;
+    return isTaken;
 }
 
 } // namespace tidemark

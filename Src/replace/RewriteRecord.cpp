@@ -28,6 +28,7 @@ const QByteArray REWRITE_ENTRY = QByteArrayLiteral("rewrite");
 /// begun.
 const QByteArray BEGIN_ENTRY = QByteArrayLiteral("begin");
 const QByteArray END_ENTRY = QByteArrayLiteral("end");
+const QByteArray UNFLUSHED_ENTRY = QByteArrayLiteral("unflushed");
 
 FilePath currentFolder;
 
@@ -79,7 +80,6 @@ public:
     {
         for (qsizetype start = 0, end = 0; (end = content.indexOf('\n', start)) >= 0; start = end + 1) {
             _readLine(content.mid(start, end - start).split('\t'));
-            _hasher.add(QByteArrayView(content).sliced(start, end + 1 - start));
         }
         std::erase_if(_left.files, [](const auto &file) { return file.path.isEmpty(); });
         for (RewriteRecord::Left::File &file : _left.files)
@@ -99,8 +99,12 @@ private:
             _fileWithBackup(fields).isBegun = false;
         } else if (kind == REWRITE_ENTRY && fields.size() == 10) {
             _readRewrite(fields);
-        } else if (kind == BEGIN_ENTRY && fields.size() == 3) {
-            _isBegun = digestOf(fields[1], fields[2]) == _hasher.digest();
+        } else if (kind == BEGIN_ENTRY && fields.size() == 2) {
+            // Damaged lines tell nothing that contents don't have to confirm, so the others still count.
+            _isBegun = true;
+        } else if (kind == UNFLUSHED_ENTRY && fields.size() == 2) {
+            if (const auto place = _places.constFind(decoded(fields[1])); place != _places.cend())
+                _left.files[*place].isUnflushed = true;
         } else if (kind == END_ENTRY && fields.size() == 2) {
             if (const auto place = _places.constFind(decoded(fields[1])); place != _places.cend())
                 _left.files[*place].path = FilePath();
@@ -133,7 +137,6 @@ private:
 
     RewriteRecord::Left _left;
     QHash<FilePath, size_t> _places; ///< by backup
-    ContentHasher _hasher;
     bool _isBegun = false;
 };
 
@@ -190,7 +193,6 @@ int RewriteRecord::_append(const QByteArray &lines)
 {
     const int error = writeAll(_descriptor, lines);
     if (error == 0) {
-        _hasher.add(lines);
         _size += lines.size();
     } else {
         // Nothing half written: what follows must be readable.
@@ -203,7 +205,14 @@ int RewriteRecord::_flush()
 {
     if (FileSystemCalls::current().sync(_descriptor) != 0)
         return errno;
-    return flushFolder(_path.deletingLastPathComponent());
+    if (const int error = flushFolder(_path.deletingLastPathComponent()); error != 0)
+        return error;
+    // Who looks for it must find it.
+    struct stat own = {};
+    struct stat found = {};
+    const bool isInPlace = ::fstat(_descriptor, &own) == 0 && ::lstat(_path.cString(), &found) == 0 &&
+                           own.st_dev == found.st_dev && own.st_ino == found.st_ino;
+    return isInPlace ? 0 : ENOENT;
 }
 
 int RewriteRecord::noteBackup(const FilePath &path, const FilePath &backup)
@@ -224,10 +233,8 @@ int RewriteRecord::noteRewrites(const std::vector<Entry> &entries)
     const std::lock_guard lock(_mutex);
     const qint64 sizeBefore = _size;
     int error = _append(lines);
-    if (error == 0) {
-        const ContentDigest all = _hasher.digest();
-        error = _append(line({BEGIN_ENTRY, QByteArray::number(all.size), hexadecimal(all.hash)}));
-    }
+    if (error == 0)
+        error = _append(line({BEGIN_ENTRY, QByteArray::number(entries.size())}));
     if (error == 0)
         error = _flush();
     if (error != 0) {
@@ -248,6 +255,17 @@ int RewriteRecord::noteEnds(const std::vector<FilePath> &backups)
             lines += line({END_ENTRY, encoded(backup)});
     }
     return lines.isEmpty() ? 0 : _append(lines);
+}
+
+int RewriteRecord::noteFailedFlushes(const std::vector<FilePath> &backups)
+{
+    QByteArray lines;
+    for (const FilePath &backup : backups)
+        lines += line({UNFLUSHED_ENTRY, encoded(backup)});
+    const std::lock_guard lock(_mutex);
+    if (const int error = lines.isEmpty() ? 0 : _append(lines); error != 0)
+        return error;
+    return FileSystemCalls::current().sync(_descriptor) == 0 ? 0 : errno;
 }
 
 int RewriteRecord::noteProgress(RunProgress progress)

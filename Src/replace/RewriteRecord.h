@@ -57,6 +57,8 @@ public:
     /// What was noted with these backups is over: the file is complete on the disk, or wasn't touched. May
     /// not survive a power cut.
     int noteEnds(const std::vector<FilePath> &backups);
+    /// Files of which the disk didn't confirm the new content: reading it back proves nothing.
+    int noteFailedFlushes(const std::vector<FilePath> &backups);
     int noteProgress(RunProgress progress);
 
     /// What a record left behind says.
@@ -64,7 +66,8 @@ public:
     {
         struct File : Entry
         {
-            bool isBegun = false; ///< false: only the backup was noted, the file wasn't touched
+            bool isBegun = false;     ///< false: only the backup was noted, the file wasn't touched
+            bool isUnflushed = false; ///< the new content may not be on the disk although it can be read
         };
         QByteArray owner; ///< identity of the process that wrote it
         RunProgress progress;
@@ -85,7 +88,6 @@ private:
     FilePath _path;
     int _descriptor;
     RecordLock _lock;
-    ContentHasher _hasher; ///< of everything written so far
     qint64 _size = 0;
     QSet<FilePath> _openBackups;
 };

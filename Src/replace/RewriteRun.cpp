@@ -45,7 +45,6 @@ QSet<FilePath> &pathsToModifiedFiles()
 RewriteRun::RewriteRun(Flushing flushing, qint64 expectedFiles, WhileWaiting whileWaiting,
                        IsStopped isStopped)
     : _flushing(CAN_FLUSH_FILE_SYSTEM ? flushing : Flushing::EachFile),
-      _flushOfEachFile(_flushing == Flushing::EachFile ? Flush::Yes : Flush::No),
       _keepsBackups(UserDefaults::standard().boolFor(BooleanSetting::CreateBackupBeforeReplacing)),
       _whileWaiting(std::move(whileWaiting)), _isStopped(std::move(isStopped)), _progress{0, expectedFiles},
       _flushThread(1),
@@ -78,11 +77,11 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
         flush();
     if (isThere)
         _useOwnDate(request, identity);
-    _addFileSystemOf(request.path);
+    const Flush flushOfFile = _flushFor(request);
     if (_preparing.jobs.empty())
         _preparing = _newGroup();
-    auto job = std::make_shared<Job>(
-        Job{FileRewrite(std::move(request), _preparing.record), std::move(done), identity, dateBefore});
+    auto job = std::make_shared<Job>(Job{FileRewrite(std::move(request), _preparing.record), std::move(done),
+                                         identity, dateBefore, flushOfFile});
     _preparing.jobs.push_back(job);
     if (isThere)
         _preparing.files.insert(identity);
@@ -92,10 +91,14 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
         _beginWriting();
 }
 
-void RewriteRun::_addFileSystemOf(const FilePath &path)
+/// A file whose folder, or whose backup's, can't be opened is flushed by itself.
+Flush RewriteRun::_flushFor(const FileRewrite::Request &request)
 {
-    if (_flushing == Flushing::FileSystem)
-        (void)_fileSystems.addFolder(path.deletingLastPathComponent());
+    const auto kind = request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting;
+    const bool isFlushedWithOthers = _flushing == Flushing::FileSystem &&
+                                     _fileSystems.addFolder(request.path.deletingLastPathComponent()) == 0 &&
+                                     _fileSystems.addFolder(BackupFile::folderFor(request.path, kind)) == 0;
+    return isFlushedWithOthers ? Flush::No : Flush::Yes;
 }
 
 RewriteRun::Group RewriteRun::_newGroup() const
@@ -117,16 +120,23 @@ void RewriteRun::_useOwnDate(FileRewrite::Request &request, const Identity &iden
 void RewriteRun::_startPreparing(const std::shared_ptr<Job> &job)
 {
     _threads.start([this, job = job.get(), recordError = _preparing.recordError] {
-        if (_isAbandoning)
-            ; // it is left as it is
-        else if (_diskError != 0)
-            job->rewrite.refuse(RewriteProblem::NotBegun, _diskError);
-        else if (recordError != 0)
-            job->rewrite.refuse(RewriteProblem::NoRecord, recordError);
-        else
-            job->isPrepared = job->rewrite.prepare(_flushOfEachFile);
+        _prepareFile(*job, recordError);
         _preparedCount.add();
     });
+}
+
+/// On one of the threads.
+void RewriteRun::_prepareFile(Job &job, int recordError)
+{
+    // What is abandoned stays as it is, without a word.
+    if (_isAbandoning)
+        return;
+    if (_diskError != 0)
+        job.rewrite.refuse(RewriteProblem::NotBegun, _diskError);
+    else if (recordError != 0)
+        job.rewrite.refuse(RewriteProblem::NoRecord, recordError);
+    else
+        job.isPrepared = job.rewrite.prepare(job.flush);
 }
 
 bool RewriteRun::_isGroupFull() const
@@ -208,7 +218,6 @@ void RewriteRun::_beginFlush(const Group &group)
         rewrite.setBackupKept(_keepsBackups && !rewrite.isBackupTransient() &&
                               !isPathToModifiedFile(rewrite.path()));
         entries.push_back(rewrite.recordEntry());
-        _addFileSystemOf(rewrite.backup());
     }
     _flushThread.start([this, entries = std::move(entries), record = group.record,
                         fileSystems = _fileSystems.descriptors()] {
@@ -233,6 +242,7 @@ void RewriteRun::_write(const Group &group)
     std::copy_if(group.jobs.begin(), group.jobs.end(), std::back_inserter(prepared.jobs),
                  [](const auto &job) { return job->isPrepared; });
     _forEach(prepared.jobs, [this](Job &job) { _writeFile(job); });
+    _noteUnflushed(prepared);
     std::erase_if(prepared.jobs, [](const auto &job) { return !job->isRewritten; });
     for (const auto &job : prepared.jobs) {
         pathsToModifiedFiles().insert(job->rewrite.path());
@@ -255,7 +265,7 @@ void RewriteRun::_writeFile(Job &job)
     else if (_diskError != 0)
         job.rewrite.refuse(RewriteProblem::NotBegun, _diskError);
     else
-        job.isRewritten = job.rewrite.carryOut(_flushOfEachFile);
+        job.isRewritten = job.rewrite.carryOut(job.flush);
     if (job.rewrite.diskError() != 0)
         _diskError = job.rewrite.diskError();
 }
@@ -272,7 +282,7 @@ void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
     if (alone.recordError != 0)
         return;
     job->rewrite.setRecord(alone.record);
-    _forEach(alone.jobs, [this](Job &each) { each.isPrepared = each.rewrite.prepare(_flushOfEachFile); });
+    _forEach(alone.jobs, [this](Job &each) { each.isPrepared = each.rewrite.prepare(each.flush); });
     _beginFlush(alone);
     _endFlush();
     _write(alone);
@@ -309,6 +319,18 @@ void RewriteRun::_endWrittenGroup(const Group &group)
     _progress.done += qint64(ended.size());
     if (group.record)
         (void)group.record->noteEnds(ended);
+    _noteUnflushed(group);
+}
+
+void RewriteRun::_noteUnflushed(const Group &group)
+{
+    std::vector<FilePath> unflushed;
+    for (const auto &job : group.jobs) {
+        if (job->rewrite.problem() == RewriteProblem::NotOnDisk)
+            unflushed.push_back(job->rewrite.backup());
+    }
+    if (group.record && !unflushed.empty())
+        (void)group.record->noteFailedFlushes(unflushed);
 }
 
 /// What the records of ended groups told goes with them.

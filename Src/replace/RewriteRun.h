@@ -89,6 +89,7 @@ private:
         Done done;
         Identity identity;
         std::optional<FileDate> dateBefore;
+        Flush flush; ///< Yes: by itself, as it isn't flushed with its file system
         bool isPrepared = false;
         bool isRewritten = false;
     };
@@ -101,9 +102,10 @@ private:
         QSet<Identity> files;
     };
 
-    void _addFileSystemOf(const FilePath &path);
+    Flush _flushFor(const FileRewrite::Request &request);
     Group _newGroup() const;
     void _startPreparing(const std::shared_ptr<Job> &job);
+    void _prepareFile(Job &job, int recordError);
     void _useOwnDate(FileRewrite::Request &request, const Identity &identity) const;
     bool _isGroupFull() const;
     void _waitUntilPrepared();
@@ -118,13 +120,13 @@ private:
     void _writeAlone(const std::shared_ptr<Job> &job);
     void _endWritten();
     void _endWrittenGroup(const Group &group);
+    void _noteUnflushed(const Group &group);
     void _noteProgress();
     void _abandonOnTheWay();
     void _forEach(const Jobs &jobs, const std::function<void(Job &)> &step);
     void _wait(StepCounter &steps, int count);
 
     const Flushing _flushing;
-    const Flush _flushOfEachFile;
     const bool _keepsBackups;
     WhileWaiting _whileWaiting;
     IsStopped _isStopped;

@@ -4,8 +4,10 @@
 #include "replace/ReplaceTestSupport.h"
 #include "replace/TDSelectedMatchReplacement.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <mutex>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -28,6 +30,8 @@ public:
     int failingWrite = -1; ///< by number; that write and all behind it fail
     int failingFlush = -1; ///< by number
     std::function<void()> whenWriting = [] {};
+    std::function<void()> whenFlushing = [] {};
+    QList<quint64> flushedFiles; ///< inodes of what was flushed by itself
     std::atomic<int> writes = 0;
     std::atomic<int> flushes = 0;
 
@@ -39,11 +43,23 @@ public:
         errno = ENOSPC;
         return -1;
     }
+    int sync(int descriptor) override
+    {
+        struct stat status = {};
+        const std::lock_guard lock(_mutex);
+        if (::fstat(descriptor, &status) == 0)
+            flushedFiles << status.st_ino;
+        return 0;
+    }
     int syncFileSystem(int) override
     {
+        whenFlushing();
         errno = EIO;
         return flushes++ == failingFlush ? -1 : 0;
     }
+
+private:
+    std::mutex _mutex;
 };
 
 class RewriteRunTest : public ReplaceTest
@@ -91,6 +107,50 @@ TEST_F(RewriteRunTest, WithoutARecordNothingIsWritten)
     EXPECT_TRUE(backupNames(_folder).isEmpty());
     EXPECT_EQ(_files.first()->remark(), textOfProblem(RewriteProblem::NoRecord));
     EXPECT_EQ(_files.first()->matchLines().first()->matchLine()->matchLineString(), u"a needle here\n"_s);
+}
+
+TEST_F(RewriteRunTest, ARecordThatNobodyCouldFindIsNone)
+{
+    makeFiles();
+    const TemporaryFolder state;
+    const RewriteRecordFolder records(state.path());
+    WatchedCalls calls;
+    calls.whenFlushing = [&] {
+        for (const QByteArray &name : state.names())
+            ::unlink(state.path(name).cString());
+    };
+    EXPECT_EQ(problemsOf(run()), (QMap<RewriteProblem, int>{{RewriteProblem::NoRecord, FILE_COUNT}}));
+    EXPECT_EQ(countRewritten(), 0);
+}
+
+TEST_F(RewriteRunTest, AFileInAFolderThatCantBeOpenedIsFlushedByItself)
+{
+    const FilePath path = _folder.write("a.txt", "a needle here\n");
+    ASSERT_EQ(::chmod(path.cString(), 0666), 0);
+    _files = {searchOne(path, u"needle"_s)};
+    const OrdinaryUser user(_folder.path());
+    ASSERT_EQ(::chmod(_folder.path().cString(), 0311), 0);
+    setKeepsBackups(false);
+    WatchedCalls calls;
+    EXPECT_EQ(run().filesRewritten, 1U);
+    EXPECT_TRUE(calls.flushedFiles.contains(FileIdentity(path).inode));
+    ASSERT_EQ(::chmod(_folder.path().cString(), 0700), 0);
+}
+
+TEST_F(RewriteRunTest, FilesOfALowerLayerAreRewrittenOnTheUpperOne)
+{
+    _folder.write("lower/a.txt", "a needle here\n");
+    const FilePath merged = _folder.makeFolder("merged");
+    const QByteArray options = "lowerdir=" + _folder.path("lower").bytes() +
+                               ",upperdir=" + _folder.makeFolder("upper").bytes() +
+                               ",workdir=" + _folder.makeFolder("work").bytes();
+    if (::mount("overlay", merged.cString(), "overlay", 0, options.constData()) != 0)
+        GTEST_SKIP() << "layered file systems can't be mounted here";
+    _files = {searchOne(merged.appendingPathComponent("a.txt"), u"needle"_s)};
+    EXPECT_EQ(run().filesRewritten, 1U);
+    EXPECT_EQ(contentOfFile(merged.appendingPathComponent("a.txt")), "a thread here\n");
+    EXPECT_EQ(_folder.read("lower/a.txt"), "a needle here\n");
+    EXPECT_EQ(::umount(merged.cString()), 0);
 }
 
 TEST_F(RewriteRunTest, AFullDiskEndsTheRunWithTheRestUntouchedAndListed)
