@@ -156,7 +156,6 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Line %lu: %@</source><translation>Zeile %lu: %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ in %@, konnte nicht durchsucht werden</translation></message>
   <message><source>%@ in %@, %@</source><translation>%@ in %@, %@</translation></message>
-  <message><source>Not written; nothing was replaced in it</source><translation>Nicht geschrieben; nichts darin wurde ersetzt</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Hier erscheinen die Zeilen mit Treffern.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Keine Treffer gefunden.

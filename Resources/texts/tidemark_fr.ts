@@ -156,7 +156,6 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>
   <message><source>%@ in %@, %@</source><translation>%@ dans %@, %@</translation></message>
-  <message><source>Not written; nothing was replaced in it</source><translation>Non enregistré ; rien n’y a été remplacé</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Les lignes contenant des occurrences apparaîtront ici.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Aucune occurrence trouvée.

@@ -41,6 +41,8 @@ bool TDReplaceEngine::performReplaceWithSave(Save save, TDFindResultItem &item, 
                                                               request.isFileInSearchLocations, error);
     if (failed)
         before.restore(line);
+    if (save == Save::Yes)
+        file.setRemark(failed ? error.localizedFailureReason() : QString());
     const bool standsOnNextMatch = !failed && applied->newLength == 0 && removeEmptiedMatch(line, index);
     file.setModificationDate(TDFileCommon::fileModificationDate(file.path()));
     return standsOnNextMatch;

@@ -26,9 +26,9 @@ public:
     /// True only when the match was removed (its replacement is empty) and another one follows it in the
     /// line, so that the highlight stands on the next match already. False in every other case; the error
     /// then tells of a failure, after which line and ranges are as they were. With Save::Yes the line is
-    /// written to its file at once. The file node's date is read anew also after a failed rewrite, so that a
-    /// second attempt is measured against it. Error nodes, and lines without a highlighted match, are left
-    /// alone.
+    /// written to its file at once, and the file node's remark says why that failed, or goes. The node's date
+    /// is read anew also after a failed rewrite, so that a second attempt is measured against it. Error
+    /// nodes, and lines without a highlighted match, are left alone.
     static bool performReplaceWithSave(Save save, TDFindResultItem &item, const ReplaceRequest &request,
                                        TDError &error);
 };

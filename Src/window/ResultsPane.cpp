@@ -11,7 +11,6 @@
 
 #include <QAction>
 #include <QHeaderView>
-#include <QSet>
 
 namespace tidemark {
 
@@ -152,8 +151,6 @@ void ResultsPane::_showReplacing(bool isReplacing)
     if (qobject_cast<QAbstractButton *>(outlineView().window()->focusWidget()) != nullptr)
         outlineView().setFocus(Qt::OtherFocusReason);
     _navigation.setRemovalEnabled(!isReplacing);
-    if (isReplacing)
-        _model.clearRemarks();
     _ui.replaceProgressBar->setRange(0, 0);
     _ui.replaceProgressBar->setVisible(isReplacing);
     _ui.stopReplaceButton->setVisible(isReplacing);
@@ -170,23 +167,11 @@ void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
         formatted(localizedString("Replacing: %d of %d files done"), {filesDone, fileCount}));
 }
 
-void ResultsPane::_markFailedFiles(const QList<FilePath> &paths)
-{
-    if (paths.isEmpty())
-        return;
-    const QSet<FilePath> failed(paths.begin(), paths.end());
-    for (const auto &file : _document.findResults().files()) {
-        if (failed.contains(file->path()))
-            _model.setRemark(*file, localizedString("Not written; nothing was replaced in it"));
-    }
-}
-
 void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
 {
     const bool hasBegun = outcome.replacements > 0 || !outcome.failures.empty() || !outcome.error;
     if (!hasBegun)
         return;
-    _markFailedFiles(outcome.failedPaths());
     _document.setResultsStatusText(
         replacedStatus({outcome.replacements, outcome.filesRewritten, quint64(outcome.failures.size()),
                         _countOfFilesToReplaceIn, outcome.stopped}));

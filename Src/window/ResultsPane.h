@@ -49,7 +49,6 @@ private:
     void _noteResults();
     void _showReplacing(bool isReplacing);
     void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
-    void _markFailedFiles(const QList<FilePath> &paths);
     void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
     void _showHint();
 

@@ -217,7 +217,6 @@ void ResultsTreeModel::_endRemove()
     }
     // An address can come back as that of another node.
     _matchCounts.clear();
-    _forgetRemarksOfRemoved();
     endRemoveRows();
 }
 
@@ -231,39 +230,8 @@ void ResultsTreeModel::_endReset()
 {
     _isResetting = false;
     _matchCounts.clear();
-    _forgetRemarksOfRemoved();
     _sortShownOrder();
     endResetModel();
-}
-
-void ResultsTreeModel::_forgetRemarksOfRemoved()
-{
-    if (_remarks.isEmpty())
-        return;
-    QHash<const TDFindResultItem *, QString> kept;
-    for (const auto &file : _results.files()) {
-        const auto found = _remarks.constFind(file.get());
-        if (found != _remarks.constEnd())
-            kept.insert(file.get(), *found);
-    }
-    _remarks = kept;
-}
-
-void ResultsTreeModel::setRemark(const TDFindResultItem &file, const QString &remark)
-{
-    if (remark.isEmpty())
-        _remarks.remove(&file);
-    else
-        _remarks.insert(&file, remark);
-    noteLooksChanged(file);
-}
-
-void ResultsTreeModel::clearRemarks()
-{
-    if (_remarks.isEmpty())
-        return;
-    _remarks.clear();
-    noteAllChanged();
 }
 
 void ResultsTreeModel::noteChanged(const TDFindResultItem &item)
@@ -343,8 +311,7 @@ QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
     const QString matches = formatted(
         *count == 1 ? localizedString("%lu match") : localizedString("%lu matches"), {quint64(*count)});
     const QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
-    const QString known = remark(file);
-    return known.isEmpty() ? spoken : spoken + QStringLiteral(". ") + known;
+    return file.remark().isEmpty() ? spoken : spoken + QStringLiteral(". ") + file.remark();
 }
 
 QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column) const
@@ -355,27 +322,24 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
     }
     if (item.parent() != nullptr)
         return {};
-    if (column == FolderColumn) {
-        const QString known = remark(item);
-        return known.isEmpty() ? folderForPeople(item.displayPath()) : known;
-    }
+    if (column == FolderColumn)
+        return item.remark().isEmpty() ? folderForPeople(item.displayPath()) : item.remark();
     const std::optional<qint32> count = _matchCount(item);
     return count ? QString::number(*count) : QString();
 }
 
-QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file) const
+QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
 {
     // A file that couldn't be searched is told from the others also while its row is closed.
     const bool hasFailed = !file.children().isEmpty() && file.children().first()->error();
-    return hasFailed || _remarks.contains(&file) ? warningIcon()
+    return hasFailed || !file.remark().isEmpty() ? warningIcon()
                                                  : iconForFileName(file.filenameMatchLineSortKey());
 }
 
-QString ResultsTreeModel::_tipOf(const TDFindResultItem &file) const
+QString ResultsTreeModel::_tipOf(const TDFindResultItem &file)
 {
     const QString path = file.path().displayText();
-    const QString known = remark(file);
-    return known.isEmpty() ? path : path + u'\n' + known;
+    return file.remark().isEmpty() ? path : path + u'\n' + file.remark();
 }
 
 QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, int role) const
@@ -384,7 +348,7 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
     case Qt::ToolTipRole:
         return plainToolTip(_tipOf(file));
     case Qt::ForegroundRole:
-        return column == FolderColumn && _remarks.contains(&file) ? QVariant(remarkColor()) : QVariant();
+        return column == FolderColumn && !file.remark().isEmpty() ? QVariant(remarkColor()) : QVariant();
     case Qt::AccessibleTextRole:
         return _spokenFile(file);
     case Qt::DecorationRole:

@@ -10,7 +10,8 @@
 namespace tidemark {
 
 /// The results as a tree of three columns for views: files, and below each its match lines or its error.
-/// Sorting orders the files as shown and leaves the list as it is.
+/// Sorting orders the files as shown and leaves the list as it is. A file's remark stands in its row instead
+/// of its folder.
 class ResultsTreeModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -41,12 +42,6 @@ public:
     /// Invalid for null. The node must be in the results.
     QModelIndex indexOf(const TDFindResultItem *item) const;
 
-    /// Something to know of a file, such as why it wasn't written, shown in its row instead of its folder;
-    /// an empty text takes it away. It goes with the file.
-    void setRemark(const TDFindResultItem &file, const QString &remark);
-    void clearRemarks();
-    QString remark(const TDFindResultItem &file) const { return _remarks.value(&file); }
-
     /// To be called after the node changed in a way that shows; its file's count is taken anew.
     void noteChanged(const TDFindResultItem &item);
     /// The same when only the line's own looks changed.
@@ -69,9 +64,8 @@ private:
     int _row(qsizetype position) const { return int(_rows.isEmpty() ? position : _rows[position]); }
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
     QString _displayText(const TDFindResultItem &item, int column) const;
-    QIcon _iconOf(const TDFindResultItem &file) const;
-    QString _tipOf(const TDFindResultItem &file) const;
-    void _forgetRemarksOfRemoved();
+    static QIcon _iconOf(const TDFindResultItem &file);
+    static QString _tipOf(const TDFindResultItem &file);
     QString _spokenFile(const TDFindResultItem &file) const;
     static QString _spokenLine(const TDFindResultItem &leaf);
     QVariant _fileData(const TDFindResultItem &file, int column, int role) const;
@@ -82,7 +76,6 @@ private:
     QList<qsizetype> _shownOrder; ///< row to position in the results; empty: the same
     QList<qsizetype> _rows;       ///< the other way round
     mutable QHash<const TDFindResultItem *, std::optional<qint32>> _matchCounts;
-    QHash<const TDFindResultItem *, QString> _remarks;
     bool _isResetting = false;
 };
 

@@ -112,6 +112,21 @@ TEST_F(ReplaceCommandsTest, AFaultyExpressionIsShownAndChangesNothing)
     EXPECT_EQ(contents(), CONTENTS);
 }
 
+TEST_F(ReplaceCommandsTest, AFailedReplaceMarksItsRowUntilOneSucceeds)
+{
+    open(CONTENTS);
+    const QModelIndex folderOfFile = window->outline()->model()->index(0, ResultsTreeModel::FolderColumn);
+    const QString before = folderOfFile.data().toString();
+    setModificationDate(folder.path(nameOf(0)), 1234567890000000000);
+    commands().replace();
+    ASSERT_NE(window->sheet(), nullptr);
+    EXPECT_TRUE(folderOfFile.data().toString().contains(u"has been modified outside"_s));
+    window->sheet()->close();
+    commands().replace();
+    EXPECT_EQ(contents().first(), QByteArray("bar foo\nx\nfoo\n"));
+    EXPECT_EQ(folderOfFile.data().toString(), before);
+}
+
 TEST_F(ReplaceCommandsTest, ReplaceAndFindHeldDownEqualsReplaceAll)
 {
     const std::tuple<QString, QString, bool> cases[] = {

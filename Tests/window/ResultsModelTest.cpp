@@ -47,14 +47,13 @@ TEST(ResultsTreeModel, KeepsTheRulesOfModelsThroughAllChanges)
     EXPECT_EQ(model.rowCount(), 0);
 }
 
-TEST(ResultsTreeModel, RemarksStayWithTheirFilesAndGoWithThem)
+TEST(ResultsTreeModel, ARemarkStandsInPlaceOfTheFolderAndIsSpoken)
 {
     FindResults results;
     ResultsTreeModel model(results);
     results.append(threeFiles());
-    for (int row = 0; row < 3; ++row)
-        model.setRemark(*model.file(row), u"because %1"_s.arg(row));
-    model.setRemark(*model.file(1), {});
+    model.file(0)->setRemark(u"No permission"_s);
+    model.file(2)->setRemark(u"Not there"_s);
     model.sort(ResultsTreeModel::NameColumn);
     const auto folders = [&model] {
         QStringList shown;
@@ -62,13 +61,14 @@ TEST(ResultsTreeModel, RemarksStayWithTheirFilesAndGoWithThem)
             shown << model.index(row, ResultsTreeModel::FolderColumn).data().toString();
         return shown.join(u' ');
     };
-    EXPECT_EQ(folders(), u"because 2 because 0 /y"_s);
-    const auto removed = results.files()[0];
-    results.remove({removed});
-    EXPECT_EQ(folders(), u"because 2 /y"_s);
-    EXPECT_EQ(model.remark(*removed), QString());
-    model.clearRemarks();
-    EXPECT_EQ(folders(), u"/x /y"_s);
+    EXPECT_EQ(folders(), u"Not there No permission /y"_s);
+    const QModelIndex remarked = model.index(1, 0);
+    EXPECT_TRUE(remarked.data(Qt::ToolTipRole).toString().contains(u"No permission"_s));
+    EXPECT_EQ(remarked.data(Qt::AccessibleTextRole).toString(), u"b.txt in /z, 3 matches. No permission"_s);
+    const QVariant color = model.index(1, ResultsTreeModel::FolderColumn).data(Qt::ForegroundRole);
+    EXPECT_TRUE(color.isValid());
+    model.file(1)->setRemark({});
+    EXPECT_EQ(folders(), u"Not there /z /y"_s);
 }
 
 TEST(ResultsTreeModel, ShowsNamesCountsAndFolders)
