@@ -35,9 +35,12 @@ QColor remarkColor()
 QString folderForPeople(const QString &folder)
 {
     const QString home = QDir::homePath();
+    // Also what stands for a home where there is none.
+    if (home == QLatin1String("/"))
+        return folder;
     if (folder == home)
         return QStringLiteral("~");
-    const bool isInHome = home != QLatin1String("/") && folder.startsWith(home + QLatin1Char('/'));
+    const bool isInHome = folder.startsWith(home + QLatin1Char('/'));
     return isInHome ? QLatin1Char('~') + folder.mid(home.size()) : folder;
 }
 

@@ -2,7 +2,6 @@
 #include "window/ResultsFixture.h"
 
 #include <QAbstractItemModelTester>
-#include <QDir>
 #include <QSignalSpy>
 
 #include <random>
@@ -75,17 +74,42 @@ TEST(ResultsTreeModel, ShowsNamesCountsAndFolders)
 {
     FindResults results;
     ResultsTreeModel model(results);
-    results.append({fileNode(QDir::homePath().toUtf8() + "/src/caf\xE9.c", {u"\tfoo foo\n"_s}),
-                    failedFileNode("/a/bad", u"Why it failed"_s)});
+    results.append(
+        {fileNode("/z/caf\xE9.c", {u"\tfoo foo\n"_s}), failedFileNode("/a/bad", u"Why it failed"_s)});
     const auto shown = [&model](int row, int column, const QModelIndex &file = {}) {
         return model.index(row, column, file).data().toString();
     };
     EXPECT_EQ(shown(0, 0), u"caf\uFFFD.c"_s);
     EXPECT_EQ(shown(0, 1), u"2"_s);
-    EXPECT_EQ(shown(0, 2), u"~/src"_s);
+    EXPECT_EQ(shown(0, 2), u"/z"_s);
     EXPECT_EQ(shown(1, 1), QString());
     EXPECT_EQ(shown(0, 0, model.index(0, 0)), u"1: \u2022foo foo"_s);
     EXPECT_EQ(shown(0, 0, model.index(1, 0)), u"Why it failed"_s);
+}
+
+TEST(ResultsTreeModel, FoldersBelowTheHomeAreShort)
+{
+    const std::tuple<const char *, QString, QString> cases[] = {
+        {"/home/someone", u"/home/someone/src"_s, u"~/src"_s},
+        {"/home/someone", u"/home/someone"_s, u"~"_s},
+        {"/home/someone", u"/home/someone-else"_s, u"/home/someone-else"_s},
+        {"/", u"/"_s, u"/"_s},
+        {nullptr, u"/"_s, u"/"_s},
+        {nullptr, u"/src"_s, u"/src"_s},
+    };
+    const bool hadHome = qEnvironmentVariableIsSet("HOME");
+    const QByteArray homeBefore = qgetenv("HOME");
+    for (const auto &[home, folder, shown] : cases) {
+        if (home != nullptr)
+            qputenv("HOME", home);
+        else
+            qunsetenv("HOME");
+        EXPECT_EQ(folderForPeople(folder), shown) << (home != nullptr ? home : "no home");
+    }
+    if (hadHome)
+        qputenv("HOME", homeBefore);
+    else
+        qunsetenv("HOME");
 }
 
 TEST(FindResults, AnnouncesBatchesAndRunsAndKeepsPositions)
