@@ -152,6 +152,9 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source> in %@ files</source><translation> in %@ Dateien</translation></message>
   <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
   <message><source>%@ files failed</source><translation>%@ Dateien fehlgeschlagen</translation></message>
+  <message><source>Files that failed</source><translation>Fehlgeschlagene Dateien</translation></message>
+  <message><source>old content in %@</source><translation>alter Inhalt in %@</translation></message>
+  <message><source>%@ (%@):</source><translation>%@ (%@):</translation></message>
   <message><source>Error: %@</source><translation>Fehler: %@</translation></message>
   <message><source>Line %lu: %@</source><translation>Zeile %lu: %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ in %@, konnte nicht durchsucht werden</translation></message>

@@ -152,6 +152,9 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source> in %@ files</source><translation> dans %@ fichiers</translation></message>
   <message><source>%@ file failed</source><translation>%@ fichier en échec</translation></message>
   <message><source>%@ files failed</source><translation>%@ fichiers en échec</translation></message>
+  <message><source>Files that failed</source><translation>Fichiers en échec</translation></message>
+  <message><source>old content in %@</source><translation>ancien contenu dans %@</translation></message>
+  <message><source>%@ (%@):</source><translation>%@ (%@) :</translation></message>
   <message><source>Error: %@</source><translation>Erreur : %@</translation></message>
   <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>

@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "window/ErrorSheet.h"
+#include "window/ReplaceTexts.h"
 #include "window/ResultsNavigation.h"
 #include "window/ResultsTreeModel.h"
 #include "window/TDSearchResultsOutlineView.h"
@@ -256,14 +257,15 @@ void ReplaceCommands::_replaceSelectedMatches(const FindResultItems &items,
         _endRun(outcome, afterwards);
 }
 
-void ReplaceCommands::_showEnd(const TDError &error, const std::function<void()> &afterwards)
+void ReplaceCommands::_showEnd(const TDSelectedMatchReplacement::Outcome &outcome,
+                               const std::function<void()> &afterwards)
 {
     _model.noteAllChanged();
     if (afterwards)
         afterwards();
     _navigation.determineIfFirstOrLastItemSelected();
-    if (error)
-        presentErrorSheet(_view.window(), error);
+    if (outcome.error)
+        presentErrorSheet(_view.window(), outcome.error, failedFilesText(outcome.failures));
 }
 
 void ReplaceCommands::_endRun(const TDSelectedMatchReplacement::Outcome &outcome,
@@ -272,7 +274,7 @@ void ReplaceCommands::_endRun(const TDSelectedMatchReplacement::Outcome &outcome
     _lastReplaced = {};
     // Selecting among a million lines takes a while, and whoever closed the window or quits sees none of it.
     if (_view.isVisible())
-        _showEnd(outcome.error, afterwards);
+        _showEnd(outcome, afterwards);
     _isReplacing = false;
     _context.decreaseBusyWindowCount();
     Q_EMIT finished(outcome);

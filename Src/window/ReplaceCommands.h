@@ -97,7 +97,8 @@ private:
     void _allConfirmed();
     void _replaceSelectedMatches(const FindResultItems &items, const std::function<void()> &afterwards = {});
     TDSelectedMatchReplacement::BetweenFiles _deliverEvents(quint64 fileCount);
-    void _showEnd(const TDError &error, const std::function<void()> &afterwards);
+    void _showEnd(const TDSelectedMatchReplacement::Outcome &outcome,
+                  const std::function<void()> &afterwards);
     void _endRun(const TDSelectedMatchReplacement::Outcome &outcome, const std::function<void()> &afterwards);
 
     ResultsTreeModel &_model;

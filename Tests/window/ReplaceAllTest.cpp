@@ -6,6 +6,7 @@
 #include "window/ResultsTreeModel.h"
 
 #include <QDirIterator>
+#include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QStringDecoder>
 
@@ -159,6 +160,13 @@ TEST_F(ReplaceAllTest, EachFailureIsListedOnceAndTheRestIsWritten)
         window.replaceAll(u"ebb"_s);
     }
     ASSERT_NE(window.sheet(), nullptr);
+    const auto *list = window.sheet()->findChild<QPlainTextEdit *>();
+    ASSERT_NE(list, nullptr);
+    const QString path = folder.path().displayText();
+    EXPECT_EQ(list->toPlainText(), u"Changed since the search (1):\n%1/file3.txt\n\n"
+                                   "Not there any more (1):\n%1/file11.txt\n\n"
+                                   "No permission (1):\n%1/file7.txt\n\n"
+                                   "No room on the disk (1):\n%1/file13.txt"_s.arg(path));
     for (int file = 0; file < 40; ++file) {
         const QString name = u"file%1.txt"_s.arg(file);
         const bool fails = failing.contains(file);

@@ -2,11 +2,14 @@
 
 #include "foundation/FileSystemCalls.h"
 #include "window/ErrorSheet.h"
+#include "window/ReplaceTexts.h"
 #include "window/ResultsTreeModel.h"
 
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QThread>
@@ -303,6 +306,34 @@ TEST(ErrorSheet, ShowsFileNamesAsTheyAre)
         EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText)
             << qPrintable(label->text());
     EXPECT_EQ(sheet->informativeText(), u"Suggestion"_s);
+}
+
+TEST(ErrorSheet, ListsFilesThatFailedTheWorstFirstToBeCopied)
+{
+    std::vector<TDSelectedMatchReplacement::FileFailure> failures;
+    for (int file = 0; file < 1000; ++file)
+        failures.push_back({FilePath("/d/" + QByteArray::number(file)), RewriteProblem::Changed, {}, {}});
+    failures.push_back({FilePath("/d/<b>a\nb</b>"), RewriteProblem::NotBegun, {}, {}});
+    failures.push_back({FilePath("/d/torn"), RewriteProblem::Damaged, {}, FilePath("/d/old")});
+    QWidget window;
+    window.show();
+    const TDError error = TDSelectedMatchReplacement::failedFilesError({FilePath("/d/torn")});
+    QMessageBox *sheet = presentErrorSheet(&window, error, failedFilesText(failures));
+    auto *list = sheet->findChild<QPlainTextEdit *>();
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(sheet->focusWidget(), sheet->button(QMessageBox::Ok));
+    EXPECT_TRUE(sheet->rect().contains(list->geometry()));
+    EXPECT_GT(sheet->button(QMessageBox::Ok)->mapTo(sheet, QPoint()).y(), list->geometry().bottom());
+    EXPECT_LT(sheet->height(), 600);
+    EXPECT_GT(list->verticalScrollBar()->maximum(), 900);
+    QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+    EXPECT_EQ(lines.mid(0, 5),
+              QStringList({u"Written only in part (1):"_s, u"/d/torn"_s, u"    old content in /d/old"_s,
+                           QString(), u"Changed since the search (%1):"_s.arg(QLocale().toString(1000))}));
+    EXPECT_EQ(lines.size(), 5 + 1000 + 3);
+    EXPECT_EQ(lines.last(), u"/d/<b>a\u23CEb</b>"_s);
 }
 
 } // namespace
