@@ -130,6 +130,11 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Dieser Vorgang lässt sich nicht ohne Weiteres rückgängig machen.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Es ist kein Treffer ausgewählt, daher ändert sich nichts.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Geändert werden: %@ in %@.</translation></message>
+  <message><source>Find text: ‘%@’</source><translation>Suchtext: „%@“</translation></message>
+  <message><source>Replace text: ‘%@’</source><translation>Ersetzungstext: „%@“</translation></message>
+  <message><source>These results were found with ‘%@’.</source><translation>Diese Ergebnisse wurden mit „%@“ gefunden.</translation></message>
+  <message><source>‘%@’ was changed since the search.</source><translation>„%@“ wurde seit der Suche geändert.</translation></message>
+  <message><source>Matches that the find text doesn’t fit will stay as they are.</source><translation>Treffer, zu denen der Suchtext nicht passt, bleiben, wie sie sind.</translation></message>
   <message><source>%lu match</source><translation>%lu Treffer</translation></message>
   <message><source>%lu matches</source><translation>%lu Treffer</translation></message>
   <message><source>%lu file</source><translation>%lu Datei</translation></message>

@@ -130,6 +130,11 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Cette opération ne peut pas être facilement annulée.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Aucune occurrence n’est sélectionnée : rien ne changera.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Modification à venir : %@ dans %@.</translation></message>
+  <message><source>Find text: ‘%@’</source><translation>Texte recherché : « %@ »</translation></message>
+  <message><source>Replace text: ‘%@’</source><translation>Texte de remplacement : « %@ »</translation></message>
+  <message><source>These results were found with ‘%@’.</source><translation>Ces résultats ont été trouvés avec « %@ ».</translation></message>
+  <message><source>‘%@’ was changed since the search.</source><translation>« %@ » a changé depuis la recherche.</translation></message>
+  <message><source>Matches that the find text doesn’t fit will stay as they are.</source><translation>Les occurrences auxquelles le texte recherché ne correspond pas resteront telles quelles.</translation></message>
   <message><source>%lu match</source><translation>%lu occurrence</translation></message>
   <message><source>%lu matches</source><translation>%lu occurrences</translation></message>
   <message><source>%lu file</source><translation>%lu fichier</translation></message>

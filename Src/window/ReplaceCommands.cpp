@@ -140,6 +140,10 @@ QString ReplaceCommands::_informativeText(Extent extent) const
                        counted(extent.files, "%lu file", "%lu files")});
     if (_context.replaceText().isEmpty())
         text += QLatin1Char(' ') + localizedString("The replace text is empty: the matches will be deleted.");
+    const SearchTerms terms = SearchTerms::withUserDefaults(_context.findText());
+    text += QStringLiteral("\n\n") + findAndReplaceTexts(terms.findText, _context.replaceText());
+    if (const auto searched = _context.searchedTerms(); searched && *searched != terms)
+        text += QStringLiteral("\n\n") + staleResultsText(*searched, terms);
     return text;
 }
 

@@ -3,12 +3,14 @@
 #include "replace/TDReplaceEngine.h"
 #include "replace/TDSelectedMatchReplacement.h"
 #include "window/FindResults.h"
+#include "window/SearchTerms.h"
 
 #include <QObject>
 
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QMessageBox;
 
@@ -27,6 +29,8 @@ struct ReplaceContext
     IsFileInSearchLocations isFileInSearchLocations;
     std::function<void()> increaseBusyWindowCount;
     std::function<void()> decreaseBusyWindowCount;
+    /// What the results were found with, if that is known.
+    std::function<std::optional<SearchTerms>()> searchedTerms = [] { return std::nullopt; };
 };
 
 /// The four replace commands of a window with their sheets. A replacement of many matches runs on the main

@@ -28,6 +28,7 @@ void SearchControl::startSearch()
     _joinEndedThreads();
     Q_EMIT searchWillStart();
     _resetDocument();
+    _searchedTerms = SearchTerms::withUserDefaults(_document.findText());
     saveFindReplaceTextHistory(UserDefaults::standard(), _document.findText(), _document.replaceText());
     _setSectionTitle(localizedString("Generating search results…"));
     _beginSession();

@@ -3,12 +3,14 @@
 #include "foundation/TDError.h"
 #include "search/TDSearchEngine.h"
 #include "window/SearchSession.h"
+#include "window/SearchTerms.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -51,6 +53,8 @@ public:
     bool searching() const { return _searching; }
 
     const QString &sectionTitle() const { return _sectionTitle; }
+    /// What the last search was started with; nothing before the first.
+    const std::optional<SearchTerms> &searchedTerms() const { return _searchedTerms; }
     /// Null before the first search.
     const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
     /// Shows everything that has arrived.
@@ -92,6 +96,7 @@ private:
     std::shared_ptr<SearchSession> _session;
     std::vector<SearchThread> _threads;
     QString _sectionTitle;
+    std::optional<SearchTerms> _searchedTerms;
     bool _searching = false;
 };
 

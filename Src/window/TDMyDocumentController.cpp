@@ -39,6 +39,7 @@ void TDMyDocumentController::_makePanes()
     context.isFileInSearchLocations = [this](const FilePath &path) {
         return _locations.isFileInSearchLocationsForPath(path);
     };
+    context.searchedTerms = [this] { return _search.searchedTerms(); };
     context.increaseBusyWindowCount = [this] { increaseBusyWindowCount(); };
     context.decreaseBusyWindowCount = [this] { decreaseBusyWindowCount(); };
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);

@@ -174,6 +174,47 @@ TEST_F(ReplaceCommandsTest, ReplaceAllAsksTellsAndStandsOnTheFirstMatchAfterward
     EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 
+TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
+{
+    struct Case
+    {
+        QString findText;
+        QString replaceText;
+        bool isExpression;
+        bool ignoresCase;
+        QString below;
+    };
+    const QString expression = u"‘Regular expression’ was changed since the search."_s;
+    const QString fit = u" Matches that the find text doesn’t fit will stay as they are."_s;
+    const QString wide = QString::fromUcs4(U"\U0001F30A").repeated(40);
+    const Case cases[] = {
+        {u"foo"_s, u"a\nb"_s, false, false, u"‘foo’\nReplace text: ‘a\u23CEb’"_s},
+        {u"<b>"_s, u"%@"_s, false, false,
+         u"‘<b>’\nReplace text: ‘%@’\n\nThese results were found with ‘foo’."_s},
+        {u"foo"_s, u"$1"_s, true, false, u"‘foo’\nReplace text: ‘$1’\n\n"_s + expression + fit},
+        {u"foo"_s, wide, false, true,
+         u"‘foo’\nReplace text: ‘%1…%2’\n\n‘Ignore case’ was changed since the search."_s.arg(wide.first(30),
+                                                                                              wide.last(28))},
+    };
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, false);
+    setExpression(false);
+    open(CONTENTS);
+    for (const Case &test : cases) {
+        window->document.setFindText(test.findText);
+        window->document.setReplaceText(test.replaceText);
+        setExpression(test.isExpression);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, test.ignoresCase);
+        commands().replaceAll();
+        ASSERT_NE(window->sheet(), nullptr);
+        EXPECT_EQ(
+            window->sheet()->informativeText(),
+            u"This operation cannot easily be undone.\n\n5 matches in 3 files will change.\n\nFind text: "_s +
+                test.below);
+        window->press(u"Cancel"_s);
+        QCoreApplication::processEvents();
+    }
+}
+
 TEST_F(ReplaceCommandsTest, ReplaceSelectionAsksUntilToldNotTo)
 {
     open(CONTENTS);
