@@ -155,6 +155,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Replaced %@ matches</source><translation>%@ Treffer ersetzt</translation></message>
   <message><source> in %@ file</source><translation> in %@ Datei</translation></message>
   <message><source> in %@ files</source><translation> in %@ Dateien</translation></message>
+  <message><source>%@ match stayed as it was</source><translation>%@ Treffer blieb, wie er war</translation></message>
+  <message><source>%@ matches stayed as they were</source><translation>%@ Treffer blieben, wie sie waren</translation></message>
   <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
   <message><source>%@ files failed</source><translation>%@ Dateien fehlgeschlagen</translation></message>
   <message><source>Files that failed</source><translation>Fehlgeschlagene Dateien</translation></message>

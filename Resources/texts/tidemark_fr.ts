@@ -155,6 +155,8 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Replaced %@ matches</source><translation>%@ occurrences remplacées</translation></message>
   <message><source> in %@ file</source><translation> dans %@ fichier</translation></message>
   <message><source> in %@ files</source><translation> dans %@ fichiers</translation></message>
+  <message><source>%@ match stayed as it was</source><translation>%@ occurrence inchangée</translation></message>
+  <message><source>%@ matches stayed as they were</source><translation>%@ occurrences inchangées</translation></message>
   <message><source>%@ file failed</source><translation>%@ fichier en échec</translation></message>
   <message><source>%@ files failed</source><translation>%@ fichiers en échec</translation></message>
   <message><source>Files that failed</source><translation>Fichiers en échec</translation></message>

@@ -169,12 +169,17 @@ void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
 
 void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
 {
-    const bool hasBegun = outcome.replacements > 0 || !outcome.failures.empty() || !outcome.error;
+    const bool hasBegun =
+        outcome.replacements > 0 || outcome.unchangedFiles > 0 || !outcome.failures.empty() || !outcome.error;
     if (!hasBegun)
         return;
-    _document.setResultsStatusText(
-        replacedStatus({outcome.replacements, outcome.filesRewritten, quint64(outcome.failures.size()),
-                        _countOfFilesToReplaceIn, outcome.stopped}));
+    _document.setResultsStatusText(replacedStatus({.replacements = outcome.replacements,
+                                                   .filesRewritten = outcome.filesRewritten,
+                                                   .filesFailed = quint64(outcome.failures.size()),
+                                                   .filesUnchanged = outcome.unchangedFiles,
+                                                   .unchangedMatches = outcome.unchangedMatches,
+                                                   .fileCount = _countOfFilesToReplaceIn,
+                                                   .stopped = outcome.stopped}));
 }
 
 void ResultsPane::prepareForSearch()

@@ -42,15 +42,18 @@ QString countedReplacements(const ReplaceSummary &summary)
 
 QString replacedStatus(const ReplaceSummary &summary)
 {
-    QString status = summary.stopped
-                         ? formatted(localizedString("Replacing stopped: %@ of %@ files done"),
-                                     {grouped(summary.filesRewritten), grouped(summary.fileCount)})
-                         : countedReplacements(summary);
-    if (summary.filesFailed == 0)
-        return status;
-    const QString failed =
-        summary.filesFailed == 1 ? localizedString("%@ file failed") : localizedString("%@ files failed");
-    return status + localizedString(" • ") + formatted(failed, {grouped(summary.filesFailed)});
+    QString status = summary.stopped ? formatted(localizedString("Replacing stopped: %@ of %@ files done"),
+                                                 {grouped(summary.filesRewritten + summary.filesUnchanged),
+                                                  grouped(summary.fileCount)})
+                                     : countedReplacements(summary);
+    const auto append = [&status](quint64 count, const char *one, const char *many) {
+        if (count > 0)
+            status += localizedString(" • ") +
+                      formatted(localizedString(count == 1 ? one : many), {grouped(count)});
+    };
+    append(summary.unchangedMatches, "%@ match stayed as it was", "%@ matches stayed as they were");
+    append(summary.filesFailed, "%@ file failed", "%@ files failed");
+    return status;
 }
 
 QString statusLineTextScanning(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount)

@@ -25,6 +25,8 @@ struct ReplaceSummary
     quint64 replacements = 0;
     quint64 filesRewritten = 0;
     quint64 filesFailed = 0;
+    quint64 filesUnchanged = 0; ///< looked at, with nothing to write
+    quint64 unchangedMatches = 0;
     quint64 fileCount = 0; ///< files with something to replace
     bool stopped = false;
 };

@@ -215,6 +215,29 @@ TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
     }
 }
 
+TEST_F(ReplaceCommandsTest, TheStatusTellsWhichMatchesStayed)
+{
+    struct Case
+    {
+        Contents contents;
+        const char *replaceText;
+        QString status;
+    };
+    const Case cases[] = {
+        {{"foo foo\n", "foo\n"}, "foo", u"Replaced 0 matches in 0 files • 3 matches stayed as they were"_s},
+        {{"foo\n", "FOO\n"}, "foo", u"Replaced 1 match in 1 file • 1 match stayed as it was"_s},
+        {{"foo\n", "FOO\n"}, "bar", u"Replaced 2 matches in 2 files"_s},
+    };
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, true);
+    setExpression(false);
+    for (const Case &test : cases) {
+        open(test.contents);
+        window->replaceAll(QLatin1String(test.replaceText));
+        EXPECT_EQ(window->sheet(), nullptr);
+        EXPECT_EQ(window->ui().resultsStatusLabel->text(), test.status);
+    }
+}
+
 TEST_F(ReplaceCommandsTest, ReplaceSelectionAsksUntilToldNotTo)
 {
     open(CONTENTS);
