@@ -20,6 +20,19 @@ boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
     return expression;
 }
 
+TDError searchError(ExpressionFault fault, const QString &findText)
+{
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR,
+        formatted(localizedString("Sorry, a problem occured whilst attempting to search using the regular "
+                                  "expression ‘%@’."),
+                  {findText}),
+        fault == ExpressionFault::Malformed
+            ? localizedString("The find text regular expression is malformed.")
+            : localizedString("The find text regular expression caused an internal error."),
+        recoverySuggestionForExpression(fault));
+}
+
 // The texts for the two faults differ in a blank only; both are used as they stand.
 
 QString recoverySuggestionForExpression(ExpressionFault fault)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/PlainTextPattern.h"
+#include "foundation/TDError.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -34,6 +35,9 @@ ExpressionFault expressionFaultOf(Action action)
         return ExpressionFault::Internal;
     }
 }
+
+/// Error code 36 for a search.
+TDError searchError(ExpressionFault fault, const QString &findText);
 
 /// What the user is advised to do about a faulty expression.
 QString recoverySuggestionForExpression(ExpressionFault fault);

@@ -7,10 +7,8 @@ LinePrefilter::Scanner *SearchContext::scanner()
     const LinePrefilter *prefilter = _pattern.prefilter();
     if (prefilter == nullptr)
         return nullptr;
-    if (prefilter != _scannedWith) {
+    if (!_scanner)
         _scanner = std::make_unique<LinePrefilter::Scanner>(*prefilter);
-        _scannedWith = prefilter;
-    }
     return _scanner.get();
 }
 

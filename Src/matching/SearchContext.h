@@ -29,7 +29,7 @@ public:
     std::vector<char16_t> &lineText() { return _lineText; }
     /// Room for the candidate lines of a block.
     std::vector<LineSpan> &candidates() { return _candidates; }
-    /// For the reading of the find text that is in force now; null when there is no prefilter for it.
+    /// Null when there is no prefilter for the pattern.
     LinePrefilter::Scanner *scanner();
 
 private:
@@ -39,7 +39,6 @@ private:
     FoundLines _foundLines;
     std::vector<char16_t> _lineText;
     std::vector<LineSpan> _candidates;
-    const LinePrefilter *_scannedWith = nullptr;
     std::unique_ptr<LinePrefilter::Scanner> _scanner;
 };
 

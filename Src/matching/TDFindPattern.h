@@ -1,12 +1,8 @@
 #pragma once
 
-#include "foundation/PlainTextPattern.h"
-#include "foundation/TDError.h"
-#include "foundation/TextRange.h"
-#include "matching/BoundedSearch.h"
-#include "matching/LinePrefilter.h"
+#include "matching/FindKind.h"
+#include "matching/FindOptions.h"
 
-#include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
@@ -14,56 +10,51 @@
 
 namespace tidemark {
 
-/// A find text, compiled once and shared by everything that searches for it. It holds both readings, plain
-/// text and regular expression; which one is in force is a setting of the whole application and is looked up
-/// at every search. Immutable to its users: any number of threads may search with one object.
+/// A find text with the options that say how it is read. A value: copies share what was prepared for
+/// searching, and any number of threads may search with it.
 class TDFindPattern
 {
 public:
-    TDFindPattern(const QString &findText, CaseRule caseRule);
-    ~TDFindPattern();
+    TDFindPattern(const QString &findText, const FindOptions &options)
+        : _findText(findText), _options(options), _kind(FindKind::make(findText, options))
+    {}
 
     const QString &findText() const { return _findText; }
-    CaseRule caseRule() const { return _plainText.caseRule(); }
+    const FindOptions &options() const { return _options; }
+    CaseRule caseRule() const { return _options.caseRule; }
 
-    /// What chooses lines for the reading that is in force now; null when every line has to be searched. Made
-    /// when first asked for.
-    const LinePrefilter *prefilter() const;
+    /// What chooses lines; null when every line has to be searched. Made when first asked for.
+    const LinePrefilter *prefilter() const { return _kind->prefilter(); }
 
     class Line;
 
 private:
-    struct Expression;
-    struct Prefilters;
-    const Expression &_expression() const;
-
     QString _findText;
-    PlainTextPattern _plainText;
-    std::unique_ptr<Expression> _compiledExpression;
-    std::unique_ptr<Prefilters> _prefilters;
+    FindOptions _options;
+    std::shared_ptr<const FindKind> _kind;
 };
 
-/// One line being searched, with what several searches within it share.
+/// One line being searched for the pattern; the terms are those of FindKind.
 class TDFindPattern::Line
 {
 public:
     /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
-    Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {});
+    Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {})
+        : _kind(*pattern._kind), _line(line, bytes)
+    {}
 
-    /// The first match within the range of the line, or not found. An empty match at the very start of the
-    /// line counts as not found. With a regular expression the range is taken as a range of the line's UTF-8
-    /// bytes, and so is the one returned; nothing before the range is visible to it. A malformed expression,
-    /// or one that fails while searching or takes too long, sets error code 36.
-    TextRange firstRange(TextRange searchRange, TDError &error);
+    /// The line's matches one after the other, then not found.
+    TextRange nextMatch(TDError &error) { return _kind.nextMatch(_line, error); }
+
+    /// The first match within the range of the line, whatever was found before.
+    TextRange firstRange(TextRange searchRange, TDError &error)
+    {
+        return _kind.firstRange(_line, searchRange, error);
+    }
 
 private:
-    TextRange _firstRangeOfExpression(TextRange searchRange, TDError &error);
-
-    const TDFindPattern &_pattern;
-    QStringView _line;
-    QByteArrayView _bytes; ///< null until they are needed
-    QByteArray _ownBytes;
-    SearchEffort _effort;
+    const FindKind &_kind;
+    SearchedLine _line;
 };
 
 } // namespace tidemark

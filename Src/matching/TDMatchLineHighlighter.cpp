@@ -1,7 +1,6 @@
 #include "matching/TDMatchLineHighlighter.h"
 
 #include "foundation/ByteScan.h"
-#include "foundation/CharacterSets.h"
 #include "foundation/StopFlag.h"
 #include "foundation/TextEncoding.h"
 #include "foundation/WorkerThreads.h"
@@ -19,8 +18,8 @@ namespace {
 /// Behind so many bytes a file gets a second thread.
 constexpr qint64 LARGE_FILE = 8 << 20;
 
-/// Hands over the lines of the block that may match, until it is told false, and makes the line number that of
-/// the next block. False, with nothing done, when every line has to be searched.
+/// Hands over the lines of the block that may match, until it is told false, and makes the line number that
+/// of the next block. False, with nothing done, when every line has to be searched.
 template <typename Handle>
 bool forEachCandidate(QByteArrayView block, qint64 &lineNumber, SearchContext &context, Handle handle)
 {
@@ -116,7 +115,8 @@ private:
 bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                                              bool ignoreCase, const QString &matchPattern)
 {
-    const TDFindPattern pattern(matchPattern, ignoreCase ? CaseRule::Ignore : CaseRule::Exact);
+    const CaseRule caseRule = ignoreCase ? CaseRule::Ignore : CaseRule::Exact;
+    const TDFindPattern pattern(matchPattern, FindOptions::withUserDefaults(caseRule));
     return processWithFile(path, encoding, error, pattern);
 }
 
@@ -193,7 +193,8 @@ TextRange TDMatchLineHighlighter::firstRangeOfPatternInString(const QString &lin
                                                               CaseRule caseRule, TextRange searchRange,
                                                               TDError &error)
 {
-    return TDFindPattern::Line(TDFindPattern(pattern, caseRule), line).firstRange(searchRange, error);
+    const TDFindPattern made(pattern, FindOptions::withUserDefaults(caseRule));
+    return TDFindPattern::Line(made, line).firstRange(searchRange, error);
 }
 
 void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, SearchContext &context, TDError &error)
@@ -329,14 +330,10 @@ void TDMatchLineHighlighter::_addLine(QStringView line, QByteArrayView bytes, qi
 void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber,
                                          SearchContext &context, TDError &error)
 {
-    // Line ends aren't searched. The length is that of the trimmed line, but it is applied from the first
-    // character on, so on a line that begins with line-break characters the last ones are left out.
-    const qint64 end = rangeWithoutNewlinesAtEnds(line).length;
     TDFindPattern::Line search(context.pattern(), line, bytes);
     bool isFirst = true;
-    qint64 start = 0;
-    while (start <= end && !shouldStop()) {
-        const TextRange found = search.firstRange({start, end - start}, error);
+    while (!shouldStop()) {
+        const TextRange found = search.nextMatch(error);
         if (error || !found.isFound())
             return;
         if (!_hasExcessiveMatch()) {
@@ -348,10 +345,6 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
             // The line reader, which decides whether a line is too long, searches it all again.
             return;
         }
-        if (found.end() == end)
-            return;
-        // Behind an empty match the search would find it again for ever.
-        start = found.end() + (found.length == 0 ? 1 : 0);
     }
 }
 

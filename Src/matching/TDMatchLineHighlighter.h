@@ -34,11 +34,12 @@ public:
     /// The context's pattern is what is searched for.
     bool processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,
                          SearchContext &context);
-    /// The same with a find text that is compiled for this one file.
+    /// The same with a find text that is compiled for this one file, read as the settings have it now.
     bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error, bool ignoreCase,
                          const QString &matchPattern);
 
-    /// The first match within the range of the line; the terms are those of TDFindPattern::Line.
+    /// The first match within the range of the line, read as the settings have it now; the terms are those
+    /// of FindKind.
     static TextRange firstRangeOfPatternInString(const QString &line, const QString &pattern,
                                                  CaseRule caseRule, TextRange searchRange, TDError &error);
 

@@ -30,8 +30,8 @@ bool TDReplaceEngine::performReplaceWithSave(Save save, TDFindResultItem &item, 
         return false;
 
     const SavedMatchLine before(line);
-    const TDReplacement replacement = TDReplacement::withUserDefaults(request.findText, request.replaceText,
-                                                                      ReplacementExtent::FirstOccurrence);
+    const TDReplacement replacement(request.findText, request.replaceText, request.options,
+                                    ReplacementExtent::FirstOccurrence);
     const std::optional<AppliedReplacement> applied = replaceMatch(line, index, replacement, error);
     if (!applied)
         return false;

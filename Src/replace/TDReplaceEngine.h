@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/TDError.h"
+#include "matching/FindOptions.h"
 #include "matching/TDFindResultItem.h"
 #include "replace/SaveToDisk.h"
 
@@ -8,13 +9,14 @@
 
 namespace tidemark {
 
-/// What is replaced with what, and where the files came from. Mode and case are those of the settings at the
-/// moment of replacing.
+/// What is replaced with what, and where the files came from. Made when a replace command starts: the options
+/// are by default those of the settings at that moment.
 struct ReplaceRequest
 {
     QString findText;
     QString replaceText;
     IsFileInSearchLocations isFileInSearchLocations;
+    FindOptions options = FindOptions::withUserDefaults();
 };
 
 /// Replaces the one highlighted match of a match line.

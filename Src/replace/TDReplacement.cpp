@@ -2,7 +2,6 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/TextEncoding.h"
-#include "foundation/UserDefaults.h"
 #include "foundation/Utf8.h"
 #include "matching/BoundedSearch.h"
 #include "matching/RegularExpression.h"
@@ -43,31 +42,20 @@ struct TDReplacement::Expression
     }
 };
 
-TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, SearchMode mode,
-                             CaseRule caseRule, ReplacementExtent extent)
-    : _replaceText(replaceText), _mode(mode), _extent(extent)
+TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, const FindOptions &options,
+                             ReplacementExtent extent)
+    : _replaceText(replaceText), _options(options), _extent(extent)
 {
-    if (mode == SearchMode::RegularExpression)
-        _expression = std::make_unique<Expression>(findText, replaceText, caseRule);
+    if (options.mode == SearchMode::RegularExpression)
+        _expression = std::make_unique<Expression>(findText, replaceText, options.caseRule);
 }
 
 TDReplacement::TDReplacement(TDReplacement &&) noexcept = default;
 TDReplacement::~TDReplacement() = default;
 
-TDReplacement TDReplacement::withUserDefaults(const QString &findText, const QString &replaceText,
-                                              ReplacementExtent extent)
-{
-    const UserDefaults &settings = UserDefaults::standard();
-    return TDReplacement(findText, replaceText,
-                         settings.boolFor(BooleanSetting::RegularExpression) ? SearchMode::RegularExpression
-                                                                             : SearchMode::PlainText,
-                         settings.boolFor(BooleanSetting::IgnoreCase) ? CaseRule::Ignore : CaseRule::Exact,
-                         extent);
-}
-
 std::optional<QString> TDReplacement::replacementForMatchedText(QStringView matchedText, TDError &error) const
 {
-    return _mode == SearchMode::PlainText ? _replaceText : _appliedExpression(matchedText, error);
+    return _options.mode == SearchMode::PlainText ? _replaceText : _appliedExpression(matchedText, error);
 }
 
 std::optional<QString> TDReplacement::_appliedExpression(QStringView matchedText, TDError &error) const

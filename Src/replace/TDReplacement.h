@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/PlainTextPattern.h"
 #include "foundation/TDError.h"
+#include "matching/FindOptions.h"
 
 #include <QString>
 #include <QStringView>
@@ -10,8 +10,6 @@
 #include <optional>
 
 namespace tidemark {
-
-enum class SearchMode { PlainText, RegularExpression };
 
 /// How much of a matched text an expression replaces when it is applied to that text.
 enum class ReplacementExtent { FirstOccurrence, EveryOccurrence };
@@ -23,11 +21,8 @@ enum class ReplacementExtent { FirstOccurrence, EveryOccurrence };
 class TDReplacement
 {
 public:
-    TDReplacement(const QString &findText, const QString &replaceText, SearchMode mode, CaseRule caseRule,
+    TDReplacement(const QString &findText, const QString &replaceText, const FindOptions &options,
                   ReplacementExtent extent);
-    /// With mode and case as the settings have them now.
-    static TDReplacement withUserDefaults(const QString &findText, const QString &replaceText,
-                                          ReplacementExtent extent);
     TDReplacement(TDReplacement &&) noexcept;
     ~TDReplacement();
 
@@ -40,7 +35,7 @@ private:
     std::optional<QString> _appliedExpression(QStringView matchedText, TDError &error) const;
 
     QString _replaceText;
-    SearchMode _mode;
+    FindOptions _options;
     ReplacementExtent _extent;
     std::unique_ptr<Expression> _expression;
 };

@@ -31,8 +31,8 @@ qint64 filesOf(const FindResultItems &items)
 TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &request,
                                                        const std::atomic<bool> &stopReplace,
                                                        BetweenFiles betweenFiles)
-    : _request(request), _replacement(TDReplacement::withUserDefaults(request.findText, request.replaceText,
-                                                                      ReplacementExtent::EveryOccurrence)),
+    : _request(request), _replacement(request.findText, request.replaceText, request.options,
+                                      ReplacementExtent::EveryOccurrence),
       _stopReplace(stopReplace), _betweenFiles(std::move(betweenFiles))
 {}
 

@@ -60,7 +60,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _findText = findText;
     _searchLocations = searchLocations;
     _caseSensitive = caseSensitive;
-    _pattern = std::make_unique<TDFindPattern>(findText, _caseRule());
+    // The options are read here and nowhere below: a search is of one mind from its first file to its last.
+    _pattern = std::make_unique<TDFindPattern>(findText, FindOptions::withUserDefaults(_caseRule()));
     _scannedCount = _fileMatchCount = _matchCount = 0;
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
@@ -205,7 +206,7 @@ void TDSearchEngine::_deliverError(const SearchJob &job)
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const FilePath &path, TDError &error)
 {
-    const TDFindPattern pattern(_findText, _caseRule());
+    const TDFindPattern pattern(_findText, FindOptions::withUserDefaults(_caseRule()));
     SearchContext context(pattern);
     return _searchFile(FileToRead{path}, context, error);
 }

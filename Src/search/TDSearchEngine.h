@@ -52,7 +52,8 @@ public:
 
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
-    /// kind. Callable from one thread, once at a time.
+    /// kind. How the find text is read is taken from the settings once, at the start. Callable from one
+    /// thread, once at a time.
     void startSearch(const QString &findText, const QList<TDSearchLocation> &searchLocations,
                      bool caseSensitive);
     /// From any thread: the file being searched is abandoned, and nothing more is delivered but the end.

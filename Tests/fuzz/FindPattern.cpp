@@ -16,11 +16,10 @@ void run(Input &input)
     const bool isSearchedInBlocks = (options & 2) == 0; // the matcher for blocks takes long to compile
     const QString findText = QString::fromUtf8(input.line());
     const FilePath path = writeFile("file", input.rest());
-    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, TD_ENCODING_UTF8);
 
     const TimeLimit compiling;
-    const TDFindPattern pattern(findText, caseRule);
+    const TDFindPattern pattern(findText, {SearchMode::RegularExpression, caseRule});
     if (isSearchedInBlocks)
         pattern.prefilter();
     compiling.check("compiling ends soon", 1);

@@ -139,7 +139,8 @@ Expected replaceInLines(TDMatchLineHighlighter &highlighter, const Case &made, c
 {
     const QList<QByteArray> &lines = file.bytes;
     const auto converter = TextConverter::converterForEncoding(file.encoding);
-    const TDReplacement replacement(made.findText, made.replaceText, SearchMode::PlainText, CaseRule::Ignore,
+    const TDReplacement replacement(made.findText, made.replaceText,
+                                    {SearchMode::PlainText, CaseRule::Ignore},
                                     ReplacementExtent::EveryOccurrence);
     QByteArray bytes = made.content.left(highlighter.includesBOM() ? made.content.indexOf(lines.first()) : 0);
     QString text;
@@ -180,7 +181,7 @@ void run(Input &input)
 
     TDError error;
     TDMatchLineHighlighter highlighter;
-    const TDFindPattern pattern(made.findText, CaseRule::Ignore);
+    const TDFindPattern pattern(made.findText, {SearchMode::PlainText, CaseRule::Ignore});
     if (!highlighter.processWithFile(path, made.given, error, pattern) || highlighter.matchLines().isEmpty())
         return;
     const Lines lines = linesOf(path, made.given);

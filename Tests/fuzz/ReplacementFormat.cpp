@@ -16,7 +16,7 @@ void run(Input &input)
 
     const TimeLimit limit;
     const TDReplacement replacement(
-        findText, format, SearchMode::RegularExpression, options & 1 ? CaseRule::Ignore : CaseRule::Exact,
+        findText, format, {SearchMode::RegularExpression, options & 1 ? CaseRule::Ignore : CaseRule::Exact},
         options & 2 ? ReplacementExtent::EveryOccurrence : ReplacementExtent::FirstOccurrence);
     TDError error;
     const std::optional<QString> text = replacement.replacementForMatchedText(matched, error);

@@ -81,7 +81,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInRandomFiles)
                                                  {u"[^ -~]+"_s, true},
                                                  {u""_s, false}}) {
         setMode(isExpression);
-        const TDFindPattern pattern(findText, CaseRule::Ignore);
+        const TDFindPattern pattern(findText, FindOptions::withUserDefaults(CaseRule::Ignore));
         SearchContext context(pattern);
         FileMaker files(unsigned(findText.size()) * 77 + 5);
         for (int round = 0; round < 40; ++round) {
@@ -106,7 +106,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
     for (const auto &[findText, isExpression] :
          {std::pair(u"tide é"_s, false), {u"a"_s, false}, {u"("_s, true}}) {
         setMode(isExpression);
-        const TDFindPattern pattern(findText, CaseRule::Ignore);
+        const TDFindPattern pattern(findText, FindOptions::withUserDefaults(CaseRule::Ignore));
         SearchContext context(pattern);
         for (const QByteArray &end : ends) {
             const FilePath path = folder.write("file", content + end);
@@ -118,7 +118,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
 
 TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInEveryEncoding)
 {
-    const TDFindPattern pattern(QStringLiteral("e"), CaseRule::Ignore);
+    const TDFindPattern pattern(QStringLiteral("e"), FindOptions::withUserDefaults(CaseRule::Ignore));
     SearchContext context(pattern);
     std::mt19937 random(23);
     for (const StringEncoding encoding : availableStringEncodings()) {
@@ -143,7 +143,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInEveryEncoding)
 
 TEST_F(BlockSearch, TakesTheEncodingFromWhereTheLineReaderTakesIt)
 {
-    const TDFindPattern pattern(u"größe"_s, CaseRule::Ignore);
+    const TDFindPattern pattern(u"größe"_s, FindOptions::withUserDefaults(CaseRule::Ignore));
     SearchContext context(pattern);
     const QByteArray latin = "GR\xD6\xDF"
                              "E und gr\xF6\xDF"

@@ -1,4 +1,3 @@
-#include "foundation/UserDefaults.h"
 #include "matching/ExpressionComplexity.h"
 #include "matching/RegularExpression.h"
 #include "matching/TDFindPattern.h"
@@ -78,13 +77,12 @@ TEST(ExpressionLimits, OnlyExpressionsThatCannotExplodeGoUnwatched)
 
 TEST(ExpressionLimits, ALineIsSearchedForTwoSecondsAtMost)
 {
-    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
     // Of the library's own limits the first reaches none for hours, the second one after many seconds, and
     // each of the third's matches stays below them.
     const QString lines[] = {QString(25'000, u'a'), QString(25'000, u'a'), QString(60, u'a').repeated(400)};
     const QString expressions[] = {u"(?:(?=a*)a)*b"_s, u"(?:a(?R)?b|a)*c"_s, u"(?:(?=a*+)a)*+b|a"_s};
     for (size_t index = 0; index < std::size(expressions); ++index) {
-        const TDFindPattern pattern(expressions[index], CaseRule::Exact);
+        const TDFindPattern pattern(expressions[index], {SearchMode::RegularExpression, CaseRule::Exact});
         TDFindPattern::Line line(pattern, lines[index]);
         TDError error;
         const double start = secondsOfThread();
@@ -93,7 +91,6 @@ TEST(ExpressionLimits, ALineIsSearchedForTwoSecondsAtMost)
         EXPECT_LT(secondsOfThread() - start, 2) << expressions[index].toStdString();
         EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR));
     }
-    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, {});
 }
 
 } // namespace

@@ -33,7 +33,7 @@ TEST(MatchLineMemory, IsSmallBesideTheText)
     const QByteArray line = "    return value; // one of a great many\n";
     const TemporaryFolder folder;
     const FilePath path = folder.write("many", line.repeated(LINES));
-    const TDFindPattern pattern(QStringLiteral("return"), CaseRule::Exact);
+    const TDFindPattern pattern(QStringLiteral("return"), FindOptions::withUserDefaults(CaseRule::Exact));
     const auto file = TDFindResultItem::initWithFile(path, {}, pattern.findText(), false);
     const qint64 before = bytesInUse();
     {

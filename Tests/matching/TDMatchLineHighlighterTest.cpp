@@ -39,7 +39,7 @@ protected:
     {
         setReading(reading);
         const FilePath file = folder.write("file", content);
-        const TDFindPattern pattern(find, caseRule);
+        const TDFindPattern pattern(find, FindOptions::withUserDefaults(caseRule));
         error.clear();
         bool done = highlighter.processWithFile(file, TD_ENCODING_UTF8, error, pattern);
         const QByteArray byLines = _outcome(done);
@@ -96,15 +96,16 @@ TEST_F(TDMatchLineHighlighterTest, LinesAreNumberedAndMatchedAcrossTheBordersOfB
     }
 }
 
-TEST_F(TDMatchLineHighlighterTest, TheReadingIsLookedUpAtEverySearch)
+TEST_F(TDMatchLineHighlighterTest, APatternKeepsTheReadingThatItWasMadeWith)
 {
-    const TDFindPattern pattern(u"a.c"_s, EXACT);
     const QString line = u"abc a.c"_s;
     setReading(Expression);
-    EXPECT_EQ(TDFindPattern::Line(pattern, line).firstRange({0, 7}, error).location, 0);
+    const TDFindPattern expression(u"a.c"_s, FindOptions::withUserDefaults(EXACT));
     setReading(Plain);
-    EXPECT_EQ(TDFindPattern::Line(pattern, line).firstRange({0, 7}, error).location, 4);
-    EXPECT_FALSE(TDFindPattern::Line(pattern, line).firstRange({0, 6}, error).isFound());
+    const TDFindPattern plain(u"a.c"_s, FindOptions::withUserDefaults(EXACT));
+    EXPECT_EQ(TDFindPattern::Line(expression, line).firstRange({0, 7}, error).location, 0);
+    EXPECT_EQ(TDFindPattern::Line(plain, line).firstRange({0, 7}, error).location, 4);
+    EXPECT_FALSE(TDFindPattern::Line(plain, line).firstRange({0, 6}, error).isFound());
     EXPECT_EQ(
         TDMatchLineHighlighter::firstRangeOfPatternInString(line, u"A"_s, IGNORE, {1, 6}, error).location, 4);
 }

@@ -44,8 +44,8 @@ TEST(TDReplacementTest, ExpressionsSeeOnlyTheMatchedText)
     for (const Case &test : cases) {
         TDError error;
         const auto replaced = [&](ReplacementExtent extent) {
-            const TDReplacement replacement(test.findText, test.format, SearchMode::RegularExpression,
-                                            test.caseRule, extent);
+            const TDReplacement replacement(test.findText, test.format,
+                                            {SearchMode::RegularExpression, test.caseRule}, extent);
             return replacement.replacementForMatchedText(test.matched, error).value_or(u"nothing"_s);
         };
         EXPECT_EQ(replaced(FIRST), test.first) << test.findText.toStdString();
@@ -56,7 +56,7 @@ TEST(TDReplacementTest, ExpressionsSeeOnlyTheMatchedText)
 
 TEST(TDReplacementTest, PlainTextIsTakenAsItIs)
 {
-    const TDReplacement replacement(u"("_s, u"$1\\n"_s, SearchMode::PlainText, CaseRule::Exact, EVERY);
+    const TDReplacement replacement(u"("_s, u"$1\\n"_s, {SearchMode::PlainText, CaseRule::Exact}, EVERY);
     TDError error;
     EXPECT_EQ(replacement.replacementForMatchedText(u"(", error), u"$1\\n"_s);
 }
@@ -79,8 +79,8 @@ TEST(TDReplacementTest, FaultsAreToldApart)
     };
     for (const auto &test : cases) {
         TDError error;
-        const TDReplacement replacement(test.findText, test.format, SearchMode::RegularExpression,
-                                        CaseRule::Exact, EVERY);
+        const TDReplacement replacement(test.findText, test.format,
+                                        {SearchMode::RegularExpression, CaseRule::Exact}, EVERY);
         EXPECT_FALSE(replacement.replacementForMatchedText(test.matched, error));
         EXPECT_TRUE(error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR));
         EXPECT_EQ(error.localizedFailureReason(),
@@ -100,7 +100,7 @@ TEST(MatchLineReplacementTest, RangesAreCutToTheLine)
         TextRange range;
         QString text;
     } cases[] = {{{3, 10}, u"abcX"_s}, {{4, 1}, u"abcdX"_s}, {{90, 1}, u"abcdX"_s}, {{0, 2}, u"Xcd"_s}};
-    const TDReplacement replacement(u"a"_s, u"X"_s, SearchMode::PlainText, CaseRule::Exact, FIRST);
+    const TDReplacement replacement(u"a"_s, u"X"_s, {SearchMode::PlainText, CaseRule::Exact}, FIRST);
     for (const auto &test : cases) {
         TDError error;
         TDMatchLine one;
@@ -126,7 +126,7 @@ TEST(MatchLineReplacementTest, AStopBetweenMatchesLeavesTheRestInPlace)
     TDMatchLine line;
     line.setMatchLineString(u"a-a-a\n"_s);
     line.setMatchRanges({{0, 1}, {2, 1}, {4, 1}});
-    const TDReplacement replacement(u"a"_s, u"XYZ"_s, SearchMode::PlainText, CaseRule::Exact, EVERY);
+    const TDReplacement replacement(u"a"_s, u"XYZ"_s, {SearchMode::PlainText, CaseRule::Exact}, EVERY);
     TDError error;
     int asked = 0;
     const ReplacedMatches done = replaceMatches(

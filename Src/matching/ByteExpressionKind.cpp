@@ -1,0 +1,88 @@
+#include "foundation/LocalizedText.h"
+#include "foundation/Utf8.h"
+#include "matching/ExpressionComplexity.h"
+#include "matching/FindKind.h"
+#include "matching/RegularExpression.h"
+
+namespace tidemark {
+
+namespace {
+
+/// Compiled at the first search, so that a malformed expression shows itself only when something is searched.
+class ByteExpressionKind : public FindKind
+{
+public:
+    ByteExpressionKind(const QString &findText, const FindOptions &options)
+        : _findText(findText), _bytes(generalizedUtf8(findText)), _caseRule(options.caseRule)
+    {}
+
+    TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const override;
+
+protected:
+    std::unique_ptr<const LinePrefilter> makePrefilter() const override;
+
+private:
+    struct Expression
+    {
+        boost::regex compiled;
+        qsizetype harmlessLineSize = 0;
+        ExpressionFault fault = ExpressionFault::None;
+    };
+    const Expression &_compiled() const;
+    TextRange _firstMatch(SearchedLine &line, TextRange searchRange) const;
+
+    QString _findText;
+    QByteArray _bytes;
+    CaseRule _caseRule;
+    mutable std::once_flag _once;
+    mutable Expression _expression;
+};
+
+const ByteExpressionKind::Expression &ByteExpressionKind::_compiled() const
+{
+    std::call_once(_once, [this] {
+        _expression.harmlessLineSize = ExpressionComplexity(_bytes).harmlessLineSize;
+        _expression.fault =
+            expressionFaultOf([this] { _expression.compiled = compiledExpression(_bytes, _caseRule); });
+    });
+    return _expression;
+}
+
+std::unique_ptr<const LinePrefilter> ByteExpressionKind::makePrefilter() const
+{
+    // A faulty expression has to show itself at the first line.
+    if (_compiled().fault != ExpressionFault::None)
+        return nullptr;
+    return LinePrefilter::forExpression(_bytes, _caseRule);
+}
+
+TextRange ByteExpressionKind::firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const
+{
+    TextRange found = TextRange::notFound();
+    ExpressionFault fault = _compiled().fault;
+    if (fault == ExpressionFault::None)
+        fault = expressionFaultOf([&] { found = _firstMatch(line, searchRange); });
+    if (fault == ExpressionFault::None)
+        return found == TextRange{0, 0} ? TextRange::notFound() : found;
+    error = searchError(fault, _findText);
+    return TextRange::notFound();
+}
+
+/// The search range counts UTF-16 units and is applied to bytes as it stands.
+TextRange ByteExpressionKind::_firstMatch(SearchedLine &line, TextRange searchRange) const
+{
+    const Expression &expression = _compiled();
+    const QByteArrayView bytes = line.bytes();
+    if (bytes.size() <= expression.harmlessLineSize)
+        return tidemark::firstMatch(expression.compiled, bytes, searchRange);
+    return tidemark::firstMatch(expression.compiled, bytes, searchRange, line.effort());
+}
+
+} // namespace
+
+std::shared_ptr<const FindKind> makeByteExpressionKind(const QString &findText, const FindOptions &options)
+{
+    return std::make_shared<ByteExpressionKind>(findText, options);
+}
+
+} // namespace tidemark

@@ -1,0 +1,35 @@
+#include "matching/FindKind.h"
+
+namespace tidemark {
+
+std::shared_ptr<const FindKind> FindKind::make(const QString &findText, const FindOptions &options)
+{
+    switch (options.mode) {
+    case SearchMode::RegularExpression:
+        return makeByteExpressionKind(findText, options);
+    case SearchMode::PlainText:
+        break;
+    }
+    return makePlainTextKind(findText, options);
+}
+
+const LinePrefilter *FindKind::prefilter() const
+{
+    std::call_once(_prefilterOnce, [this] { _prefilter = makePrefilter(); });
+    return _prefilter.get();
+}
+
+TextRange FindKind::nextMatch(SearchedLine &line, TDError &error) const
+{
+    if (!line.rest().isFound())
+        return TextRange::notFound();
+    const TextRange found = firstRange(line, line.rest(), error);
+    // Behind an empty match the search would find it again for ever.
+    if (!found.isFound() || found.end() == line.rest().end())
+        line.finish();
+    else
+        line.continueAt(found.end() + (found.length == 0 ? 1 : 0));
+    return found;
+}
+
+} // namespace tidemark

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "foundation/PlainTextPattern.h"
+
+namespace tidemark {
+
+/// How a find text is read.
+enum class SearchMode { PlainText, RegularExpression };
+
+/// How a find text is read and what counts as a match of it. A value: whoever starts a search or a replace
+/// command makes it once from the settings, and nothing that it starts looks at them again.
+struct FindOptions
+{
+    SearchMode mode = SearchMode::PlainText;
+    CaseRule caseRule = CaseRule::Exact;
+
+    /// As the settings are now.
+    static FindOptions withUserDefaults();
+    /// The same with this case rule instead of the one of the settings.
+    static FindOptions withUserDefaults(CaseRule caseRule);
+
+    friend bool operator==(const FindOptions &, const FindOptions &) = default;
+};
+
+} // namespace tidemark
