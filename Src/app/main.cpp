@@ -1,10 +1,13 @@
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
+#include "foundation/AbandonableWork.h"
 #include "foundation/UserDefaults.h"
 #include "replace/RewriteRecord.h"
 
 #include <QApplication>
 #include <QIcon>
+
+#include <cstdlib>
 
 using namespace tidemark;
 
@@ -26,5 +29,10 @@ int main(int argc, char **argv)
     controller.awakeFromNib();
     controller.applicationDidFinishLaunching();
     controller.askAboutInterruptedRewrites(recordFolder);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    if (isAbandonedWorkRunning()) {
+        (void)UserDefaults::standard().synchronize();
+        std::_Exit(status);
+    }
+    return status;
 }

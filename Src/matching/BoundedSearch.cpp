@@ -46,7 +46,7 @@ void SearchEffort::_checkTime()
     if (_computeStart == 0)
         _computeStart = computed;
     if (computed - _computeStart > _allowed)
-        throw boost::regex_error(boost::regex_constants::error_complexity);
+        throw ExpressionLimitReached();
 }
 
 SearchEffort::Counting::Counting(SearchEffort &effort) : _outer(std::exchange(_current, &effort)) {}

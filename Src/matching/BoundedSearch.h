@@ -9,8 +9,15 @@
 #include <compare>
 #include <cstddef>
 #include <iterator>
+#include <stdexcept>
 
 namespace tidemark {
+
+/// Thrown where this program, not the library, gives an expression up.
+struct ExpressionLimitReached : std::runtime_error
+{
+    ExpressionLimitReached() : std::runtime_error("the expression takes too long") {}
+};
 
 /// What may be spent on one line, by all searches in it together: a second and a half of computing, and as
 /// much again for every few million bytes. The library's own limit lets some expressions run for hours.
@@ -34,7 +41,7 @@ public:
 
 private:
     friend class BoundedPosition;
-    /// Throws boost::regex_error when too much was spent, WorkStopped on a stop.
+    /// Throws ExpressionLimitReached when too much was spent, WorkStopped on a stop.
     static void _check();
     void _checkTime();
 

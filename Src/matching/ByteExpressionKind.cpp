@@ -1,3 +1,4 @@
+#include "foundation/AbandonableWork.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/Utf8.h"
 #include "matching/ExpressionComplexity.h"
@@ -30,6 +31,7 @@ private:
     };
     const Expression &_compiled() const;
     TextRange _firstMatch(SearchedLine &line, TextRange searchRange) const;
+    bool _mayMatchIn(SearchedLine &line) const;
 
     QString _findText;
     QByteArray _bytes;
@@ -42,8 +44,8 @@ const ByteExpressionKind::Expression &ByteExpressionKind::_compiled() const
 {
     std::call_once(_once, [this] {
         _expression.harmlessLineSize = ExpressionComplexity(_bytes).harmlessLineSize;
-        _expression.fault =
-            expressionFaultOf([this] { _expression.compiled = compiledExpression(_bytes, _caseRule); });
+        _expression.fault = expressionFaultOf(
+            [this] { _expression.compiled = compiledExpressionAbandonably(_bytes, _caseRule); });
     });
     return _expression;
 }
@@ -53,15 +55,22 @@ std::unique_ptr<const LinePrefilter> ByteExpressionKind::makePrefilter() const
     // A faulty expression has to show itself at the first line.
     if (_compiled().fault != ExpressionFault::None)
         return nullptr;
-    return LinePrefilter::forExpression(_bytes, _caseRule);
+    const auto make = [bytes = _bytes, caseRule = _caseRule] {
+        return LinePrefilter::forExpression(bytes, caseRule);
+    };
+    return resultOfAbandonable(make, LONGEST_COMPILATION).value_or(nullptr);
 }
 
 TextRange ByteExpressionKind::firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const
 {
     TextRange found = TextRange::notFound();
     ExpressionFault fault = _compiled().fault;
-    if (fault == ExpressionFault::None)
+    if (fault == ExpressionFault::None) {
         fault = expressionFaultOf([&] { found = _firstMatch(line, searchRange); });
+        // Of a line that the prefilter would have left out nobody would have known how long it takes.
+        if (fault != ExpressionFault::None && !_mayMatchIn(line))
+            fault = ExpressionFault::None;
+    }
     if (fault == ExpressionFault::None)
         return found == TextRange{0, 0} ? TextRange::notFound() : found;
     error = searchError(fault, _findText);
@@ -76,6 +85,15 @@ TextRange ByteExpressionKind::_firstMatch(SearchedLine &line, TextRange searchRa
     if (bytes.size() <= expression.harmlessLineSize)
         return tidemark::firstMatch(expression.compiled, bytes, searchRange);
     return tidemark::firstMatch(expression.compiled, bytes, searchRange, line.effort());
+}
+
+bool ByteExpressionKind::_mayMatchIn(SearchedLine &line) const
+{
+    const LinePrefilter *const chooses = prefilter();
+    if (chooses == nullptr)
+        return true;
+    std::vector<LineSpan> candidates;
+    return !LinePrefilter::Scanner(*chooses).candidateLines(line.bytes(), candidates) || !candidates.empty();
 }
 
 } // namespace

@@ -11,8 +11,6 @@ namespace {
 
 /// As a power of two: a few thousand ways for each of the expression's states.
 constexpr double MOST_WAYS = 12;
-/// Recursions rarely lead two ways.
-constexpr double WAYS_OF_RECURSION = 0.5;
 /// Of each, one may lie on the stack for every other one.
 constexpr int MOST_GROUPS_AND_ASSERTIONS = 5000;
 
@@ -45,7 +43,11 @@ public:
         _addWays();
     }
 
-    bool isTooMuch() const { return _ways > MOST_WAYS || _depth > MOST_GROUPS_AND_ASSERTIONS; }
+    bool isTooMuch() const
+    {
+        return _hangs || _ways > MOST_WAYS || _mostWaysBehind > MOST_WAYS ||
+               _depth > MOST_GROUPS_AND_ASSERTIONS;
+    }
 
     /// From each byte of a line, each repetition can end at each byte, and each choice be made: so many
     /// steps.
@@ -60,7 +62,9 @@ public:
 private:
     void _readNext(char c);
     void _readEscape();
-    void _repeat();
+    void _repeat(char c);
+    bool _skipBounds();
+    void _skipBlanks();
     void _beginGroup();
     void _beginSpecialGroup();
     void _beginConditional();
@@ -79,6 +83,9 @@ private:
     size_t _position = 0;
     std::vector<Group> _groups = {Group()};
     double _ways = 0;
+    double _waysBehind = 0; ///< through what the look-behind in hand looks at
+    double _mostWaysBehind = 0;
+    bool _hangs = false;
     int _depth = 0;
     bool _hasLastChoices = false; ///< what a repetition would repeat
     int _repetitions = 0;
@@ -88,13 +95,8 @@ private:
 
 void ComplexityEstimate::_readNext(char c)
 {
-    if (c == '*' || c == '+' || c == '{')
-        return _repeat();
-    if (c == '?') {
-        ++_choices;
-        _groups.back().hasChoices = true;
-        return _notEmpty();
-    }
+    if (c == '*' || c == '+' || c == '?' || (c == '{' && _skipBounds()))
+        return _repeat(c);
     _hasLastChoices = false;
     switch (c) {
     case '\\':
@@ -122,12 +124,40 @@ void ComplexityEstimate::_readNext(char c)
     }
 }
 
-void ComplexityEstimate::_repeat()
+void ComplexityEstimate::_repeat(char c)
 {
-    ++_repetitions;
-    _isUnbounded = _isUnbounded || _hasLastChoices;
+    if (c == '?') {
+        ++_choices;
+    } else {
+        ++_repetitions;
+        _isUnbounded = _isUnbounded || _hasLastChoices;
+    }
     _groups.back().hasChoices = true;
     _notEmpty();
+    _skipBlanks();
+    _takeIf("?");
+    if (!_takeIf("+"))
+        return;
+    // Behind a possessive repetition and a comment the library's compiler runs in circles.
+    _skipBlanks();
+    _hangs = _hangs || _expression.substr(_position).starts_with("(?#");
+}
+
+/// Behind the brace. False, with nothing skipped, where it is literal.
+bool ComplexityEstimate::_skipBounds()
+{
+    const size_t end = _expression.find_first_not_of("0123456789,+- \t\n\v\f\r", _position);
+    if (end == _position || end == std::string_view::npos || _expression[end] != '}')
+        return false;
+    _position = end + 1;
+    return true;
+}
+
+void ComplexityEstimate::_skipBlanks()
+{
+    while (_ignoresBlanks && _position < _expression.size() && _expression[_position] > 0 &&
+           _expression[_position] <= ' ')
+        ++_position;
 }
 
 void ComplexityEstimate::_readEscape()
@@ -164,8 +194,11 @@ void ComplexityEstimate::_beginSpecialGroup()
 {
     if (_takeIf("#"))
         return _skipPast(")");
-    if (_takeIf("<=") || _takeIf("<!"))
+    if (_takeIf("<=") || _takeIf("<!")) {
+        if (!_groups.back().isLookedBehind)
+            _waysBehind = 0;
         return _push(true, true);
+    }
     if (_takeIf("=") || _takeIf("!"))
         return _push(true, false);
     if (_takeIf("("))
@@ -181,7 +214,6 @@ void ComplexityEstimate::_beginSpecialGroup()
            std::string_view(":)|>(['\\").find(_expression[_position]) == std::string_view::npos)
         ++_position;
     if (_takeIf(")")) {
-        _ways += WAYS_OF_RECURSION;
         _isUnbounded = true;
         return;
     }
@@ -221,8 +253,11 @@ void ComplexityEstimate::_endAlternative()
 void ComplexityEstimate::_addWays()
 {
     const Group &group = _groups.back();
-    const int branches = group.isLookedBehind ? group.alternatives : group.emptyAlternatives;
-    _ways += branches > 1 ? std::log2(branches) : 0;
+    _ways += group.emptyAlternatives > 1 ? std::log2(group.emptyAlternatives) : 0;
+    if (group.isLookedBehind) {
+        _waysBehind += std::log2(group.alternatives);
+        _mostWaysBehind = std::max(_mostWaysBehind, _waysBehind);
+    }
     _choices += std::log2(group.alternatives);
 }
 

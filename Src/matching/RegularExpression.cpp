@@ -1,6 +1,8 @@
 #include "matching/RegularExpression.h"
 
+#include "foundation/AbandonableWork.h"
 #include "foundation/LocalizedText.h"
+#include "matching/BoundedSearch.h"
 #include "matching/ExpressionComplexity.h"
 
 #include <locale>
@@ -10,7 +12,7 @@ namespace tidemark {
 boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule)
 {
     if (ExpressionComplexity(pattern).isTooComplexToCompile)
-        throw boost::regex_error(boost::regex_constants::error_complexity);
+        throw ExpressionLimitReached();
     boost::regex expression;
     expression.imbue(std::locale::classic());
     boost::regex::flag_type flags = boost::regex::perl;
@@ -31,6 +33,15 @@ TDError searchError(ExpressionFault fault, const QString &findText)
             ? localizedString("The find text regular expression is malformed.")
             : localizedString("The find text regular expression caused an internal error."),
         recoverySuggestionForExpression(fault));
+}
+
+boost::regex compiledExpressionAbandonably(const QByteArray &pattern, CaseRule caseRule)
+{
+    const auto compile = [pattern, caseRule] { return compiledExpression(pattern, caseRule); };
+    std::optional<boost::regex> compiled = resultOfAbandonable(compile, LONGEST_COMPILATION);
+    if (!compiled)
+        throw ExpressionLimitReached();
+    return std::move(*compiled);
 }
 
 // The texts for the two faults differ in a blank only; both are used as they stand.

@@ -8,14 +8,21 @@
 
 #include <boost/regex.hpp>
 
+#include <chrono>
 #include <new>
 #include <stdexcept>
 
 namespace tidemark {
 
 /// A Perl expression over bytes, independent of the user's locale: letters and classes are those of ASCII.
-/// Throws boost::regex_error when it is malformed, other std::runtime_error when it can't be compiled.
+/// Throws boost::regex_error when it is malformed, other std::runtime_error when it can't be compiled; among
+/// them ExpressionLimitReached when it would take too long.
 boost::regex compiledExpression(QByteArrayView pattern, CaseRule caseRule);
+
+/// What takes longer to compile is given up.
+inline constexpr std::chrono::milliseconds LONGEST_COMPILATION = std::chrono::seconds(5);
+/// The same, and a stop doesn't wait for the compiler.
+boost::regex compiledExpressionAbandonably(const QByteArray &pattern, CaseRule caseRule);
 
 /// What the library says of an expression, by the exception it throws.
 enum class ExpressionFault { None, Malformed, Internal };

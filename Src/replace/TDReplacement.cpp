@@ -37,8 +37,8 @@ struct TDReplacement::Expression
     Expression(const QString &findText, const QString &replaceText, CaseRule caseRule)
         : format(generalizedUtf8(replaceText).toStdString())
     {
-        fault =
-            expressionFaultOf([&] { compiled = compiledExpression(generalizedUtf8(findText), caseRule); });
+        fault = expressionFaultOf(
+            [&] { compiled = compiledExpressionAbandonably(generalizedUtf8(findText), caseRule); });
     }
 };
 

@@ -30,12 +30,15 @@ TEST(ExpressionLimits, WhatWouldCompileForMinutesIsFaulty)
         QByteArray("\\<").repeated(200'000) + 'a',
         QByteArray("$").repeated(200'000),
         "(?:" + QByteArray("(?:|a)").repeated(50'000) + ")*",
+        // The library's compiler runs in circles.
+        "a++(?#c)b",
+        "(?x)a {2} + (?#c) b",
+        "(?:[)]|a?)*+(?#c)(?#d)[b]",
     };
     const double start = secondsOfThread();
     for (const QByteArray &expression : expressions) {
         const auto compile = [&] { compiledExpression(expression, CaseRule::Exact); };
-        EXPECT_EQ(expressionFaultOf(compile), ExpressionFault::Malformed)
-            << expression.left(60).toStdString();
+        EXPECT_EQ(expressionFaultOf(compile), ExpressionFault::Internal) << expression.left(60).toStdString();
     }
     EXPECT_LT(secondsOfThread() - start, 2);
 }
@@ -50,6 +53,11 @@ TEST(ExpressionLimits, WhatCompilesSoonIsLeftAlone)
         "(?#" + QByteArray("(|)").repeated(1) + QByteArray("|").repeated(50) + ")\\Q" +
             QByteArray("(|)").repeated(50) + "\\E[" + QByteArray("(|)").repeated(50) + "]",
         QByteArray("^|$|\\b|").repeated(300) + "x",
+        "(a|)" + QByteArray("(?1)").repeated(40),
+        "(?<n>a)" + QByteArray("(?&n)").repeated(300),
+        QByteArray("(?<=a|b)c|").repeated(300),
+        QByteArray("(?<=jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)x").repeated(40),
+        "\\++(?#c)b[a++](?#c)b",
         R"((?(DEFINE)(?<value>\s*(?:(?&object)|(?&array)|(?&string)|(?&number)|true|false|null)\s*))"
         R"((?<object>\{(?:(?&pair)(?:,(?&pair))*)?\s*\})(?<pair>\s*(?&string)\s*:(?&value)))"
         R"((?<array>\[(?:(?&value)(?:,(?&value))*)?\s*\])(?<string>"(?:[^"\\]|\\.)*"))"
@@ -75,11 +83,27 @@ TEST(ExpressionLimits, OnlyExpressionsThatCannotExplodeGoUnwatched)
     EXPECT_LT(harmless("(a*)\\1\\1"), 1000);
 }
 
+TEST(ExpressionLimits, WhatThePrefilterRulesOutIsNotReported)
+{
+    // The library gives the first up on this line, and this program the second.
+    for (const auto &[find, line] :
+         {std::pair(u"(x+x+)+y"_s, QString(63, u'x')), {u"(?:(?=x*)x)*y"_s, QString(25'000, u'x')}}) {
+        const TDFindPattern pattern(find, {SearchMode::RegularExpression, CaseRule::Exact});
+        TDError error;
+        EXPECT_FALSE(TDFindPattern::Line(pattern, line).nextMatch(error).isFound());
+        EXPECT_EQ(error.isNull(), pattern.prefilter() != nullptr) << find.toStdString();
+        error.clear();
+        TDFindPattern::Line(pattern, line + u"zxxy"_s).nextMatch(error);
+        EXPECT_FALSE(error.isNull()) << find.toStdString();
+    }
+}
+
 TEST(ExpressionLimits, ALineIsSearchedForTwoSecondsAtMost)
 {
     // Of the library's own limits the first reaches none for hours, the second one after many seconds, and
     // each of the third's matches stays below them.
-    const QString lines[] = {QString(25'000, u'a'), QString(25'000, u'a'), QString(60, u'a').repeated(400)};
+    const QString lines[] = {QString(24'000, u'a') + u"zb"_s, QString(24'000, u'a') + u"zc"_s,
+                             QString(60, u'a').repeated(400)};
     const QString expressions[] = {u"(?:(?=a*)a)*b"_s, u"(?:a(?R)?b|a)*c"_s, u"(?:(?=a*+)a)*+b|a"_s};
     for (size_t index = 0; index < std::size(expressions); ++index) {
         const TDFindPattern pattern(expressions[index], {SearchMode::RegularExpression, CaseRule::Exact});

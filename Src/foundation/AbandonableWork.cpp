@@ -1,0 +1,83 @@
+#include "foundation/AbandonableWork.h"
+
+#include "foundation/StopFlag.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace tidemark {
+
+namespace {
+
+constexpr std::chrono::milliseconds BETWEEN_STOP_CHECKS(10);
+
+std::atomic<int> abandonedWorks = 0;
+
+struct Work
+{
+    std::mutex mutex;
+    std::condition_variable ended;
+    std::function<void()> run;
+    std::exception_ptr thrown;
+    bool hasEnded = false;
+    bool isAbandoned = false;
+};
+
+void runOnThread(Work &work)
+{
+    std::exception_ptr thrown;
+    try {
+        work.run();
+    } catch (...) {
+        thrown = std::current_exception();
+    }
+    const std::lock_guard lock(work.mutex);
+    work.run = nullptr;
+    work.thrown = thrown;
+    work.hasEnded = true;
+    if (work.isAbandoned)
+        --abandonedWorks;
+    work.ended.notify_all();
+}
+
+} // namespace
+
+bool runAbandonably(std::function<void()> run, std::chrono::milliseconds allowed)
+{
+    checkForStop();
+    const auto work = std::make_shared<Work>();
+    work->run = std::move(run);
+    std::thread([work] { runOnThread(*work); }).detach();
+
+    const auto abandon = [&work] {
+        work->isAbandoned = true;
+        ++abandonedWorks;
+    };
+    const auto end = std::chrono::steady_clock::now() + allowed;
+    std::unique_lock lock(work->mutex);
+    while (!work->ended.wait_for(lock, BETWEEN_STOP_CHECKS, [&work] { return work->hasEnded; })) {
+        try {
+            checkForStop();
+        } catch (const WorkStopped &) {
+            abandon();
+            throw;
+        }
+        if (std::chrono::steady_clock::now() > end) {
+            abandon();
+            return false;
+        }
+    }
+    if (work->thrown)
+        std::rethrow_exception(work->thrown);
+    return true;
+}
+
+bool isAbandonedWorkRunning()
+{
+    return abandonedWorks > 0;
+}
+
+} // namespace tidemark
