@@ -9,11 +9,10 @@
 namespace tidemark {
 
 const char *const DRIVER_USAGE =
-    "usage: tidemark-bench --find TEXT [--regex] [--case-sensitive] [--kind all|text|source|PATTERN]...\n"
-    "                      [--no-subfolders] [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup]\n"
-    "                      [--record FOLDER] [--threads N] [--repeat N] [--list] [--errors] [--quiet] "
-    "[--json]\n"
-    "                      LOCATION...\n"
+    "usage: tidemark-bench --find TEXT [--regex [--unicode]] [--whole-words] [--case-sensitive]\n"
+    "                      [--kind all|text|source|PATTERN]... [--no-subfolders]\n"
+    "                      [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup] [--record FOLDER]\n"
+    "                      [--threads N] [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n"
     "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n";
 
 namespace {
@@ -52,6 +51,8 @@ private:
             _problem = "--find is missing";
         else if (_options.locations.isEmpty())
             _problem = "no location given";
+        else if (_options.isUnicode && !_options.isRegularExpression)
+            _problem = "--unicode goes with --regex";
     }
 
     void _takeArgument(const QByteArray &argument)
@@ -70,6 +71,8 @@ private:
     {
         const QHash<QByteArray, std::pair<bool *, bool>> flags = {
             {"--regex", {&_options.isRegularExpression, true}},
+            {"--unicode", {&_options.isUnicode, true}},
+            {"--whole-words", {&_options.wholeWords, true}},
             {"--case-sensitive", {&_options.isCaseSensitive, true}},
             {"--no-subfolders", {&_options.includesSubFolders, false}},
             {"--no-backup", {&_options.makesBackups, false}},

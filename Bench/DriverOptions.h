@@ -23,6 +23,8 @@ struct DriverOptions
     int threads = 0; ///< 0: as many as suit the machine
     int repeat = 1;
     bool isRegularExpression = false;
+    bool isUnicode = false;
+    bool wholeWords = false;
     bool isCaseSensitive = false;
     bool includesSubFolders = true;
     bool makesBackups = true;

@@ -39,6 +39,8 @@ bool applySettings(const DriverOptions &options, QByteArray &problem)
     UserDefaults &settings = UserDefaults::standard();
     registerUserDefaults(settings);
     settings.setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, options.isRegularExpression);
+    settings.setObject(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, options.isUnicode);
+    settings.setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, options.wholeWords);
     settings.setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, !options.isCaseSensitive);
     settings.setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, options.makesBackups);
     setKindsInForce(options.kinds);

@@ -4,7 +4,7 @@
 PACKAGES=(
     g++ cmake ninja-build ccache
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
-    libboost-regex-dev libicu-dev libxxhash-dev pkg-config libgtest-dev libgmock-dev
+    libboost-regex-dev libpcre2-dev libicu-dev libxxhash-dev pkg-config libgtest-dev libgmock-dev
     clang libclang-rt-14-dev
     xvfb openbox xdotool attr
     desktop-file-utils appstream

@@ -459,5 +459,15 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>The disk reported a failure</source><translation>Der Datenträger meldete einen Fehler</translation></message>
   <message><source>Not begun, as the disk failed or is full</source><translation>Nicht begonnen, da der Datenträger versagt hat oder voll ist</translation></message>
   <message><source>The file holds something else than what was written.</source><translation>In der Datei steht etwas anderes, als geschrieben wurde.</translation></message>
+  <message><source>Line %lu: the expression takes longer than a second there.</source><translation>Zeile %lu: Der Ausdruck braucht dort länger als eine Sekunde.</translation></message>
+  <message><source>Line %lu: the expression takes too much memory there.</source><translation>Zeile %lu: Der Ausdruck braucht dort zu viel Speicher.</translation></message>
+  <message><source>Line %lu: the expression caused an internal error there.</source><translation>Zeile %lu: Der Ausdruck hat dort einen internen Fehler verursacht.</translation></message>
+  <message><source>So it is on %lu lines in all.</source><translation>So ist es in insgesamt %lu Zeilen.</translation></message>
+  <message><source>a dollar sign stands for itself only as $$</source><translation>ein Dollarzeichen steht nur als $$ für sich selbst</translation></message>
+  <message><source>a number or a name and a closing brace are missing</source><translation>eine Nummer oder ein Name und eine schließende Klammer fehlen</translation></message>
+  <message><source>the find text has no such group</source><translation>der Suchtext hat keine solche Gruppe</translation></message>
+  <message><source>a backslash stands for itself only as \\</source><translation>ein Rückstrich steht nur als \\ für sich selbst</translation></message>
+  <message><source>unknown character behind the backslash</source><translation>unbekanntes Zeichen nach dem Rückstrich</translation></message>
+  <message><source>this is no number of a character</source><translation>dies ist keine Nummer eines Zeichens</translation></message>
 </context>
 </TS>

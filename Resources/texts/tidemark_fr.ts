@@ -459,5 +459,15 @@ Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le r�
   <message><source>The disk reported a failure</source><translation>Le disque a signalé une erreur</translation></message>
   <message><source>Not begun, as the disk failed or is full</source><translation>Non commencé, car le disque est défaillant ou plein</translation></message>
   <message><source>The file holds something else than what was written.</source><translation>Le fichier contient autre chose que ce qui a été écrit.</translation></message>
+  <message><source>Line %lu: the expression takes longer than a second there.</source><translation>Ligne %lu : l’expression y demande plus d’une seconde.</translation></message>
+  <message><source>Line %lu: the expression takes too much memory there.</source><translation>Ligne %lu : l’expression y demande trop de mémoire.</translation></message>
+  <message><source>Line %lu: the expression caused an internal error there.</source><translation>Ligne %lu : l’expression y a provoqué une erreur interne.</translation></message>
+  <message><source>So it is on %lu lines in all.</source><translation>Il en est ainsi sur %lu lignes en tout.</translation></message>
+  <message><source>a dollar sign stands for itself only as $$</source><translation>un signe dollar ne vaut pour lui-même que sous la forme $$</translation></message>
+  <message><source>a number or a name and a closing brace are missing</source><translation>il manque un numéro ou un nom et une accolade fermante</translation></message>
+  <message><source>the find text has no such group</source><translation>le texte recherché n’a pas de tel groupe</translation></message>
+  <message><source>a backslash stands for itself only as \\</source><translation>une barre oblique inverse ne vaut pour elle-même que sous la forme \\</translation></message>
+  <message><source>unknown character behind the backslash</source><translation>caractère inconnu après la barre oblique inverse</translation></message>
+  <message><source>this is no number of a character</source><translation>ce n’est pas un numéro de caractère</translation></message>
 </context>
 </TS>

@@ -5,6 +5,9 @@
 namespace tidemark {
 
 inline const QString TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION = QStringLiteral("regularExpression");
+inline const QString TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION =
+    QStringLiteral("unicodeRegularExpression");
+inline const QString TD_USER_DEFAULTS_NAME_WHOLE_WORDS = QStringLiteral("wholeWords");
 inline const QString TD_USER_DEFAULTS_NAME_IGNORE_CASE = QStringLiteral("ignoreCase");
 inline const QString TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM =
     QStringLiteral("findReplaceTextHistoryMaximum");

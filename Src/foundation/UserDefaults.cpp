@@ -65,7 +65,9 @@ bool isStoredAs(const QVariant &stored, const QVariant &value)
     }
 }
 
-const std::array<QString, 4> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION,
+const std::array<QString, 6> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION,
+                                             TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION,
+                                             TD_USER_DEFAULTS_NAME_WHOLE_WORDS,
                                              TD_USER_DEFAULTS_NAME_IGNORE_CASE,
                                              TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
                                              TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING};

@@ -18,6 +18,8 @@ namespace tidemark {
 /// Settings that are read while searching; reading one is a single atomic load.
 enum class BooleanSetting {
     RegularExpression,
+    UnicodeRegularExpression,
+    WholeWords,
     IgnoreCase,
     AutoDetectFileEncoding,
     CreateBackupBeforeReplacing
@@ -75,7 +77,7 @@ private:
     mutable QReadWriteLock _lock;
     QHash<QString, QVariant> _stored;
     QHash<QString, QVariant> _registered;
-    std::array<std::atomic<bool>, 4> _booleans = {};
+    std::array<std::atomic<bool>, 6> _booleans = {};
     std::atomic<qint64> _defaultStringEncoding = 0;
     std::unique_ptr<QSettings> _file; ///< null for a store in memory
 };

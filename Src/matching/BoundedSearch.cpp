@@ -10,7 +10,7 @@ namespace tidemark {
 namespace {
 
 constexpr qint64 MILLISECOND = 1'000'000;
-constexpr qint64 ALLOWED_PER_LINE = 1500 * MILLISECOND;
+constexpr std::chrono::milliseconds ALLOWED_PER_LINE(1500);
 /// Several times as long as the slowest expressions take that don't explode.
 constexpr qint64 ALLOWED_PER_BYTE = 500;
 constexpr qint64 SUSPICIOUS = 50 * MILLISECOND;
@@ -24,7 +24,11 @@ qint64 nanoseconds(clockid_t clock)
 
 } // namespace
 
-SearchEffort::SearchEffort(qsizetype lineSize) : _allowed(ALLOWED_PER_LINE + lineSize * ALLOWED_PER_BYTE) {}
+SearchEffort::SearchEffort(qsizetype lineSize) : SearchEffort(lineSize, ALLOWED_PER_LINE) {}
+
+SearchEffort::SearchEffort(qsizetype lineSize, std::chrono::milliseconds allowed)
+    : _allowed(allowed.count() * MILLISECOND + lineSize * ALLOWED_PER_BYTE)
+{}
 
 void SearchEffort::_check()
 {
@@ -36,17 +40,22 @@ void SearchEffort::_check()
 
 void SearchEffort::_checkTime()
 {
+    if (isSpent())
+        throw ExpressionLimitReached();
+}
+
+bool SearchEffort::isSpent()
+{
     const qint64 now = nanoseconds(CLOCK_MONOTONIC);
     if (_start == 0)
         _start = now;
     if (now - _start < SUSPICIOUS)
-        return;
+        return false;
     // On a busy machine much time can pass without being spent; but this clock is slower.
     const qint64 computed = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
     if (_computeStart == 0)
         _computeStart = computed;
-    if (computed - _computeStart > _allowed)
-        throw ExpressionLimitReached();
+    return computed - _computeStart > _allowed;
 }
 
 SearchEffort::Counting::Counting(SearchEffort &effort) : _outer(std::exchange(_current, &effort)) {}

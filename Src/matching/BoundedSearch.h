@@ -6,6 +6,7 @@
 
 #include <boost/regex.hpp>
 
+#include <chrono>
 #include <compare>
 #include <cstddef>
 #include <iterator>
@@ -25,6 +26,11 @@ class SearchEffort
 {
 public:
     explicit SearchEffort(qsizetype lineSize);
+    /// With this time in place of the second and a half.
+    SearchEffort(qsizetype lineSize, std::chrono::milliseconds allowed);
+
+    /// For whoever looks at the clock without a BoundedPosition.
+    bool isSpent();
 
     /// While it exists, what this thread does with a BoundedPosition counts for the effort.
     class Counting

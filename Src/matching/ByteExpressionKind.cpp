@@ -4,6 +4,7 @@
 #include "matching/ExpressionComplexity.h"
 #include "matching/FindKind.h"
 #include "matching/RegularExpression.h"
+#include "matching/WholeWords.h"
 
 namespace tidemark {
 
@@ -14,12 +15,21 @@ class ByteExpressionKind : public FindKind
 {
 public:
     ByteExpressionKind(const QString &findText, const FindOptions &options)
-        : _findText(findText), _bytes(generalizedUtf8(findText)), _caseRule(options.caseRule)
+        : FindKind(options), _findText(findText), _bytes(generalizedUtf8(findText)),
+          _caseRule(options.caseRule)
     {}
 
     TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const override;
 
 protected:
+    bool isWholeWord(SearchedLine &line, TextRange range) const override
+    {
+        return tidemark::isWholeWord(line.bytes(), range);
+    }
+    qint64 positionBehindFailedWord(SearchedLine &line, TextRange range) const override
+    {
+        return tidemark::positionBehindFailedWord(line.bytes(), range);
+    }
     std::unique_ptr<const LinePrefilter> makePrefilter() const override;
 
 private:

@@ -7,6 +7,8 @@ std::shared_ptr<const FindKind> FindKind::make(const QString &findText, const Fi
     switch (options.mode) {
     case SearchMode::RegularExpression:
         return makeByteExpressionKind(findText, options);
+    case SearchMode::UnicodeExpression:
+        return makeUnicodeExpressionKind(findText, options);
     case SearchMode::PlainText:
         break;
     }
@@ -21,15 +23,20 @@ const LinePrefilter *FindKind::prefilter() const
 
 TextRange FindKind::nextMatch(SearchedLine &line, TDError &error) const
 {
-    if (!line.rest().isFound())
-        return TextRange::notFound();
-    const TextRange found = firstRange(line, line.rest(), error);
-    // Behind an empty match the search would find it again for ever.
-    if (!found.isFound() || found.end() == line.rest().end())
-        line.finish();
-    else
-        line.continueAt(found.end() + (found.length == 0 ? 1 : 0));
-    return found;
+    while (line.rest().isFound()) {
+        const TextRange found = firstRange(line, line.rest(), error);
+        if (found.isFound() && _options.wholeWords && !isWholeWord(line, found)) {
+            line.continueAt(positionBehindFailedWord(line, found));
+            continue;
+        }
+        // Behind an empty match the search would find it again for ever.
+        if (!found.isFound() || found.end() == line.rest().end())
+            line.finish();
+        else
+            line.continueAt(found.end() + (found.length == 0 ? 1 : 0));
+        return found;
+    }
+    return TextRange::notFound();
 }
 
 } // namespace tidemark

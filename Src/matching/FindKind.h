@@ -13,6 +13,8 @@
 
 namespace tidemark {
 
+class UnicodeExpression;
+
 /// One way to read a find text, which it holds, prepared for searching. Immutable to its users: any number of
 /// threads may search with one object. What takes long is made when it is first needed, where a stop breaks
 /// it off.
@@ -30,13 +32,27 @@ public:
     /// sets error code 36.
     virtual TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const = 0;
 
-    /// The match that follows those found before, or not found when there is none.
+    /// The match that follows those found before, or not found when there is none. Where only whole words
+    /// count, others are passed over. A limit of the line says that it wasn't searched to its end.
     virtual TextRange nextMatch(SearchedLine &line, TDError &error) const;
 
+    /// What a line of this length may take.
+    virtual SearchEffort effortFor(qsizetype lineSize) const { return SearchEffort(lineSize); }
+
+    /// The expression whose groups tell how a match is replaced; null for kinds that replace without, and for
+    /// a faulty one.
+    virtual const UnicodeExpression *expression() const { return nullptr; }
+
 protected:
+    explicit FindKind(const FindOptions &options) : _options(options) {}
+    const FindOptions &options() const { return _options; }
+    /// The text that the ranges of firstRange() count in.
+    virtual bool isWholeWord(SearchedLine &line, TextRange range) const = 0;
+    virtual qint64 positionBehindFailedWord(SearchedLine &line, TextRange range) const = 0;
     virtual std::unique_ptr<const LinePrefilter> makePrefilter() const = 0;
 
 private:
+    FindOptions _options;
     mutable std::once_flag _prefilterOnce;
     mutable std::unique_ptr<const LinePrefilter> _prefilter;
 };
@@ -45,5 +61,9 @@ std::shared_ptr<const FindKind> makePlainTextKind(const QString &findText, const
 /// Searches bytes: positions in the line's UTF-8 are used as positions in the line as they stand, and so is
 /// the range that is searched. Nothing before the range is visible.
 std::shared_ptr<const FindKind> makeByteExpressionKind(const QString &findText, const FindOptions &options);
+/// Searches the line's characters, and sees all of the line whatever was found before; finds empty matches as
+/// well, each once. Positions are exact.
+std::shared_ptr<const FindKind> makeUnicodeExpressionKind(const QString &findText,
+                                                          const FindOptions &options);
 
 } // namespace tidemark

@@ -16,7 +16,10 @@ FindOptions FindOptions::withUserDefaults(CaseRule caseRule)
     FindOptions options;
     options.caseRule = caseRule;
     if (settings.boolFor(BooleanSetting::RegularExpression))
-        options.mode = SearchMode::RegularExpression;
+        options.mode = settings.boolFor(BooleanSetting::UnicodeRegularExpression)
+                           ? SearchMode::UnicodeExpression
+                           : SearchMode::RegularExpression;
+    options.wholeWords = settings.boolFor(BooleanSetting::WholeWords);
     return options;
 }
 

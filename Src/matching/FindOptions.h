@@ -5,7 +5,11 @@
 namespace tidemark {
 
 /// How a find text is read.
-enum class SearchMode { PlainText, RegularExpression };
+enum class SearchMode {
+    PlainText,
+    RegularExpression, ///< over the bytes of the line's UTF-8
+    UnicodeExpression  ///< over its characters
+};
 
 /// How a find text is read and what counts as a match of it. A value: whoever starts a search or a replace
 /// command makes it once from the settings, and nothing that it starts looks at them again.
@@ -13,6 +17,7 @@ struct FindOptions
 {
     SearchMode mode = SearchMode::PlainText;
     CaseRule caseRule = CaseRule::Exact;
+    bool wholeWords = false;
 
     /// As the settings are now.
     static FindOptions withUserDefaults();

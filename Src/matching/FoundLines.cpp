@@ -89,6 +89,7 @@ void FoundLines::_finishBlock()
     for (const auto &[index, line] : _otherTexts) {
         block->lines[index].setMatchLineString(line);
         block->lines[index].setSavedLineString(line);
+        block->lines[index].setFoundLineString(line);
     }
     _places.clear();
     _texts.clear();

@@ -1,4 +1,5 @@
 #include "matching/FindKind.h"
+#include "matching/WholeWords.h"
 
 namespace tidemark {
 
@@ -7,7 +8,8 @@ namespace {
 class PlainTextKind : public FindKind
 {
 public:
-    PlainTextKind(const QString &findText, const FindOptions &options) : _pattern(findText, options.caseRule)
+    PlainTextKind(const QString &findText, const FindOptions &options)
+        : FindKind(options), _pattern(findText, options.caseRule)
     {}
 
     TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &) const override
@@ -16,6 +18,14 @@ public:
     }
 
 protected:
+    bool isWholeWord(SearchedLine &line, TextRange range) const override
+    {
+        return tidemark::isWholeWord(line.text(), range);
+    }
+    qint64 positionBehindFailedWord(SearchedLine &line, TextRange range) const override
+    {
+        return tidemark::positionBehindFailedWord(line.text(), range);
+    }
     std::unique_ptr<const LinePrefilter> makePrefilter() const override
     {
         return LinePrefilter::forPlainText(_pattern);

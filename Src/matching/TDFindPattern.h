@@ -4,6 +4,7 @@
 #include "matching/FindOptions.h"
 
 #include <QByteArrayView>
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -26,6 +27,10 @@ public:
     /// What chooses lines; null when every line has to be searched. Made when first asked for.
     const LinePrefilter *prefilter() const { return _kind->prefilter(); }
 
+    /// The expression whose groups tell how a match is replaced; null for kinds that replace without, and for
+    /// a faulty one.
+    const UnicodeExpression *expression() const { return _kind->expression(); }
+
     class Line;
 
 private:
@@ -40,7 +45,7 @@ class TDFindPattern::Line
 public:
     /// All must outlive the object. `bytes` are the line's UTF-8 bytes where they are at hand.
     Line(const TDFindPattern &pattern, QStringView line, QByteArrayView bytes = {})
-        : _kind(*pattern._kind), _line(line, bytes)
+        : _kind(*pattern._kind), _line(line, bytes, _kind.effortFor(line.size()))
     {}
 
     /// The line's matches one after the other, then not found.
@@ -51,6 +56,13 @@ public:
     {
         return _kind.firstRange(_line, searchRange, error);
     }
+
+    /// Why the line wasn't searched to its end; Found where nothing kept it from that.
+    LineSearch limit() const { return _line.limit(); }
+
+    /// Of a kind with an expression(): the groups of the match found last, the whole match first, as ranges
+    /// of the line; to be asked for before anything else is searched on this thread.
+    QList<TextRange> groups();
 
 private:
     const FindKind &_kind;

@@ -55,9 +55,30 @@ TDMatchLine::Changed &TDMatchLine::_own()
     if (!_changed) {
         const QString text = _foundString();
         const QList<TextRange> ranges = matchRanges();
-        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges});
+        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges, ranges, {}});
     }
     return *_changed;
+}
+
+void TDMatchLine::setSavedLineString(const QString &line)
+{
+    Changed &own = _own();
+    own.savedLineString = line;
+    own.savedMatchRanges = line == own.matchLineString ? own.matchRanges : QList<TextRange>();
+}
+
+void TDMatchLine::setMatchRanges(const QList<TextRange> &ranges)
+{
+    Changed &own = _own();
+    own.matchRanges = ranges;
+    if (own.foundRanges.size() != ranges.size())
+        own.foundRanges = ranges;
+}
+
+void TDMatchLine::appendMatchRange(TextRange range)
+{
+    _own().matchRanges.append(range);
+    _own().foundRanges.append(range);
 }
 
 void TDMatchLine::removeMatchRange(qsizetype index)
@@ -66,13 +87,19 @@ void TDMatchLine::removeMatchRange(qsizetype index)
     if (own.savedMatchRanges.size() == own.matchRanges.size())
         own.savedMatchRanges.removeAt(index);
     own.matchRanges.removeAt(index);
+    own.foundRanges.removeAt(index);
 }
 
-void TDMatchLine::setSavedLineString(const QString &line)
+QString TDMatchLine::foundLineString() const
 {
-    Changed &own = _own();
-    own.savedLineString = line;
-    own.savedMatchRanges = line == own.matchLineString ? own.matchRanges : QList<TextRange>();
+    if (!_wasFound())
+        return matchLineString();
+    return _foundText.isNull() ? _changed->foundLineString : _foundString();
+}
+
+QList<TextRange> TDMatchLine::foundRanges() const
+{
+    return _changed && _wasFound() ? _changed->foundRanges : matchRanges();
 }
 
 void TDMatchLine::offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex)

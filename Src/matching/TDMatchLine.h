@@ -33,8 +33,8 @@ public:
 
     /// Ranges of matchLineString(), in the order in which they were found.
     QList<TextRange> matchRanges() const;
-    void setMatchRanges(const QList<TextRange> &ranges) { _own().matchRanges = ranges; }
-    void appendMatchRange(TextRange range) { _own().matchRanges.append(range); }
+    void setMatchRanges(const QList<TextRange> &ranges);
+    void appendMatchRange(TextRange range);
     void replaceMatchRange(qsizetype index, TextRange range) { _own().matchRanges[index] = range; }
     void removeMatchRange(qsizetype index);
     /// Moves the ranges from the index on by the offset; keeps the display text as it is.
@@ -43,6 +43,15 @@ public:
     /// The whole line, with its line-end characters. Made anew at each call where it wasn't changed.
     QString matchLineString() const { return _changed ? _changed->matchLineString : _foundString(); }
     void setMatchLineString(const QString &line) { _own().matchLineString = line; }
+
+    /// The line as it was searched, whatever was changed since. A line that wasn't found by a search is taken
+    /// as it is now.
+    QString foundLineString() const;
+    /// Where in it each of matchRanges() was found.
+    QList<TextRange> foundRanges() const;
+    void setFoundRanges(const QList<TextRange> &ranges) { _own().foundRanges = ranges; }
+    /// For a line that has no UTF-8: what was given at first.
+    void setFoundLineString(const QString &line) { _own().foundLineString = line; }
 
     /// The line as it stands in the file, which is the text that was read until a changed line is saved. It
     /// can be several lines of the file after a replacement with line ends in it. Null: not known.
@@ -86,7 +95,13 @@ private:
         QString matchLineString;
         QString savedLineString;
         QList<TextRange> savedMatchRanges;
+        QList<TextRange> foundRanges; ///< as many as matchRanges, where the line was found by a search
+        QString foundLineString;      ///< null where the text it was found with tells it
     };
+    bool _wasFound() const
+    {
+        return !_foundText.isNull() || (_changed && !_changed->foundLineString.isNull());
+    }
     QString _foundString() const;
     Changed &_own();
 

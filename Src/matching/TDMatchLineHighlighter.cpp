@@ -161,6 +161,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
         return false;
     _includesBOM = reader->hadByteOrderMarker();
     _matchLines.clear();
+    _limitedLines = {};
     context.foundLines().clear();
     _hasExcessiveLines = false;
     _hasFound = false;
@@ -220,6 +221,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     using Outcome = TextBlockReader::Outcome;
     TextBlockReader &reader = context.reader();
     _matchLines.clear();
+    _limitedLines = {};
     context.foundLines().clear();
     if (reader.open(file, encoding) == Outcome::NeedsLineReader)
         return BlockSearch::NeedsLineReader;
@@ -334,6 +336,8 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
     bool isFirst = true;
     while (!shouldStop()) {
         const TextRange found = search.nextMatch(error);
+        if (search.limit() != LineSearch::Found && _limitedLines.count++ == 0)
+            _limitedLines = {1, lineNumber, search.limit()};
         if (error || !found.isFound())
             return;
         if (!_hasExcessiveMatch()) {

@@ -52,6 +52,16 @@ public:
     /// A second flag to look at, that of the whole search. Not owned.
     void setSearchShouldStop(const std::atomic<bool> *flag) { _searchShouldStop = flag; }
 
+    /// Lines that weren't searched to their end, as the expression took too much there; their matches found
+    /// until then are among the others.
+    struct LimitedLines
+    {
+        quint64 count = 0;
+        qint64 firstNumber = 0; ///< of the first such line
+        LineSearch reason = LineSearch::Found;
+    };
+    const LimitedLines &limitedLines() const { return _limitedLines; }
+
     /// The file's date before it was read, where the last call came to know it.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
 
@@ -80,6 +90,7 @@ private:
     bool _hasExcessiveMatch() const { return _hasExcessiveLines && _hasFound; }
 
     MatchLines _matchLines;
+    LimitedLines _limitedLines;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
     std::optional<FileDate> _modificationDate;

@@ -18,7 +18,10 @@ std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
     const QString &text = line.matchLineString();
     const TextRange range = cutToLine(line.matchRanges().at(index), text.size());
     const QStringView matchedText = QStringView(text).sliced(range.location, range.length);
-    const std::optional<QString> replaced = replacement.replacementForMatchedText(matchedText, error);
+    const QString foundLine = replacement.looksAtLine() ? line.foundLineString() : QString();
+    const std::optional<QString> replaced =
+        TDReplacement::InLine(replacement, foundLine)
+            .replacementFor(line.foundRanges().at(index), matchedText, error);
     if (!replaced)
         return {};
 
@@ -37,6 +40,9 @@ ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replaceme
 {
     const QString text = line.matchLineString();
     QList<TextRange> ranges = line.matchRanges();
+    const QList<TextRange> foundRanges = replacement.looksAtLine() ? line.foundRanges() : ranges;
+    const QString foundLine = replacement.looksAtLine() ? line.foundLineString() : QString();
+    TDReplacement::InLine replacementInLine(replacement, foundLine);
     ReplacedMatches done;
     QString newText;
     qint64 copied = 0;
@@ -44,8 +50,8 @@ ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replaceme
         if (shouldStop())
             break;
         range = cutToLine(range, text.size());
-        const auto replaced = replacement.replacementForMatchedText(
-            QStringView(text).sliced(range.location, range.length), error);
+        const auto replaced = replacementInLine.replacementFor(
+            foundRanges[done.count], QStringView(text).sliced(range.location, range.length), error);
         if (!replaced)
             break;
         const qint64 location = qMax(range.location, copied);
@@ -70,6 +76,7 @@ void SavedMatchLine::restore(TDMatchLine &line) const
 {
     line.setMatchLineString(_text);
     line.setMatchRanges(_ranges);
+    line.setFoundRanges(_foundRanges);
     line.setHighlightedMatchIndex(_highlightedMatchIndex);
     line.updateMatchLineAttributeString();
 }

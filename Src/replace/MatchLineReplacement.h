@@ -40,7 +40,7 @@ class SavedMatchLine
 {
 public:
     explicit SavedMatchLine(const TDMatchLine &line)
-        : _text(line.matchLineString()), _ranges(line.matchRanges()),
+        : _text(line.matchLineString()), _ranges(line.matchRanges()), _foundRanges(line.foundRanges()),
           _highlightedMatchIndex(line.highlightedMatchIndex())
     {}
     void restore(TDMatchLine &line) const;
@@ -48,6 +48,7 @@ public:
 private:
     QString _text;
     QList<TextRange> _ranges;
+    QList<TextRange> _foundRanges;
     qint64 _highlightedMatchIndex;
 };
 

@@ -5,6 +5,7 @@
 #include "foundation/Utf8.h"
 #include "matching/BoundedSearch.h"
 #include "matching/RegularExpression.h"
+#include "replace/ReplacementFormat.h"
 
 #include <iterator>
 
@@ -42,12 +43,28 @@ struct TDReplacement::Expression
     }
 };
 
+struct TDReplacement::FormattedPattern
+{
+    TDFindPattern pattern;
+    std::optional<ReplacementFormat> format;
+
+    FormattedPattern(const QString &findText, const QString &replaceText, const FindOptions &options)
+        : pattern(findText, options)
+    {
+        TextFault fault;
+        if (pattern.expression() != nullptr)
+            format = ReplacementFormat::parsed(replaceText, *pattern.expression(), fault);
+    }
+};
+
 TDReplacement::TDReplacement(const QString &findText, const QString &replaceText, const FindOptions &options,
                              ReplacementExtent extent)
     : _replaceText(replaceText), _options(options), _extent(extent)
 {
     if (options.mode == SearchMode::RegularExpression)
         _expression = std::make_unique<Expression>(findText, replaceText, options.caseRule);
+    else if (options.mode == SearchMode::UnicodeExpression)
+        _formattedPattern = std::make_unique<FormattedPattern>(findText, replaceText, options);
 }
 
 TDReplacement::TDReplacement(TDReplacement &&) noexcept = default;
@@ -83,6 +100,45 @@ std::optional<QString> TDReplacement::_appliedExpression(QStringView matchedText
     if (fault == ExpressionFault::None)
         fault = ExpressionFault::Internal;
     error = replaceError(fault);
+    return {};
+}
+
+TDReplacement::InLine::InLine(const TDReplacement &replacement, const QString &foundLine)
+    : _replacement(replacement), _foundLine(foundLine)
+{
+    if (replacement._formattedPattern)
+        _matches = std::make_unique<TDFindPattern::Line>(replacement._formattedPattern->pattern, _foundLine);
+}
+
+TDReplacement::InLine::~InLine() = default;
+
+std::optional<QString> TDReplacement::InLine::replacementFor(TextRange foundRange, QStringView matchedText,
+                                                             TDError &error)
+{
+    return _matches ? _expansion(foundRange, matchedText, error)
+                    : _replacement.replacementForMatchedText(matchedText, error);
+}
+
+std::optional<QString> TDReplacement::InLine::_expansion(TextRange foundRange, QStringView matchedText,
+                                                         TDError &error)
+{
+    const std::optional<ReplacementFormat> &format = _replacement._formattedPattern->format;
+    if (!format) {
+        error = replaceError(ExpressionFault::Malformed);
+        return {};
+    }
+    TDError searchError;
+    if (!_isAhead)
+        _found = _matches->nextMatch(searchError);
+    // An empty match and another one can begin at the same place.
+    while (_found.isFound() && _found != foundRange && _found.location <= foundRange.location)
+        _found = _matches->nextMatch(searchError);
+    _isAhead = _found.isFound() && _found != foundRange;
+    if (_found == foundRange)
+        return format->expansion(_foundLine, _matches->groups());
+    if (_isAhead || _matches->limit() == LineSearch::Found)
+        return matchedText.toString();
+    error = replaceError(ExpressionFault::Internal);
     return {};
 }
 

@@ -1,5 +1,6 @@
 #include "search/TDSearchEngine.h"
 
+#include "foundation/LocalizedText.h"
 #include "foundation/TDFileCommon.h"
 #include "reading/TDFileReader.h"
 #include "reading/TDStringEncoding.h"
@@ -19,6 +20,33 @@ std::optional<FileDate> dateOf(const FileToRead &file, const TDMatchLineHighligh
 {
     return highlighter.modificationDate() ? highlighter.modificationDate()
                                           : TDFileCommon::fileModificationDate(file.path);
+}
+
+QString reasonOf(LineSearch limit)
+{
+    switch (limit) {
+    case LineSearch::TooLong:
+        return localizedString("Line %lu: the expression takes longer than a second there.");
+    case LineSearch::TooMuchMemory:
+        return localizedString("Line %lu: the expression takes too much memory there.");
+    default:
+        return localizedString("Line %lu: the expression caused an internal error there.");
+    }
+}
+
+/// Null when every line was searched to its end.
+TDError errorOfLimits(const FilePath &path, const TDMatchLineHighlighter &highlighter)
+{
+    const TDMatchLineHighlighter::LimitedLines &lines = highlighter.limitedLines();
+    if (lines.count == 0)
+        return {};
+    QString reason = formatted(reasonOf(lines.reason), {lines.firstNumber});
+    if (lines.count > 1)
+        reason += u' ' + formatted(localizedString("So it is on %lu lines in all."), {lines.count});
+    return TDError::initalizePresentErrorWithCode(
+        TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR,
+        formatted(localizedString("Sorry, it was not possible to search file ‘%@’."), {path.displayText()}),
+        reason);
 }
 
 } // namespace
@@ -231,12 +259,18 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
         releaseLines(highlighter->matchLines());
         highlighter->setMatchLines({});
     }
-    if (highlighter->matchLines().isEmpty())
-        return nullptr;
+    const TDError limitError = _shouldStopSearch ? TDError() : errorOfLimits(file.path, *highlighter);
+    if (highlighter->matchLines().isEmpty()) {
+        error = limitError;
+        return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, *highlighter), error)
+                     : nullptr;
+    }
 
     auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, *highlighter), _findText,
                                                highlighter->includesBOM());
     FindResultItems children = TDFindResultItem::initWithMatchLines(highlighter->matchLines(), item.get());
+    if (limitError)
+        children << TDFindResultItem::initWithError(limitError, item.get());
     item->setMatchLineHighlighter(std::move(highlighter));
     item->setMatchLines(std::move(children));
     return item;
