@@ -466,8 +466,16 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>a dollar sign stands for itself only as $$</source><translation>ein Dollarzeichen steht nur als $$ für sich selbst</translation></message>
   <message><source>a number or a name and a closing brace are missing</source><translation>eine Nummer oder ein Name und eine schließende Klammer fehlen</translation></message>
   <message><source>the find text has no such group</source><translation>der Suchtext hat keine solche Gruppe</translation></message>
-  <message><source>a backslash stands for itself only as \\</source><translation>ein Rückstrich steht nur als \\ für sich selbst</translation></message>
+  <message><source>a backslash stands for itself only when it is doubled</source><translation>ein Rückstrich steht nur verdoppelt für sich selbst</translation></message>
   <message><source>unknown character behind the backslash</source><translation>unbekanntes Zeichen nach dem Rückstrich</translation></message>
   <message><source>this is no number of a character</source><translation>dies ist keine Nummer eines Zeichens</translation></message>
+  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Einschalten, um Zeichen aller Sprachen zu finden und die ganze Zeile zu sehen, auch beim Ersetzen. (Strg+U)</translation></message>
+  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Einschalten, um nur ganze Wörter zu finden. (Strg+D)</translation></message>
+  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Manche Zeilen enthalten Zeichen außerhalb von ASCII; ihre Fundstellen können verschoben sein.</translation></message>
+  <message><source>Search Again with Unicode</source><translation>Mit Unicode erneut suchen</translation></message>
+  <message><source>At character %d: %@</source><translation>An Zeichen %d: %@</translation></message>
+  <message><source>&amp;Unicode</source><translation>Unic&amp;ode</translation></message>
+  <message><source>Wh&amp;ole words</source><translation>Gan&amp;ze Wörter</translation></message>
+  <message><source>&amp;Whole Words</source><translation>Gan&amp;ze Wörter</translation></message>
 </context>
 </TS>

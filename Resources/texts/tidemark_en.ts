@@ -29,5 +29,7 @@
   <message><source>IDS_ProductNameAndVersion</source><translation>Velkor Tidemark %@</translation></message>
   <message><source>Reveal in Finder</source><translation>Show in File Manager</translation></message>
   <message><source>IDS_HelpFolder</source><translation>en</translation></message>
+  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Check to match characters of all languages and to see the whole line, also when replacing. (Ctrl+U)</translation></message>
+  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Check to find whole words only. (Ctrl+D)</translation></message>
 </context>
 </TS>

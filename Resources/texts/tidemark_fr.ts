@@ -466,8 +466,16 @@ Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le r�
   <message><source>a dollar sign stands for itself only as $$</source><translation>un signe dollar ne vaut pour lui-même que sous la forme $$</translation></message>
   <message><source>a number or a name and a closing brace are missing</source><translation>il manque un numéro ou un nom et une accolade fermante</translation></message>
   <message><source>the find text has no such group</source><translation>le texte recherché n’a pas de tel groupe</translation></message>
-  <message><source>a backslash stands for itself only as \\</source><translation>une barre oblique inverse ne vaut pour elle-même que sous la forme \\</translation></message>
+  <message><source>a backslash stands for itself only when it is doubled</source><translation>une barre oblique inverse ne vaut pour elle-même que doublée</translation></message>
   <message><source>unknown character behind the backslash</source><translation>caractère inconnu après la barre oblique inverse</translation></message>
   <message><source>this is no number of a character</source><translation>ce n’est pas un numéro de caractère</translation></message>
+  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Cochez pour trouver les caractères de toutes les langues et voir la ligne entière, aussi en remplaçant. (Ctrl+U)</translation></message>
+  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Cochez pour ne trouver que des mots entiers. (Ctrl+D)</translation></message>
+  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Certaines lignes contiennent des caractères hors ASCII ; leurs occurrences peuvent être décalées.</translation></message>
+  <message><source>Search Again with Unicode</source><translation>Chercher de nouveau avec Unicode</translation></message>
+  <message><source>At character %d: %@</source><translation>Au caractère %d : %@</translation></message>
+  <message><source>&amp;Unicode</source><translation>Un&amp;icode</translation></message>
+  <message><source>Wh&amp;ole words</source><translation>&amp;Mots entiers</translation></message>
+  <message><source>&amp;Whole Words</source><translation>&amp;Mots entiers</translation></message>
 </context>
 </TS>

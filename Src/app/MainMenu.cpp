@@ -39,6 +39,8 @@ void addSearchMenu(QMenuBar *bar, const SearchWindowActions &actions)
     menu->addSeparator();
     menu->addAction(actions.ignoreCase);
     menu->addAction(actions.regularExpression);
+    menu->addAction(actions.unicode);
+    menu->addAction(actions.wholeWords);
     menu->addAction(actions.fileTypes);
 }
 

@@ -6,6 +6,8 @@
 #include "matching/RegularExpression.h"
 #include "matching/WholeWords.h"
 
+#include <algorithm>
+
 namespace tidemark {
 
 namespace {
@@ -38,7 +40,10 @@ private:
         boost::regex compiled;
         qsizetype harmlessLineSize = 0;
         ExpressionFault fault = ExpressionFault::None;
+        std::optional<TextFault> textFault;
     };
+    std::optional<TextFault> fault() const override { return _compiled().textFault; }
+    void _compile() const;
     const Expression &_compiled() const;
     TextRange _firstMatch(SearchedLine &line, TextRange searchRange) const;
     bool _mayMatchIn(SearchedLine &line) const;
@@ -54,10 +59,22 @@ const ByteExpressionKind::Expression &ByteExpressionKind::_compiled() const
 {
     std::call_once(_once, [this] {
         _expression.harmlessLineSize = ExpressionComplexity(_bytes).harmlessLineSize;
-        _expression.fault = expressionFaultOf(
-            [this] { _expression.compiled = compiledExpressionAbandonably(_bytes, _caseRule); });
+        _expression.fault = expressionFaultOf([this] { _compile(); });
     });
     return _expression;
+}
+
+void ByteExpressionKind::_compile() const
+{
+    try {
+        _expression.compiled = compiledExpressionAbandonably(_bytes, _caseRule);
+    } catch (const boost::regex_error &error) {
+        // The library repeats the expression behind what is wrong with it.
+        const QString message = QString::fromUtf8(error.what()).section(QStringLiteral("  The error"), 0, 0);
+        const qsizetype byte = std::clamp<qsizetype>(error.position(), 0, _bytes.size());
+        _expression.textFault = {message.trimmed(), QString::fromUtf8(_bytes.first(byte)).size()};
+        throw;
+    }
 }
 
 std::unique_ptr<const LinePrefilter> ByteExpressionKind::makePrefilter() const

@@ -5,11 +5,13 @@
 #include "matching/FindOptions.h"
 #include "matching/LinePrefilter.h"
 #include "matching/SearchedLine.h"
+#include "matching/TextFault.h"
 
 #include <QString>
 
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace tidemark {
 
@@ -38,6 +40,9 @@ public:
 
     /// What a line of this length may take.
     virtual SearchEffort effortFor(qsizetype lineSize) const { return SearchEffort(lineSize); }
+
+    /// What is wrong with the find text; nothing when it can be searched for.
+    virtual std::optional<TextFault> fault() const { return {}; }
 
     /// The expression whose groups tell how a match is replaced; null for kinds that replace without, and for
     /// a faulty one.

@@ -4,6 +4,7 @@
 #include "foundation/PlainTextPrefilter.h"
 #include "foundation/StopFlag.h"
 #include "foundation/Utf8.h"
+#include "matching/ExpressionLoosening.h"
 #include "matching/ExpressionTranslation.h"
 
 #include <hs.h>
@@ -65,10 +66,10 @@ DatabasePointer compiledLiterals(const std::vector<QByteArray> &literals, CaseRu
     return {database, hs_free_database};
 }
 
-DatabasePointer compiledPattern(const QByteArray &pattern, unsigned mode)
+DatabasePointer compiledPattern(const QByteArray &pattern, unsigned mode, unsigned commonFlags = 0)
 {
     hs_database_t *database = nullptr;
-    for (const unsigned flags : {0, HS_FLAG_PREFILTER}) {
+    for (const unsigned flags : {commonFlags, commonFlags | HS_FLAG_PREFILTER}) {
         hs_compile_error_t *error = nullptr;
         hs_compile(pattern.constData(), flags, mode, nullptr, &database, &error);
         hs_free_compile_error(error);
@@ -323,6 +324,20 @@ std::unique_ptr<const LinePrefilter> LinePrefilter::forExpression(QByteArrayView
         return nullptr;
     return _withDatabase([pattern = *pattern](unsigned mode) { return compiledPattern(pattern, mode); },
                          BYTES_PER_EXPRESSION_MATCH);
+}
+
+std::unique_ptr<const LinePrefilter> LinePrefilter::forUnicodeExpression(QByteArrayView expression,
+                                                                         CaseRule caseRule)
+{
+    if (!findsEveryMatch())
+        return nullptr;
+    const std::optional<QByteArray> pattern = loosenedExpression(expression, caseRule);
+    if (!pattern)
+        return nullptr;
+    const unsigned flags = HS_FLAG_UTF8 | (caseRule == CaseRule::Ignore ? HS_FLAG_CASELESS : 0);
+    return _withDatabase(
+        [pattern = *pattern, flags](unsigned mode) { return compiledPattern(pattern, mode, flags); },
+        BYTES_PER_EXPRESSION_MATCH);
 }
 
 template <typename Compile>

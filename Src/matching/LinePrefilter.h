@@ -28,6 +28,10 @@ public:
     /// The same for an expression, given as its UTF-8 bytes.
     static std::unique_ptr<const LinePrefilter> forExpression(QByteArrayView expression, CaseRule caseRule);
 
+    /// The same for an expression over characters.
+    static std::unique_ptr<const LinePrefilter> forUnicodeExpression(QByteArrayView expression,
+                                                                     CaseRule caseRule);
+
     ~LinePrefilter();
 
     /// What one thread needs to scan. The prefilter must outlive it.

@@ -27,6 +27,9 @@ public:
     /// What chooses lines; null when every line has to be searched. Made when first asked for.
     const LinePrefilter *prefilter() const { return _kind->prefilter(); }
 
+    /// What is wrong with the find text; nothing when it can be searched for. Compiles it.
+    std::optional<TextFault> fault() const { return _kind->fault(); }
+
     /// The expression whose groups tell how a match is replaced; null for kinds that replace without, and for
     /// a faulty one.
     const UnicodeExpression *expression() const { return _kind->expression(); }

@@ -9,6 +9,7 @@
 
 #include <QSemaphore>
 
+#include <algorithm>
 #include <functional>
 
 namespace tidemark {
@@ -162,6 +163,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     _includesBOM = reader->hadByteOrderMarker();
     _matchLines.clear();
     _limitedLines = {};
+    _hasFoundBeyondAscii = false;
     context.foundLines().clear();
     _hasExcessiveLines = false;
     _hasFound = false;
@@ -222,6 +224,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     TextBlockReader &reader = context.reader();
     _matchLines.clear();
     _limitedLines = {};
+    _hasFoundBeyondAscii = false;
     context.foundLines().clear();
     if (reader.open(file, encoding) == Outcome::NeedsLineReader)
         return BlockSearch::NeedsLineReader;
@@ -322,6 +325,10 @@ void TDMatchLineHighlighter::_searchLineBytes(QByteArrayView bytes, qint64 lineN
 void TDMatchLineHighlighter::_addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber,
                                       SearchContext &context)
 {
+    const auto isBeyondAscii = [](QChar unit) { return unit.unicode() >= 0x80; };
+    const bool isAsciiLine =
+        bytes.isNull() ? std::none_of(line.begin(), line.end(), isBeyondAscii) : isAscii(bytes);
+    _hasFoundBeyondAscii = _hasFoundBeyondAscii || !isAsciiLine;
     // The file of a line that is too long ends in an error, whatever the line says.
     if (line.size() > TD_LONGEST_LINE)
         context.foundLines().addLine(lineNumber, {}, {});

@@ -62,6 +62,9 @@ public:
     };
     const LimitedLines &limitedLines() const { return _limitedLines; }
 
+    /// Whether a match line holds characters beyond ASCII.
+    bool hasFoundBeyondAscii() const { return _hasFoundBeyondAscii; }
+
     /// The file's date before it was read, where the last call came to know it.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
 
@@ -82,7 +85,7 @@ private:
     void _searchBatch(const LineBatch &batch, TDError &error, SearchContext &context);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
-    static void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
+    void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
     void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
                      TDError &error);
 
@@ -91,6 +94,7 @@ private:
 
     MatchLines _matchLines;
     LimitedLines _limitedLines;
+    bool _hasFoundBeyondAscii = false;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
     std::optional<FileDate> _modificationDate;

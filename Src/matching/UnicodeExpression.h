@@ -2,6 +2,7 @@
 
 #include "foundation/PlainTextPattern.h"
 #include "matching/SearchedLine.h"
+#include "matching/TextFault.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -13,15 +14,6 @@
 #include <optional>
 
 namespace tidemark {
-
-/// What is wrong with an expression or a format, for people.
-struct TextFault
-{
-    QString message;
-    qsizetype position = 0; ///< in the text, in UTF-16 units
-
-    friend bool operator==(const TextFault &, const TextFault &) = default;
-};
 
 /// A Perl expression over characters, compiled once and shared by any number of threads. The text that it is
 /// applied to must be valid UTF-8 and is seen as a whole: anchors and look-around know what surrounds a

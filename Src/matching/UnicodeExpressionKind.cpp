@@ -1,4 +1,5 @@
 #include "foundation/AbandonableWork.h"
+#include "foundation/Utf8.h"
 #include "matching/FindKind.h"
 #include "matching/RegularExpression.h"
 #include "matching/UnicodeExpression.h"
@@ -25,10 +26,11 @@ public:
     {
         return SearchEffort(lineSize, ALLOWED_PER_LINE);
     }
+    std::optional<TextFault> fault() const override { return _compiled().textFault; }
     const UnicodeExpression *expression() const override { return _compiled().expression.get(); }
 
 protected:
-    std::unique_ptr<const LinePrefilter> makePrefilter() const override { return nullptr; }
+    std::unique_ptr<const LinePrefilter> makePrefilter() const override;
     bool isWholeWord(SearchedLine &line, TextRange range) const override
     {
         return tidemark::isWholeWord(line.characters(), range);
@@ -43,6 +45,7 @@ private:
     {
         std::shared_ptr<const UnicodeExpression> expression;
         ExpressionFault fault = ExpressionFault::None;
+        std::optional<TextFault> textFault;
     };
     const Compiled &_compiled() const;
     TextRange _next(const UnicodeExpression &expression, SearchedLine &line) const;
@@ -57,14 +60,30 @@ const UnicodeExpressionKind::Compiled &UnicodeExpressionKind::_compiled() const
     std::call_once(_once, [this] {
         const auto compile = [findText = _findText, caseRule = options().caseRule] {
             TextFault fault;
-            return UnicodeExpression::compiled(findText, caseRule, fault);
+            auto expression = UnicodeExpression::compiled(findText, caseRule, fault);
+            return std::pair(expression, fault);
         };
         const auto compiled = resultOfAbandonable(compile, LONGEST_COMPILATION);
-        _made.expression = compiled.value_or(nullptr);
-        if (!_made.expression)
-            _made.fault = compiled ? ExpressionFault::Malformed : ExpressionFault::Internal;
+        if (compiled && compiled->first) {
+            _made.expression = compiled->first;
+            return;
+        }
+        _made.fault = compiled ? ExpressionFault::Malformed : ExpressionFault::Internal;
+        if (compiled)
+            _made.textFault = compiled->second;
     });
     return _made;
+}
+
+std::unique_ptr<const LinePrefilter> UnicodeExpressionKind::makePrefilter() const
+{
+    // A faulty expression has to show itself at the first line.
+    if (!_compiled().expression)
+        return nullptr;
+    const auto make = [bytes = generalizedUtf8(_findText), caseRule = options().caseRule] {
+        return LinePrefilter::forUnicodeExpression(bytes, caseRule);
+    };
+    return resultOfAbandonable(make, LONGEST_COMPILATION).value_or(nullptr);
 }
 
 TextRange UnicodeExpressionKind::firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const

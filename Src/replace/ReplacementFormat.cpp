@@ -202,7 +202,7 @@ void FormatParser::_readBackslash()
 {
     const qsizetype start = _position - 1;
     if (_atEnd())
-        _fail(start, localizedString("a backslash stands for itself only as \\\\"));
+        _fail(start, localizedString("a backslash stands for itself only when it is doubled"));
     const QChar c = _format[_position];
     ++_position;
     switch (c.unicode()) {

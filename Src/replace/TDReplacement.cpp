@@ -47,13 +47,17 @@ struct TDReplacement::FormattedPattern
 {
     TDFindPattern pattern;
     std::optional<ReplacementFormat> format;
+    std::optional<TextFault> fault;
 
     FormattedPattern(const QString &findText, const QString &replaceText, const FindOptions &options)
         : pattern(findText, options)
     {
-        TextFault fault;
-        if (pattern.expression() != nullptr)
-            format = ReplacementFormat::parsed(replaceText, *pattern.expression(), fault);
+        if (pattern.expression() == nullptr)
+            return;
+        TextFault found;
+        format = ReplacementFormat::parsed(replaceText, *pattern.expression(), found);
+        if (!format)
+            fault = found;
     }
 };
 
@@ -70,8 +74,17 @@ TDReplacement::TDReplacement(const QString &findText, const QString &replaceText
 TDReplacement::TDReplacement(TDReplacement &&) noexcept = default;
 TDReplacement::~TDReplacement() = default;
 
+std::optional<TextFault> TDReplacement::formatFault() const
+{
+    return _formattedPattern ? _formattedPattern->fault : std::nullopt;
+}
+
 std::optional<QString> TDReplacement::replacementForMatchedText(QStringView matchedText, TDError &error) const
 {
+    if (looksAtLine()) {
+        const QString line = matchedText.toString();
+        return InLine(*this, line).replacementFor({0, line.size()}, matchedText, error);
+    }
     return _options.mode == SearchMode::PlainText ? _replaceText : _appliedExpression(matchedText, error);
 }
 

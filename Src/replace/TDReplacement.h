@@ -28,11 +28,13 @@ public:
     TDReplacement(TDReplacement &&) noexcept;
     ~TDReplacement();
 
+    /// What is wrong with the replace text, where that can be told without a match.
+    std::optional<TextFault> formatFault() const;
     /// Whether a replacement depends on more than the matched text.
     bool looksAtLine() const { return _formattedPattern != nullptr; }
     class InLine;
 
-    /// For those that need only the matched text. Nothing, with error code 36, when the expression or the
+    /// As if the matched text were the whole line. Nothing, with error code 36, when the expression or the
     /// format is malformed, when applying it fails, or when the result (or the matched text) has no UTF-8
     /// form.
     std::optional<QString> replacementForMatchedText(QStringView matchedText, TDError &error) const;

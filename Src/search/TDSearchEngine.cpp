@@ -214,6 +214,9 @@ void TDSearchEngine::_deliver(const SearchJob &job)
     } else if (job.result && !_shouldStopSearch) {
         ++_fileMatchCount;
         _matchCount += quint64(job.result->matchCount().value_or(0));
+        if (_pattern->options().mode == SearchMode::RegularExpression &&
+            job.result->matchLineHighlighter()->hasFoundBeyondAscii())
+            _matchesMayBeShifted = true;
         if (_delegate)
             _delegate->didFindMatchInFile(job.result);
     }

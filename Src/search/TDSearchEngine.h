@@ -59,6 +59,10 @@ public:
     /// From any thread: the file being searched is abandoned, and nothing more is delivered but the end.
     void stopSearch();
 
+    /// Whether, of what was delivered so far, lines hold characters on which positions of bytes and those of
+    /// characters part. From any thread.
+    bool matchesMayBeShifted() const { return _matchesMayBeShifted; }
+
     /// Searches one file. A file node; nothing when there is no match. On a failure the error is set, and the
     /// node returned tells it, but for a faulty expression, for which there is none.
     std::shared_ptr<TDFindResultItem> searchFindTextInFile(const FilePath &path, TDError &error);
@@ -101,6 +105,7 @@ private:
     std::unique_ptr<TDFindPattern> _pattern;
     VKFolderTraverser _folderTraverser;
     std::atomic<bool> _shouldStopSearch = false;
+    std::atomic<bool> _matchesMayBeShifted = false;
     /// Exactly one of the two exists while a search runs.
     std::unique_ptr<SearchPipeline> _pipeline;
     std::unique_ptr<SearchContext> _context;

@@ -88,6 +88,8 @@ public:
     static QString tooltipStartStopSearch();
     static QString tooltipIgnoreCase();
     static QString tooltipRegularExpression();
+    static QString tooltipUnicode();
+    static QString tooltipWholeWords();
     static QString tooltipReplace();
     static QString tooltipReplaceAndFind();
     static QString tooltipReplaceInSelection();

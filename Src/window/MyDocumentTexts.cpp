@@ -56,6 +56,17 @@ QString MyDocument::tooltipRegularExpression()
     return localizedString("Check to use regular expressions in find text. (Cmd+G)");
 }
 
+QString MyDocument::tooltipUnicode()
+{
+    return localizedString("Check to match characters of all languages and to see the whole line, also when "
+                           "replacing. (Cmd+U)");
+}
+
+QString MyDocument::tooltipWholeWords()
+{
+    return localizedString("Check to find whole words only. (Cmd+D)");
+}
+
 QString MyDocument::tooltipReplace()
 {
     return localizedString(

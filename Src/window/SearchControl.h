@@ -57,6 +57,8 @@ public:
     const std::optional<SearchTerms> &searchedTerms() const { return _searchedTerms; }
     /// Null before the first search.
     const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
+    /// Whether the last search listed lines on which its matches may be shifted.
+    bool matchesMayBeShifted() const { return _searchEngine && _searchEngine->matchesMayBeShifted(); }
     /// Shows everything that has arrived.
     void updateSearchResultsOutlineView();
 

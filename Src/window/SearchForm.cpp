@@ -5,11 +5,13 @@
 #include "ui_MyDocument.h"
 #include "window/ApplicationDelegate.h"
 #include "window/BoundOptions.h"
+#include "window/FieldMessages.h"
 #include "window/MyDocument.h"
 #include "window/SearchControl.h"
 #include "window/SearchLocationsController.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
+#include "window/ShiftedMatchesNotice.h"
 #include "window/TDTableViewDragDropArrayController.h"
 
 #include <QAction>
@@ -55,6 +57,8 @@ void SearchForm::_setUpToolTips()
     _ui.replaceTextComboBox->setToolTip(MyDocument::tooltipReplaceText());
     _ui.ignoreCaseCheckBox->setToolTip(MyDocument::tooltipIgnoreCase());
     _ui.regularExpressionCheckBox->setToolTip(MyDocument::tooltipRegularExpression());
+    _ui.unicodeCheckBox->setToolTip(MyDocument::tooltipUnicode());
+    _ui.wholeWordsCheckBox->setToolTip(MyDocument::tooltipWholeWords());
     _ui.fileTypesButton->setToolTip(MyDocument::tooltipFileTypes());
     _ui.startStopButton->setToolTip(MyDocument::tooltipStartStopSearch());
 }
@@ -84,6 +88,19 @@ void SearchForm::_setUpOptions()
     bindOption(_actions.ignoreCase, settings, TD_USER_DEFAULTS_NAME_IGNORE_CASE);
     bindOption(_ui.regularExpressionCheckBox, settings, TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION);
     bindOption(_actions.regularExpression, settings, TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION);
+    bindOption(_ui.unicodeCheckBox, settings, TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION);
+    bindOption(_actions.unicode, settings, TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION);
+    bindOption(_ui.wholeWordsCheckBox, settings, TD_USER_DEFAULTS_NAME_WHOLE_WORDS);
+    bindOption(_actions.wholeWords, settings, TD_USER_DEFAULTS_NAME_WHOLE_WORDS);
+    const auto enableUnicode = [this](bool isExpression) {
+        _ui.unicodeCheckBox->setEnabled(isExpression);
+        _actions.unicode->setEnabled(isExpression);
+    };
+    connect(_ui.regularExpressionCheckBox, &QCheckBox::toggled, this, enableUnicode);
+    enableUnicode(_ui.regularExpressionCheckBox->isChecked());
+    new FieldMessages(_document, _ui, this);
+    auto *notice = new ShiftedMatchesNotice(*_ui.shiftedMatchesLabel, _search, this);
+    connect(notice, &ShiftedMatchesNotice::searchRequested, this, &SearchForm::startRequested);
     connect(_ui.fileTypesButton, &QPushButton::clicked, this, &SearchForm::showFileTypes);
     connect(_actions.fileTypes, &QAction::triggered, this, &SearchForm::showFileTypes);
 }

@@ -57,6 +57,10 @@ void makeFormActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.regularExpression =
         maker.make("regularExpression", "Regular E&xpression", {Qt::CTRL | Qt::Key_G});
     actions.regularExpression->setCheckable(true);
+    actions.unicode = maker.make("unicode", "&Unicode", {Qt::CTRL | Qt::Key_U});
+    actions.unicode->setCheckable(true);
+    actions.wholeWords = maker.make("wholeWords", "&Whole Words", {Qt::CTRL | Qt::Key_D});
+    actions.wholeWords->setCheckable(true);
     actions.fileTypes = maker.make("fileTypes", "File &Types…", {Qt::CTRL | Qt::Key_F});
     actions.otherPane = maker.make("otherPane", "S&witch between Form and Results", {Qt::Key_F6});
 }

@@ -24,6 +24,8 @@ struct SearchWindowActions
     QAction *stop = nullptr;
     QAction *ignoreCase = nullptr;
     QAction *regularExpression = nullptr;
+    QAction *unicode = nullptr;
+    QAction *wholeWords = nullptr;
     QAction *fileTypes = nullptr;
 
     QAction *nextMatch = nullptr;

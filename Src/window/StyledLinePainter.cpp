@@ -15,6 +15,8 @@ QColor colorOf(const StyledColor &color)
 
 namespace {
 
+constexpr qreal MARK_WIDTH = 3;
+
 /// Where characters of both directions meet a cursor has two places, so only the glyphs tell.
 QRect rectOfGlyphs(const QTextLine &line, qint64 start, qint64 end)
 {
@@ -55,6 +57,8 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
     for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
         const StyledRun &run = _styled.runs[index];
         const QRect rect = rectOfRange(line, _directions, run.range, origin);
+        if (run.background && run.range.length == 0)
+            _paintMark(line, run, origin);
         if (rect.isEmpty())
             continue;
         if (run.background) {
@@ -73,6 +77,21 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
         _paintForeground(line, origin, Qt::black, matchRegion);
     if (other)
         _paintForeground(line, origin, _prefix.value_or(colorOf(*other)), otherRegion);
+}
+
+/// An empty match stands between two characters.
+void StyledLinePainter::_paintMark(const QTextLine &line, const StyledRun &run, QPoint origin) const
+{
+    const qint64 end = line.textStart() + line.textLength();
+    const bool isLast = end == _styled.text.size();
+    if (run.range.location < line.textStart() || run.range.location > end ||
+        (run.range.location == end && !isLast))
+        return;
+    const QRectF lineRect = line.rect();
+    const qreal x = line.cursorToX(int(run.range.location));
+    _painter.fillRect(
+        QRectF(x - MARK_WIDTH / 2, lineRect.top(), MARK_WIDTH, lineRect.height()).translated(origin),
+        colorOf(*run.background));
 }
 
 void StyledLinePainter::_paintForeground(const QTextLine &line, QPoint origin, const QColor &color,

@@ -1,6 +1,7 @@
 #include "app/HelpWindow.h"
 
 #include "app/TDApplicationController.h"
+#include "replace/MatchLineReplacement.h"
 #include "support/gui/WindowFixture.h"
 
 #include <boost/regex.hpp>
@@ -55,6 +56,30 @@ TEST_F(HelpWindowTest, TheExamplesDoWhatIsSaid)
         EXPECT_EQ(boost::regex_replace(row[2].toStdString(), expression, row[1].toStdString()),
                   row[3].toStdString())
             << row[0].toStdString();
+    }
+}
+
+TEST_F(HelpWindowTest, BothKindsOfExpressionsDoWhatIsSaid)
+{
+    const QList<QStringList> rows = tableRows(pageContent(u"en"_s, u"expressions"_s), u"kinds"_s);
+    EXPECT_GE(rows.size(), 6);
+    for (const QStringList &row : rows) {
+        ASSERT_EQ(row.size(), 5);
+        for (const auto &[mode, expected] :
+             {std::pair(SearchMode::RegularExpression, row[3]), {SearchMode::UnicodeExpression, row[4]}}) {
+            const FindOptions options = {mode, CaseRule::Ignore};
+            const TDFindPattern pattern(row[0], options);
+            TDFindPattern::Line search(pattern, row[2]);
+            TDError error;
+            TDMatchLine line;
+            line.setMatchLineString(row[2]);
+            for (TextRange found = search.nextMatch(error); found.isFound(); found = search.nextMatch(error))
+                line.appendMatchRange(found);
+            const TDReplacement replacement(row[0], row[1], options, ReplacementExtent::EveryOccurrence);
+            replaceMatches(
+                line, replacement, [] { return false; }, error);
+            EXPECT_EQ(line.matchLineString(), expected) << row[0].toStdString();
+        }
     }
 }
 

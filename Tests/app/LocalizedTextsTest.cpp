@@ -153,7 +153,7 @@ TEST_P(LocalizedTexts, KeysOfThingsThatAreSeenTogetherDiffer)
 {
     const QString groups[] = {
         u"&File|&Edit|&Search|&Results|&Window|&Help|Search &in|Fin&d|Re&place|Ignore &case|Regular "
-        u"e&xpression|"
+        u"e&xpression|&Unicode|Wh&ole words|"
         "File &Types…|Replace and Fi&nd|Replace Se&lection…|Replace &All…"_s,
         u"&General|File &types|&Close|&Detect the encoding of each file|Default &encoding|"
         "Make a &backup of each file before it is changed|Find and replace texts to &remember"_s,

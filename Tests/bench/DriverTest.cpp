@@ -52,6 +52,16 @@ TEST(Driver, ListsLinesAndErrorsInTheOrderOfTheWalk)
     EXPECT_EQ(run("--find foo --list --quiet --kind 'B.*' " + root).output, root + "/b.txt:2:0+3,5+3\n");
 }
 
+TEST(Driver, TakesUnicodeAndWholeWords)
+{
+    const TemporaryFolder folder;
+    folder.write("a.txt", "é tides tide");
+    const QByteArray file = folder.path("a.txt").bytes();
+    EXPECT_EQ(run("--find '(?<= )TIDE' --regex --unicode --list --quiet " + file).output,
+              file + ":1:2+4,8+4\n");
+    EXPECT_EQ(run("--find tide --whole-words --list --quiet " + file).output, file + ":1:8+4\n");
+}
+
 TEST(Driver, ReplacesAndCounts)
 {
     const TemporaryFolder folder;
@@ -93,6 +103,6 @@ TEST(Driver, TellsMalformedExpressionsAndWrongUsageByItsExitStatus)
         << malformed.output.constData();
     for (const char *arguments :
          {"", "--find", "--find x", "--find x --threads 0 /tmp", "--find x --unknown /tmp",
-          "--find x --encoding no-such-name /tmp", "--find '\xFF' /tmp"})
+          "--find x --unicode /tmp", "--find x --encoding no-such-name /tmp", "--find '\xFF' /tmp"})
         EXPECT_EQ(run(arguments).exitStatus, 2) << arguments;
 }

@@ -1,4 +1,5 @@
 // Arbitrary expressions in arbitrary lines: they end soon, and the prefilter changes nothing.
+// Expressions over characters never fail on a line, and their matches are ordered ranges of it.
 // An input is a byte of options, the find text up to a line feed, and the file.
 
 #include "Fuzzing.h"
@@ -11,7 +12,7 @@ namespace tidemark::fuzz {
 
 void run(Input &input)
 {
-    const unsigned options = input.below(4);
+    const unsigned options = input.below(16);
     const CaseRule caseRule = options & 1 ? CaseRule::Ignore : CaseRule::Exact;
     const bool isSearchedInBlocks = (options & 2) == 0; // the matcher for blocks takes long to compile
     const QString findText = QString::fromUtf8(input.line());
@@ -19,7 +20,9 @@ void run(Input &input)
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, TD_ENCODING_UTF8);
 
     const TimeLimit compiling;
-    const TDFindPattern pattern(findText, {SearchMode::RegularExpression, caseRule});
+    const TDFindPattern pattern(findText,
+                                {options & 4 ? SearchMode::UnicodeExpression : SearchMode::RegularExpression,
+                                 caseRule, (options & 8) != 0});
     if (isSearchedInBlocks)
         pattern.prefilter();
     compiling.check("compiling ends soon", 1);

@@ -9,14 +9,16 @@ namespace tidemark::fuzz {
 
 void run(Input &input)
 {
-    const unsigned options = input.below(4);
+    const unsigned options = input.below(8);
     const QString findText = QString::fromUtf8(input.line());
     const QString format = QString::fromUtf8(input.line());
     const QString matched = QString::fromUtf8(input.rest());
 
     const TimeLimit limit;
     const TDReplacement replacement(
-        findText, format, {SearchMode::RegularExpression, options & 1 ? CaseRule::Ignore : CaseRule::Exact},
+        findText, format,
+        {options & 4 ? SearchMode::UnicodeExpression : SearchMode::RegularExpression,
+         options & 1 ? CaseRule::Ignore : CaseRule::Exact},
         options & 2 ? ReplacementExtent::EveryOccurrence : ReplacementExtent::FirstOccurrence);
     TDError error;
     const std::optional<QString> text = replacement.replacementForMatchedText(matched, error);

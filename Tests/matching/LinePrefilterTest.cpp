@@ -4,6 +4,7 @@
 #include "foundation/Utf8.h"
 #include "matching/ExpressionGenerator.h"
 #include "matching/RegularExpression.h"
+#include "matching/UnicodeExpression.h"
 #include "support/Testing.h"
 
 #include <gmock/gmock.h>
@@ -150,6 +151,32 @@ TEST(LinePrefilter, PassesOverNoLineThatAnExpressionMatchesIn)
         });
     }
     EXPECT_GT(prefilters, 300);
+}
+
+TEST(LinePrefilter, PassesOverNoLineThatAnExpressionOverCharactersMatchesIn)
+{
+    ExpressionGenerator generator(1969);
+    int prefilters = 0;
+    for (int round = 0; round < 3000 && !HasFailure(); ++round) {
+        const QByteArray expression = generator.expression();
+        const CaseRule caseRule = generator.below(2) ? CaseRule::Ignore : CaseRule::Exact;
+        SCOPED_TRACE(expression.toPercentEncoding(" ()[]{}<>*+?.|^$:=!\\'").toStdString());
+        TextFault fault;
+        const auto compiled = UnicodeExpression::compiled(QString::fromUtf8(expression), caseRule, fault);
+        const auto prefilter = compiled ? LinePrefilter::forUnicodeExpression(expression, caseRule) : nullptr;
+        if (!prefilter)
+            continue;
+        ++prefilters;
+        Block block;
+        for (int i = 0; i < 40; ++i)
+            block.add(generator.line(), generator.lineEnd());
+        block.expectComplete(*prefilter, [&](const QByteArray &line) {
+            SearchEffort effort(line.size());
+            return compiled->search(line, 0, UnicodeExpression::EmptyAtStart::Allowed, effort) ==
+                   LineSearch::Found;
+        });
+    }
+    EXPECT_GT(prefilters, 150);
 }
 
 TEST(LinePrefilter, PassesOverNoLineThatHoldsAPlainText)

@@ -201,6 +201,34 @@ TEST_P(TDSearchEngineTest, AFaultyExpressionIsToldOnceAndStopsTheSearch)
               Messages({"find 1-empty 1 0 0", "find 2 2 0 0", "fault 36", "stop 2 0 0"}));
 }
 
+TEST_P(TDSearchEngineTest, OptionsThatChangeInMidSearchCountFromTheNextOneOn)
+{
+    folder.write("1", "a.c\n");
+    folder.write("2", "abc a.c\n");
+    recorder->onFile = [this](const FilePath &) {
+        set(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+        set(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, true);
+    };
+    EXPECT_EQ(search(u"a.c"_s, {folderAt(folder.path())}).last(), QByteArray("finish 2 2 2"));
+}
+
+TEST_P(TDSearchEngineTest, ALineThatTakesTooLongIsARowOfItsFileAndTheSearchGoesOn)
+{
+    set(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    set(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, true);
+    const QByteArray slow = QByteArray(40, 'x') + "zxxy\n";
+    folder.write("1", "xxy\n" + slow + slow);
+    folder.write("2", slow);
+    folder.write("3", "xxy\n");
+    EXPECT_EQ(search(u"(x+x+)+y"_s, {folderAt(folder.path())}).last(), QByteArray("finish 3 2 2"));
+    ASSERT_EQ(recorder->nodes.size(), 3);
+    const TDFindResultItem &row = *recorder->nodes[0]->children().last();
+    EXPECT_EQ(recorder->nodes[0]->children().size(), 2);
+    EXPECT_EQ(row.error().localizedFailureReason(),
+              u"Line 2: the expression takes longer than a second there. So it is on 2 lines in all."_s);
+    EXPECT_TRUE(recorder->nodes[1]->children().first()->error().hasCode(1));
+}
+
 TEST_P(TDSearchEngineTest, CaseAndTheDetectionOfEncodingsFollowWhatIsAskedFor)
 {
     const FilePath file = folder.write("f", "\xFF\xFE\x61\0A\0"_ba);

@@ -55,6 +55,66 @@ TEST_F(SearchWindowTest, OptionsFollowTheSettingsInEveryWindow)
     EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::RegularExpression));
 }
 
+TEST_F(SearchWindowTest, UnicodeGoesWithExpressionsOnly)
+{
+    OpenWindow window(application);
+    EXPECT_FALSE(window.ui().unicodeCheckBox->isEnabled());
+    EXPECT_FALSE(window.controller().actions().unicode->isEnabled());
+    window.controller().actions().regularExpression->trigger();
+    EXPECT_TRUE(window.ui().unicodeCheckBox->isEnabled());
+    window.find()->setFocus();
+    QTest::keyClick(window.find(), Qt::Key_U, Qt::ControlModifier);
+    QTest::keyClick(window.find(), Qt::Key_D, Qt::ControlModifier);
+    EXPECT_TRUE(window.ui().unicodeCheckBox->isChecked());
+    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::UnicodeRegularExpression));
+    EXPECT_TRUE(UserDefaults::standard().boolFor(BooleanSetting::WholeWords));
+}
+
+TEST_F(SearchWindowTest, FaultsAreToldBelowTheirFieldWhileTyping)
+{
+    OpenWindow window(application);
+    const auto shown = [](const ElidedLabel *label) {
+        return label->isVisible() ? label->wholeText() : QString();
+    };
+    const ElidedLabel *find = window.ui().findMessageLabel;
+    const ElidedLabel *replace = window.ui().replaceMessageLabel;
+    window.document.setFindText(u"é(a"_s);
+    EXPECT_EQ(shown(find), QString());
+    window.controller().actions().regularExpression->trigger();
+    EXPECT_TRUE(shown(find).startsWith(u"At character "_s)) << shown(find).toStdString();
+    window.controller().actions().unicode->trigger();
+    EXPECT_EQ(shown(find), u"At character 4: missing closing parenthesis   é(a\u2038"_s);
+    window.document.setFindText(u"é(a)"_s);
+    window.document.setReplaceText(u"é$2"_s);
+    EXPECT_EQ(shown(find), QString());
+    EXPECT_EQ(shown(replace), u"At character 2: the find text has no such group   é\u2038$2"_s);
+    window.document.setReplaceText(u"$1"_s);
+    EXPECT_EQ(shown(replace), QString());
+}
+
+TEST_F(SearchWindowTest, ShiftedMatchesAreToldAndTheLinkSearchesAgain)
+{
+    OpenWindow window(application);
+    folder.write("file.txt", "é needle and more\n");
+    window.searchIn(folder.path(), u"needle"_s);
+    const auto search = [&] {
+        window.controller().startSearch(StartStopButton::On);
+        return waitFor([&] { return !window.controller().searching(); });
+    };
+    QLabel *notice = window.ui().shiftedMatchesLabel;
+    ASSERT_TRUE(search());
+    EXPECT_FALSE(notice->isVisible()); // plain text
+    window.controller().actions().regularExpression->trigger();
+    ASSERT_TRUE(search());
+    EXPECT_TRUE(notice->isVisible());
+    Q_EMIT notice->linkActivated(u"unicode"_s);
+    ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }));
+    EXPECT_TRUE(window.ui().unicodeCheckBox->isChecked());
+    EXPECT_FALSE(notice->isVisible());
+    const TDMatchLine &line = *window.document.findResults().files().first()->children().first()->matchLine();
+    EXPECT_EQ(line.matchRanges().first().location, 2);
+}
+
 TEST_F(SearchWindowTest, CtrlCCopiesInAFieldAndTogglesElsewhere)
 {
     OpenWindow window(application);
