@@ -15,6 +15,8 @@ namespace tidemark {
 
 namespace {
 
+constexpr int ROWS_WITHOUT_SCROLLING = 5;
+
 /// Files stay where they are, whatever the file manager proposes: a move would delete them there.
 void refuseToMoveFiles(QDropEvent *event)
 {
@@ -86,7 +88,7 @@ QList<int> TDSearchLocationsTableView::selectedRowNumbers() const
 
 QSize TDSearchLocationsTableView::sizeHint() const
 {
-    return {400, 3 * verticalHeader()->defaultSectionSize() + 2 * frameWidth()};
+    return {400, ROWS_WITHOUT_SCROLLING * verticalHeader()->defaultSectionSize() + 2 * frameWidth()};
 }
 
 QSize TDSearchLocationsTableView::minimumSizeHint() const

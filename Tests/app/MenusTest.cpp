@@ -83,7 +83,8 @@ public:
                    << field->isRedoAvailable();
         }
         stream << QGuiApplication::clipboard()->text() << ui.ignoreCaseCheckBox->isChecked()
-               << ui.regularExpressionCheckBox->isChecked() << controller.searching()
+               << ui.regularExpressionCheckBox->isChecked() << ui.unicodeCheckBox->isChecked()
+               << ui.wholeWordsCheckBox->isChecked() << controller.searching()
                << document.searchLocations().size() << controller.stopReplace() << outside.opened.join(u' ');
         const QWidget *focused = controller.window()->focusWidget();
         stream << (focused != nullptr ? focused->objectName() : QString());

@@ -668,12 +668,14 @@ private:
         if (_changed.contains(path))
             return;
         _changed.insert(path);
-        QByteArray records;
-        for (const QByteArray &name : _state.names())
-            records += _state.read(name);
-        EXPECT_TRUE(records.contains("rewrite\t" + path + "\t")) << path.constData();
+        QSet<QByteArray> needed;
+        for (const QByteArray &name : _state.names()) {
+            if (_state.read(name).contains("rewrite\t" + path + "\t"))
+                needed.insert(stateFolder + '/' + name);
+        }
+        EXPECT_EQ(needed.size(), 1) << path.constData();
         for (const QByteArray &other : _unflushed + _unflushedNames)
-            EXPECT_FALSE(other.startsWith(path + ".TDMBackup.") || other.startsWith(stateFolder))
+            EXPECT_FALSE(other.startsWith(path + ".TDMBackup.") || needed.contains(other))
                 << other.constData();
     }
     QByteArray _dirty(int descriptor)
