@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace tidemark {
@@ -50,7 +51,12 @@ bool runAbandonably(std::function<void()> run, std::chrono::milliseconds allowed
     checkForStop();
     const auto work = std::make_shared<Work>();
     work->run = std::move(run);
-    std::thread([work] { runOnThread(*work); }).detach();
+    try {
+        std::thread([work] { runOnThread(*work); }).detach();
+    } catch (const std::system_error &) {
+        // Without a thread there is nobody to leave behind.
+        runOnThread(*work);
+    }
 
     const auto abandon = [&work] {
         work->isAbandoned = true;

@@ -33,7 +33,9 @@ QByteArray bytesOf(const CodeCorrection &correction)
 
 std::span<const CodeCorrection> correctionsOf(CoreFoundationEncoding encoding)
 {
-    return std::ranges::equal_range(CORRECTIONS, encoding, {}, &CodeCorrection::encoding);
+    const auto first = std::ranges::lower_bound(CORRECTIONS, encoding, {}, &CodeCorrection::encoding);
+    const auto last = std::ranges::upper_bound(CORRECTIONS, encoding, {}, &CodeCorrection::encoding);
+    return {first, last};
 }
 
 /// The first correction from the position on, which is moved there or to the end.

@@ -20,8 +20,11 @@ public:
     FlushedFileSystems(const FlushedFileSystems &) = delete;
     FlushedFileSystems &operator=(const FlushedFileSystems &) = delete;
 
-    /// Adds the file system of a folder; 0, or errno.
+    /// Adds the file system of a folder; 0, or errno: ENOTSUP for one of which nobody knows whether flushing
+    /// it as a whole reaches the disk, as with those that a program or another machine provides.
     int addFolder(const FilePath &folder);
+    /// Whether the file system with that number is among them: a file can be one of its own.
+    bool contains(dev_t device) const { return _descriptors.contains(device); }
     /// One for each file system; they stay open as long as the object lives.
     QList<int> descriptors() const { return _descriptors.values(); }
 

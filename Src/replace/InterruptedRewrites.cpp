@@ -105,14 +105,29 @@ void deleteBackup(const FilePath &backup)
         (void)FileSystemCalls::current().remove(backup.cString());
 }
 
+/// Whether a rewrite found what the one before it found or left, so that nothing of the earlier one is open.
+bool follows(const Entry &later, const Entry &earlier)
+{
+    return later.oldContent == earlier.newContent || later.oldContent == earlier.oldContent;
+}
+
+/// The first of the rewrites that led to the one with the index without anything open between them.
+size_t beginningOfChain(const std::vector<Entry> &entries, size_t index)
+{
+    while (index > 0 && follows(entries[index], entries[index - 1]))
+        --index;
+    return index;
+}
+
 /// Backups that nobody needs, of a file that holds what a rewrite found or left, on the disk.
-void clearBackups(const std::vector<Entry> &entries, const ContentDigest &now)
+void clearBackups(const std::vector<Entry> &entries, size_t first, const ContentDigest &now)
 {
     bool isFinished = false;
-    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        isFinished = isFinished || entry->newContent == now;
-        if (isFinished ? !entry->isBackupKept : entry->oldContent == now)
-            deleteBackup(entry->backup);
+    for (size_t index = entries.size(); index-- > first;) {
+        const Entry &entry = entries[index];
+        isFinished = isFinished || entry.newContent == now;
+        if (isFinished ? !entry.isBackupKept : entry.oldContent == now)
+            deleteBackup(entry.backup);
     }
 }
 
@@ -214,6 +229,7 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
         if (entry.isBegun) {
             _begun[entry.path].push_back(entry);
             _owners.insert(entry.backup, left.owner);
+            _recordOfBackup.insert(entry.backup, _records.size());
             continue;
         }
         // The backup was being made when the process ended: its file wasn't touched.
@@ -232,11 +248,18 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
 {
     const OpenFile file(path);
     const std::optional<ContentDigest> now = file.digest();
-    const bool isWhole = now && std::any_of(entries.begin(), entries.end(), [&](const Entry &entry) {
-                             return now == entry.oldContent || now == entry.newContent;
-                         });
-    if (isWhole ? _settleWhole(file, entries, *now) : false)
-        return;
+    const auto whole = std::find_if(entries.rbegin(), entries.rend(), [&](const Entry &entry) {
+        return now && (now == entry.oldContent || now == entry.newContent);
+    });
+    if (whole != entries.rend()) {
+        const size_t first = beginningOfChain(entries, size_t(entries.rend() - whole) - 1);
+        if (_settleWhole(file, entries, first, *now)) {
+            // A rewrite that began with what another one had left half written settles nothing of that.
+            if (first > 0)
+                _tellDamaged(path, {entries.begin(), entries.begin() + qsizetype(first)});
+            return;
+        }
+    }
     // What can't be looked at this time is looked at the next time.
     if (file.isOpen() ? !now : !tellsWhatIsThere(file.errorNumber())) {
         _isUncertain = true;
@@ -244,20 +267,22 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
     }
     // Numbers of devices change from start to start; a backup of the right content beside the file tells
     // enough.
-    if (!file.isOpen() || file.status().st_ino != entries.back().file.inode)
-        _files.append({path, entries.back().backup, State::Moved});
-    else
+    if (file.isOpen() && file.status().st_ino == entries.back().file.inode) {
         _tellDamaged(path, entries);
+        return;
+    }
+    // Without its folder the disk may just not be there.
+    _isUncertain = _isUncertain || ::access(path.deletingLastPathComponent().cString(), F_OK) != 0;
+    _files.append({path, entries.back().backup, State::Moved});
 }
 
 /// Clears the backups of a file that holds what it held or was to hold; false when the disk doesn't confirm
 /// that.
-bool InterruptedRewrites::_settleWhole(const OpenFile &file, const std::vector<Entry> &entries,
+bool InterruptedRewrites::_settleWhole(const OpenFile &file, const std::vector<Entry> &entries, size_t first,
                                        const ContentDigest &now)
 {
-    const bool isUnflushed = std::any_of(entries.begin(), entries.end(), [&](const Entry &entry) {
-        return entry.isUnflushed && entry.newContent == now;
-    });
+    const bool isUnflushed =
+        std::any_of(entries.begin(), entries.end(), [](const Entry &entry) { return entry.isUnflushed; });
     bool isOnDisk = false;
     if (isUnflushed) {
         const OpenFile again(entries.back().path, O_RDWR);
@@ -266,30 +291,45 @@ bool InterruptedRewrites::_settleWhole(const OpenFile &file, const std::vector<E
     } else {
         isOnDisk = file.flush();
     }
-    if (!isOnDisk)
+    if (!isOnDisk) {
+        _noteFailedFlush(entries.back().backup);
         return false;
+    }
     for (const Entry &entry : entries) {
         if (now == entry.newContent)
             ++_progressOfOwners[_owners.value(entry.backup)].done;
     }
-    clearBackups(entries, now);
+    clearBackups(entries, first, now);
     return true;
+}
+
+/// From now on what can be read of the file proves nothing.
+void InterruptedRewrites::_noteFailedFlush(const FilePath &backup)
+{
+    if (const auto record = _recordOfBackup.constFind(backup); record != _recordOfBackup.cend())
+        (void)RewriteRecord::noteFailedFlush(_records[*record].descriptor, backup);
 }
 
 void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<Entry> &entries)
 {
-    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        const OpenFile backup(entry->backup);
+    // What the last rewrite found is the old content, unless another one had left it half written.
+    size_t wanted = entries.size() - 1;
+    while (wanted > 0 && !follows(entries[wanted], entries[wanted - 1]))
+        --wanted;
+    std::vector<Entry> candidates(entries.rbegin(), entries.rend());
+    candidates.insert(candidates.begin(), entries[wanted]);
+    for (const Entry &entry : candidates) {
+        const OpenFile backup(entry.backup);
         const std::optional<ContentDigest> content = backup.digest();
-        if (content == entry->oldContent) {
-            _files.append({path, entry->backup, State::Damaged});
-            _damaged.insert(path, *entry);
+        if (content == entry.oldContent) {
+            _files.append({path, entry.backup, State::Damaged});
+            _damaged.insert(path, entry);
             return;
         }
         const bool isKnown = backup.isOpen() ? content.has_value() : tellsWhatIsThere(backup.errorNumber());
         _isUncertain = _isUncertain || !isKnown;
     }
-    _files.append({path, entries.back().backup, State::UnusableBackup});
+    _files.append({path, entries[wanted].backup, State::UnusableBackup});
 }
 
 /// 0, or errno.
@@ -315,7 +355,11 @@ int InterruptedRewrites::_putBackFile(const Entry &entry)
     if (!hasContent(file.descriptor(), entry.oldContent))
         return EIO;
     copyAttributesAndDates(old.descriptor(), file.descriptor(), old.status());
-    return file.flush() ? file.close() : errno;
+    if (file.flush())
+        return file.close();
+    const int flushError = errno;
+    _noteFailedFlush(entry.backup);
+    return flushError;
 }
 
 QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
@@ -340,7 +384,8 @@ QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
 void InterruptedRewrites::keep()
 {
     _files.clear();
-    _removeRecords();
+    if (!_isUncertain)
+        _removeRecords();
 }
 
 void InterruptedRewrites::_removeRecords()

@@ -51,7 +51,8 @@ public:
     /// beside it; the backup with the old content goes once that is on the disk. Those that failed, and those
     /// that couldn't be looked at, are found again; nothing else is asked again.
     QList<Failure> putBack();
-    /// The files stay as they are, and so do the backups beside them; nothing is asked again.
+    /// The files stay as they are, and so do the backups beside them; nothing is asked again but what
+    /// couldn't be looked at.
     void keep();
 
 private:
@@ -66,8 +67,10 @@ private:
 
     void _lookInto(const FilePath &recordPath);
     void _decide(const FilePath &path, const std::vector<Entry> &entries);
-    bool _settleWhole(const OpenFile &file, const std::vector<Entry> &entries, const ContentDigest &now);
-    static int _putBackFile(const Entry &entry);
+    bool _settleWhole(const OpenFile &file, const std::vector<Entry> &entries, size_t first,
+                      const ContentDigest &now);
+    void _noteFailedFlush(const FilePath &backup);
+    int _putBackFile(const Entry &entry);
     void _tellDamaged(const FilePath &path, const std::vector<Entry> &entries);
     void _removeRecords();
 
@@ -75,7 +78,8 @@ private:
     QHash<FilePath, std::vector<Entry>> _begun; ///< by path, each in the order of the records
     QHash<FilePath, Entry> _damaged;            ///< what is put back, by path
     QList<File> _files;
-    QHash<FilePath, QByteArray> _owners; ///< by backup
+    QHash<FilePath, QByteArray> _owners;     ///< by backup
+    QHash<FilePath, size_t> _recordOfBackup; ///< its index
     QHash<QByteArray, RunProgress> _progressOfOwners;
     RunProgress _progress;
     bool _isUncertain = false; ///< something couldn't be looked at: the records stay

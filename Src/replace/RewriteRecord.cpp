@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tidemark {
 
@@ -67,6 +68,14 @@ QByteArray lineOf(const RewriteRecord::Entry &entry)
                  entry.isBackupKept ? QByteArrayLiteral("kept") : QByteArrayLiteral("deleted")});
 }
 
+QByteArray failedFlushLines(const std::vector<FilePath> &backups)
+{
+    QByteArray lines;
+    for (const FilePath &backup : backups)
+        lines += line({UNFLUSHED_ENTRY, encoded(backup)});
+    return lines;
+}
+
 ContentDigest digestOf(const QByteArray &size, const QByteArray &hash)
 {
     return {size.toLongLong(), hash.toULongLong(nullptr, 16)};
@@ -100,7 +109,7 @@ private:
         } else if (kind == REWRITE_ENTRY && fields.size() == 10) {
             _readRewrite(fields);
         } else if (kind == BEGIN_ENTRY && fields.size() == 2) {
-            // Damaged lines tell nothing that contents don't have to confirm, so the others still count.
+            // Lines that were damaged tell nothing that contents don't have to confirm, so the others count.
             _isBegun = true;
         } else if (kind == UNFLUSHED_ENTRY && fields.size() == 2) {
             if (const auto place = _places.constFind(decoded(fields[1])); place != _places.cend())
@@ -259,13 +268,18 @@ int RewriteRecord::noteEnds(const std::vector<FilePath> &backups)
 
 int RewriteRecord::noteFailedFlushes(const std::vector<FilePath> &backups)
 {
-    QByteArray lines;
-    for (const FilePath &backup : backups)
-        lines += line({UNFLUSHED_ENTRY, encoded(backup)});
     const std::lock_guard lock(_mutex);
-    if (const int error = lines.isEmpty() ? 0 : _append(lines); error != 0)
+    if (const int error = backups.empty() ? 0 : _append(failedFlushLines(backups)); error != 0)
         return error;
     return FileSystemCalls::current().sync(_descriptor) == 0 ? 0 : errno;
+}
+
+int RewriteRecord::noteFailedFlush(int leftRecord, const FilePath &backup)
+{
+    (void)::lseek(leftRecord, 0, SEEK_END);
+    if (const int error = writeAll(leftRecord, failedFlushLines({backup})); error != 0)
+        return error;
+    return FileSystemCalls::current().sync(leftRecord) == 0 ? 0 : errno;
 }
 
 int RewriteRecord::noteProgress(RunProgress progress)

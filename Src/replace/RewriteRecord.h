@@ -67,7 +67,7 @@ public:
         struct File : Entry
         {
             bool isBegun = false;     ///< false: only the backup was noted, the file wasn't touched
-            bool isUnflushed = false; ///< the new content may not be on the disk although it can be read
+            bool isUnflushed = false; ///< what can be read may not be on the disk
         };
         QByteArray owner; ///< identity of the process that wrote it
         RunProgress progress;
@@ -75,6 +75,9 @@ public:
     };
     /// What makes no sense is passed over, like a last line that was cut off.
     static Left read(const QByteArray &content);
+
+    /// The same as noteFailedFlushes(), in a record left behind that is open for writing.
+    static int noteFailedFlush(int leftRecord, const FilePath &backup);
 
     /// The folder for this user's records.
     static FilePath userFolder();

@@ -77,7 +77,7 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
         flush();
     if (isThere)
         _useOwnDate(request, identity);
-    const Flush flushOfFile = _flushFor(request);
+    const Flush flushOfFile = _flushFor(request, status.st_dev);
     if (_preparing.jobs.empty())
         _preparing = _newGroup();
     auto job = std::make_shared<Job>(Job{FileRewrite(std::move(request), _preparing.record), std::move(done),
@@ -91,12 +91,14 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
         _beginWriting();
 }
 
-/// A file whose folder, or whose backup's, can't be opened is flushed by itself.
-Flush RewriteRun::_flushFor(const FileRewrite::Request &request)
+/// A file is flushed by itself where its folder or its backup's can't be opened, or where it isn't on the
+/// file system of its folder, as with one that is mounted alone.
+Flush RewriteRun::_flushFor(const FileRewrite::Request &request, dev_t device)
 {
     const auto kind = request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting;
     const bool isFlushedWithOthers = _flushing == Flushing::FileSystem &&
                                      _fileSystems.addFolder(request.path.deletingLastPathComponent()) == 0 &&
+                                     _fileSystems.contains(device) &&
                                      _fileSystems.addFolder(BackupFile::folderFor(request.path, kind)) == 0;
     return isFlushedWithOthers ? Flush::No : Flush::Yes;
 }
@@ -282,7 +284,7 @@ void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
     if (alone.recordError != 0)
         return;
     job->rewrite.setRecord(alone.record);
-    _forEach(alone.jobs, [this](Job &each) { each.isPrepared = each.rewrite.prepare(each.flush); });
+    _forEach(alone.jobs, [](Job &each) { each.isPrepared = each.rewrite.prepare(each.flush); });
     _beginFlush(alone);
     _endFlush();
     _write(alone);
@@ -326,7 +328,9 @@ void RewriteRun::_noteUnflushed(const Group &group)
 {
     std::vector<FilePath> unflushed;
     for (const auto &job : group.jobs) {
-        if (job->rewrite.problem() == RewriteProblem::NotOnDisk)
+        // Of a damaged one the old content may have been put back and not reached the disk.
+        const RewriteProblem problem = job->rewrite.problem();
+        if (problem == RewriteProblem::NotOnDisk || problem == RewriteProblem::Damaged)
             unflushed.push_back(job->rewrite.backup());
     }
     if (group.record && !unflushed.empty())

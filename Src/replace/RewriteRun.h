@@ -102,7 +102,7 @@ private:
         QSet<Identity> files;
     };
 
-    Flush _flushFor(const FileRewrite::Request &request);
+    Flush _flushFor(const FileRewrite::Request &request, dev_t device);
     Group _newGroup() const;
     void _startPreparing(const std::shared_ptr<Job> &job);
     void _prepareFile(Job &job, int recordError);

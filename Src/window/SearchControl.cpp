@@ -5,6 +5,8 @@
 #include "window/FindReplaceHistory.h"
 #include "window/MyDocument.h"
 
+#include <system_error>
+
 namespace tidemark {
 
 SearchControl::SearchControl(MyDocument &document, QObject *parent, SearchBody body)
@@ -69,15 +71,19 @@ void SearchControl::_beginSession()
 void SearchControl::_runOnThread(const SearchRequest &request)
 {
     auto hasEnded = std::make_shared<std::atomic<bool>>(false);
-    std::thread thread(
-        [body = _body, engine = _searchEngine, session = _session, request, hasEnded]() mutable {
-            body(*engine, request, *session);
-            // Let go of everything here, so that joining an ended thread never waits for it.
-            engine.reset();
-            session.reset();
-            *hasEnded = true;
-        });
-    _threads.push_back({std::move(thread), hasEnded});
+    auto run = [body = _body, engine = _searchEngine, session = _session, request, hasEnded]() mutable {
+        body(*engine, request, *session);
+        // Let go of everything here, so that joining an ended thread never waits for it.
+        engine.reset();
+        session.reset();
+        *hasEnded = true;
+    };
+    try {
+        _threads.push_back({std::thread(std::move(run)), hasEnded});
+    } catch (const std::system_error &noThread) {
+        abandonSearch();
+        Q_EMIT errorOccured(TDError::posixError(noThread.code().value()));
+    }
 }
 
 void SearchControl::doSearch(TDSearchEngine &engine, const SearchRequest &request, TDSearchEngineDelegate &)

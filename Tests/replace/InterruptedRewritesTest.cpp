@@ -511,6 +511,52 @@ TEST_F(LeftRecordTest, AFileInTwoRecordsIsPutBackOnceFromTheLaterOne)
     EXPECT_EQ(contentOfFile(_backup), OLD) << "the other one isn't put over it";
 }
 
+TEST_F(LeftRecordTest, ARewriteOfWhatAnotherLeftHalfWrittenSettlesNothingOfThat)
+{
+    const QByteArray half = "half of it";
+    const QByteArray halfReplaced = "half of that";
+    // The second rewrite is done, or wasn't begun, or was cut off as well.
+    for (const QByteArray &now : {halfReplaced, half, QByteArray("half of")}) {
+        SCOPED_TRACE(now.constData());
+        write(now);
+        const FilePath first = _state.path(_state.names().first());
+        setModificationDate(first, TDFileCommon::fileModificationDate(first)->nanoseconds - 1000000000);
+        RewriteRecord::Entry second = entry();
+        second.backup = _folder.write("caf\xE9 %.txt.TDMBackup.xyz", half);
+        second.oldContent = digestOfBytes(half);
+        second.newContent = digestOfBytes(halfReplaced);
+        record({second});
+        InterruptedRewrites rewrites(_state.path());
+        ASSERT_EQ(rewrites.files().size(), 1);
+        EXPECT_EQ(rewrites.files().first().state, State::Damaged);
+        EXPECT_TRUE(rewrites.files().first().backup == _backup);
+        EXPECT_TRUE(rewrites.putBack().isEmpty());
+        EXPECT_EQ(contentOfFile(_path), OLD);
+        EXPECT_TRUE(_state.names().isEmpty());
+        for (const QByteArray &name : backupNames(_folder))
+            ::unlink(_folder.path(name).cString());
+    }
+}
+
+TEST_F(LeftRecordTest, FilesOfADiskThatIsNotThereAreAskedAboutAgain)
+{
+    const QByteArray folder = _folder.path().bytes();
+    const QByteArray away = folder + "-away";
+    for (const bool keeps : {true, false}) {
+        ASSERT_EQ(::rename(folder.constData(), away.constData()), 0);
+        {
+            InterruptedRewrites rewrites(_state.path());
+            EXPECT_EQ(rewrites.files().size(), 1);
+            if (keeps)
+                rewrites.keep();
+            else
+                (void)rewrites.putBack();
+        }
+        ASSERT_EQ(::rename(away.constData(), folder.constData()), 0);
+        EXPECT_EQ(states(), QList<State>{State::Damaged});
+    }
+}
+
 TEST_F(LeftRecordTest, NothingIsBelievedButWholeListsOfTheDead)
 {
     const QByteArray content = _state.read(_state.names().first());

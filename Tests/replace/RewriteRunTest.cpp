@@ -137,6 +137,27 @@ TEST_F(RewriteRunTest, AFileInAFolderThatCantBeOpenedIsFlushedByItself)
     ASSERT_EQ(::chmod(_folder.path().cString(), 0700), 0);
 }
 
+TEST_F(RewriteRunTest, AFileThatIsMountedAloneIsFlushedByItself)
+{
+    const FilePath other = _folder.makeFolder("other");
+    const FilePath path = _folder.write("a.txt", "");
+    if (::mount("tmpfs", other.cString(), "tmpfs", 0, "size=1m") != 0)
+        GTEST_SKIP() << "file systems can't be mounted here";
+    writeFile(other.appendingPathComponent("b.txt"), "a needle here\n");
+    ASSERT_EQ(
+        ::mount(other.appendingPathComponent("b.txt").cString(), path.cString(), nullptr, MS_BIND, nullptr),
+        0);
+    _files = {searchOne(path, u"needle"_s)};
+    {
+        WatchedCalls calls;
+        EXPECT_EQ(run().filesRewritten, 1U);
+        EXPECT_TRUE(calls.flushedFiles.contains(FileIdentity(path).inode));
+    }
+    EXPECT_EQ(contentOfFile(path), "a thread here\n");
+    EXPECT_EQ(::umount(path.cString()), 0);
+    EXPECT_EQ(::umount(other.cString()), 0);
+}
+
 TEST_F(RewriteRunTest, FilesOfALowerLayerAreRewrittenOnTheUpperOne)
 {
     _folder.write("lower/a.txt", "a needle here\n");
