@@ -25,6 +25,9 @@ constexpr qint64 LONG_GROUP_MS = 1500;
 constexpr size_t SMALLEST_OVERLAPPING_GROUP = 16;
 /// Backups take as much of the disk, new contents as much memory.
 constexpr qint64 MOST_BYTES_IN_GROUP = 64 << 20;
+/// File systems make files more slowly where some were deleted lately, so backups go many at a time.
+constexpr qint64 MOST_BYTES_IN_FLUSHED_BACKUPS = 256 << 20;
+constexpr size_t MOST_FLUSHED_GROUPS = 16;
 constexpr size_t STEPS_AT_ONCE = 16;
 constexpr std::chrono::milliseconds TIME_BETWEEN_CALLS(10);
 
@@ -85,7 +88,7 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
     _preparing.jobs.push_back(job);
     if (isThere)
         _preparing.files.insert(identity);
-    _preparingBytes += status.st_size;
+    _preparing.bytes += status.st_size;
     _startPreparing(job);
     if (_isGroupFull())
         _beginWriting();
@@ -143,13 +146,12 @@ void RewriteRun::_prepareFile(Job &job, int recordError)
 
 bool RewriteRun::_isGroupFull() const
 {
-    return qsizetype(_preparing.jobs.size()) >= _groupLimit || _preparingBytes >= MOST_BYTES_IN_GROUP;
+    return qsizetype(_preparing.jobs.size()) >= _groupLimit || _preparing.bytes >= MOST_BYTES_IN_GROUP;
 }
 
 void RewriteRun::_waitUntilPrepared()
 {
     _wait(_preparedCount, int(_preparing.jobs.size()));
-    _preparingBytes = 0;
 }
 
 void RewriteRun::_adaptGroupLimit()
@@ -205,7 +207,7 @@ void RewriteRun::_endWriting()
             _writeAlone(job);
     }
     for (const auto &job : group.jobs)
-        job->done(job->rewrite, job->isRewritten);
+        std::exchange(job->done, {})(job->rewrite, job->isRewritten);
 }
 
 /// The backups of the group, and what was written before, on the way to the disk, and then the group's
@@ -240,7 +242,7 @@ void RewriteRun::_endFlush()
 
 void RewriteRun::_write(const Group &group)
 {
-    Group prepared{group.record, group.recordError, {}, {}};
+    Group prepared{group.record, group.recordError, {}, {}, group.bytes};
     std::copy_if(group.jobs.begin(), group.jobs.end(), std::back_inserter(prepared.jobs),
                  [](const auto &job) { return job->isPrepared; });
     _forEach(prepared.jobs, [this](Job &job) { _writeFile(job); });
@@ -275,10 +277,11 @@ void RewriteRun::_writeFile(Job &job)
 /// A file that found no room for its backup, once the backups of others are gone.
 void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
 {
-    if (_written.empty() || _diskError != 0)
+    if ((_written.empty() && _flushed.empty()) || _diskError != 0)
         return;
     _beginFlush({});
     _endFlush();
+    _endFlushed();
     Group alone = _newGroup();
     alone.jobs = {job};
     if (alone.recordError != 0)
@@ -292,18 +295,32 @@ void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
 
 // -- Ending
 
-/// After the flush of the contents. Where that failed the backups stay, and so do the records.
+/// After the flush of the contents.
 void RewriteRun::_endWritten()
 {
-    for (const Group &group : _written)
-        _endWrittenGroup(group);
-    if (!std::exchange(_written, {}).empty())
-        _noteProgress();
+    for (Group &group : std::exchange(_written, {})) {
+        _bytesInFlushedBackups += group.bytes;
+        // Where the flush failed the backups stay, and so do the records.
+        if (_flushError != 0)
+            _endGroup(group, _flushError);
+        else
+            _flushed.push_back(std::move(group));
+    }
+    if (_bytesInFlushedBackups > MOST_BYTES_IN_FLUSHED_BACKUPS || _flushed.size() > MOST_FLUSHED_GROUPS)
+        _endFlushed();
 }
 
-void RewriteRun::_endWrittenGroup(const Group &group)
+/// Deletes the backups of everything that is on the disk.
+void RewriteRun::_endFlushed()
 {
-    const int flushError = _flushError;
+    _bytesInFlushedBackups = 0;
+    for (const Group &group : std::exchange(_flushed, {}))
+        _endGroup(group, 0);
+    _noteProgress();
+}
+
+void RewriteRun::_endGroup(const Group &group, int flushError)
+{
     _forEach(group.jobs, [flushError](Job &job) {
         if (flushError != 0)
             job.rewrite.noteFailedFlush(flushError);
@@ -371,6 +388,9 @@ std::vector<RewriteRun::LateProblem> RewriteRun::finish()
     if (!_written.empty()) {
         _beginFlush({});
         _endFlush();
+    }
+    if (!_flushed.empty()) {
+        _endFlushed();
         // The end of a long run lasts: no record comes back with a power cut.
         const FilePath records = RewriteRecordFolder::current();
         if (_flushing == Flushing::FileSystem && !records.isEmpty())

@@ -100,6 +100,7 @@ private:
         int recordError = 0; ///< why there is none
         Jobs jobs;
         QSet<Identity> files;
+        qint64 bytes = 0; ///< of its files before the run
     };
 
     Flush _flushFor(const FileRewrite::Request &request, dev_t device);
@@ -119,7 +120,8 @@ private:
     void _writeFile(Job &job);
     void _writeAlone(const std::shared_ptr<Job> &job);
     void _endWritten();
-    void _endWrittenGroup(const Group &group);
+    void _endFlushed();
+    void _endGroup(const Group &group, int flushError);
     void _noteUnflushed(const Group &group);
     void _noteProgress();
     void _abandonOnTheWay();
@@ -135,12 +137,13 @@ private:
     QHash<Identity, OwnDate> _ownDates; ///< of the files rewritten in this run
 
     Group _preparing;
-    qint64 _preparingBytes = 0;
     qsizetype _groupLimit = 1;
     QElapsedTimer _sinceLastGroup;
     std::atomic<bool> _isAbandoning = false;
     Group _onTheWay;             ///< prepared; its backups are on the way to the disk
     std::vector<Group> _written; ///< their content isn't known to be on the disk
+    std::vector<Group> _flushed; ///< their content is on the disk, and their backups are still there
+    qint64 _bytesInFlushedBackups = 0;
     std::vector<LateProblem> _lateProblems;
     RunProgress _progress;
     std::atomic<int> _diskError = 0; ///< what ended the run
