@@ -1,6 +1,6 @@
 #include "DriverOptions.h"
 
-#include "foundation/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <QHash>
 

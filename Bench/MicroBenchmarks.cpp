@@ -1,7 +1,7 @@
-#include "foundation/PlainTextPattern.h"
-#include "foundation/Utf8.h"
 #include "matching/LinePrefilter.h"
 #include "reading/TDFileReader.h"
+#include "text/PlainTextPattern.h"
+#include "text/Utf8.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,11 +3,11 @@
 #include "SearchRun.h"
 
 #include "foundation/LocalizedText.h"
-#include "foundation/TextEncoding.h"
 #include "foundation/UserDefaults.h"
 #include "reading/TDStringEncoding.h"
 #include "replace/TDSelectedMatchReplacement.h"
 #include "search/RegisterUserDefaults.h"
+#include "text/TextEncoding.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,6 @@
 #include "foundation/ExtendedAttributes.h"
 
-#include "foundation/TextEncoding.h"
-
+#include <QStringDecoder>
 #include <QVarLengthArray>
 
 #include <cerrno>
@@ -14,7 +13,10 @@ namespace {
 /// The text ends at its first zero byte, as some programs store the terminator too.
 std::optional<QString> textBeforeZero(QByteArrayView value)
 {
-    return textFromUtf8(value.first(qsizetype(qstrnlen(value.data(), size_t(value.size())))));
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decoder(value.first(qsizetype(qstrnlen(value.data(), size_t(value.size())))));
+    return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
 #ifdef __APPLE__

@@ -1,10 +1,10 @@
 #include "foundation/AbandonableWork.h"
 #include "foundation/LocalizedText.h"
-#include "foundation/Utf8.h"
 #include "matching/ExpressionComplexity.h"
 #include "matching/FindKind.h"
 #include "matching/RegularExpression.h"
 #include "matching/WholeWords.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 

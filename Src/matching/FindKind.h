@@ -1,11 +1,11 @@
 #pragma once
 
 #include "foundation/TDError.h"
-#include "foundation/TextRange.h"
 #include "matching/FindOptions.h"
 #include "matching/LinePrefilter.h"
 #include "matching/SearchedLine.h"
 #include "matching/TextFault.h"
+#include "text/TextRange.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "matching/FoundLines.h"
 
-#include "foundation/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <QThreadPool>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/TextRange.h"
 #include "matching/TDMatchLine.h"
+#include "text/TextRange.h"
 
 #include <QByteArrayView>
 #include <QList>

@@ -1,11 +1,11 @@
 #include "matching/LinePrefilter.h"
 
-#include "foundation/ByteScan.h"
-#include "foundation/PlainTextPrefilter.h"
 #include "foundation/StopFlag.h"
-#include "foundation/Utf8.h"
 #include "matching/ExpressionLoosening.h"
 #include "matching/ExpressionTranslation.h"
+#include "text/ByteScan.h"
+#include "text/PlainTextPrefilter.h"
+#include "text/Utf8.h"
 
 #include <hs.h>
 

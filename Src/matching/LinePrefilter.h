@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/PlainTextPattern.h"
+#include "text/PlainTextPattern.h"
 
 #include <QByteArrayView>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/PlainTextPattern.h"
 #include "foundation/TDError.h"
+#include "text/PlainTextPattern.h"
 
 #include <QByteArrayView>
 #include <QString>

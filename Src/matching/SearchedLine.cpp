@@ -1,8 +1,8 @@
 #include "matching/SearchedLine.h"
 
-#include "foundation/CharacterSets.h"
-#include "foundation/TextEncoding.h"
-#include "foundation/Utf8.h"
+#include "text/CharacterSets.h"
+#include "text/TextEncoding.h"
+#include "text/Utf8.h"
 
 namespace tidemark {
 

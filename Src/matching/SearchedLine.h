@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/TextRange.h"
 #include "matching/BoundedSearch.h"
+#include "text/TextRange.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

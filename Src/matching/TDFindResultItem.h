@@ -1,11 +1,11 @@
 #pragma once
 
 #include "foundation/FilePath.h"
-#include "foundation/StyledText.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "matching/TDMatchLine.h"
 #include "matching/TDMatchLineHighlighter.h"
+#include "text/StyledText.h"
 
 #include <QList>
 #include <QString>
@@ -61,7 +61,8 @@ public:
     const QString &findText() const { return _file().findText; }
     bool includesBOM() const { return _file().includesBOM; }
     void setIncludesBOM(bool includesBOM) { _fileFields->includesBOM = includesBOM; }
-    /// What there is to say about the file since the search, such as why it couldn't be rewritten; for people.
+    /// What there is to say about the file since the search, such as why it couldn't be rewritten; for
+    /// people.
     const QString &remark() const { return _file().remark; }
     void setRemark(const QString &remark) { _fileFields->remark = remark; }
     /// The one that found the file's match lines; null on leaves and on files that failed.

@@ -1,7 +1,7 @@
 #include "matching/TDMatchLine.h"
 
-#include "foundation/CharacterSets.h"
-#include "foundation/TextEncoding.h"
+#include "text/CharacterSets.h"
+#include "text/TextEncoding.h"
 
 namespace tidemark {
 

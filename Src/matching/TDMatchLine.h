@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/StyledText.h"
-#include "foundation/TextRange.h"
+#include "text/StyledText.h"
+#include "text/TextRange.h"
 
 #include <QByteArrayView>
 #include <QList>

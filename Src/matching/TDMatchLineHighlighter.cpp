@@ -1,11 +1,11 @@
 #include "matching/TDMatchLineHighlighter.h"
 
-#include "foundation/ByteScan.h"
 #include "foundation/StopFlag.h"
-#include "foundation/TextEncoding.h"
 #include "foundation/WorkerThreads.h"
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
+#include "text/ByteScan.h"
+#include "text/TextEncoding.h"
 
 #include <QSemaphore>
 

@@ -3,10 +3,10 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
-#include "foundation/TextEncoding.h"
 #include "matching/FoundLines.h"
 #include "matching/TDFindPattern.h"
 #include "reading/FileToRead.h"
+#include "text/TextEncoding.h"
 
 #include <atomic>
 #include <memory>

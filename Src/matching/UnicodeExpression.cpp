@@ -1,9 +1,9 @@
 #include "matching/UnicodeExpression.h"
 
 #include "foundation/StopFlag.h"
-#include "foundation/TextEncoding.h"
-#include "foundation/Utf8.h"
 #include "matching/ExpressionComplexity.h"
+#include "text/TextEncoding.h"
+#include "text/Utf8.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/PlainTextPattern.h"
 #include "matching/SearchedLine.h"
 #include "matching/TextFault.h"
+#include "text/PlainTextPattern.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

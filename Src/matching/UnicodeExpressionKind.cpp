@@ -1,9 +1,9 @@
 #include "foundation/AbandonableWork.h"
-#include "foundation/Utf8.h"
 #include "matching/FindKind.h"
 #include "matching/RegularExpression.h"
 #include "matching/UnicodeExpression.h"
 #include "matching/WholeWords.h"
+#include "text/Utf8.h"
 
 namespace tidemark {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/TextRange.h"
+#include "text/TextRange.h"
 
 #include <QByteArrayView>
 #include <QStringView>

@@ -1,9 +1,9 @@
 #include "reading/TDFileReader.h"
 
 #include "foundation/AssertionHandler.h"
-#include "foundation/ByteScan.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/StopFlag.h"
+#include "text/ByteScan.h"
 
 #include <array>
 #include <bit>

@@ -2,9 +2,9 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
-#include "foundation/TextEncoding.h"
 #include "reading/FileToRead.h"
 #include "reading/TDReadBuffer.h"
+#include "text/TextEncoding.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -99,7 +99,7 @@ private:
     StringEncoding _stringEncoding;
     FilePath _path;
     bool _hadByteOrderMarker = false;
-    int _unitSize = 1;     ///< bytes a code unit: 1 for everything that is split by bytes
+    int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes
     std::unique_ptr<TextConverter> _converter;
     QByteArray _line; ///< a line that doesn't lie in one stretch of the read buffer
 };

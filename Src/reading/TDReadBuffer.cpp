@@ -59,7 +59,8 @@ QByteArrayView TDReadBuffer::available(TDError &error)
 
 QByteArrayView TDReadBuffer::atHand() const
 {
-    return _pushedBack.empty() ? QByteArrayView(_data.get() + _position, _size - _position) : QByteArrayView();
+    return _pushedBack.empty() ? QByteArrayView(_data.get() + _position, _size - _position)
+                               : QByteArrayView();
 }
 
 void TDReadBuffer::consume(qsizetype count)

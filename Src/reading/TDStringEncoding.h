@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <vector>
 

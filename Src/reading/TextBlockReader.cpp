@@ -1,11 +1,11 @@
 #include "reading/TextBlockReader.h"
 
-#include "foundation/ByteScan.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/StopFlag.h"
-#include "foundation/Utf8.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
+#include "text/ByteScan.h"
+#include "text/Utf8.h"
 
 #include <cstring>
 #include <new>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "foundation/TDFileCommon.h"
-#include "foundation/TextEncoding.h"
 #include "reading/FileToRead.h"
+#include "text/TextEncoding.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -69,7 +69,7 @@ private:
     qsizetype _start = 0; ///< of what hasn't been handed out yet, in _buffer
     qsizetype _end = 0;
     qsizetype _withoutLineEnd = 0; ///< so many bytes from _start on have been looked through in vain
-    qint64 _bytesLeft = 0; ///< that may still be read
+    qint64 _bytesLeft = 0;         ///< that may still be read
     bool _endOfFile = false;
     bool _hadByteOrderMarker = false;
     std::optional<FileDate> _modificationDate;

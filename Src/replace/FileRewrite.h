@@ -3,11 +3,11 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
-#include "foundation/TextEncoding.h"
 #include "replace/BackupFile.h"
 #include "replace/RewritePlan.h"
 #include "replace/RewriteProblem.h"
 #include "replace/RewriteRecord.h"
+#include "text/TextEncoding.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
 #include "replace/LineSplice.h"
 
-#include "foundation/CodeWalk.h"
+#include "text/CodeWalk.h"
 
 #include <algorithm>
 

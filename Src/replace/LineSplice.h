@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/TextEncoding.h"
-#include "foundation/TextRange.h"
+#include "text/TextEncoding.h"
+#include "text/TextRange.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "foundation/TDError.h"
-#include "foundation/TextRange.h"
 #include "matching/TDMatchLine.h"
 #include "replace/TDReplacement.h"
+#include "text/TextRange.h"
 
 #include <functional>
 #include <optional>

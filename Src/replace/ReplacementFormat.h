@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/TextRange.h"
 #include "matching/UnicodeExpression.h"
+#include "text/TextRange.h"
 
 #include <QList>
 #include <QString>

@@ -1,9 +1,9 @@
 #include "replace/RewritePlan.h"
 
-#include "foundation/AsciiText.h"
-#include "foundation/ShiftTokens.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/LineSplice.h"
+#include "text/AsciiText.h"
+#include "text/ShiftTokens.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -2,10 +2,10 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
-#include "foundation/TextEncoding.h"
-#include "foundation/TextRange.h"
 #include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
+#include "text/TextEncoding.h"
+#include "text/TextRange.h"
 
 #include <QByteArray>
 

@@ -3,8 +3,8 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
-#include "foundation/TextEncoding.h"
 #include "matching/TDMatchLineHighlighter.h"
+#include "text/TextEncoding.h"
 
 #include <memory>
 #include <optional>

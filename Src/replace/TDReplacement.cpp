@@ -1,11 +1,11 @@
 #include "replace/TDReplacement.h"
 
 #include "foundation/LocalizedText.h"
-#include "foundation/TextEncoding.h"
-#include "foundation/Utf8.h"
 #include "matching/BoundedSearch.h"
 #include "matching/RegularExpression.h"
 #include "replace/ReplacementFormat.h"
+#include "text/TextEncoding.h"
+#include "text/Utf8.h"
 
 #include <iterator>
 

@@ -1,8 +1,8 @@
 #include "search/RegisterUserDefaults.h"
 
-#include "foundation/TextEncoding.h"
 #include "foundation/UserDefaults.h"
 #include "search/Kind.h"
+#include "text/TextEncoding.h"
 
 namespace tidemark {
 

@@ -1,7 +1,7 @@
 #include "search/TDSearchLocation.h"
 
-#include "foundation/PlainTextPattern.h"
-#include "foundation/StringComparison.h"
+#include "text/PlainTextPattern.h"
+#include "text/StringComparison.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "window/ResultsNavigation.h"
 
-#include "foundation/CharacterSets.h"
+#include "text/CharacterSets.h"
 #include "window/ResultsTreeModel.h"
 #include "window/TDSearchResultsOutlineView.h"
 

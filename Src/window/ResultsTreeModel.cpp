@@ -1,7 +1,7 @@
 #include "window/ResultsTreeModel.h"
 
-#include "foundation/CharacterSets.h"
 #include "foundation/LocalizedText.h"
+#include "text/CharacterSets.h"
 #include "window/FileIcons.h"
 #include "window/PlainToolTip.h"
 

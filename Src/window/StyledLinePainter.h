@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/StyledText.h"
+#include "text/StyledText.h"
 
 #include <QColor>
 #include <QRegion>

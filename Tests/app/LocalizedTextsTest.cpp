@@ -1,7 +1,7 @@
 #include "LanguageInstaller.h"
 #include "app/UserLanguage.h"
-#include "foundation/TextEncodingTable.h"
 #include "support/Testing.h"
+#include "text/TextEncodingTable.h"
 
 #include <QDirIterator>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/FilePath.h"
-#include "foundation/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

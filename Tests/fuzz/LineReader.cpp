@@ -3,10 +3,10 @@
 #include "Fuzzing.h"
 
 #include "foundation/UserDefaults.h"
-#include "foundation/Utf8.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
 #include "reading/TextBlockReader.h"
+#include "text/Utf8.h"
 
 namespace tidemark::fuzz {
 

@@ -2,12 +2,12 @@
 
 #include "Fuzzing.h"
 
-#include "foundation/PlainTextOracle.h"
-#include "foundation/PlainTextPattern.h"
-#include "foundation/SearchAlphabet.h"
-#include "foundation/TextEncoding.h"
-#include "foundation/Utf8.h"
 #include "matching/LinePrefilter.h"
+#include "text/PlainTextOracle.h"
+#include "text/PlainTextPattern.h"
+#include "text/SearchAlphabet.h"
+#include "text/TextEncoding.h"
+#include "text/Utf8.h"
 
 namespace tidemark::fuzz {
 

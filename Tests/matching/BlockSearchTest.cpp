@@ -1,7 +1,7 @@
 #include "foundation/UserDefaults.h"
-#include "foundation/Utf8.h"
 #include "matching/SearchDescription.h"
 #include "support/Testing.h"
+#include "text/Utf8.h"
 
 #include <random>
 

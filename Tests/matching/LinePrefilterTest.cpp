@@ -1,11 +1,11 @@
 #include "matching/LinePrefilter.h"
 
-#include "foundation/SearchAlphabet.h"
-#include "foundation/Utf8.h"
 #include "matching/ExpressionGenerator.h"
 #include "matching/RegularExpression.h"
 #include "matching/UnicodeExpression.h"
 #include "support/Testing.h"
+#include "text/SearchAlphabet.h"
+#include "text/Utf8.h"
 
 #include <gmock/gmock.h>
 

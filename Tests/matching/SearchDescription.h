@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/Utf8.h"
 #include "matching/SearchContext.h"
 #include "matching/TDMatchLineHighlighter.h"
+#include "text/Utf8.h"
 
 #include <ostream>
 

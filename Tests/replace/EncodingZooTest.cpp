@@ -1,10 +1,10 @@
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/FileSystemCalls.h"
-#include "foundation/TextEncoding.h"
 #include "reading/EncodingDetection.h"
 #include "replace/ReplaceTestSupport.h"
 #include "replace/RewritePlan.h"
 #include "replace/TDSelectedMatchReplacement.h"
+#include "text/TextEncoding.h"
 
 #include <iconv.h>
 #include <sys/xattr.h>

@@ -1,7 +1,7 @@
-#include "foundation/Utf8.h"
 #include "matching/TDFindPattern.h"
 #include "replace/MatchLineReplacement.h"
 #include "support/Testing.h"
+#include "text/Utf8.h"
 
 #include <QProcess>
 
