@@ -2,10 +2,10 @@
 
 #include "app/TDApplicationController.h"
 #include "foundation/FilePath.h"
-#include "window/MyDocument.h"
-#include "window/ResultsPane.h"
 #include "window/TDMyDocumentController.h"
-#include "window/TDSearchResultsOutlineView.h"
+#include "window/WindowedDocument.h"
+#include "window/results/ResultsPane.h"
+#include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -55,7 +55,7 @@ class BenchWindow
 public:
     BenchWindow(const FilePath &location, const QString &findText);
 
-    MyDocument &document() { return *_document; }
+    WindowedDocument &document() { return *_document; }
     TDMyDocumentController &controller() { return *_document->myDocumentController(); }
     const SearchWindowActions &actions() { return controller().actions(); }
     ResultsNavigation &navigation() { return controller().resultsPane().navigation(); }
@@ -80,7 +80,7 @@ public:
 
 private:
     TDApplicationController _application;
-    MyDocument *_document;
+    WindowedDocument *_document;
 };
 
 } // namespace tidemark

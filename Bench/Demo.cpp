@@ -5,9 +5,10 @@
 #include "foundation/UserDefaults.h"
 #include "search/TDSearchEngine.h"
 #include "ui_MyDocument.h"
-#include "window/MyDocument.h"
-#include "window/ResultsPane.h"
+#include "window/SearchWindowTexts.h"
 #include "window/TDMyDocumentController.h"
+#include "window/WindowedDocument.h"
+#include "window/results/ResultsPane.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -100,8 +101,7 @@ void Demo::_search(const QString &findText)
     _type(_ui().findTextComboBox->lineEdit(), findText);
     QTest::keyClick(_ui().findTextComboBox->lineEdit(), Qt::Key_Return);
     _expect(_controller->searching(), u"Return starts the search"_s);
-    _expect(_ui().startStopButton->text() == MyDocument::searchButtonTitleStop(),
-            u"the button can stop it"_s);
+    _expect(_ui().startStopButton->text() == searchButtonTitleStop(), u"the button can stop it"_s);
     _picture(u"searching"_s);
     _wait(u"the search ends"_s, [this] { return !_controller->searching(); });
     _expect(_document->resultsStatusText().startsWith(u"Search completed ("_s), u"the status line says so"_s);

@@ -18,7 +18,7 @@ class MyDocument;
 
 namespace tidemark {
 
-class MyDocument;
+class WindowedDocument;
 class TDMyDocumentController;
 
 /// A person at the search window, step by step. Each step prints what it shows, saves a picture, and fails
@@ -55,7 +55,7 @@ private:
     qint64 _matchesOnDisk(const QString &text) const;
 
     TDApplicationController _application;
-    MyDocument *_document = nullptr;
+    WindowedDocument *_document = nullptr;
     TDMyDocumentController *_controller = nullptr;
     const FilePath _folder;
     const QString _pictures;

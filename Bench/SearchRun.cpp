@@ -26,16 +26,6 @@ void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearch
     _flush();
 }
 
-FindResultItems SearchRun::allItems() const
-{
-    FindResultItems items;
-    for (const auto &file : _files) {
-        items << file;
-        items << file->children();
-    }
-    return items;
-}
-
 void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
 {
     const bool failed = !file->matchLineHighlighter();

@@ -38,8 +38,8 @@ public:
     void run(const std::shared_ptr<SearchRun> &self, const QList<TDSearchLocation> &locations);
 
     const SearchTotals &totals() const { return _totals; }
-    /// Every node in the order of the results: each file before its lines. Empty without a replacement.
-    FindResultItems allItems() const;
+    /// In the order of the results. Empty without a replacement.
+    const FindResultItems &files() const { return _files; }
 
     void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file) override;
     void errorOccured(const TDError &error) override;

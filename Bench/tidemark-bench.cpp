@@ -5,8 +5,9 @@
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "reading/TDStringEncoding.h"
-#include "replace/TDSelectedMatchReplacement.h"
 #include "search/RegisterUserDefaults.h"
+#include "session/FindResults.h"
+#include "session/ReplaceControl.h"
 #include "text/TextEncoding.h"
 
 #include <QCoreApplication>
@@ -73,17 +74,16 @@ QList<TDSearchLocation> searchLocations(const DriverOptions &options)
     return locations;
 }
 
-TDSelectedMatchReplacement::Outcome replaceAll(const SearchRun &search, const DriverOptions &options,
-                                               const QList<TDSearchLocation> &locations)
+ReplaceControl::Outcome replaceAll(const SearchRun &search, const DriverOptions &options,
+                                   const QList<TDSearchLocation> &locations)
 {
-    const std::atomic<bool> neverStops = false;
-    const ReplaceRequest request = {
-        options.findText, *options.replaceText, [&locations](const FilePath &path) {
-            return std::any_of(locations.begin(), locations.end(), [&path](const TDSearchLocation &location) {
-                return !location.isFolder && location.path() == path;
-            });
-        }};
-    return TDSelectedMatchReplacement(request, neverStops).replaceSelectedMatches(search.allItems());
+    ReplaceControl control({[&options] { return options.findText; },
+                            [&options] { return *options.replaceText; },
+                            [&locations](const FilePath &path) { return isFileAmong(locations, path); }});
+    ReplaceControl::Outcome outcome;
+    control.replaceMatches(filesAndLines(search.files()),
+                           [&outcome](const ReplaceControl::Outcome &ended) { outcome = ended; });
+    return outcome;
 }
 
 qint64 peakMemoryKiB()
@@ -109,7 +109,7 @@ QJsonObject jsonObject(const SearchTotals &totals)
 }
 
 /// Reasons with the paths of their files, percent-encoded.
-QJsonObject failuresByReason(const TDSelectedMatchReplacement::Outcome &outcome)
+QJsonObject failuresByReason(const ReplaceControl::Outcome &outcome)
 {
     QMap<QString, QJsonArray> paths;
     for (const auto &failure : outcome.failures)
@@ -122,7 +122,7 @@ QJsonObject failuresByReason(const TDSelectedMatchReplacement::Outcome &outcome)
 }
 
 void report(const DriverOptions &options, const SearchTotals &totals,
-            const std::optional<TDSelectedMatchReplacement::Outcome> &replaced)
+            const std::optional<ReplaceControl::Outcome> &replaced)
 {
     if (options.printsJson) {
         QJsonObject object = jsonObject(totals);
@@ -194,7 +194,7 @@ int main(int argc, char **argv)
         printError(totals.expressionError);
         return MALFORMED_EXPRESSION;
     }
-    std::optional<TDSelectedMatchReplacement::Outcome> replaced;
+    std::optional<ReplaceControl::Outcome> replaced;
     const RewriteRecordFolder recordFolder(options->recordFolder);
     if (options->replaceText)
         replaced = replaceAll(*search, *options, locations);

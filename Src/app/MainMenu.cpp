@@ -4,8 +4,8 @@
 #include "app/TDApplicationController.h"
 #include "app/WindowMenu.h"
 #include "foundation/LocalizedText.h"
-#include "window/ResultsPane.h"
 #include "window/TDMyDocumentController.h"
+#include "window/results/ResultsPane.h"
 
 #include <QMenuBar>
 

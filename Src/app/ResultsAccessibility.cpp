@@ -1,6 +1,6 @@
 #include "app/ResultsAccessibility.h"
 
-#include "window/TDSearchResultsOutlineView.h"
+#include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QAccessibleWidget>
 

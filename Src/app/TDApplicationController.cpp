@@ -10,9 +10,9 @@
 #include "foundation/UserDefaults.h"
 #include "search/RegisterUserDefaults.h"
 #include "ui_MyDocument.h"
-#include "window/MyDocument.h"
 #include "window/StopReplaceQuestion.h"
 #include "window/TDMyDocumentController.h"
+#include "window/WindowedDocument.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -97,7 +97,7 @@ void TDApplicationController::askAboutInterruptedRewrites(const FilePath &folder
         QMetaObject::invokeMethod(
             this,
             [this, rewrites] {
-                MyDocument *document = documents().value(0);
+                WindowedDocument *document = documents().value(0);
                 QWidget *window = document != nullptr ? document->myDocumentController()->window() : nullptr;
                 tidemark::askAboutInterruptedRewrites(window, rewrites, _recovery);
             },
@@ -110,11 +110,11 @@ bool TDApplicationController::applicationOpenUntitledFile()
     return openUntitledDocument(TD_DOCUMENT_TYPE) != nullptr;
 }
 
-MyDocument *TDApplicationController::openUntitledDocument(const QString &documentType)
+WindowedDocument *TDApplicationController::openUntitledDocument(const QString &documentType)
 {
     if (documentType != TD_DOCUMENT_TYPE)
         return nullptr;
-    MyDocument *document = _documents.emplace_back(std::make_unique<MyDocument>(*this)).get();
+    WindowedDocument *document = _documents.emplace_back(std::make_unique<WindowedDocument>(*this)).get();
     document->makeWindowControllers();
     SearchWindow *window = document->myDocumentController()->window();
     buildMainMenu(*document->myDocumentController(), *this);
@@ -126,15 +126,15 @@ MyDocument *TDApplicationController::openUntitledDocument(const QString &documen
     return document;
 }
 
-QList<MyDocument *> TDApplicationController::documents() const
+QList<WindowedDocument *> TDApplicationController::documents() const
 {
-    QList<MyDocument *> documents;
+    QList<WindowedDocument *> documents;
     for (const auto &document : _documents)
         documents << document.get();
     return documents;
 }
 
-void TDApplicationController::_documentClosed(MyDocument *document)
+void TDApplicationController::_documentClosed(WindowedDocument *document)
 {
     const auto closed = std::find_if(_documents.begin(), _documents.end(), [document](const auto &candidate) {
         return candidate.get() == document;
@@ -152,9 +152,9 @@ void TDApplicationController::_documentClosed(MyDocument *document)
         _release(document);
 }
 
-void TDApplicationController::_release(MyDocument *document)
+void TDApplicationController::_release(WindowedDocument *document)
 {
-    std::erase_if(_closingDocuments, [document](std::unique_ptr<MyDocument> &candidate) {
+    std::erase_if(_closingDocuments, [document](std::unique_ptr<WindowedDocument> &candidate) {
         if (candidate.get() != document)
             return false;
         // The window is in the middle of telling that it closed.

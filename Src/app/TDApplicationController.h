@@ -15,7 +15,7 @@
 namespace tidemark {
 
 class HelpWindow;
-class MyDocument;
+class WindowedDocument;
 class TDPreferenceController;
 
 inline const QString TD_HELP_OVERVIEW_TOPIC = QStringLiteral("index");
@@ -49,7 +49,7 @@ public:
     bool applicationShouldOpenUntitledFile() const { return true; }
     bool applicationOpenUntitledFile();
     /// Null for another type than that of search documents.
-    MyDocument *openUntitledDocument(const QString &documentType);
+    WindowedDocument *openUntitledDocument(const QString &documentType);
 
     /// Now: the documents' settings are saved, and quitting may go on. Later: the user is being asked, and
     /// quitting goes on by itself if that is the answer, or when the replace has ended meanwhile.
@@ -66,7 +66,7 @@ public:
     void setKinds(const QList<Kind> &kinds);
 
     /// In the order in which they were opened.
-    QList<MyDocument *> documents() const;
+    QList<WindowedDocument *> documents() const;
 
     void showHelp();
     void showHelpForFAQ();
@@ -89,15 +89,15 @@ Q_SIGNALS:
 
 private:
     void _connectApplication();
-    void _documentClosed(MyDocument *document);
-    void _release(MyDocument *document);
+    void _documentClosed(WindowedDocument *document);
+    void _release(WindowedDocument *document);
     void _saveAllDocuments();
     void _stopAndTerminate();
     void _showHelpTopic(const QString &topic);
 
-    std::vector<std::unique_ptr<MyDocument>> _documents;
+    std::vector<std::unique_ptr<WindowedDocument>> _documents;
     /// Whose windows have closed while a replace was running in them.
-    std::vector<std::unique_ptr<MyDocument>> _closingDocuments;
+    std::vector<std::unique_ptr<WindowedDocument>> _closingDocuments;
     std::unique_ptr<HelpWindow> _helpWindow;
     std::unique_ptr<TDPreferenceController> _preferenceController;
     quint64 _countBusyWindows = 0;

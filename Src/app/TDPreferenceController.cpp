@@ -5,7 +5,7 @@
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "ui_Preferences.h"
-#include "window/BoundOptions.h"
+#include "window/form/BoundOptions.h"
 
 #include <QScreen>
 #include <QSignalBlocker>

@@ -2,8 +2,8 @@
 
 #include "app/TDApplicationController.h"
 #include "foundation/LocalizedText.h"
-#include "window/MyDocument.h"
 #include "window/TDMyDocumentController.h"
+#include "window/WindowedDocument.h"
 
 #include <QMenuBar>
 
@@ -14,7 +14,7 @@ namespace {
 constexpr qsizetype LONGEST_TEXT = 40;
 
 /// All windows bear the same title; what they search for tells them apart.
-QString entryFor(const MyDocument &document, qsizetype number)
+QString entryFor(const WindowedDocument &document, qsizetype number)
 {
     const QString text = document.findText().left(LONGEST_TEXT).simplified();
     const QString entry = formatted(QStringLiteral("%d  "), {number}) + MyDocument::displayName();
@@ -34,13 +34,13 @@ void listWindows(QMenu *menu, qsizetype fixedEntries, const TDMyDocumentControll
     const QList<QAction *> entries = menu->actions();
     for (QAction *entry : entries.sliced(fixedEntries))
         delete entry;
-    const QList<MyDocument *> documents = application.documents();
+    const QList<WindowedDocument *> documents = application.documents();
     for (qsizetype index = 0; index < documents.size(); ++index) {
-        MyDocument *document = documents[index];
+        WindowedDocument *document = documents[index];
         QAction *entry = menu->addAction(entryFor(*document, index + 1));
         entry->setCheckable(true);
         entry->setChecked(document->myDocumentController() == &shown);
-        QObject::connect(entry, &QAction::triggered, document, &MyDocument::showWindows);
+        QObject::connect(entry, &QAction::triggered, document, &WindowedDocument::showWindows);
     }
 }
 

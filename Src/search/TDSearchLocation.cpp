@@ -109,6 +109,13 @@ TDSearchLocation TDSearchLocation::unarchived(const QByteArray &archive)
     return location;
 }
 
+bool isFileAmong(const QList<TDSearchLocation> &locations, const FilePath &path)
+{
+    return std::any_of(locations.begin(), locations.end(), [&path](const TDSearchLocation &location) {
+        return !location.isFolder && location.path() == path;
+    });
+}
+
 bool containedInArray(const QString &text, const QStringList &array)
 {
     return std::any_of(array.begin(), array.end(),

@@ -36,6 +36,9 @@ struct TDSearchLocation
     static TDSearchLocation unarchived(const QByteArray &archive);
 };
 
+/// True when one of the locations is this very file, and not a folder that holds it.
+bool isFileAmong(const QList<TDSearchLocation> &locations, const FilePath &path);
+
 /// True when some element compares equal to the text.
 bool containedInArray(const QString &text, const QStringList &array);
 

@@ -1,6 +1,6 @@
 #include "window/SearchSplitView.h"
 
-#include "window/SplitViewLayout.h"
+#include "session/SplitViewLayout.h"
 
 #include <QMouseEvent>
 #include <QResizeEvent>

@@ -1,7 +1,7 @@
 #include "window/SearchWindow.h"
 
 #include "ui_MyDocument.h"
-#include "window/MyDocument.h"
+#include "window/WindowedDocument.h"
 
 #include <QCloseEvent>
 #include <QScreen>
@@ -16,7 +16,7 @@ constexpr QSize FRAME = {16, 48};
 
 } // namespace
 
-SearchWindow::SearchWindow(MyDocument &document)
+SearchWindow::SearchWindow(WindowedDocument &document)
     : _document(document), _ui(std::make_unique<Ui::MyDocument>())
 {
     _ui->setupUi(this);
@@ -25,7 +25,7 @@ SearchWindow::SearchWindow(MyDocument &document)
     // A few locations fit; the results get the rest.
     const int formHeight = _ui->searchFormPane->sizeHint().height();
     _ui->splitView->setSizes({formHeight, height() - formHeight});
-    connect(&document, &MyDocument::closeConfirmed, this, &SearchWindow::_closeConfirmed);
+    connect(&document, &WindowedDocument::closeConfirmed, this, &SearchWindow::_closeConfirmed);
 }
 
 SearchWindow::~SearchWindow() = default;

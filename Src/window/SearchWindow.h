@@ -10,7 +10,7 @@ class MyDocument;
 
 namespace tidemark {
 
-class MyDocument;
+class WindowedDocument;
 
 /// The window of one search document, as the layout gives it, with the document's rules for closing it. What
 /// its controls do is the controllers' business.
@@ -20,7 +20,7 @@ class SearchWindow : public QMainWindow
 
 public:
     /// The document must outlive the window.
-    explicit SearchWindow(MyDocument &document);
+    explicit SearchWindow(WindowedDocument &document);
     ~SearchWindow() override;
 
     Ui::MyDocument &ui() const { return *_ui; }
@@ -37,7 +37,7 @@ protected:
 private:
     void _closeConfirmed();
 
-    MyDocument &_document;
+    WindowedDocument &_document;
     std::unique_ptr<Ui::MyDocument> _ui;
     bool _isCloseConfirmed = false;
 };

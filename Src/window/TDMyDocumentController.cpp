@@ -3,18 +3,18 @@
 #include "ui_MyDocument.h"
 #include "window/ApplicationDelegate.h"
 #include "window/ErrorSheet.h"
-#include "window/FilesAndFoldersPanel.h"
-#include "window/MyDocument.h"
-#include "window/ResultsPane.h"
 #include "window/StopReplaceQuestion.h"
+#include "window/WindowedDocument.h"
+#include "window/locations/FilesAndFoldersPanel.h"
+#include "window/results/ResultsPane.h"
 
 #include <QAction>
 
 namespace tidemark {
 
-TDMyDocumentController::TDMyDocumentController(MyDocument &document)
+TDMyDocumentController::TDMyDocumentController(WindowedDocument &document)
     : _document(document), _window(document), _actions(SearchWindowActions::makeFor(&_window)),
-      _locations(document), _search(document)
+      _locations(document), _search(document), _replace(_replaceContext())
 {
     _makePanes();
     _connectSearch();
@@ -31,19 +31,17 @@ TDMyDocumentController::~TDMyDocumentController()
     _document.setMyDocumentController(nullptr);
 }
 
+ReplaceContext TDMyDocumentController::_replaceContext()
+{
+    return {[this] { return _document.findText(); }, [this] { return _document.replaceText(); },
+            [this](const FilePath &path) { return _locations.isFileInSearchLocationsForPath(path); },
+            [this] { increaseBusyWindowCount(); }, [this] { decreaseBusyWindowCount(); }};
+}
+
 void TDMyDocumentController::_makePanes()
 {
-    ReplaceContext context;
-    context.findText = [this] { return _document.findText(); };
-    context.replaceText = [this] { return _document.replaceText(); };
-    context.isFileInSearchLocations = [this](const FilePath &path) {
-        return _locations.isFileInSearchLocationsForPath(path);
-    };
-    context.searchedTerms = [this] { return _search.searchedTerms(); };
-    context.increaseBusyWindowCount = [this] { increaseBusyWindowCount(); };
-    context.decreaseBusyWindowCount = [this] { decreaseBusyWindowCount(); };
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
-    _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, std::move(context));
+    _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, _replace);
     _results->outlineView().setOutlineDelegate(this);
 }
 
@@ -69,7 +67,7 @@ void TDMyDocumentController::_connectActions()
 
 void TDMyDocumentController::_connectReplace()
 {
-    connect(&_results->replaceCommands(), &ReplaceCommands::replacing, this, [this](bool isReplacing) {
+    connect(&_replace, &ReplaceControl::replacing, this, [this](bool isReplacing) {
         _noteWhatRuns();
         if (!isReplacing)
             Q_EMIT replaceEnded();
@@ -109,21 +107,6 @@ void TDMyDocumentController::_switchPane()
         _form->focusFindText();
     else
         _results->outlineView().setFocus(Qt::ShortcutFocusReason);
-}
-
-bool TDMyDocumentController::isReplacing() const
-{
-    return _results->replaceCommands().isReplacing();
-}
-
-bool TDMyDocumentController::stopReplace() const
-{
-    return _results->replaceCommands().stopReplace();
-}
-
-void TDMyDocumentController::setStopReplace(bool stop)
-{
-    _results->replaceCommands().setStopReplace(stop);
 }
 
 void TDMyDocumentController::increaseBusyWindowCount()

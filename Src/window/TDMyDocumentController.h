@@ -1,11 +1,12 @@
 #pragma once
 
-#include "window/ResultsOutlineDelegate.h"
-#include "window/SearchControl.h"
-#include "window/SearchForm.h"
-#include "window/SearchLocationsController.h"
+#include "session/ReplaceControl.h"
+#include "session/SearchControl.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
+#include "window/form/SearchForm.h"
+#include "window/locations/SearchLocationsController.h"
+#include "window/results/ResultsOutlineDelegate.h"
 
 #include <QObject>
 
@@ -13,7 +14,7 @@
 
 namespace tidemark {
 
-class MyDocument;
+class WindowedDocument;
 class ResultsPane;
 class TDSearchResultsOutlineView;
 
@@ -28,12 +29,13 @@ class TDMyDocumentController : public QObject, public ResultsOutlineDelegate
 
 public:
     /// The document owns the controller.
-    explicit TDMyDocumentController(MyDocument &document);
+    explicit TDMyDocumentController(WindowedDocument &document);
     ~TDMyDocumentController() override;
 
     SearchWindow *window() { return &_window; }
     const SearchWindowActions &actions() const { return _actions; }
     SearchControl &searchControl() { return _search; }
+    ReplaceControl &replaceControl() { return _replace; }
     SearchForm &searchForm() { return *_form; }
     ResultsPane &resultsPane() { return *_results; }
     SearchLocationsController &locations() { return _locations; }
@@ -43,10 +45,10 @@ public:
     void stopSearch() { _search.stopSearch(); }
     bool searching() const { return _search.searching(); }
 
-    bool isReplacing() const;
-    bool stopReplace() const;
+    bool isReplacing() const { return _replace.isReplacing(); }
+    bool stopReplace() const { return _replace.stopReplace(); }
     /// Asks a running replace to stop.
-    void setStopReplace(bool stop);
+    void setStopReplace(bool stop) { _replace.setStopReplace(stop); }
     void increaseBusyWindowCount();
     void decreaseBusyWindowCount();
 
@@ -76,6 +78,7 @@ Q_SIGNALS:
     void replaceEnded();
 
 private:
+    ReplaceContext _replaceContext();
     void _makePanes();
     void _connectSearch();
     void _connectActions();
@@ -85,11 +88,12 @@ private:
     void _noteWhatRuns();
     void _switchPane();
 
-    MyDocument &_document;
+    WindowedDocument &_document;
     SearchWindow _window;
     SearchWindowActions _actions;
     SearchLocationsController _locations;
     SearchControl _search;
+    ReplaceControl _replace;
     std::unique_ptr<SearchForm> _form;
     std::unique_ptr<ResultsPane> _results;
 };

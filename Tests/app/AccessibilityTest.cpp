@@ -1,8 +1,8 @@
 #include "LanguageInstaller.h"
 #include "app/AppTest.h"
 #include "app/HelpWindow.h"
-#include "window/ResultsPane.h"
-#include "window/TDSearchResultsOutlineView.h"
+#include "window/results/ResultsPane.h"
+#include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -81,7 +81,7 @@ using AccessibilityTest = AppTest;
 
 TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
 {
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     document->myDocumentController()->locations().dropFiles({folder.path()});
     EXPECT_EQ(namelessControls(document->myDocumentController()->window(), 15).toStdString(), "");
     controller.showPreferencePanel();
@@ -95,7 +95,7 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
 TEST_F(AccessibilityTest, TheSelectedResultIsSpokenOf)
 {
     folder.write("a.txt", "x\n\ta needle\r\n");
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     TDMyDocumentController &window = *document->myDocumentController();
     window.locations().addSearchLocations({folder.path().toUrl(), folder.path("gone").toUrl()});
     document->setFindText(u"needle"_s);
@@ -193,7 +193,7 @@ TEST_P(InLanguages, NothingIsCutInTheSmallestSearchWindow)
 {
     const QString language = QString::fromLatin1(GetParam());
     const LanguageInstaller texts(language);
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     SearchWindow *window = document->myDocumentController()->window();
     // It opens on the screen.
     EXPECT_TRUE(QRect(QPoint(), window->screen()->availableSize())

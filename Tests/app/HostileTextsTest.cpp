@@ -118,7 +118,7 @@ protected:
     }
 
     TDApplicationController application;
-    MyDocument *document;
+    WindowedDocument *document;
 };
 
 TEST_F(HostileTexts, NamesAndTextsAreShownAsTheyStand)

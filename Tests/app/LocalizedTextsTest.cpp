@@ -43,7 +43,8 @@ void collectSourceKeys(const QString &path, QSet<QString> &keys)
     static const QRegularExpression asked(u"localizedString\\([^;]*$"_s);
     static const QRegularExpression otherwiseTyped(
         u"(QStringLiteral|QLatin1String|QByteArray\\w*)\\(\\s*$"_s);
-    const bool hasWindows = path.contains(u"/Src/app/"_s) || path.contains(u"/Src/window/"_s);
+    const bool hasWindows = path.contains(u"/Src/app/"_s) || path.contains(u"/Src/window/"_s) ||
+                            path.contains(u"/Src/session/"_s);
     const QString source = contentOf(path).remove(noise);
     for (auto match = literals.globalMatch(source); match.hasNext();) {
         const QRegularExpressionMatch found = match.next();

@@ -1,8 +1,8 @@
 #include "app/AppTest.h"
 #include "app/HelpWindow.h"
 #include "ui_MyDocument.h"
-#include "window/ResultsPane.h"
-#include "window/TDSearchResultsOutlineView.h"
+#include "window/results/ResultsPane.h"
+#include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QClipboard>
 #include <QDesktopServices>
@@ -101,7 +101,7 @@ public:
     TemporaryFolder &files;
     Outside outside;
     TDApplicationController application;
-    MyDocument &document;
+    WindowedDocument &document;
     TDMyDocumentController &controller;
     Ui::MyDocument &ui;
 

@@ -1,9 +1,9 @@
 #include "app/TDApplicationController.h"
 
 #include "foundation/LocalizedText.h"
+#include "session/SearchStatusLine.h"
 #include "support/TaskCount.h"
 #include "support/gui/WindowFixture.h"
-#include "window/SearchStatusLine.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -78,7 +78,7 @@ public:
         }
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        for (const QPointer<MyDocument> &document : _documents)
+        for (const QPointer<WindowedDocument> &document : _documents)
             EXPECT_EQ(document, nullptr);
     }
 
@@ -87,7 +87,7 @@ public:
 private:
     int _number(int below) { return int(_random() % unsigned(below)); }
 
-    void _watch(MyDocument *document)
+    void _watch(WindowedDocument *document)
     {
         _documents << document;
         document->setSearchLocations(_locations);
@@ -98,12 +98,12 @@ private:
     }
 
     /// Everything in the window belongs to the search started last.
-    void _check(const MyDocument &document)
+    void _check(const WindowedDocument &document)
     {
         for (const auto &file : document.findResults().files())
             ASSERT_EQ(file->findText(), _searchedFor[&document]);
     }
-    void _checkFinished(const MyDocument &document)
+    void _checkFinished(const WindowedDocument &document)
     {
         const Oracle &expected = *_oracles.at(_searchedFor[&document]);
         const QList<FilePath> found = pathsOf(document.findResults().files());
@@ -118,11 +118,12 @@ private:
 
     void _step()
     {
-        const QList<MyDocument *> documents = _application->documents();
+        const QList<WindowedDocument *> documents = _application->documents();
         if (_stepsLeft == 0) {
-            const bool waits = _isPatient && std::ranges::any_of(documents, [](const MyDocument *document) {
-                                   return document->myDocumentController()->searching();
-                               });
+            const bool waits =
+                _isPatient && std::ranges::any_of(documents, [](const WindowedDocument *document) {
+                    return document->myDocumentController()->searching();
+                });
             if (waits)
                 QTimer::singleShot(5, _application, [this] { _step(); });
             else
@@ -130,7 +131,8 @@ private:
             return;
         }
         --_stepsLeft;
-        MyDocument *document = documents.isEmpty() ? nullptr : documents[_number(int(documents.size()))];
+        WindowedDocument *document =
+            documents.isEmpty() ? nullptr : documents[_number(int(documents.size()))];
         const int choice = _number(12);
         if (document == nullptr || (choice < 3 && documents.size() < MOST_WINDOWS))
             _watch(_application->openUntitledDocument(TD_DOCUMENT_TYPE));
@@ -143,7 +145,7 @@ private:
         const int pauses[] = {0, 0, 0, 1, 2, 5, 20};
         QTimer::singleShot(pauses[_number(std::size(pauses))], _application, [this] { _step(); });
     }
-    void _startSearch(MyDocument &document)
+    void _startSearch(WindowedDocument &document)
     {
         auto oracle = _oracles.begin();
         std::advance(oracle, _number(int(_oracles.size())));
@@ -153,9 +155,9 @@ private:
     }
     void _quit()
     {
-        const QList<MyDocument *> documents = _application->documents();
+        const QList<WindowedDocument *> documents = _application->documents();
         if (_number(2) == 0) {
-            for (MyDocument *document : documents)
+            for (WindowedDocument *document : documents)
                 document->myDocumentController()->window()->close();
         }
         _application->terminate();
@@ -165,8 +167,8 @@ private:
     const std::map<QString, std::unique_ptr<Oracle>> &_oracles;
     const QList<TDSearchLocation> _locations;
     TDApplicationController *_application = nullptr;
-    QList<QPointer<MyDocument>> _documents;
-    QHash<const MyDocument *, QString> _searchedFor;
+    QList<QPointer<WindowedDocument>> _documents;
+    QHash<const WindowedDocument *, QString> _searchedFor;
     int _stepsLeft = 0;
     bool _isPatient = false; ///< lets its searches end before it quits
 };

@@ -16,7 +16,7 @@ TEST_F(TDApplicationControllerTest, StartingPlainlyOpensOneUntitledDocument)
     controller.applicationDidFinishLaunching();
     controller.applicationDidFinishLaunching();
     ASSERT_EQ(controller.documents().size(), 1);
-    MyDocument *document = controller.documents()[0];
+    WindowedDocument *document = controller.documents()[0];
     EXPECT_EQ(document->myDocumentController()->window()->windowTitle(), u"Velkor Tidemark"_s);
     document->myDocumentController()->window()->close();
     EXPECT_TRUE(controller.documents().isEmpty());
@@ -32,7 +32,7 @@ TEST_F(TDApplicationControllerTest, QuittingSavesEveryWindowTheLastOneFirst)
 
 TEST_F(TDApplicationControllerTest, QuittingAsksWhileAReplaceRuns)
 {
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     controller.setCountBusyWindows(1);
     EXPECT_EQ(controller.applicationShouldTerminate(), TerminateReply::Later);
     auto *question = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
@@ -45,9 +45,9 @@ TEST_F(TDApplicationControllerTest, QuittingAsksWhileAReplaceRuns)
 
 TEST_F(TDApplicationControllerTest, AfterHidingOnlySearchingWindowsShowTheirProgress)
 {
-    MyDocument *idle = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
-    MyDocument *searching = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
-    const auto isShown = [](MyDocument *document) {
+    WindowedDocument *idle = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *searching = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    const auto isShown = [](WindowedDocument *document) {
         return !document->myDocumentController()->window()->ui().progressIndicator->isHidden();
     };
     searching->myDocumentController()->startSearch(StartStopButton::On);

@@ -60,7 +60,7 @@ TEST_F(TDPreferenceControllerTest, ChecksAndTheMaximumAreBoundBothWays)
 
 TEST_F(TDPreferenceControllerTest, TheWindowIsOneForAllAndKeepsItsState)
 {
-    MyDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
+    WindowedDocument *document = controller.openUntitledDocument(TD_DOCUMENT_TYPE);
     document->myDocumentController()->actions().fileTypes->trigger();
     TDPreferenceController *first = &preferences();
     EXPECT_TRUE(first->window()->isVisible());

@@ -1,6 +1,6 @@
 // Locations as they are stored. An input is an archive up to a line feed, and a bookmark.
 
-#include "window/LocationBookmark.h"
+#include "session/LocationBookmark.h"
 
 #include "Fuzzing.h"
 
@@ -25,13 +25,13 @@ void checkArchive(const QByteArray &archive)
 void checkBookmark(const QByteArray &bookmark)
 {
     QVariantMap stored = {{QStringLiteral("url"), bookmark}, {QStringLiteral("fileTypes"), bookmark}};
-    const auto location = locationFromStored(stored, BookmarkResolution::Plain);
+    const auto location = locationFromStored(stored);
     if (!location)
         return;
     require(location->url.isLocalFile(), "a resolved bookmark is a file here");
-    const auto storedAgain = storedLocation(*location, BookmarkCreation::Plain);
+    const auto storedAgain = storedLocation(*location);
     require(storedAgain.has_value(), "a resolved bookmark can be stored");
-    const auto again = locationFromStored(*storedAgain, BookmarkResolution::Plain);
+    const auto again = locationFromStored(*storedAgain);
     require(again && again->isEqual(*location), "a stored location is found again");
 }
 

@@ -3,7 +3,7 @@
 
 #include "foundation/FileSystemCalls.h"
 #include "foundation/TDFileCommon.h"
-#include "window/ResultsTreeModel.h"
+#include "window/results/ResultsTreeModel.h"
 
 #include <QDirIterator>
 #include <QPlainTextEdit>

@@ -1,9 +1,9 @@
 #include "support/gui/OpenWindow.h"
 
 #include "foundation/FileSystemCalls.h"
+#include "session/ReplaceTexts.h"
 #include "window/ErrorSheet.h"
-#include "window/ReplaceTexts.h"
-#include "window/ResultsTreeModel.h"
+#include "window/results/ResultsTreeModel.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -57,6 +57,7 @@ protected:
     }
     ResultsPane &pane() { return window->controller().resultsPane(); }
     ReplaceCommands &commands() { return pane().replaceCommands(); }
+    ReplaceControl &control() { return window->controller().replaceControl(); }
 
     std::unique_ptr<OpenWindow> window;
 };
@@ -151,8 +152,8 @@ TEST_F(ReplaceCommandsTest, ReplaceAndFindHeldDownEqualsReplaceAll)
 TEST_F(ReplaceCommandsTest, ReplaceAllAsksTellsAndStandsOnTheFirstMatchAfterwards)
 {
     open(CONTENTS);
-    const QSignalSpy replacing(&commands(), &ReplaceCommands::replacing);
-    const QSignalSpy finished(&commands(), &ReplaceCommands::finished);
+    const QSignalSpy replacing(&control(), &ReplaceControl::replacing);
+    const QSignalSpy finished(&control(), &ReplaceControl::finished);
     commands().replaceAll();
     ASSERT_NE(window->sheet(), nullptr);
     EXPECT_EQ(window->sheet()->windowModality(), Qt::WindowModal);
@@ -270,14 +271,14 @@ TEST_F(ReplaceCommandsTest, StopEndsTheRunBetweenFiles)
     const SlowDisk disk;
     QSignalSpy shownAnew(window->outline()->model(), &QAbstractItemModel::dataChanged);
     quint64 shownDone = 0;
-    QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done, quint64 count) {
+    QObject::connect(&control(), &ReplaceControl::progressed, [&](quint64 done, quint64 count) {
         EXPECT_TRUE(done == shownDone || !shownAnew.isEmpty());
         shownAnew.clear();
         shownDone = done;
         EXPECT_EQ(count, quint64(FILE_COUNT));
-        EXPECT_TRUE(commands().isReplacing());
+        EXPECT_TRUE(control().isReplacing());
         if (done > 0)
-            commands().setStopReplace(true);
+            control().setStopReplace(true);
         // Nothing else can be done meanwhile.
         commands().replaceAll();
         EXPECT_EQ(window->sheet(), nullptr);
@@ -300,7 +301,7 @@ TEST_F(ReplaceCommandsTest, ARunKeepsItsLocationsAndLeavesItsOutcomeAndTheKeyboa
         const qsizetype locations = window->document.searchLocations().size();
         window->ui().searchLocationsTableView->selectRow(0);
         window->ui().replaceAllButton->setFocus();
-        QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done) {
+        QObject::connect(&control(), &ReplaceControl::progressed, [&](quint64 done) {
             const SearchWindowActions &actions = window->controller().actions();
             EXPECT_FALSE(actions.addLocation->isEnabled() || actions.removeLocation->isEnabled());
             EXPECT_FALSE(window->ui().addLocationButton->isEnabled());
@@ -326,7 +327,7 @@ TEST_F(ReplaceCommandsTest, TheQuestionGoesWithTheRunAndTheWindowCloses)
 {
     open(Contents(40, "foo\n"));
     const SlowDisk disk;
-    QObject::connect(&commands(), &ReplaceCommands::progressed, [&](quint64 done) {
+    QObject::connect(&control(), &ReplaceControl::progressed, [&](quint64 done) {
         EXPECT_TRUE(done > 0 || !window->window()->close());
         EXPECT_NE(window->sheet(), nullptr);
     });
@@ -340,15 +341,22 @@ TEST_F(ReplaceCommandsTest, ARunSurvivesThatItsObjectGoesAway)
 {
     open(Contents(10, "foo\n"));
     int busyCount = 0;
-    auto own = std::make_unique<ReplaceCommands>(
-        dynamic_cast<ResultsTreeModel &>(*window->outline()->model()), *window->outline(),
-        pane().navigation(),
+    auto replace = std::make_unique<ReplaceControl>(
         ReplaceContext{[] { return u"foo"_s; }, [] { return u"bar"_s; },
                        [](const FilePath &) { return false; }, [&] { ++busyCount; }, [&] { --busyCount; }});
+    auto own =
+        std::make_unique<ReplaceCommands>(*replace, window->controller().searchControl(),
+                                          dynamic_cast<ResultsTreeModel &>(*window->outline()->model()),
+                                          *window->outline(), pane().navigation());
     // Delivered while the first file is on its way.
-    QObject::connect(own.get(), &ReplaceCommands::progressed, [&] {
+    QObject::connect(replace.get(), &ReplaceControl::progressed, [&] {
         QMetaObject::invokeMethod(
-            &window->document, [&] { own.reset(); }, Qt::QueuedConnection);
+            &window->document,
+            [&] {
+                own.reset();
+                replace.reset();
+            },
+            Qt::QueuedConnection);
     });
     own->replaceAll();
     window->press(u"Replace All"_s);

@@ -1,14 +1,10 @@
 #pragma once
 
+#include "support/ResultNodes.h"
 #include "support/gui/OpenWindow.h"
-
-#include "window/ResultsTreeModel.h"
+#include "window/results/ResultsTreeModel.h"
 
 namespace tidemark::test {
-
-/// A file node with these lines, in which every "foo" is a match.
-std::shared_ptr<TDFindResultItem> fileNode(const QByteArray &path, const QStringList &lines);
-std::shared_ptr<TDFindResultItem> failedFileNode(const QByteArray &path, const QString &reason);
 
 /// A search window that shows these results, with the keyboard there.
 class ResultsWindow : public OpenWindow

@@ -1,4 +1,4 @@
-#include "window/OutlineRows.h"
+#include "session/OutlineRows.h"
 #include "window/ResultsFixture.h"
 
 #include <QAbstractItemModelTester>

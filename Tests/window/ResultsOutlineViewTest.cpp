@@ -1,7 +1,7 @@
-#include "window/ResultsActions.h"
 #include "window/ResultsFixture.h"
-#include "window/TDSearchResultsTextFieldCell.h"
 #include "window/Workspace.h"
+#include "window/results/ResultsActions.h"
+#include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include <QClipboard>
 #include <QHeaderView>

@@ -1,9 +1,9 @@
 #include "support/gui/WindowFixture.h"
 
-#include "window/FilesAndFoldersPanel.h"
-#include "window/PathControlWithPathBinding.h"
-#include "window/SearchLocationsController.h"
-#include "window/TDTableViewDragDropArrayController.h"
+#include "window/locations/FilesAndFoldersPanel.h"
+#include "window/locations/PathControlWithPathBinding.h"
+#include "window/locations/SearchLocationsController.h"
+#include "window/locations/TDTableViewDragDropArrayController.h"
 
 #include <QAbstractItemModelTester>
 #include <QFontMetrics>
@@ -51,7 +51,7 @@ protected:
                 folder.write(QByteArray::number(number), "").toUrl());
     }
 
-    MyDocument document{application};
+    MyDocument document;
     SearchLocationsController controller{document};
     TDTableViewDragDropArrayController model{document};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};

@@ -17,6 +17,17 @@ protected:
     }
 };
 
+TEST_F(SearchWindowTest, EveryToolTipIsShownWithThisSystemsKeys)
+{
+    OpenWindow window(application);
+    int toolTips = 0;
+    for (const QWidget *widget : window.window()->findChildren<QWidget *>()) {
+        toolTips += widget->toolTip().isEmpty() ? 0 : 1;
+        EXPECT_FALSE(widget->toolTip().contains("Cmd"_L1)) << widget->objectName().toStdString();
+    }
+    EXPECT_GE(toolTips, 20);
+}
+
 TEST_F(SearchWindowTest, ReturnInFindSearchesForWhatWasTyped)
 {
     folder.write("a.txt", "needle\n");

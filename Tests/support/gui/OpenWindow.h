@@ -3,7 +3,7 @@
 #include "support/gui/WindowFixture.h"
 
 #include "ui_MyDocument.h"
-#include "window/ResultsPane.h"
+#include "window/results/ResultsPane.h"
 
 #include <QLineEdit>
 #include <QMessageBox>
@@ -66,7 +66,7 @@ struct OpenWindow
         QObject::disconnect(connection);
     }
 
-    MyDocument document;
+    WindowedDocument document;
 };
 
 } // namespace tidemark::test

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "foundation/UserDefaults.h"
-#include "support/Testing.h"
+#include "support/Events.h"
+#include "support/SearchFolder.h"
 #include "window/ApplicationDelegate.h"
-#include "window/MyDocument.h"
 #include "window/TDMyDocumentController.h"
-
-#include <QTest>
+#include "window/WindowedDocument.h"
 
 namespace tidemark::test {
 
@@ -24,25 +23,10 @@ private:
 };
 
 /// An application and a folder for each test.
-class WindowTest : public testing::Test
+class WindowTest : public SearchFolderTest
 {
 protected:
-    TDSearchLocation location(const FilePath &path) const
-    {
-        TDSearchLocation location;
-        location.setURL(path.toUrl());
-        return location;
-    }
-
     FakeApplication application;
-    TemporaryFolder folder;
 };
-
-/// Delivers events until the condition holds; false after the time is up.
-template <typename Condition>
-bool waitFor(Condition condition, int milliseconds = 10000)
-{
-    return QTest::qWaitFor(condition, milliseconds);
-}
 
 } // namespace tidemark::test

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "search/TDSearchLocation.h"
+
+#include <QVariantMap>
+
+#include <optional>
+
+namespace tidemark {
+
+/// What finds a file again later: its URL as text. Nothing when the URL isn't that of a local file.
+std::optional<QByteArray> bookmarkData(const QUrl &url);
+/// Nothing when the item no longer exists.
+std::optional<QUrl> resolvedBookmark(const QByteArray &bookmark);
+
+/// A location as it is stored in the settings, and back; nothing when its bookmark can't be made or resolved.
+std::optional<QVariantMap> storedLocation(const TDSearchLocation &location);
+std::optional<TDSearchLocation> locationFromStored(const QVariantMap &stored);
+
+} // namespace tidemark

@@ -1,0 +1,104 @@
+#include "session/ReplaceControl.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QSet>
+
+#include <utility>
+
+namespace tidemark {
+
+namespace {
+
+constexpr qint64 MILLISECONDS_BETWEEN_EVENTS = 50;
+
+} // namespace
+
+ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
+{
+    ReplaceExtent extent;
+    QSet<const TDFindResultItem *> files;
+    for (const auto &item : items) {
+        if (item->matchLine() == nullptr || item->matchLine()->numberOfMatches() == 0)
+            continue;
+        extent.matches += item->matchLine()->numberOfMatches();
+        files.insert(item->parent());
+    }
+    extent.files = quint64(files.size());
+    return extent;
+}
+
+ReplaceControl::ReplaceControl(ReplaceContext context, QObject *parent)
+    : QObject(parent), _context(std::move(context)), _stopReplace(std::make_shared<std::atomic<bool>>(false))
+{}
+
+ReplaceControl::~ReplaceControl()
+{
+    *_stopReplace = true;
+    if (_isReplacing)
+        _context.decreaseBusyWindowCount();
+}
+
+ReplaceRequest ReplaceControl::_request() const
+{
+    return {_context.findText(), _context.replaceText(), _context.isFileInSearchLocations};
+}
+
+bool ReplaceControl::replaceMatch(TDFindResultItem &item, TDError &error)
+{
+    _context.increaseBusyWindowCount();
+    const bool standsOnNextMatch =
+        TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, item, _request(), error);
+    _context.decreaseBusyWindowCount();
+    return standsOnNextMatch;
+}
+
+TDSelectedMatchReplacement::BetweenFiles ReplaceControl::_deliverEvents(quint64 fileCount)
+{
+    return [self = QPointer(this), fileCount, timer = QElapsedTimer()](quint64 filesDone) mutable {
+        if (timer.isValid() && timer.elapsed() < MILLISECONDS_BETWEEN_EVENTS)
+            return;
+        if (self)
+            Q_EMIT self->progressed(filesDone, fileCount);
+        QCoreApplication::processEvents();
+        timer.start();
+    };
+}
+
+void ReplaceControl::replaceMatches(const FindResultItems &items,
+                                    const std::function<void(const Outcome &)> &showEnd)
+{
+    if (_isReplacing)
+        return;
+    // Events may take away the window, and with it this object; the run then ends on what it holds itself.
+    const QPointer self(this);
+    const auto stop = _stopReplace;
+    const quint64 fileCount = ReplaceExtent::of(items).files;
+    ReplaceRequest request = _request();
+    request.isFileInSearchLocations = [self, asked = request.isFileInSearchLocations](const FilePath &path) {
+        return self && asked(path);
+    };
+    *stop = false;
+    _isReplacing = true;
+    _context.increaseBusyWindowCount();
+    Q_EMIT replacing(true);
+    Q_EMIT progressed(0, fileCount);
+    const Outcome outcome =
+        TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(items);
+    if (self)
+        _endRun(outcome, showEnd);
+}
+
+void ReplaceControl::_endRun(const Outcome &outcome, const std::function<void(const Outcome &)> &showEnd)
+{
+    if (showEnd)
+        showEnd(outcome);
+    _isReplacing = false;
+    _context.decreaseBusyWindowCount();
+    Q_EMIT finished(outcome);
+    // The last thing: a window that waited for this may go away now.
+    Q_EMIT replacing(false);
+}
+
+} // namespace tidemark

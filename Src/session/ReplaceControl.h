@@ -1,0 +1,82 @@
+#pragma once
+
+#include "replace/TDReplaceEngine.h"
+#include "replace/TDSelectedMatchReplacement.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace tidemark {
+
+/// What replacing needs to know of the document and the application. All are called on the main thread.
+struct ReplaceContext
+{
+    std::function<QString()> findText;
+    std::function<QString()> replaceText;
+    IsFileInSearchLocations isFileInSearchLocations;
+    std::function<void()> increaseBusyWindowCount = [] {};
+    std::function<void()> decreaseBusyWindowCount = [] {};
+};
+
+/// How much a replacement would change.
+struct ReplaceExtent
+{
+    quint64 matches = 0;
+    quint64 files = 0;
+
+    /// Of the match lines among the nodes.
+    static ReplaceExtent of(const FindResultItems &items);
+};
+
+/// Replaces matches of a window's results: one, or many in a run that can be stopped. A run stays on the main
+/// thread and delivers events between the files; meanwhile isReplacing() holds, and nothing else may change
+/// the results. It survives that this object goes away meanwhile. Main thread only.
+class ReplaceControl : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool replacing READ isReplacing NOTIFY replacing)
+
+public:
+    using Outcome = TDSelectedMatchReplacement::Outcome;
+
+    explicit ReplaceControl(ReplaceContext context, QObject *parent = nullptr);
+    ~ReplaceControl() override;
+
+    QString findText() const { return _context.findText(); }
+    QString replaceText() const { return _context.replaceText(); }
+
+    /// Replaces the node's highlighted match and saves the file. True when the highlight already stands on
+    /// the next match.
+    bool replaceMatch(TDFindResultItem &item, TDError &error);
+    /// Replaces all matches of the nodes, which the caller keeps alive. `showEnd` is called at the end while
+    /// isReplacing() still holds, and not at all if this object has gone away. Does nothing during a run.
+    void replaceMatches(const FindResultItems &items,
+                        const std::function<void(const Outcome &)> &showEnd = {});
+
+    bool isReplacing() const { return _isReplacing; }
+    bool stopReplace() const { return *_stopReplace; }
+    /// Asks a run to stop; the next one clears it at its start.
+    void setStopReplace(bool stop) { *_stopReplace = stop; }
+
+Q_SIGNALS:
+    void replacing(bool isReplacing);
+    /// Files done of the files with something to replace; what is listed agrees with them.
+    void progressed(quint64 filesDone, quint64 fileCount);
+    /// Sent at the end of every run, before replacing(false).
+    void finished(const tidemark::TDSelectedMatchReplacement::Outcome &outcome);
+
+private:
+    ReplaceRequest _request() const;
+    TDSelectedMatchReplacement::BetweenFiles _deliverEvents(quint64 fileCount);
+    void _endRun(const Outcome &outcome, const std::function<void(const Outcome &)> &showEnd);
+
+    ReplaceContext _context;
+    /// A run keeps it beyond the end of this object.
+    std::shared_ptr<std::atomic<bool>> _stopReplace;
+    bool _isReplacing = false;
+};
+
+} // namespace tidemark

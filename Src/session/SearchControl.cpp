@@ -1,0 +1,170 @@
+#include "session/SearchControl.h"
+
+#include "foundation/LocalizedText.h"
+#include "foundation/UserDefaults.h"
+#include "session/FindReplaceHistory.h"
+#include "session/MyDocument.h"
+
+#include <system_error>
+
+namespace tidemark {
+
+SearchControl::SearchControl(MyDocument &document, QObject *parent, SearchBody body)
+    : QObject(parent), _document(document), _body(std::move(body))
+{
+    _refreshTimer.setInterval(RESULTS_REFRESH_INTERVAL);
+    connect(&_refreshTimer, &QTimer::timeout, this, &SearchControl::updateSearchResultsOutlineView);
+}
+
+SearchControl::~SearchControl()
+{
+    _abandonSession();
+    for (SearchThread &search : _threads)
+        search.thread.join();
+}
+
+void SearchControl::startSearch()
+{
+    // The one before may still be winding down; nothing of it may reach the document any more.
+    _abandonSession();
+    _joinEndedThreads();
+    Q_EMIT searchWillStart();
+    _resetDocument();
+    _searchedTerms = SearchTerms::withUserDefaults(_document.findText());
+    saveFindReplaceTextHistory(UserDefaults::standard(), _document.findText(), _document.replaceText());
+    _setSectionTitle(localizedString("Generating search results…"));
+    _beginSession();
+}
+
+void SearchControl::_resetDocument()
+{
+    _document.setFilesWithMatchesCount(TD_NO_SEARCH_PERFORMED);
+    _setSearching(true);
+    _document.findResults().clear();
+    _document.setResultsStatusText(QStringLiteral(""));
+}
+
+void SearchControl::_beginSession()
+{
+    SearchSession::Receiver receiver;
+    receiver.resultsArrived = [this] { updateSearchResultsOutlineView(); };
+    receiver.statusChanged = [this](const QString &status) { _document.setResultsStatusText(status); };
+    receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
+    receiver.ended = [this](const QString &status) { _searchFinished(status); };
+    _session = std::make_shared<SearchSession>(this, receiver);
+    _searchEngine = std::make_shared<TDSearchEngine>();
+    _searchEngine->setDelegate(_session);
+    const bool ignoreCase = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_IGNORE_CASE);
+    _refreshTimer.start();
+    // The first refresh comes at once, but not before the caller has returned; it is queued
+    // before the search can queue anything, so it never shows what belongs to a later refresh.
+    QMetaObject::invokeMethod(
+        this,
+        [this, session = _session] {
+            if (_searching && _session == session)
+                updateSearchResultsOutlineView();
+        },
+        Qt::QueuedConnection);
+    _runOnThread({_document.findText(), _document.searchLocations(), !ignoreCase});
+}
+
+void SearchControl::_runOnThread(const SearchRequest &request)
+{
+    auto hasEnded = std::make_shared<std::atomic<bool>>(false);
+    auto run = [body = _body, engine = _searchEngine, session = _session, request, hasEnded]() mutable {
+        body(*engine, request, *session);
+        // Let go of everything here, so that joining an ended thread never waits for it.
+        engine.reset();
+        session.reset();
+        *hasEnded = true;
+    };
+    try {
+        _threads.push_back({std::thread(std::move(run)), hasEnded});
+    } catch (const std::system_error &noThread) {
+        abandonSearch();
+        Q_EMIT errorOccured(TDError::posixError(noThread.code().value()));
+    }
+}
+
+void SearchControl::doSearch(TDSearchEngine &engine, const SearchRequest &request, TDSearchEngineDelegate &)
+{
+    engine.startSearch(request.findText, request.searchLocations, request.caseSensitive);
+}
+
+void SearchControl::stopSearch()
+{
+    if (_searchEngine)
+        _searchEngine->stopSearch();
+    _setSearching(false);
+}
+
+void SearchControl::abandonSearch()
+{
+    _abandonSession();
+    _setSearching(false);
+}
+
+void SearchControl::_abandonSession()
+{
+    _refreshTimer.stop();
+    if (_session)
+        _session->detach();
+    if (_searchEngine)
+        _searchEngine->stopSearch();
+    _session.reset();
+}
+
+void SearchControl::_joinEndedThreads()
+{
+    std::erase_if(_threads, [](SearchThread &search) {
+        if (!*search.hasEnded)
+            return false;
+        search.thread.join();
+        return true;
+    });
+}
+
+void SearchControl::updateSearchResultsOutlineView()
+{
+    if (_session)
+        _mergeNewResults();
+}
+
+void SearchControl::_mergeNewResults()
+{
+    const FindResultItems newResults = _session->takeArrived();
+    _document.setFilesWithMatchesCount(newResults.size());
+    if (!newResults.isEmpty())
+        _document.findResults().append(newResults);
+    _document.setFilesWithMatchesCount(_document.findResults().count());
+}
+
+void SearchControl::_searchFinished(const QString &status)
+{
+    _document.setResultsStatusText(status);
+    _setSectionTitle(localizedString("Review search results"));
+    _mergeNewResults();
+    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
+        _document.setFilesWithMatchesCount(0);
+    _setSearching(false);
+    _document.setFilesWithMatchesCount(_document.findResults().count());
+    Q_EMIT searchFinished();
+}
+
+void SearchControl::_setSearching(bool searching)
+{
+    if (!searching)
+        _refreshTimer.stop();
+    if (_searching == searching)
+        return;
+    _searching = searching;
+    Q_EMIT searchingChanged(searching);
+}
+
+void SearchControl::_setSectionTitle(const QString &title)
+{
+    _sectionTitle = title;
+    Q_EMIT sectionTitleChanged(title);
+}
+
+} // namespace tidemark

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "foundation/TDError.h"
+#include "search/TDSearchEngine.h"
+#include "session/SearchSession.h"
+#include "session/SearchTerms.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace tidemark {
+
+class MyDocument;
+
+/// How long results that are no longer shown one by one wait to be shown.
+inline constexpr std::chrono::milliseconds RESULTS_REFRESH_INTERVAL = std::chrono::milliseconds(5000);
+
+/// What one search is asked for; taken from the document and the settings when it starts.
+struct SearchRequest
+{
+    QString findText;
+    QList<TDSearchLocation> searchLocations;
+    bool caseSensitive = false;
+};
+
+/// Starts and stops a window's searches, moves what they find into the document, and keeps its count and
+/// status line right. Each search has a thread of its own. Main thread only; going away ends every search
+/// that is left.
+class SearchControl : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Runs one search on the thread that calls it, until it has finished or was stopped. Tests put their own
+    /// in.
+    using SearchBody = std::function<void(TDSearchEngine &engine, const SearchRequest &request,
+                                          TDSearchEngineDelegate &delegate)>;
+
+    explicit SearchControl(MyDocument &document, QObject *parent = nullptr, SearchBody body = doSearch);
+    ~SearchControl() override;
+
+    void startSearch();
+    /// What was found so far stays. The search's thread may take a moment longer to end.
+    void stopSearch();
+    /// Stops, and nothing of the search is delivered any more: its window is closing.
+    void abandonSearch();
+    bool searching() const { return _searching; }
+
+    const QString &sectionTitle() const { return _sectionTitle; }
+    /// What the last search was started with; nothing before the first.
+    const std::optional<SearchTerms> &searchedTerms() const { return _searchedTerms; }
+    /// Null before the first search.
+    const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
+    /// Whether the last search listed lines on which its matches may be shifted.
+    bool matchesMayBeShifted() const { return _searchEngine && _searchEngine->matchesMayBeShifted(); }
+    /// Shows everything that has arrived.
+    void updateSearchResultsOutlineView();
+
+    static void doSearch(TDSearchEngine &engine, const SearchRequest &request,
+                         TDSearchEngineDelegate &delegate);
+
+Q_SIGNALS:
+    /// Before anything of a new search is shown.
+    void searchWillStart();
+    void searchingChanged(bool searching);
+    void sectionTitleChanged(const QString &title);
+    /// After a search has finished or was stopped and everything that it found is shown.
+    void searchFinished();
+    void errorOccured(const TDError &error);
+
+private:
+    struct SearchThread
+    {
+        std::thread thread;
+        std::shared_ptr<std::atomic<bool>> hasEnded;
+    };
+
+    void _resetDocument();
+    void _beginSession();
+    void _runOnThread(const SearchRequest &request);
+    void _abandonSession();
+    void _joinEndedThreads();
+    void _mergeNewResults();
+    void _searchFinished(const QString &status);
+    void _setSearching(bool searching);
+    void _setSectionTitle(const QString &title);
+
+    MyDocument &_document;
+    const SearchBody _body;
+    QTimer _refreshTimer;
+    std::shared_ptr<TDSearchEngine> _searchEngine;
+    std::shared_ptr<SearchSession> _session;
+    std::vector<SearchThread> _threads;
+    QString _sectionTitle;
+    std::optional<SearchTerms> _searchedTerms;
+    bool _searching = false;
+};
+
+} // namespace tidemark

@@ -1,0 +1,102 @@
+#include "session/SearchSession.h"
+
+#include "session/FindResults.h"
+#include "session/SearchStatusLine.h"
+
+#include <utility>
+
+namespace tidemark {
+
+SearchSession::SearchSession(QObject *context, Receiver receiver)
+    : _context(context), _receiver(std::move(receiver))
+{}
+
+void SearchSession::detach()
+{
+    const std::lock_guard lock(_mutex);
+    _context = nullptr;
+    releaseInBackground(std::exchange(_newResults, {}));
+    _taken.notify_all();
+}
+
+FindResultItems SearchSession::takeArrived()
+{
+    const std::lock_guard lock(_mutex);
+    FindResultItems arrived;
+    arrived.swap(_newResults);
+    _takenCount += quint64(arrived.size());
+    _taken.notify_all();
+    return arrived;
+}
+
+quint64 SearchSession::addResultsMatchLineCount() const
+{
+    const std::lock_guard lock(_mutex);
+    return _addResultsMatchLineCount;
+}
+
+void SearchSession::_post(std::function<void()> delivery)
+{
+    if (_context == nullptr)
+        return;
+    QMetaObject::invokeMethod(
+        _context,
+        [session = shared_from_this(), delivery = std::move(delivery)] {
+            // Only this thread detaches, so nothing needs to be locked here.
+            if (session->_context != nullptr)
+                delivery();
+        },
+        Qt::QueuedConnection);
+}
+
+void SearchSession::didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
+                                quint64 matchCount)
+{
+    if (!scanningStatusIsDue())
+        return;
+    const QString status = scanningStatus(matchCount, fileMatchCount, scannedCount, path);
+    const std::lock_guard lock(_mutex);
+    _post([this, status] { _receiver.statusChanged(status); });
+}
+
+void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
+{
+    std::unique_lock lock(_mutex);
+    if (_context == nullptr)
+        return;
+    _addResultsMatchLineCount += quint64(file->matchLines().size());
+    _newResults << file;
+    ++_arrivedCount;
+    if (_addResultsMatchLineCount >= SHOWN_ONE_BY_ONE_BELOW)
+        return;
+    _post([this, number = _arrivedCount] {
+        // A refresh may have come in between; what has gathered since then is the next one's.
+        if (_takenCount < number)
+            _receiver.resultsArrived();
+    });
+    _taken.wait(lock, [this] { return _newResults.isEmpty() || _context == nullptr; });
+}
+
+void SearchSession::errorOccured(const TDError &error)
+{
+    const std::lock_guard lock(_mutex);
+    _post([this, error] { _receiver.errorOccured(error); });
+}
+
+void SearchSession::didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
+{
+    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Completed));
+}
+
+void SearchSession::didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
+{
+    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Interrupted));
+}
+
+void SearchSession::_end(const QString &status)
+{
+    const std::lock_guard lock(_mutex);
+    _post([this, status] { _receiver.ended(status); });
+}
+
+} // namespace tidemark

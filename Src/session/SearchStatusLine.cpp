@@ -1,0 +1,99 @@
+#include "session/SearchStatusLine.h"
+
+#include "foundation/LocalizedText.h"
+
+#include <QLocale>
+
+#include <atomic>
+#include <chrono>
+
+namespace tidemark {
+
+namespace {
+
+constexpr std::chrono::nanoseconds STATUS_INTERVAL = std::chrono::seconds(1);
+
+QString matchesInFiles(quint64 matchCount, quint64 fileMatchCount)
+{
+    if (matchCount == 1 && fileMatchCount == 1)
+        return localizedString("%d match found in %d file");
+    if (matchCount < 2 || fileMatchCount != 1)
+        return localizedString("%d matches found in %d files");
+    return localizedString("%d matches found in %d file");
+}
+
+/// With the digits in groups as the user writes them.
+QString grouped(quint64 number)
+{
+    return QLocale().toString(number);
+}
+
+QString countedReplacements(const ReplaceSummary &summary)
+{
+    const QString matches = summary.replacements == 1 ? localizedString("Replaced %@ match")
+                                                      : localizedString("Replaced %@ matches");
+    const QString files =
+        summary.filesRewritten == 1 ? localizedString(" in %@ file") : localizedString(" in %@ files");
+    return formatted(matches, {grouped(summary.replacements)}) +
+           formatted(files, {grouped(summary.filesRewritten)});
+}
+
+} // namespace
+
+QString replacedStatus(const ReplaceSummary &summary)
+{
+    QString status = summary.stopped ? formatted(localizedString("Replacing stopped: %@ of %@ files done"),
+                                                 {grouped(summary.filesRewritten + summary.filesUnchanged),
+                                                  grouped(summary.fileCount)})
+                                     : countedReplacements(summary);
+    const auto append = [&status](quint64 count, const char *one, const char *many) {
+        if (count > 0)
+            status += localizedString(" • ") +
+                      formatted(localizedString(count == 1 ? one : many), {grouped(count)});
+    };
+    append(summary.unchangedMatches, "%@ match stayed as it was", "%@ matches stayed as they were");
+    append(summary.filesFailed, "%@ file failed", "%@ files failed");
+    return status;
+}
+
+QString statusLineTextScanning(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount)
+{
+    return matchesInFiles(matchCount, fileMatchCount) + localizedString(" • ") +
+           (scannedCount != 1 ? localizedString("%d files searched") : localizedString("%d file searched")) +
+           localizedString(" • Searching: %@");
+}
+
+QString statusLineTextFinishedScan(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount,
+                                   SearchEnd end)
+{
+    return (end == SearchEnd::Interrupted ? localizedString("Search interrupted (")
+                                          : localizedString("Search completed (")) +
+           matchesInFiles(matchCount, fileMatchCount) + localizedString(" • ") +
+           (scannedCount != 1 ? localizedString("%d files searched)") : localizedString("%d file searched)"));
+}
+
+QString scanningStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, const FilePath &path)
+{
+    return formatted(statusLineTextScanning(matchCount, fileMatchCount, scannedCount),
+                     {matchCount, fileMatchCount, scannedCount, path.displayText()});
+}
+
+QString finishedStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, SearchEnd end)
+{
+    return formatted(statusLineTextFinishedScan(matchCount, fileMatchCount, scannedCount, end),
+                     {matchCount, fileMatchCount, scannedCount});
+}
+
+bool scanningStatusIsDue()
+{
+    static std::atomic<std::chrono::nanoseconds::rep> lastTime = 0;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    auto last = lastTime.load(std::memory_order_relaxed);
+    if (last != 0 && now - std::chrono::nanoseconds(last) <= STATUS_INTERVAL)
+        return false;
+    // Of two searches that find it due at once, one wins.
+    return lastTime.compare_exchange_strong(last, std::chrono::nanoseconds(now).count(),
+                                            std::memory_order_relaxed);
+}
+
+} // namespace tidemark

@@ -1,0 +1,212 @@
+#include "window/results/ResultsPane.h"
+
+#include "foundation/LocalizedText.h"
+#include "session/IncludedKinds.h"
+#include "session/MyDocument.h"
+#include "session/SearchControl.h"
+#include "session/SearchStatusLine.h"
+#include "ui_MyDocument.h"
+#include "window/SearchWindow.h"
+#include "window/SearchWindowActions.h"
+#include "window/SearchWindowTexts.h"
+
+#include <QAction>
+#include <QHeaderView>
+
+namespace tidemark {
+
+namespace {
+
+/// The view has to show the model before anything else is made of it.
+TDSearchResultsOutlineView &viewShowing(SearchWindow &window, ResultsTreeModel &model)
+{
+    TDSearchResultsOutlineView *view = window.ui().searchResultsOutlineView;
+    view->setModel(&model);
+    return *view;
+}
+
+} // namespace
+
+ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const SearchWindowActions &actions,
+                         SearchControl &search, ReplaceControl &replace)
+    : _document(document), _search(search), _replace(replace), _ui(window.ui()), _actions(actions),
+      _model(document.findResults()),
+      _navigation(document.findResults(), _model, viewShowing(window, _model)), _resultsActions(_navigation),
+      _replaceCommands(replace, search, _model, outlineView(), _navigation)
+{
+    _setUpToolTips();
+    _setUpTexts();
+    _setUpCommands();
+    _setUpButtons();
+    _setUpReplaceProgress();
+    _noteResults();
+    _showHint();
+}
+
+TDSearchResultsOutlineView &ResultsPane::outlineView() const
+{
+    return *_ui.searchResultsOutlineView;
+}
+
+void ResultsPane::_setUpToolTips()
+{
+    _ui.navigateUpButton->setToolTip(tooltipNavUp());
+    _ui.navigateDownButton->setToolTip(tooltipNavDown());
+    _ui.expandCollapseButton->setToolTip(tooltipExpandCollapse());
+    _ui.removeSelectedButton->setToolTip(tooltipRemoveSelected());
+    _ui.replaceButton->setToolTip(tooltipReplace());
+    _ui.replaceAndFindButton->setToolTip(tooltipReplaceAndFind());
+    _ui.replaceSelectionButton->setToolTip(tooltipReplaceInSelection());
+    _ui.replaceAllButton->setToolTip(tooltipReplaceAll());
+    _ui.searchResultsOutlineView->setToolTip(tooltipSearchResults());
+}
+
+void ResultsPane::_setUpTexts()
+{
+    connect(&_search, &SearchControl::sectionTitleChanged, _ui.searchResultsSectionTitleText,
+            &QLabel::setText);
+    connect(&_document, &MyDocument::resultsStatusTextChanged, _ui.resultsStatusLabel,
+            [this] { _ui.resultsStatusLabel->setWholeText(_document.resultsStatusText()); });
+}
+
+void ResultsPane::_setUpCommands()
+{
+    connect(_actions.nextMatch, &QAction::triggered, &_navigation, &ResultsNavigation::moveToNextMatch);
+    connect(_actions.previousMatch, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToPreviousMatch);
+    connect(_actions.firstMatchInNextFile, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToFirstMatchInNextFile);
+    connect(_actions.firstMatchInPreviousFile, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToFirstMatchInFile);
+    connect(_actions.expandCollapseAll, &QAction::triggered, &_navigation,
+            &ResultsNavigation::expandCollapseAll);
+    connect(_actions.removeSelected, &QAction::triggered, &_navigation, &ResultsNavigation::removeSelected);
+    connect(_actions.replace, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replace);
+    connect(_actions.replaceAndFind, &QAction::triggered, &_replaceCommands,
+            &ReplaceCommands::replaceAndFind);
+    connect(_actions.replaceSelection, &QAction::triggered, &_replaceCommands,
+            &ReplaceCommands::replaceSelection);
+    connect(_actions.replaceAll, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replaceAll);
+}
+
+void ResultsPane::_setUpButtons()
+{
+    const std::pair<QAbstractButton *, QAction *> buttons[] = {
+        {_ui.navigateUpButton, _actions.previousMatch},
+        {_ui.navigateDownButton, _actions.nextMatch},
+        {_ui.expandCollapseButton, _actions.expandCollapseAll},
+        {_ui.removeSelectedButton, _actions.removeSelected},
+        {_ui.replaceButton, _actions.replace},
+        {_ui.replaceAndFindButton, _actions.replaceAndFind},
+        {_ui.replaceSelectionButton, _actions.replaceSelection},
+        {_ui.replaceAllButton, _actions.replaceAll}};
+    for (const auto &[button, action] : buttons) {
+        connect(button, &QAbstractButton::clicked, action, &QAction::trigger);
+        connect(action, &QAction::enabledChanged, button, &QAbstractButton::setEnabled);
+    }
+    FindResults &results = _document.findResults();
+    connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::thinnedOut, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::cleared, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::firstItemSelectedChanged, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::lastItemSelectedChanged, this, &ResultsPane::_noteResults);
+    connect(&_navigation, &ResultsNavigation::selectionChanged, this, &ResultsPane::_noteResults);
+    // A replaced match can be the last one of its line.
+    connect(_actions.replace, &QAction::triggered, this, &ResultsPane::_noteResults);
+    connect(_actions.replaceAndFind, &QAction::triggered, this, &ResultsPane::_noteResults);
+    connect(&_search, &SearchControl::searchingChanged, this, &ResultsPane::_noteResults);
+}
+
+void ResultsPane::_setUpReplaceProgress()
+{
+    connect(&_replace, &ReplaceControl::replacing, this, &ResultsPane::_showReplacing);
+    connect(&_replace, &ReplaceControl::progressed, this, &ResultsPane::_showReplaceProgress);
+    connect(&_replace, &ReplaceControl::finished, this, &ResultsPane::_showOutcome);
+    connect(_ui.stopReplaceButton, &QPushButton::clicked, this, [this] { _replace.setStopReplace(true); });
+}
+
+void ResultsPane::_noteResults()
+{
+    const bool isFree = !_replace.isReplacing();
+    const bool hasResults = !_document.findResults().isEmpty();
+    _actions.previousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
+    _actions.nextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
+    _actions.firstMatchInNextFile->setEnabled(_navigation.canMoveToNextFile());
+    _actions.firstMatchInPreviousFile->setEnabled(_navigation.canMoveToPreviousFile());
+    _actions.expandCollapseAll->setEnabled(hasResults);
+    _actions.removeSelected->setEnabled(_navigation.hasSelection() && isFree);
+    const bool hasMatch = _navigation.hasMatchToReplace();
+    _actions.replace->setEnabled(hasMatch && isFree);
+    _actions.replaceAndFind->setEnabled((hasMatch || _actions.nextMatch->isEnabled()) && isFree);
+    // These run for a while and deliver events meanwhile; results that arrive then would come in between.
+    const bool isComplete = hasResults && isFree && !_search.searching();
+    _actions.replaceSelection->setEnabled(isComplete);
+    _actions.replaceAll->setEnabled(isComplete);
+}
+
+void ResultsPane::_showReplacing(bool isReplacing)
+{
+    // Buttons that can't be pressed any more would hand the keyboard to whatever comes next.
+    if (qobject_cast<QAbstractButton *>(outlineView().window()->focusWidget()) != nullptr)
+        outlineView().setFocus(Qt::OtherFocusReason);
+    _navigation.setRemovalEnabled(!isReplacing);
+    _ui.replaceProgressBar->setRange(0, 0);
+    _ui.replaceProgressBar->setVisible(isReplacing);
+    _ui.stopReplaceButton->setVisible(isReplacing);
+    _ui.resultsStatusLabel->setWholeText(_document.resultsStatusText());
+    _noteResults();
+}
+
+void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
+{
+    _countOfFilesToReplaceIn = fileCount;
+    _ui.replaceProgressBar->setRange(0, int(fileCount));
+    _ui.replaceProgressBar->setValue(int(filesDone));
+    _ui.resultsStatusLabel->setWholeText(
+        formatted(localizedString("Replacing: %d of %d files done"), {filesDone, fileCount}));
+}
+
+void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
+{
+    const bool hasBegun =
+        outcome.replacements > 0 || outcome.unchangedFiles > 0 || !outcome.failures.empty() || !outcome.error;
+    if (!hasBegun)
+        return;
+    _document.setResultsStatusText(replacedStatus({.replacements = outcome.replacements,
+                                                   .filesRewritten = outcome.filesRewritten,
+                                                   .filesFailed = quint64(outcome.failures.size()),
+                                                   .filesUnchanged = outcome.unchangedFiles,
+                                                   .unchangedMatches = outcome.unchangedMatches,
+                                                   .fileCount = _countOfFilesToReplaceIn,
+                                                   .stopped = outcome.stopped}));
+}
+
+void ResultsPane::prepareForSearch()
+{
+    _kindsOfLastSearch = includedKindTitles();
+    outlineView().header()->setSortIndicator(-1, Qt::AscendingOrder);
+    _model.sort(-1);
+    outlineView().setHintText({});
+}
+
+void ResultsPane::searchFinished()
+{
+    _showHint();
+    if (!_navigation.hasSelection())
+        _navigation.selectFirstMatch();
+    outlineView().setFocus(Qt::OtherFocusReason);
+}
+
+void ResultsPane::_showHint()
+{
+    QString hint;
+    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
+        hint = localizedString("Lines with matches will appear here.");
+    else if (_document.findResults().isEmpty())
+        hint = formatted(localizedString("No matches found.\nKinds of files searched in folders: %@"),
+                         {_kindsOfLastSearch});
+    outlineView().setHintText(hint);
+}
+
+} // namespace tidemark

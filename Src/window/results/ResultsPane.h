@@ -1,0 +1,68 @@
+#pragma once
+
+#include "window/results/ReplaceCommands.h"
+#include "window/results/ResultsActions.h"
+#include "window/results/ResultsNavigation.h"
+#include "window/results/ResultsTreeModel.h"
+
+#include <QObject>
+#include <QPointer>
+
+namespace Ui {
+class MyDocument;
+}
+
+namespace tidemark {
+
+class MyDocument;
+class SearchControl;
+class SearchWindow;
+struct SearchWindowActions;
+
+/// The lower pane of a search window: the results with their commands and buttons, the section title and the
+/// status line.
+class ResultsPane : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive the object.
+    ResultsPane(MyDocument &document, SearchWindow &window, const SearchWindowActions &actions,
+                SearchControl &search, ReplaceControl &replace);
+
+    TDSearchResultsOutlineView &outlineView() const;
+    ResultsNavigation &navigation() { return _navigation; }
+    ReplaceCommands &replaceCommands() { return _replaceCommands; }
+    ResultsActions &resultsActions() { return _resultsActions; }
+
+    /// Before a search starts: the order of arrival, and an empty hint.
+    void prepareForSearch();
+    /// After it has ended: a match is selected and the results have the keyboard.
+    void searchFinished();
+
+private:
+    void _setUpToolTips();
+    void _setUpTexts();
+    void _setUpCommands();
+    void _setUpButtons();
+    void _setUpReplaceProgress();
+    void _noteResults();
+    void _showReplacing(bool isReplacing);
+    void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
+    void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
+    void _showHint();
+
+    MyDocument &_document;
+    SearchControl &_search;
+    ReplaceControl &_replace;
+    Ui::MyDocument &_ui;
+    const SearchWindowActions &_actions;
+    ResultsTreeModel _model;
+    ResultsNavigation _navigation;
+    ResultsActions _resultsActions;
+    ReplaceCommands _replaceCommands;
+    QString _kindsOfLastSearch;
+    quint64 _countOfFilesToReplaceIn = 0;
+};
+
+} // namespace tidemark

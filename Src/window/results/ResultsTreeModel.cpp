@@ -1,0 +1,391 @@
+#include "window/results/ResultsTreeModel.h"
+
+#include "foundation/LocalizedText.h"
+#include "text/CharacterSets.h"
+#include "window/PlainToolTip.h"
+#include "window/results/FileIcons.h"
+
+#include <QDir>
+#include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include <algorithm>
+#include <numeric>
+
+namespace tidemark {
+
+namespace {
+
+QString reasonWithSystemText(const TDError &error)
+{
+    const auto underlying = error.userInfo().value(TDError::UNDERLYING_ERROR_KEY).value<TDError>();
+    const QString reason = error.localizedFailureReason();
+    return underlying ? reason + u'\n' + underlying.localizedFailureReason() : reason;
+}
+
+QColor remarkColor()
+{
+    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
+    return isDark ? QColor(0xFF, 0x9A, 0x96) : QColor(0xA4, 0x26, 0x2C);
+}
+
+} // namespace
+
+QString folderForPeople(const QString &folder)
+{
+    const QString home = QDir::homePath();
+    // Also what stands for a home where there is none.
+    if (home == QLatin1String("/"))
+        return folder;
+    if (folder == home)
+        return QStringLiteral("~");
+    const bool isInHome = folder.startsWith(home + QLatin1Char('/'));
+    return isInHome ? QLatin1Char('~') + folder.mid(home.size()) : folder;
+}
+
+ResultsTreeModel::ResultsTreeModel(FindResults &results, QObject *parent)
+    : QAbstractItemModel(parent), _results(results)
+{
+    _connectResults();
+}
+
+void ResultsTreeModel::_connectResults()
+{
+    connect(&_results, &FindResults::aboutToClear, this, &ResultsTreeModel::_beginReset);
+    connect(&_results, &FindResults::cleared, this, [this] {
+        _sortColumn = -1;
+        _endReset();
+    });
+    connect(&_results, &FindResults::aboutToThinOut, this, &ResultsTreeModel::_beginReset);
+    connect(&_results, &FindResults::thinnedOut, this, &ResultsTreeModel::_endReset);
+    connect(&_results, &FindResults::aboutToAppend, this, [this](qsizetype first, qsizetype count) {
+        beginInsertRows({}, int(first), int(first + count) - 1);
+        if (_shownOrder.isEmpty())
+            return;
+        for (qsizetype position = first; position < first + count; ++position) {
+            _shownOrder << position;
+            _rows << position;
+        }
+    });
+    connect(&_results, &FindResults::appended, this, [this] {
+        endInsertRows();
+        if (!_shownOrder.isEmpty())
+            _changeShownOrder();
+    });
+    connect(&_results, &FindResults::aboutToRemove, this, &ResultsTreeModel::_beginRemove);
+    connect(&_results, &FindResults::removed, this, &ResultsTreeModel::_endRemove);
+}
+
+QModelIndex ResultsTreeModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (row < 0 || column < 0 || column >= COLUMN_COUNT || row >= rowCount(parent))
+        return {};
+    if (!parent.isValid())
+        return createIndex(row, column, file(row).get());
+    const auto *parentItem = static_cast<TDFindResultItem *>(parent.internalPointer());
+    return createIndex(row, column, parentItem->children()[row].get());
+}
+
+QModelIndex ResultsTreeModel::parent(const QModelIndex &child) const
+{
+    if (!child.isValid())
+        return {};
+    TDFindResultItem *file = static_cast<TDFindResultItem *>(child.internalPointer())->parent();
+    return file != nullptr ? createIndex(_row(file->position()), 0, file) : QModelIndex();
+}
+
+QModelIndex ResultsTreeModel::sibling(int row, int column, const QModelIndex &index) const
+{
+    if (index.isValid() && row == index.row() && column >= 0 && column < COLUMN_COUNT)
+        return createIndex(row, column, index.internalPointer());
+    return QAbstractItemModel::sibling(row, column, index);
+}
+
+int ResultsTreeModel::rowCount(const QModelIndex &parent) const
+{
+    if (!parent.isValid())
+        return int(_results.count());
+    if (parent.column() != 0)
+        return 0;
+    return int(static_cast<TDFindResultItem *>(parent.internalPointer())->children().size());
+}
+
+int ResultsTreeModel::columnCount(const QModelIndex & /*parent*/) const
+{
+    return COLUMN_COUNT;
+}
+
+bool ResultsTreeModel::hasChildren(const QModelIndex &parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+Qt::ItemFlags ResultsTreeModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return {};
+    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return index.parent().isValid() ? flags | Qt::ItemNeverHasChildren : flags;
+}
+
+std::shared_ptr<TDFindResultItem> ResultsTreeModel::item(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return {};
+    const auto *node = static_cast<TDFindResultItem *>(index.internalPointer());
+    return node->parent() != nullptr ? node->parent()->children()[index.row()] : file(index.row());
+}
+
+QModelIndex ResultsTreeModel::indexOf(const TDFindResultItem *item) const
+{
+    if (item == nullptr)
+        return {};
+    if (item->parent() == nullptr)
+        return index(_row(item->position()), 0);
+    return index(int(item->position()), 0, indexOf(item->parent()));
+}
+
+// -- Sorting
+
+void ResultsTreeModel::sort(int column, Qt::SortOrder order)
+{
+    if (column == _sortColumn && order == _sortOrder)
+        return;
+    _sortColumn = column;
+    _sortOrder = order;
+    _changeShownOrder();
+}
+
+void ResultsTreeModel::_changeShownOrder()
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    _sortShownOrder();
+    const QModelIndexList old = persistentIndexList();
+    QModelIndexList moved;
+    moved.reserve(old.size());
+    for (const QModelIndex &index : old) {
+        const auto *node = static_cast<TDFindResultItem *>(index.internalPointer());
+        moved << (node->parent() != nullptr
+                      ? index
+                      : createIndex(_row(node->position()), index.column(), index.internalPointer()));
+    }
+    changePersistentIndexList(old, moved);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void ResultsTreeModel::_sortShownOrder()
+{
+    _shownOrder.clear();
+    _rows.clear();
+    if (_sortColumn < 0 || _results.isEmpty())
+        return;
+    _shownOrder.resize(_results.count());
+    std::iota(_shownOrder.begin(), _shownOrder.end(), 0);
+    const FindResultItems &files = _results.files();
+    std::stable_sort(_shownOrder.begin(), _shownOrder.end(), [this, &files](qsizetype left, qsizetype right) {
+        return _sortOrder == Qt::AscendingOrder ? _isShownBefore(*files[left], *files[right])
+                                                : _isShownBefore(*files[right], *files[left]);
+    });
+    _rows.resize(_shownOrder.size());
+    for (qsizetype row = 0; row < _shownOrder.size(); ++row)
+        _rows[_shownOrder[row]] = row;
+}
+
+bool ResultsTreeModel::_isShownBefore(const TDFindResultItem &left, const TDFindResultItem &right) const
+{
+    if (_sortColumn == MatchesColumn)
+        return _matchCount(left).value_or(0) < _matchCount(right).value_or(0);
+    if (_sortColumn == FolderColumn)
+        return left.displayPath().compare(right.displayPath(), Qt::CaseInsensitive) < 0;
+    return left.filenameMatchLineSortKey().compare(right.filenameMatchLineSortKey(), Qt::CaseInsensitive) < 0;
+}
+
+// -- Changes
+
+void ResultsTreeModel::_beginRemove(const TDFindResultItem *parent, qsizetype first, qsizetype count)
+{
+    // In a sorted view neighbours in the list stand anywhere.
+    if (parent == nullptr && !_shownOrder.isEmpty())
+        _beginReset();
+    else
+        beginRemoveRows(indexOf(parent), int(first), int(first + count) - 1);
+}
+
+void ResultsTreeModel::_endRemove()
+{
+    if (_isResetting) {
+        _endReset();
+        return;
+    }
+    // An address can come back as that of another node.
+    _matchCounts.clear();
+    endRemoveRows();
+}
+
+void ResultsTreeModel::_beginReset()
+{
+    _isResetting = true;
+    beginResetModel();
+}
+
+void ResultsTreeModel::_endReset()
+{
+    _isResetting = false;
+    _matchCounts.clear();
+    _sortShownOrder();
+    endResetModel();
+}
+
+void ResultsTreeModel::noteChanged(const TDFindResultItem &item)
+{
+    if (item.parent() == nullptr)
+        _matchCounts.remove(&item);
+    else
+        noteChanged(*item.parent());
+    noteLooksChanged(item);
+}
+
+void ResultsTreeModel::noteLooksChanged(const TDFindResultItem &item)
+{
+    const QModelIndex changed = indexOf(&item);
+    Q_EMIT dataChanged(changed, changed.siblingAtColumn(COLUMN_COUNT - 1));
+}
+
+void ResultsTreeModel::noteFileChanged(const TDFindResultItem &file)
+{
+    noteChanged(file);
+    const QModelIndex parent = indexOf(&file);
+    if (const int count = rowCount(parent))
+        Q_EMIT dataChanged(index(0, 0, parent), index(count - 1, COLUMN_COUNT - 1, parent));
+}
+
+void ResultsTreeModel::noteAllChanged()
+{
+    _matchCounts.clear();
+    if (!_results.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, COLUMN_COUNT - 1));
+}
+
+// -- What is shown
+
+std::optional<qint32> ResultsTreeModel::_matchCount(const TDFindResultItem &file) const
+{
+    const auto known = _matchCounts.constFind(&file);
+    if (known != _matchCounts.constEnd())
+        return *known;
+    return *_matchCounts.insert(&file, file.matchCount());
+}
+
+QVariant ResultsTreeModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const auto *node = static_cast<TDFindResultItem *>(index.internalPointer());
+    if (role == Qt::DisplayRole)
+        return _displayText(*node, index.column());
+    if (node->parent() == nullptr)
+        return _fileData(*node, index.column(), role);
+    if (role == Qt::ToolTipRole && node->error())
+        return plainToolTip(reasonWithSystemText(node->error()));
+    if (role == Qt::AccessibleTextRole)
+        return _spokenLine(*node);
+    return {};
+}
+
+QString ResultsTreeModel::_spokenLine(const TDFindResultItem &leaf)
+{
+    if (leaf.matchLine() == nullptr)
+        return formatted(localizedString("Error: %@"), {reasonWithSystemText(leaf.error())});
+    const TDMatchLine &line = *leaf.matchLine();
+    const QString text = line.matchLineString();
+    const TextRange body = rangeWithoutNewlinesAtEnds(text);
+    return formatted(localizedString("Line %lu: %@"),
+                     {quint64(line.lineNumber()), text.mid(body.location, body.length)});
+}
+
+QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
+{
+    const std::optional<qint32> count = _matchCount(file);
+    const QString name = file.filenameMatchLineSortKey();
+    const QString folder = folderForPeople(file.displayPath());
+    if (!count)
+        return formatted(localizedString("%@ in %@, couldn’t be searched"), {name, folder});
+    const QString matches = formatted(
+        *count == 1 ? localizedString("%lu match") : localizedString("%lu matches"), {quint64(*count)});
+    const QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
+    return file.remark().isEmpty() ? spoken : spoken + QStringLiteral(". ") + file.remark();
+}
+
+QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column) const
+{
+    if (column == NameColumn) {
+        return item.matchLine() != nullptr ? item.matchLine()->buildMatchLineAttributedString().text
+                                           : item.displayFilenameOrMatchLine().text;
+    }
+    if (item.parent() != nullptr)
+        return {};
+    if (column == FolderColumn)
+        return item.remark().isEmpty() ? folderForPeople(item.displayPath()) : item.remark();
+    const std::optional<qint32> count = _matchCount(item);
+    return count ? QString::number(*count) : QString();
+}
+
+QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
+{
+    // A file that couldn't be searched is told from the others also while its row is closed.
+    const bool hasFailed = !file.children().isEmpty() && file.children().first()->error();
+    return hasFailed || !file.remark().isEmpty() ? warningIcon()
+                                                 : iconForFileName(file.filenameMatchLineSortKey());
+}
+
+QString ResultsTreeModel::_tipOf(const TDFindResultItem &file)
+{
+    const QString path = file.path().displayText();
+    return file.remark().isEmpty() ? path : path + u'\n' + file.remark();
+}
+
+QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, int role) const
+{
+    switch (role) {
+    case Qt::ToolTipRole:
+        return plainToolTip(_tipOf(file));
+    case Qt::ForegroundRole:
+        return column == FolderColumn && !file.remark().isEmpty() ? QVariant(remarkColor()) : QVariant();
+    case Qt::AccessibleTextRole:
+        return _spokenFile(file);
+    case Qt::DecorationRole:
+        return column == NameColumn ? QVariant(_iconOf(file)) : QVariant();
+    case Qt::FontRole: {
+        QFont font;
+        font.setBold(true);
+        return column == FolderColumn ? QVariant() : QVariant(font);
+    }
+    case Qt::TextAlignmentRole:
+        return int((column == MatchesColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    default:
+        return {};
+    }
+}
+
+QVariant ResultsTreeModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return int((section == MatchesColumn ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case NameColumn:
+        return localizedString("Name");
+    case MatchesColumn:
+        return localizedString("Matches");
+    case FolderColumn:
+        return localizedString("Folder");
+    default:
+        return {};
+    }
+}
+
+} // namespace tidemark

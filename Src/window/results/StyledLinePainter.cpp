@@ -1,0 +1,109 @@
+#include "window/results/StyledLinePainter.h"
+
+#include <QGlyphRun>
+#include <QPainter>
+#include <QTextLine>
+
+#include <algorithm>
+
+namespace tidemark {
+
+QColor colorOf(const StyledColor &color)
+{
+    return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue), float(color.alpha));
+}
+
+namespace {
+
+constexpr qreal MARK_WIDTH = 3;
+
+/// Where characters of both directions meet a cursor has two places, so only the glyphs tell.
+QRect rectOfGlyphs(const QTextLine &line, qint64 start, qint64 end)
+{
+    QRectF rect;
+    const QList<QGlyphRun> runs = line.glyphRuns(int(start), int(end - start));
+    for (const QGlyphRun &run : runs)
+        rect |= run.boundingRect();
+    const QRectF lineRect = line.rect();
+    return QRectF(rect.left(), lineRect.top(), rect.width(), lineRect.height()).toRect();
+}
+
+} // namespace
+
+QRect StyledLinePainter::rectOfRange(const QTextLine &line, Directions directions, TextRange range,
+                                     QPoint origin)
+{
+    const qint64 start = std::max(range.location, qint64(line.textStart()));
+    const qint64 end = std::min(range.end(), qint64(line.textStart()) + line.textLength());
+    if (start >= end)
+        return {};
+    if (directions == Directions::Mixed)
+        return rectOfGlyphs(line, start, end).translated(origin);
+    const int left = qRound(line.cursorToX(int(start)));
+    const int right = qRound(line.cursorToX(int(end)));
+    const QRectF lineRect = line.rect();
+    return QRect(std::min(left, right), qRound(lineRect.top()), std::abs(right - left),
+                 qRound(lineRect.height()))
+        .translated(origin);
+}
+
+void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
+{
+    QRegion baseRegion = line.rect().toAlignedRect().adjusted(-2, 0, 2, 0).translated(origin);
+    QRegion matchRegion;
+    QRegion otherRegion;
+    std::optional<StyledColor> other;
+    // The first run is the base colour of the whole text.
+    for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
+        const StyledRun &run = _styled.runs[index];
+        const QRect rect = rectOfRange(line, _directions, run.range, origin);
+        if (run.background && run.range.length == 0)
+            _paintMark(line, run, origin);
+        if (rect.isEmpty())
+            continue;
+        if (run.background) {
+            _painter.fillRect(rect, colorOf(*run.background));
+            matchRegion += rect;
+        } else {
+            other = run.foreground;
+            otherRegion += rect;
+        }
+    }
+    // Where a highlight reaches into the prefix, the prefix keeps its own colour.
+    matchRegion -= otherRegion;
+    baseRegion -= otherRegion;
+    _paintForeground(line, origin, _base, _base == QColor(Qt::black) ? baseRegion : baseRegion - matchRegion);
+    if (_base != QColor(Qt::black))
+        _paintForeground(line, origin, Qt::black, matchRegion);
+    if (other)
+        _paintForeground(line, origin, _prefix.value_or(colorOf(*other)), otherRegion);
+}
+
+/// An empty match stands between two characters.
+void StyledLinePainter::_paintMark(const QTextLine &line, const StyledRun &run, QPoint origin) const
+{
+    const qint64 end = line.textStart() + line.textLength();
+    const bool isLast = end == _styled.text.size();
+    if (run.range.location < line.textStart() || run.range.location > end ||
+        (run.range.location == end && !isLast))
+        return;
+    const QRectF lineRect = line.rect();
+    const qreal x = line.cursorToX(int(run.range.location));
+    _painter.fillRect(
+        QRectF(x - MARK_WIDTH / 2, lineRect.top(), MARK_WIDTH, lineRect.height()).translated(origin),
+        colorOf(*run.background));
+}
+
+void StyledLinePainter::_paintForeground(const QTextLine &line, QPoint origin, const QColor &color,
+                                         const QRegion &region) const
+{
+    if (region.isEmpty())
+        return;
+    _painter.save();
+    _painter.setClipRegion(region, Qt::IntersectClip);
+    _painter.setPen(color);
+    line.draw(&_painter, origin);
+    _painter.restore();
+}
+
+} // namespace tidemark

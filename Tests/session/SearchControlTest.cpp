@@ -1,0 +1,187 @@
+#include "session/SearchControl.h"
+
+#include "foundation/UserDefaults.h"
+#include "session/MyDocument.h"
+#include "support/Events.h"
+#include "support/ResultNodes.h"
+#include "support/SearchFolder.h"
+
+#include <QSemaphore>
+
+namespace tidemark::test {
+
+namespace {
+
+std::shared_ptr<TDFindResultItem> fileWith(const QByteArray &path, int lines)
+{
+    return fileNode(path, QStringList(lines, u"foo"_s));
+}
+
+/// A search whose body the test writes.
+class SearchControlTest : public SearchFolderTest
+{
+protected:
+    void search(SearchControl::SearchBody body)
+    {
+        control = std::make_unique<SearchControl>(document, nullptr, std::move(body));
+        control->startSearch();
+    }
+    bool waitForCount(qsizetype count)
+    {
+        return waitFor([&] { return document.findResults().count() == count; });
+    }
+
+    MyDocument document;
+    QSemaphore goOn;
+    std::unique_ptr<SearchControl> control;
+};
+
+TEST_F(SearchControlTest, FilesAreShownOneByOneUntilThe250thMatchLine)
+{
+    std::atomic<bool> handedOver = false;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        delegate.didFindMatchInFile(fileWith("/a", 249));
+        // Only after the window has taken it does the search go on.
+        qsizetype shown = 0;
+        QMetaObject::invokeMethod(
+            &document, [&] { shown = document.findResults().count(); }, Qt::BlockingQueuedConnection);
+        EXPECT_EQ(shown, 1);
+        delegate.didFindMatchInFile(fileWith("/b", 1));
+        delegate.didFindMatchInFile(fileWith("/c", 1));
+        handedOver = true;
+        goOn.acquire();
+        delegate.didFinishSearch(3, 3, 251);
+    });
+    ASSERT_TRUE(waitFor([&] { return handedOver.load(); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(document.findResults().count(), 1);
+    EXPECT_EQ(document.filesWithMatchesCount(), 1);
+    control->updateSearchResultsOutlineView();
+    EXPECT_EQ(document.findResults().count(), 3);
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+    EXPECT_EQ(document.filesWithMatchesCount(), 3);
+    EXPECT_EQ(document.resultsStatusText(),
+              u"Search completed (251 matches found in 3 files • 3 files searched)"_s);
+}
+
+TEST_F(SearchControlTest, TheFilesOfARealSearchAreShownBeforeItsEnd)
+{
+    for (int file = 0; file < 200; ++file)
+        folder.write(QByteArray::number(file) + ".txt", "a needle\n");
+    document.setSearchLocations({location(folder.path())});
+    document.setFindText(u"needle"_s);
+    control = std::make_unique<SearchControl>(document);
+    qsizetype shownOnTheWay = 0;
+    QObject::connect(&document.findResults(), &FindResults::appended, [&](qsizetype first, qsizetype count) {
+        // One by one, while it runs.
+        EXPECT_EQ(count, 1);
+        EXPECT_EQ(first, shownOnTheWay);
+        shownOnTheWay += control->searching() ? 1 : 0;
+    });
+    bool hasEnded = false;
+    QObject::connect(control.get(), &SearchControl::searchFinished, [&] { hasEnded = true; });
+    control->startSearch();
+    ASSERT_TRUE(waitFor([&] { return hasEnded; }));
+    EXPECT_EQ(shownOnTheWay, 200);
+}
+
+TEST_F(SearchControlTest, ARefreshBetweenHandOverAndDeliveryShowsNothingEarly)
+{
+    std::atomic<bool> handedOver = false;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        goOn.acquire();
+        delegate.didFindMatchInFile(fileWith("/a", 249));
+        delegate.didFindMatchInFile(fileWith("/b", 1));
+        handedOver = true;
+        goOn.acquire();
+        delegate.didFinishSearch(2, 2, 250);
+    });
+    QCoreApplication::processEvents();
+    goOn.release();
+    while (document.findResults().isEmpty())
+        control->updateSearchResultsOutlineView();
+    while (!handedOver)
+        std::this_thread::yield();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(document.findResults().count(), 1);
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+    EXPECT_EQ(document.findResults().count(), 2);
+}
+
+TEST_F(SearchControlTest, ANewSearchStartsFromNothingAndGetsNothingOfTheOldOne)
+{
+    std::atomic<int> round = 0;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        if (round == 0) {
+            delegate.didFindMatchInFile(fileWith("/old", 1));
+            goOn.acquire();
+            delegate.didFindMatchInFile(fileWith("/stale", 1));
+            delegate.didStopSearch(9, 9, 9);
+            return;
+        }
+        delegate.didFindMatchInFile(fileWith("/new", 1));
+        delegate.didFinishSearch(1, 1, 1);
+    });
+    ASSERT_TRUE(waitForCount(1));
+    control->stopSearch();
+    EXPECT_FALSE(control->searching());
+    EXPECT_EQ(document.findResults().count(), 1);
+
+    round = 1;
+    control->startSearch();
+    EXPECT_EQ(document.filesWithMatchesCount(), TD_NO_SEARCH_PERFORMED);
+    EXPECT_TRUE(document.findResults().isEmpty());
+    EXPECT_EQ(document.resultsStatusText(), u""_s);
+    EXPECT_EQ(control->sectionTitle(), u"Generating search results…"_s);
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+    control.reset();
+    QCoreApplication::processEvents();
+    ASSERT_EQ(document.findResults().count(), 1);
+    EXPECT_EQ(document.findResults().files()[0]->path().bytes(), "/new");
+    EXPECT_EQ(document.resultsStatusText(),
+              u"Search completed (1 match found in 1 file • 1 file searched)"_s);
+}
+
+TEST_F(SearchControlTest, GoingAwayWakesASearchThatWaitsForTheMainThread)
+{
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        goOn.release();
+        for (int file = 0; file < 100; ++file)
+            delegate.didFindMatchInFile(fileWith("/f", 1));
+        delegate.didFinishSearch(100, 100, 100);
+    });
+    goOn.acquire();
+    control.reset();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(document.findResults().isEmpty());
+}
+
+TEST_F(SearchControlTest, TheEndIsToldWithItsCountsAndAFaultyExpressionOnce)
+{
+    folder.write("a.txt", "nothing here");
+    document.setSearchLocations({location(folder.path())});
+    control = std::make_unique<SearchControl>(document);
+    QList<qint64> codes;
+    QObject::connect(control.get(), &SearchControl::errorOccured,
+                     [&codes](const TDError &error) { codes << error.code(); });
+    const QString counts = u" (0 matches found in 0 files • 1 file searched)"_s;
+    for (const auto &[findText, status] : {std::pair(u"absent"_s, u"Search completed"_s + counts),
+                                           {u"(unclosed"_s, u"Search interrupted"_s + counts}}) {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, findText[0] == u'(');
+        document.setFindText(findText);
+        control->startSearch();
+        EXPECT_EQ(document.filesWithMatchesCount(), TD_NO_SEARCH_PERFORMED);
+        ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+        EXPECT_EQ(document.filesWithMatchesCount(), 0);
+        EXPECT_EQ(control->sectionTitle(), u"Review search results"_s);
+        EXPECT_EQ(document.resultsStatusText(), status);
+    }
+    EXPECT_EQ(codes, QList<qint64>{TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR});
+}
+
+} // namespace
+
+} // namespace tidemark::test
