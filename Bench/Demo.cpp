@@ -150,8 +150,8 @@ void Demo::_replaceOne()
 void Demo::_replaceSelection()
 {
     const qint64 before = _matchesOnDisk(_document->findText());
-    _controller->moveToNextMatch();
-    _controller->moveToNextMatchByExtendingSelection();
+    _controller->actions().nextMatch->trigger();
+    _controller->actions().extendToNextMatch->trigger();
     _picture(u"selection"_s);
     _controller->actions().replaceSelection->trigger();
     if (_confirm(u"Replace Selection"_s, u"confirm selection"_s))

@@ -197,6 +197,8 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>S&amp;witch between Form and Results</source><translation>&amp;Wechseln zwischen Formular und Ergebnissen</translation></message>
   <message><source>&amp;Next Match</source><translation>&amp;Nächster Treffer</translation></message>
   <message><source>&amp;Previous Match</source><translation>&amp;Vorheriger Treffer</translation></message>
+  <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
+  <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>
   <message><source>First Match in Pre&amp;vious File</source><translation>Erster Treffer der v&amp;orherigen Datei</translation></message>
   <message><source>&amp;Expand or Collapse All</source><translation>Alle auf- oder &amp;zuklappen</translation></message>

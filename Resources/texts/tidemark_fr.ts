@@ -197,6 +197,8 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>S&amp;witch between Form and Results</source><translation>&amp;Basculer entre formulaire et résultats</translation></message>
   <message><source>&amp;Next Match</source><translation>Occurrence sui&amp;vante</translation></message>
   <message><source>&amp;Previous Match</source><translation>Occurrence &amp;précédente</translation></message>
+  <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
+  <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>
   <message><source>First Match in Pre&amp;vious File</source><translation>Première occurrence du fichier pré&amp;cédent</translation></message>
   <message><source>&amp;Expand or Collapse All</source><translation>Tout &amp;développer ou réduire</translation></message>

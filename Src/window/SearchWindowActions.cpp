@@ -69,6 +69,10 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
 {
     actions.nextMatch = maker.makeRepeating("nextMatch", "&Next Match", {Qt::Key_F4});
     actions.previousMatch = maker.makeRepeating("previousMatch", "&Previous Match", {Qt::SHIFT | Qt::Key_F4});
+    actions.extendToNextMatch =
+        maker.makeWithResultsKey("extendToNextMatch", "E&xtend to Next Match", Qt::SHIFT | Qt::Key_Down);
+    actions.extendToPreviousMatch = maker.makeWithResultsKey(
+        "extendToPreviousMatch", "Extend &to Previous Match", Qt::SHIFT | Qt::Key_Up);
     actions.firstMatchInNextFile =
         maker.makeRepeating("firstMatchInNextFile", "First Match in Next &File", {Qt::CTRL | Qt::Key_Down});
     actions.firstMatchInPreviousFile = maker.makeRepeating(

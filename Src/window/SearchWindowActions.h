@@ -30,6 +30,8 @@ struct SearchWindowActions
 
     QAction *nextMatch = nullptr;
     QAction *previousMatch = nullptr;
+    QAction *extendToNextMatch = nullptr;
+    QAction *extendToPreviousMatch = nullptr;
     QAction *firstMatchInNextFile = nullptr;
     QAction *firstMatchInPreviousFile = nullptr;
     QAction *expandCollapseAll = nullptr;

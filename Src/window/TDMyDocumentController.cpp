@@ -27,7 +27,6 @@ TDMyDocumentController::TDMyDocumentController(WindowedDocument &document)
 
 TDMyDocumentController::~TDMyDocumentController()
 {
-    _results->outlineView().setOutlineDelegate(nullptr);
     _document.setMyDocumentController(nullptr);
 }
 
@@ -42,7 +41,6 @@ void TDMyDocumentController::_makePanes()
 {
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
     _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, _replace);
-    _results->outlineView().setOutlineDelegate(this);
 }
 
 void TDMyDocumentController::_connectSearch()
@@ -139,73 +137,6 @@ void TDMyDocumentController::addSearchLocation()
     connect(panel, &FilesAndFoldersPanel::chosen, &_locations,
             &SearchLocationsController::addSearchLocations);
     panel->open();
-}
-
-bool TDMyDocumentController::hasSearchResults() const
-{
-    return !_document.findResults().isEmpty();
-}
-
-// Through the actions, so that a key does nothing where its menu entry is disabled.
-
-void TDMyDocumentController::replaceSelection()
-{
-    _actions.replaceSelection->trigger();
-}
-
-void TDMyDocumentController::replaceAndFind()
-{
-    _actions.replaceAndFind->trigger();
-}
-
-void TDMyDocumentController::replace()
-{
-    _actions.replace->trigger();
-}
-
-void TDMyDocumentController::replaceAll()
-{
-    _actions.replaceAll->trigger();
-}
-
-void TDMyDocumentController::removeSelected()
-{
-    _actions.removeSelected->trigger();
-}
-
-void TDMyDocumentController::moveToNextMatch()
-{
-    _results->navigation().moveToNextMatch();
-}
-
-void TDMyDocumentController::moveToPreviousMatch()
-{
-    _results->navigation().moveToPreviousMatch();
-}
-
-void TDMyDocumentController::moveToNextMatchByExtendingSelection()
-{
-    _results->navigation().moveToNextMatchByExtendingSelection();
-}
-
-void TDMyDocumentController::moveToPreviousMatchByExtendingSelection()
-{
-    _results->navigation().moveToPreviousMatchByExtendingSelection();
-}
-
-void TDMyDocumentController::moveToFirstMatchInNextFile()
-{
-    _actions.firstMatchInNextFile->trigger();
-}
-
-void TDMyDocumentController::moveToFirstMatchInFile()
-{
-    _actions.firstMatchInPreviousFile->trigger();
-}
-
-void TDMyDocumentController::rightMouseDownInColumn(int, int, QPoint position)
-{
-    _results->resultsActions().searchResultsOutLineViewMenu()->popup(position);
 }
 
 } // namespace tidemark

@@ -6,7 +6,6 @@
 #include "window/SearchWindowActions.h"
 #include "window/form/SearchForm.h"
 #include "window/locations/SearchLocationsController.h"
-#include "window/results/ResultsOutlineDelegate.h"
 
 #include <QObject>
 
@@ -22,7 +21,7 @@ enum class StartStopButton { Off, On };
 
 /// The controller of one search window: loads the window, holds those who do its single duties, and connects
 /// them with each other and with the document. Main thread only.
-class TDMyDocumentController : public QObject, public ResultsOutlineDelegate
+class TDMyDocumentController : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool searching READ searching NOTIFY searchingChanged)
@@ -57,20 +56,6 @@ public:
 
     /// Opens the panel for files and folders.
     void addSearchLocation();
-
-    bool hasSearchResults() const override;
-    void replaceSelection() override;
-    void replaceAndFind() override;
-    void replace() override;
-    void replaceAll() override;
-    void removeSelected() override;
-    void moveToNextMatch() override;
-    void moveToPreviousMatch() override;
-    void moveToNextMatchByExtendingSelection() override;
-    void moveToPreviousMatchByExtendingSelection() override;
-    void moveToFirstMatchInNextFile() override;
-    void moveToFirstMatchInFile() override;
-    void rightMouseDownInColumn(int column, int row, QPoint position) override;
 
 Q_SIGNALS:
     void searchingChanged(bool searching);

@@ -37,6 +37,7 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpToolTips();
     _setUpTexts();
     _setUpCommands();
+    _setUpKeys();
     _setUpButtons();
     _setUpReplaceProgress();
     _noteResults();
@@ -74,6 +75,10 @@ void ResultsPane::_setUpCommands()
     connect(_actions.nextMatch, &QAction::triggered, &_navigation, &ResultsNavigation::moveToNextMatch);
     connect(_actions.previousMatch, &QAction::triggered, &_navigation,
             &ResultsNavigation::moveToPreviousMatch);
+    connect(_actions.extendToNextMatch, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToNextMatchByExtendingSelection);
+    connect(_actions.extendToPreviousMatch, &QAction::triggered, &_navigation,
+            &ResultsNavigation::moveToPreviousMatchByExtendingSelection);
     connect(_actions.firstMatchInNextFile, &QAction::triggered, &_navigation,
             &ResultsNavigation::moveToFirstMatchInNextFile);
     connect(_actions.firstMatchInPreviousFile, &QAction::triggered, &_navigation,
@@ -87,6 +92,28 @@ void ResultsPane::_setUpCommands()
     connect(_actions.replaceSelection, &QAction::triggered, &_replaceCommands,
             &ReplaceCommands::replaceSelection);
     connect(_actions.replaceAll, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replaceAll);
+}
+
+void ResultsPane::_setUpKeys()
+{
+    const std::pair<QKeyCombination, QAction *> actions[] = {
+        {Qt::Key_Down, _actions.nextMatch},
+        {Qt::Key_Up, _actions.previousMatch},
+        {Qt::SHIFT | Qt::Key_Down, _actions.extendToNextMatch},
+        {Qt::SHIFT | Qt::Key_Up, _actions.extendToPreviousMatch},
+        {Qt::CTRL | Qt::Key_Down, _actions.firstMatchInNextFile},
+        {Qt::CTRL | Qt::Key_Up, _actions.firstMatchInPreviousFile},
+        {Qt::Key_Delete, _actions.removeSelected},
+        {Qt::CTRL | Qt::Key_R, _actions.replace},
+        {Qt::CTRL | Qt::Key_X, _actions.replaceAndFind},
+        {Qt::CTRL | Qt::Key_S, _actions.replaceSelection},
+        {Qt::CTRL | Qt::Key_L, _actions.replaceAll}};
+    OutlineKeys keys;
+    for (const auto &[key, action] : actions)
+        keys.set(key, action);
+    outlineView().setKeys(keys);
+    connect(&outlineView(), &TDSearchResultsOutlineView::menuRequested, this,
+            [this](QPoint position) { _resultsActions.searchResultsOutLineViewMenu()->popup(position); });
 }
 
 void ResultsPane::_setUpButtons()
@@ -132,6 +159,8 @@ void ResultsPane::_noteResults()
     const bool hasResults = !_document.findResults().isEmpty();
     _actions.previousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
     _actions.nextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
+    _actions.extendToNextMatch->setEnabled(hasResults);
+    _actions.extendToPreviousMatch->setEnabled(hasResults);
     _actions.firstMatchInNextFile->setEnabled(_navigation.canMoveToNextFile());
     _actions.firstMatchInPreviousFile->setEnabled(_navigation.canMoveToPreviousFile());
     _actions.expandCollapseAll->setEnabled(hasResults);

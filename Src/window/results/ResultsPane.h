@@ -44,6 +44,7 @@ private:
     void _setUpToolTips();
     void _setUpTexts();
     void _setUpCommands();
+    void _setUpKeys();
     void _setUpButtons();
     void _setUpReplaceProgress();
     void _noteResults();

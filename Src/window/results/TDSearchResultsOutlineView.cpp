@@ -1,75 +1,40 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
+#include "window/results/OutlinePainter.h"
 #include "window/results/ResultsTreeModel.h"
-#include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
 #include <utility>
 
 namespace tidemark {
 
-namespace {
-
-constexpr int NAME_WIDTH = 320;
-constexpr int MATCHES_WIDTH = 90;
-
-} // namespace
-
-TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
-    : QAbstractItemView(parent), _header(new QHeaderView(Qt::Horizontal, this)),
-      _cell(new TDSearchResultsTextFieldCell(this))
+TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent) : OutlineView(parent)
 {
-    setItemDelegate(_cell);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
-    setTextElideMode(Qt::ElideMiddle);
-    // Selecting scrolls where a command says so.
-    setAutoScroll(false);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    _header->setSectionsClickable(true);
-    _header->setSortIndicatorShown(true);
-    _header->setSortIndicatorClearable(true);
-    _header->setSortIndicator(-1, Qt::AscendingOrder);
-    _header->setStretchLastSection(true);
-    _header->setHighlightSections(false);
-    connect(_header, &QHeaderView::sectionResized, viewport(), qOverload<>(&QWidget::update));
-    connect(_header, &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
-        if (model() != nullptr)
-            model()->sort(column, order);
-    });
 }
-
-TDSearchResultsOutlineView::~TDSearchResultsOutlineView() = default;
 
 void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
 {
-    Q_ASSERT(newModel == nullptr || qobject_cast<ResultsTreeModel *>(newModel) != nullptr);
-    if (model() != nullptr)
-        disconnect(model(), nullptr, this, nullptr);
-    QAbstractItemView::setModel(newModel);
-    _header->setModel(newModel);
-    if (newModel == nullptr)
-        return;
-    _header->resizeSection(ResultsTreeModel::NameColumn, NAME_WIDTH);
-    _header->resizeSection(ResultsTreeModel::MatchesColumn, MATCHES_WIDTH);
+    OutlineView::setModel(newModel);
     // Lines are selected by their numbers.
-    connect(newModel, &QAbstractItemModel::rowsAboutToBeRemoved, this,
-            &TDSearchResultsOutlineView::clearSelectedRows);
-    connect(newModel, &QAbstractItemModel::rowsRemoved, this, &TDSearchResultsOutlineView::_rowsWereRemoved);
-    connect(newModel, &QAbstractItemModel::layoutChanged, this, &TDSearchResultsOutlineView::_rebuildRows);
-    connect(&_results()->results(), &FindResults::cleared, this, [this] {
-        const QSignalBlocker blocker(_header);
-        _header->setSortIndicator(-1, Qt::AscendingOrder);
-    });
-    _rebuildRows();
+    if (newModel != nullptr)
+        connect(newModel, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+                &TDSearchResultsOutlineView::clearSelectedRows);
 }
 
-const ResultsTreeModel *TDSearchResultsOutlineView::_results() const
+void TDSearchResultsOutlineView::reset()
 {
-    return static_cast<const ResultsTreeModel *>(model());
+    // Nobody is told: the nodes may be gone.
+    _selected = {};
+    OutlineView::reset();
 }
 
 void TDSearchResultsOutlineView::setHintText(const QString &text)
@@ -78,161 +43,37 @@ void TDSearchResultsOutlineView::setHintText(const QString &text)
     viewport()->update();
 }
 
-// -- Rows
-
-void TDSearchResultsOutlineView::reset()
+void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
 {
-    QAbstractItemView::reset();
-    _cell->forgetAll();
-    _heights.clear();
-    // Nobody is told: the nodes may be gone.
-    _selected = {};
-    if (model() != nullptr)
-        _rebuildRows();
+    executeDelayedItemsLayout();
+    QPainter painter(viewport());
+    const OutlinePainter outline(*this, cell(), painter, rowOption());
+    if (rows().rowCount() == 0) {
+        outline.paintHint();
+        outline.paintFocusMark(viewport()->rect(), QPalette::Highlight);
+        return;
+    }
+    painter.setClipRect(event->rect());
+    int y = -scrolled().top().offset;
+    for (int row = scrolled().top().row; row < rows().rowCount() && y < event->rect().bottom() + 1; ++row) {
+        const QRect rect(0, y, viewport()->width(), rowHeight(row));
+        if (rect.bottom() >= event->rect().top())
+            outline.paintRow(row, rect, leafRect(rect));
+        y += rect.height();
+    }
+    if (!currentIndex().isValid())
+        outline.paintFocusMark(viewport()->rect(), QPalette::Highlight);
 }
 
-void TDSearchResultsOutlineView::_rebuildRows()
+// -- Selection
+
+void TDSearchResultsOutlineView::noteRowsMoved()
 {
-    _rows.clear();
-    const int count = model()->rowCount();
-    _rows.reserve(count);
-    QSet<const TDFindResultItem *> stillExpanded;
-    for (int row = 0; row < count; ++row) {
-        const TDFindResultItem *file = _results()->file(row).get();
-        const bool expanded = !_expanded.isEmpty() && _expanded.contains(file);
-        if (expanded)
-            stillExpanded.insert(file);
-        _rows.appendFile(expanded ? int(file->children().size()) : 0);
-    }
-    _expanded = stillExpanded;
     _anchorRow = -1;
-    _rowsChanged();
-}
-
-void TDSearchResultsOutlineView::_rowsChanged()
-{
-    _knownLastTop.reset();
-    _top.row = std::clamp(_top.row, 0, std::max(0, _rows.rowCount() - 1));
-    scheduleDelayedItemsLayout();
-}
-
-void TDSearchResultsOutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
-{
-    QAbstractItemView::rowsInserted(parent, start, end);
-    if (start != _rows.fileCount()) {
-        _rebuildRows();
-        return;
-    }
-    for (int row = start; row <= end; ++row)
-        _rows.appendFile(0);
-    _rowsChanged();
-}
-
-void TDSearchResultsOutlineView::_rowsWereRemoved(const QModelIndex &parent)
-{
-    // Addresses of nodes that are gone may come back as those of others.
-    _cell->forgetAll();
-    _heights.clear();
-    if (parent.isValid() && isExpanded(parent)) {
-        _rows.setShownLines(parent.row(), model()->rowCount(parent));
-        _rowsChanged();
-    } else if (!parent.isValid()) {
-        _rebuildRows();
-    }
-}
-
-void TDSearchResultsOutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                                             const QList<int> & /*roles*/)
-{
-    const auto *item = static_cast<const TDFindResultItem *>(topLeft.internalPointer());
-    const bool isOneRow = topLeft.row() == bottomRight.row();
-    if (isOneRow && item->isMatchLine()) {
-        _cell->forget(*item);
-        _heights.remove(item);
-    } else if (!isOneRow) {
-        _cell->forgetAll();
-        _heights.clear();
-    }
-    _rowsChanged();
-}
-
-QModelIndex TDSearchResultsOutlineView::indexAtRow(int row) const
-{
-    if (row < 0 || row >= _rows.rowCount())
-        return {};
-    const OutlineRows::Place place = _rows.place(row);
-    const QModelIndex file = model()->index(place.file, 0);
-    return place.line < 0 ? file : model()->index(place.line, 0, file);
-}
-
-int TDSearchResultsOutlineView::rowOfIndex(const QModelIndex &index) const
-{
-    if (!index.isValid() || index.model() != model())
-        return -1;
-    const QModelIndex file = index.parent();
-    if (!file.isValid())
-        return _rows.rowOfFile(index.row());
-    return index.row() < _rows.shownLines(file.row()) ? _rows.rowOfFile(file.row()) + 1 + index.row() : -1;
-}
-
-int TDSearchResultsOutlineView::rowOfItem(const TDFindResultItem &item) const
-{
-    return rowOfIndex(_results()->indexOf(&item));
-}
-
-std::shared_ptr<TDFindResultItem> TDSearchResultsOutlineView::itemAtRow(int row) const
-{
-    return model() != nullptr ? _results()->item(indexAtRow(row)) : nullptr;
-}
-
-bool TDSearchResultsOutlineView::isIndexHidden(const QModelIndex &index) const
-{
-    return rowOfIndex(index) < 0;
-}
-
-// -- Expanding and collapsing
-
-bool TDSearchResultsOutlineView::isExpanded(const QModelIndex &file) const
-{
-    return file.isValid() &&
-           _expanded.contains(static_cast<const TDFindResultItem *>(file.internalPointer()));
-}
-
-void TDSearchResultsOutlineView::_setShownLines(int file, int shownLines)
-{
-    const bool hasRows = _rows.rowCount() > 0;
-    const OutlineRows::Place top = hasRows ? _rows.place(_top.row) : OutlineRows::Place();
-    _rows.setShownLines(file, shownLines);
-    _anchorRow = -1;
-    if (top.file > file)
-        _top.row = _rows.rowOfFile(top.file) + 1 + top.line;
-    else if (top.file == file && top.line >= shownLines)
-        _top = {_rows.rowOfFile(file), 0};
-    _rowsChanged();
-}
-
-void TDSearchResultsOutlineView::expandItem(const QModelIndex &file)
-{
-    if (!file.isValid() || file.parent().isValid() || isExpanded(file))
-        return;
-    _expanded.insert(static_cast<const TDFindResultItem *>(file.internalPointer()));
-    _setShownLines(file.row(), model()->rowCount(file));
-    Q_EMIT itemDidExpand(file);
-}
-
-void TDSearchResultsOutlineView::collapseItem(const QModelIndex &file)
-{
-    if (!isExpanded(file))
-        return;
-    Q_EMIT itemWillCollapse(file);
-    _deselectLines(file);
-    _expanded.remove(static_cast<const TDFindResultItem *>(file.internalPointer()));
-    _setShownLines(file.row(), 0);
-    Q_EMIT itemDidCollapse(file);
 }
 
 /// Rows that vanish can't stay selected; the file's own takes their place.
-void TDSearchResultsOutlineView::_deselectLines(const QModelIndex &file)
+void TDSearchResultsOutlineView::linesAboutToHide(const QModelIndex &file)
 {
     const auto *item = static_cast<const TDFindResultItem *>(file.internalPointer());
     if (!_selected.lines().contains(item))
@@ -245,17 +86,7 @@ void TDSearchResultsOutlineView::_deselectLines(const QModelIndex &file)
     setSelectedRows(kept);
 }
 
-void TDSearchResultsOutlineView::expandAll()
-{
-    const OutlineRows::Place top = _rows.rowCount() > 0 ? _rows.place(_top.row) : OutlineRows::Place();
-    for (int row = 0; row < _rows.fileCount(); ++row)
-        _expanded.insert(_results()->file(row).get());
-    _rebuildRows();
-    if (top.file >= 0)
-        _top.row = _rows.rowOfFile(top.file) + 1 + top.line;
-}
-
-void TDSearchResultsOutlineView::collapseAll()
+void TDSearchResultsOutlineView::allLinesAboutToHide()
 {
     SelectedRows kept;
     for (const TDFindResultItem *file : _selected.files())
@@ -263,21 +94,7 @@ void TDSearchResultsOutlineView::collapseAll()
     if (currentIndex().parent().isValid())
         selectionModel()->setCurrentIndex(currentIndex().parent(), QItemSelectionModel::NoUpdate);
     setSelectedRows(kept);
-    const int topFile = _rows.rowCount() > 0 ? _rows.place(_top.row).file : 0;
-    _expanded.clear();
-    _rebuildRows();
-    _top = {topFile, 0};
 }
-
-void TDSearchResultsOutlineView::_toggleExpanded(const QModelIndex &file)
-{
-    if (isExpanded(file))
-        collapseItem(file);
-    else
-        expandItem(file);
-}
-
-// -- Selection
 
 int TDSearchResultsOutlineView::selectedRow() const
 {
@@ -336,23 +153,23 @@ void TDSearchResultsOutlineView::selectRow(int row, bool extend)
 
 void TDSearchResultsOutlineView::selectAll()
 {
-    if (_rows.rowCount() > 0)
-        setSelectedRows(_rowsBetween(0, _rows.rowCount() - 1));
+    if (rows().rowCount() > 0)
+        setSelectedRows(_rowsBetween(0, rows().rowCount() - 1));
 }
 
 SelectedRows TDSearchResultsOutlineView::_rowsBetween(int first, int last) const
 {
-    SelectedRows rows;
-    const OutlineRows::Place from = _rows.place(first);
-    const OutlineRows::Place to = _rows.place(last);
+    SelectedRows between;
+    const OutlineRows::Place from = rows().place(first);
+    const OutlineRows::Place to = rows().place(last);
     for (int row = from.file; row <= to.file; ++row) {
-        const TDFindResultItem *file = _results()->file(row).get();
+        const TDFindResultItem *file = results()->file(row).get();
         if (row > from.file || from.line < 0)
-            rows.addFile(file);
-        rows.addLines(file, row == from.file ? std::max(0, from.line) : 0,
-                      row == to.file ? to.line : _rows.shownLines(row) - 1);
+            between.addFile(file);
+        between.addLines(file, row == from.file ? std::max(0, from.line) : 0,
+                      row == to.file ? to.line : rows().shownLines(row) - 1);
     }
-    return rows;
+    return between;
 }
 
 void TDSearchResultsOutlineView::_selectRange(int row)
@@ -384,6 +201,210 @@ void TDSearchResultsOutlineView::setSelection(const QRect & /*rect*/, QItemSelec
 QRegion TDSearchResultsOutlineView::visualRegionForSelection(const QItemSelection & /*selection*/) const
 {
     return {};
+}
+
+// -- Keys
+
+bool TDSearchResultsOutlineView::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        // The view's own keys come before shortcuts of the window that happen to be the same.
+        if (OutlineKeys::takes(*static_cast<QKeyEvent *>(event))) {
+            event->accept();
+            return true;
+        }
+    }
+    return OutlineView::event(event);
+}
+
+void TDSearchResultsOutlineView::keyPressEvent(QKeyEvent *event)
+{
+    if (OutlineKeys::takes(*event))
+        _keys.trigger(*event);
+    else if (!_performCursorKey(*event))
+        return OutlineView::keyPressEvent(event);
+    event->accept();
+}
+
+bool TDSearchResultsOutlineView::_performCursorKey(const QKeyEvent &event)
+{
+    const QModelIndex selected = selectedIndex();
+    const QModelIndex file = selected.parent();
+    if (event.key() == Qt::Key_Right && selected.isValid() && !file.isValid()) {
+        expandItem(selected);
+        return true;
+    }
+    if (event.key() == Qt::Key_Left && selected.isValid()) {
+        if (file.isValid())
+            selectRow(rowOfIndex(file));
+        else
+            collapseItem(selected);
+        scrollRowToVisible(selectedRow());
+        return true;
+    }
+    const int current = rowOfIndex(currentIndex().siblingAtColumn(0));
+    if ((event.key() == Qt::Key_Space || event.key() == Qt::Key_Select) && current >= 0) {
+        if (event.modifiers() & Qt::ControlModifier)
+            _toggleSelection(current);
+        else
+            selectRow(current, true);
+        return true;
+    }
+    const QList<std::pair<int, CursorAction>> actions = {{Qt::Key_Home, MoveHome},
+                                                         {Qt::Key_End, MoveEnd},
+                                                         {Qt::Key_PageUp, MovePageUp},
+                                                         {Qt::Key_PageDown, MovePageDown}};
+    for (const auto &[key, action] : actions) {
+        if (event.key() != key)
+            continue;
+        const int row = rowOfIndex(moveCursor(action, event.modifiers()));
+        if (event.modifiers() & Qt::ShiftModifier && row >= 0)
+            _selectRange(row);
+        else
+            selectRow(row);
+        scrollRowToVisible(row);
+        return true;
+    }
+    return false;
+}
+
+QModelIndex TDSearchResultsOutlineView::moveCursor(CursorAction action, Qt::KeyboardModifiers /*modifiers*/)
+{
+    const int last = rows().rowCount() - 1;
+    if (last < 0)
+        return {};
+    const int row = std::max(0, selectedRow());
+    const int page = std::max(1, viewport()->height() - unit());
+    switch (action) {
+    case MoveHome:
+        return indexAtRow(0);
+    case MoveEnd:
+        return indexAtRow(last);
+    case MovePageUp:
+        return indexAtRow(scrolled().rowBelow(row, -page));
+    case MovePageDown:
+        return indexAtRow(scrolled().rowBelow(row, page));
+    case MoveUp:
+    case MovePrevious:
+    case MoveLeft:
+        return indexAtRow(std::max(0, row - 1));
+    default:
+        return indexAtRow(std::min(last, row + 1));
+    }
+}
+
+/// Looks through the files' names only, from the one behind the selected one on.
+void TDSearchResultsOutlineView::keyboardSearch(const QString &search)
+{
+    const int count = rows().fileCount();
+    const int selected = selectedRow();
+    const int start = selected >= 0 ? rows().place(selected).file + 1 : 0;
+    for (int step = 0; step < count; ++step) {
+        const int file = (start + step) % count;
+        if (!results()->file(file)->filenameMatchLineSortKey().startsWith(search, Qt::CaseInsensitive))
+            continue;
+        selectRow(rows().rowOfFile(file));
+        scrollRowToVisible(rows().rowOfFile(file));
+        return;
+    }
+}
+
+// -- The keyboard comes and goes
+
+void TDSearchResultsOutlineView::focusInEvent(QFocusEvent *event)
+{
+    // The base would make a row current that nobody chose.
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
+void TDSearchResultsOutlineView::focusOutEvent(QFocusEvent *event)
+{
+    OutlineView::focusOutEvent(event);
+    viewport()->update();
+}
+
+// -- Mouse
+
+bool TDSearchResultsOutlineView::_isOnDisclosure(int row, int x) const
+{
+    const int indentation = style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, this);
+    return x < indentation && !indexAtRow(row).parent().isValid();
+}
+
+void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    const bool wantsMenu = event->button() == Qt::RightButton || (event->modifiers() & Qt::MetaModifier);
+    if (wantsMenu && _rightMouseDownHelper(position, event->globalPosition().toPoint())) {
+        event->accept();
+        return;
+    }
+    const int row = scrolled().rowAt(position.y());
+    _dragsSelection = false;
+    if (event->button() != Qt::LeftButton || row < 0)
+        return;
+    if (_isOnDisclosure(row, position.x())) {
+        toggleExpanded(indexAtRow(row));
+        return;
+    }
+    if (event->modifiers() & Qt::ShiftModifier)
+        _selectRange(row);
+    else if (event->modifiers() & Qt::ControlModifier)
+        _toggleSelection(row);
+    else
+        selectRow(row);
+    _dragsSelection = !(event->modifiers() & Qt::ControlModifier);
+}
+
+void TDSearchResultsOutlineView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!_dragsSelection || !(event->buttons() & Qt::LeftButton) || rows().rowCount() == 0)
+        return;
+    const int y = event->position().toPoint().y();
+    if (y < 0)
+        scrollBy(-unit());
+    else if (y >= viewport()->height())
+        scrollBy(unit());
+    const int row = scrolled().rowAt(std::clamp(y, 0, viewport()->height() - 1));
+    const int reached = row >= 0 ? row : rows().rowCount() - 1;
+    if (reached != selectedRow())
+        _selectRange(reached);
+}
+
+void TDSearchResultsOutlineView::mouseReleaseEvent(QMouseEvent * /*event*/)
+{
+    _dragsSelection = false;
+}
+
+void TDSearchResultsOutlineView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // Two quick clicks on a triangle are two clicks.
+    mousePressEvent(event);
+}
+
+bool TDSearchResultsOutlineView::_rightMouseDownHelper(QPoint position, QPoint globalPosition)
+{
+    const int row = scrolled().rowAt(position.y());
+    if (row < 0 || header()->logicalIndexAt(position.x()) < 0)
+        return false;
+    if (!_selected.contains(*itemAtRow(row)))
+        selectRow(row);
+    Q_EMIT menuRequested(globalPosition);
+    return true;
+}
+
+void TDSearchResultsOutlineView::contextMenuEvent(QContextMenuEvent *event)
+{
+    // Pressing the mouse has shown the menu by now.
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        event->accept();
+        return;
+    }
+    const QRect rect = visualRect(selectedIndex());
+    const QPoint position(header()->sectionViewportPosition(0) + rect.height(), rect.center().y());
+    if (!rect.isValid() || !_rightMouseDownHelper(position, viewport()->mapToGlobal(position)))
+        OutlineView::contextMenuEvent(event);
 }
 
 } // namespace tidemark

@@ -1,0 +1,51 @@
+#include "window/results/OutlineKeys.h"
+
+#include <QAction>
+#include <QKeyEvent>
+
+namespace tidemark {
+
+namespace {
+
+bool isArrow(int key)
+{
+    return key == Qt::Key_Down || key == Qt::Key_Up;
+}
+
+bool isCommand(int key)
+{
+    return key == Qt::Key_S || key == Qt::Key_X || key == Qt::Key_R || key == Qt::Key_L;
+}
+
+/// Alt gives mnemonics, and the other system key is the window manager's.
+bool hasForeignModifier(Qt::KeyboardModifiers modifiers)
+{
+    return modifiers & (Qt::AltModifier | Qt::MetaModifier);
+}
+
+/// Those that make a difference to the key: Control before Shift for the arrows, and none for Delete.
+Qt::KeyboardModifiers modifiersThatCount(const QKeyEvent &event)
+{
+    const bool hasControl = event.modifiers() & Qt::ControlModifier;
+    if (hasControl && (isArrow(event.key()) || isCommand(event.key())))
+        return Qt::ControlModifier;
+    return isArrow(event.key()) ? event.modifiers() & Qt::ShiftModifier : Qt::KeyboardModifiers();
+}
+
+} // namespace
+
+bool OutlineKeys::takes(const QKeyEvent &event)
+{
+    const int key = event.key();
+    return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete) &&
+           !hasForeignModifier(event.modifiers());
+}
+
+void OutlineKeys::trigger(const QKeyEvent &event) const
+{
+    const QKeyCombination key(modifiersThatCount(event), Qt::Key(event.key()));
+    if (QAction *action = _actions.value(key.toCombined()))
+        action->trigger();
+}
+
+} // namespace tidemark
