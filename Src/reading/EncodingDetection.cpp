@@ -1,7 +1,6 @@
 #include "reading/EncodingDetection.h"
 
 #include "foundation/ExtendedAttributes.h"
-#include "reading/TDFileReader.h"
 #include "reading/TDStringEncoding.h"
 
 #include <boost/regex.hpp>
@@ -231,60 +230,19 @@ QString attributeValueForEncoding(StringEncoding encoding)
     return convertEncodingToIANACharSetName(number) + u';' + QString::number(number);
 }
 
-void TDFileReader::_probeForEncoding()
+StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes, int descriptor)
 {
-    if (_stringEncoding != TD_FILE_COMMON_UNKNOWN_ENCODING)
-        return;
-    _stringEncoding = _probeExtendedAttributeEncoding();
-    const StringEncoding marked = _probeByteOrderMarkerEncoding();
-    _hadByteOrderMarker = marked != TD_FILE_COMMON_UNKNOWN_ENCODING;
-    if (_hadByteOrderMarker) {
-        _stringEncoding = marked;
-        return;
-    }
-    const StringEncoding declared = _probeContentEncoding();
+    if (mark.length > 0)
+        return mark.encoding;
+    const StringEncoding declared = declaredEncoding(bytes.first(qMin(bytes.size(), TD_CONTENT_PROBE_SIZE)));
     if (declared != TD_FILE_COMMON_UNKNOWN_ENCODING)
-        _stringEncoding = declared;
-    if (_stringEncoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
-        _stringEncoding = defaultEncodingIdentifier();
-}
-
-StringEncoding TDFileReader::_probeByteOrderMarkerEncoding()
-{
-    constexpr int SLOTS = 4;
-    char slots[SLOTS] = {};
-    TDError ignored;
-    int count = 0;
-    while (count < SLOTS && _readBuffer.read(slots[count], ignored))
-        ++count;
-    const ByteOrderMark mark = byteOrderMarkAt(QByteArrayView(slots, count));
-    // Given back from the last slot downward, also when fewer were filled: a shorter file then begins with
-    // unfilled slots in place of its own first bytes.
-    for (int slot = SLOTS - 1; slot >= SLOTS - (count - mark.length); --slot)
-        _readBuffer.pushBack(slots[slot]);
-    return mark.encoding;
-}
-
-StringEncoding TDFileReader::_probeExtendedAttributeEncoding()
-{
+        return declared;
     // The open file's, also where a link led to it: the path may lead elsewhere by now.
-    const std::optional<QString> value =
-        descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
-    return value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
-}
-
-StringEncoding TDFileReader::_probeContentEncoding()
-{
-    char bytes[TD_CONTENT_PROBE_SIZE];
-    TDError error;
-    qsizetype count = 0;
-    while (count < TD_CONTENT_PROBE_SIZE && _readBuffer.read(bytes[count], error))
-        ++count;
-    const StringEncoding encoding =
-        error ? TD_FILE_COMMON_UNKNOWN_ENCODING : declaredEncoding(QByteArrayView(bytes, count));
-    for (qsizetype index = count - 1; index >= 0; --index)
-        _readBuffer.pushBack(bytes[index]);
-    return encoding;
+    const std::optional<QString> attribute =
+        descriptorExtendedAttributeValueForKey(descriptor, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+    const StringEncoding recorded =
+        attribute ? encodingFromAttributeValue(*attribute) : TD_FILE_COMMON_UNKNOWN_ENCODING;
+    return recorded != TD_FILE_COMMON_UNKNOWN_ENCODING ? recorded : defaultEncodingIdentifier();
 }
 
 } // namespace tidemark

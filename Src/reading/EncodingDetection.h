@@ -24,6 +24,11 @@ struct ByteOrderMark
 /// The mark at the start of a file's first four bytes, or fewer if it has fewer.
 ByteOrderMark byteOrderMarkAt(QByteArrayView firstBytes);
 
+/// The encoding of an open file that nobody named: the mark's, the one that its first bytes declare, the one
+/// in its attribute, or the user's default, whichever there is first. `bytes` are those behind the mark, at
+/// least TD_CONTENT_PROBE_SIZE of them where the file has so many.
+StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes, int descriptor);
+
 /// The user's default encoding; 0 when the settings name none that can be used.
 StringEncoding defaultEncodingIdentifier();
 

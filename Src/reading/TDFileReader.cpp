@@ -143,6 +143,47 @@ TDError TDFileReader::encodingError(StringEncoding encoding)
             {localizedNameOfStringEncoding(encoding)}));
 }
 
+void TDFileReader::_probeForEncoding()
+{
+    if (_stringEncoding != TD_FILE_COMMON_UNKNOWN_ENCODING)
+        return;
+    const ByteOrderMark mark = _takeByteOrderMark();
+    _hadByteOrderMarker = mark.length > 0;
+    _stringEncoding = encodingOfContent(mark, _lookAhead(_hadByteOrderMarker ? 0 : TD_CONTENT_PROBE_SIZE),
+                                        _readBuffer.descriptor());
+}
+
+ByteOrderMark TDFileReader::_takeByteOrderMark()
+{
+    constexpr int SLOTS = 4;
+    char slots[SLOTS] = {};
+    TDError ignored;
+    int count = 0;
+    while (count < SLOTS && _readBuffer.read(slots[count], ignored))
+        ++count;
+    const ByteOrderMark mark = byteOrderMarkAt(QByteArrayView(slots, count));
+    // Given back from the last slot downward, also when fewer were filled: a shorter file then begins with
+    // unfilled slots in place of its own first bytes.
+    for (int slot = SLOTS - 1; slot >= SLOTS - (count - mark.length); --slot)
+        _readBuffer.pushBack(slots[slot]);
+    return mark;
+}
+
+/// The bytes that are read next; none when reading fails.
+QByteArray TDFileReader::_lookAhead(qsizetype most)
+{
+    QByteArray bytes(most, Qt::Uninitialized);
+    char *const data = bytes.data();
+    TDError error;
+    qsizetype count = 0;
+    while (count < most && _readBuffer.read(data[count], error))
+        ++count;
+    for (qsizetype index = count - 1; index >= 0; --index)
+        _readBuffer.pushBack(data[index]);
+    bytes.truncate(error ? 0 : count);
+    return bytes;
+}
+
 int TDFileReader::_sizeOfUnit() const
 {
     if (!isFixedByteOrder(_stringEncoding))

@@ -2,6 +2,7 @@
 
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
+#include "reading/EncodingDetection.h"
 #include "reading/FileToRead.h"
 #include "reading/TDReadBuffer.h"
 #include "text/TextEncoding.h"
@@ -83,9 +84,8 @@ private:
     TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding);
 
     void _probeForEncoding();
-    StringEncoding _probeByteOrderMarkerEncoding();
-    StringEncoding _probeExtendedAttributeEncoding();
-    StringEncoding _probeContentEncoding();
+    ByteOrderMark _takeByteOrderMark();
+    QByteArray _lookAhead(qsizetype most);
 
     std::optional<LineBytes> _getNextLineMBCSWithError(TDError &error);
     std::optional<LineBytes> _getNextLineUCSWithError(TDError &error);

@@ -1,6 +1,5 @@
 #include "reading/TextBlockReader.h"
 
-#include "foundation/ExtendedAttributes.h"
 #include "foundation/StopFlag.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
@@ -149,16 +148,7 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         const ByteOrderMark mark = byteOrderMarkAt(bytes);
         _hadByteOrderMarker = mark.length > 0;
         _start = mark.length;
-        encoding = mark.encoding;
-        if (!_hadByteOrderMarker)
-            encoding = declaredEncoding(bytes.first(qMin(bytes.size(), TD_CONTENT_PROBE_SIZE)));
-        if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING) {
-            if (const auto value =
-                    descriptorExtendedAttributeValueForKey(_descriptor, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING))
-                encoding = encodingFromAttributeValue(*value);
-        }
-        if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
-            encoding = defaultEncodingIdentifier();
+        encoding = encodingOfContent(mark, bytes.sliced(_start), _descriptor);
     }
     if (encoding == TD_ENCODING_UTF8) {
         _converter.reset();
