@@ -126,6 +126,24 @@ WindowedDocument *TDApplicationController::openUntitledDocument(const QString &d
     return document;
 }
 
+void TDApplicationController::openDocument(const LaunchRequest &request)
+{
+    if (request.isRegularExpression)
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    WindowedDocument *document = openUntitledDocument(TD_DOCUMENT_TYPE);
+    if (request.findText)
+        document->setFindText(*request.findText);
+    if (request.replaceText)
+        document->setReplaceText(*request.replaceText);
+    if (request.paths.isEmpty())
+        return;
+    QList<QUrl> urls;
+    for (const FilePath &path : request.paths)
+        urls << path.toUrl();
+    document->setSearchLocations({});
+    document->myDocumentController()->locations().addSearchLocations(urls);
+}
+
 QList<WindowedDocument *> TDApplicationController::documents() const
 {
     QList<WindowedDocument *> documents;
@@ -275,10 +293,14 @@ void TDApplicationController::showAboutWindow()
     tidemark::showAboutWindow(QApplication::activeWindow(), productNameAndVersion(), productVersion());
 }
 
+QString TDApplicationController::versionNumber()
+{
+    return formatted(QStringLiteral("%lu.%lu"), {PRODUCT_YEAR, PRODUCT_BUILD});
+}
+
 QString TDApplicationController::productVersion()
 {
-    const QString number = formatted(QStringLiteral("%lu.%lu"), {PRODUCT_YEAR, PRODUCT_BUILD});
-    return formatted(localizedString("IDS_ProductVersion"), {number});
+    return formatted(localizedString("IDS_ProductVersion"), {versionNumber()});
 }
 
 QString TDApplicationController::productNameAndVersion()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/CommandLine.h"
 #include "foundation/FilePath.h"
 #include "foundation/WorkerThreads.h"
 #include "search/Kind.h"
@@ -48,6 +49,8 @@ public:
     void askAboutInterruptedRewrites(const FilePath &folder);
     bool applicationShouldOpenUntitledFile() const { return true; }
     bool applicationOpenUntitledFile();
+    /// Opens a document with what it is to start with; what isn't said comes from the settings.
+    void openDocument(const LaunchRequest &request);
     /// Null for another type than that of search documents.
     WindowedDocument *openUntitledDocument(const QString &documentType);
 
@@ -81,6 +84,8 @@ public:
     TDPreferenceController &preferenceController();
     HelpWindow &helpWindow();
 
+    /// "2012.234".
+    static QString versionNumber();
     static QString productVersion();
     static QString productNameAndVersion();
 

@@ -1,3 +1,5 @@
+#include "app/CommandLine.h"
+#include "app/RunningInstance.h"
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
 #include "foundation/AbandonableWork.h"
@@ -7,12 +9,48 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <system_error>
 
 using namespace tidemark;
 
+namespace {
+
+enum ExitStatus { DONE = 0, WRONG_USAGE = 2 };
+
+/// What is answered without a window; nothing when there is to be one.
+std::optional<int> answerWithoutWindow(const CommandLine &line)
+{
+    switch (line.wish) {
+    case CommandLine::Wish::Help:
+        std::fputs(CommandLine::usage().constData(), stdout);
+        return DONE;
+    case CommandLine::Wish::Version:
+        std::printf("Tidemark %s\n", TDApplicationController::versionNumber().toUtf8().constData());
+        return DONE;
+    case CommandLine::Wish::WrongUsage:
+        std::fprintf(stderr, "tidemark: %s (tidemark --help tells more)\n", line.problem.constData());
+        return WRONG_USAGE;
+    case CommandLine::Wish::Window:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
+    std::error_code noFolder;
+    const CommandLine line = CommandLine::parsed(
+        QList<QByteArray>(argv + 1, argv + argc),
+        FilePath(QByteArray::fromStdString(std::filesystem::current_path(noFolder).native())));
+    if (const std::optional<int> status = answerWithoutWindow(line))
+        return *status;
+
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Velkor"));
     QApplication::setApplicationName(QStringLiteral("Tidemark"));
@@ -21,12 +59,20 @@ int main(int argc, char **argv)
     Q_INIT_RESOURCE(tidemark_icons);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/com.velkor.Tidemark-256.png")));
     installUserLanguage();
-    UserDefaults::setStandard(UserDefaults::atPath(UserDefaults::userFilePath()));
+    const QString settingsFile = UserDefaults::userFilePath();
+    const QString instance = RunningInstance::nameFor(settingsFile);
+    if (RunningInstance::takes(instance, line.request))
+        return DONE;
+    UserDefaults::setStandard(UserDefaults::atPath(settingsFile));
 
     const FilePath recordFolder = RewriteRecord::userFolder();
     const RewriteRecordFolder rewriteRecords(recordFolder);
     TDApplicationController controller;
     controller.awakeFromNib();
+    const RunningInstance running(instance);
+    QObject::connect(&running, &RunningInstance::requested, &controller,
+                     &TDApplicationController::openDocument);
+    controller.openDocument(line.request);
     controller.applicationDidFinishLaunching();
     controller.askAboutInterruptedRewrites(recordFolder);
     const int status = QApplication::exec();

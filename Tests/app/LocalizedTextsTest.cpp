@@ -39,12 +39,16 @@ void collectSourceKeys(const QString &path, QSet<QString> &keys)
     static const QRegularExpression noise(u"^\\s*#.*$|//.*$"_s, QRegularExpression::MultilineOption);
     static const QRegularExpression literals(u"(\\w*)((?:\"(?:[^\"\\\\\\n]|\\\\.)*\"\\s*)+)(_\\w+)?"_s);
     static const QRegularExpression name(
-        u"^([a-z]\\w*|[A-Za-z]+::\\w+|Src/\\w+|The bottom frame .*|\\W)?$"_s);
+        u"^([a-z]\\w*|\\.[a-z]+|[A-Za-z]+::\\w+|Src/\\w+|The bottom frame .*|\\W)?$"_s);
     static const QRegularExpression asked(u"localizedString\\([^;]*$"_s);
     static const QRegularExpression otherwiseTyped(
         u"(QStringLiteral|QLatin1String|QByteArray\\w*)\\(\\s*$"_s);
-    const bool hasWindows = path.contains(u"/Src/app/"_s) || path.contains(u"/Src/window/"_s) ||
-                            path.contains(u"/Src/session/"_s);
+    // What these hold besides is for a terminal, a file or another program.
+    static const QRegularExpression withoutWindows(
+        u"/(main|CommandLine|RunningInstance|Editors|ResultsExport)\\.cpp$"_s);
+    const bool hasWindows = !path.contains(withoutWindows) &&
+                            (path.contains(u"/Src/app/"_s) || path.contains(u"/Src/window/"_s) ||
+                             path.contains(u"/Src/session/"_s));
     const QString source = contentOf(path).remove(noise);
     for (auto match = literals.globalMatch(source); match.hasNext();) {
         const QRegularExpressionMatch found = match.next();
