@@ -21,6 +21,8 @@ inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT = QStringLiteral("findText"
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT = QStringLiteral("replaceText");
 inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY = QStringLiteral("findTextHistory");
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY = QStringLiteral("replaceTextHistory");
+/// Files of a small search arrive expanded.
+inline const QString TD_USER_DEFAULTS_NAME_EXPAND_RESULTS = QStringLiteral("expandResults");
 inline const QString kmIncludedKinds2Pref = QStringLiteral("IncludedKinds2");
 /// The key of an older format; neither read nor written.
 inline const QString kmIncludedKindsPref = QStringLiteral("IncludedKinds");

@@ -17,6 +17,7 @@ void registerUserDefaults(UserDefaults &store)
         {TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE, true},
         {TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, TD_ENCODING_UTF8},
         {TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, true},
+        {TD_USER_DEFAULTS_NAME_EXPAND_RESULTS, true},
         {kmIncludedKinds2Pref, archivedKinds(Kind::defaultKinds())},
         {QStringLiteral("UpdatesAvailableTrayIconEnabled"), true},
         {QStringLiteral("CrashReportsTrayIconEnabled"), true},

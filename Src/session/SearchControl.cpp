@@ -48,7 +48,11 @@ void SearchControl::_beginSession()
 {
     SearchSession::Receiver receiver;
     receiver.resultsArrived = [this] { updateSearchResultsOutlineView(); };
-    receiver.statusChanged = [this](const QString &status) { _document.setResultsStatusText(status); };
+    receiver.statusChanged = [this](const QString &status) {
+        // What the status counts is listed by then.
+        updateSearchResultsOutlineView();
+        _document.setResultsStatusText(status);
+    };
     receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
     receiver.ended = [this](const QString &status) { _searchFinished(status); };
     _session = std::make_shared<SearchSession>(this, receiver);

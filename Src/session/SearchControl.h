@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,7 +20,7 @@ namespace tidemark {
 class MyDocument;
 
 /// How long results that are no longer shown one by one wait to be shown.
-inline constexpr std::chrono::milliseconds RESULTS_REFRESH_INTERVAL = std::chrono::milliseconds(5000);
+inline constexpr std::chrono::milliseconds RESULTS_REFRESH_INTERVAL = std::chrono::milliseconds(250);
 
 /// What one search is asked for; taken from the document and the settings when it starts.
 struct SearchRequest
@@ -51,6 +52,7 @@ public:
     /// Stops, and nothing of the search is delivered any more: its window is closing.
     void abandonSearch();
     bool searching() const { return _searching; }
+    void setRefreshInterval(std::chrono::milliseconds interval) { _refreshTimer.setInterval(interval); }
 
     const QString &sectionTitle() const { return _sectionTitle; }
     /// What the last search was started with; nothing before the first.

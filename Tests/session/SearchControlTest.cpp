@@ -24,6 +24,7 @@ protected:
     void search(SearchControl::SearchBody body)
     {
         control = std::make_unique<SearchControl>(document, nullptr, std::move(body));
+        control->setRefreshInterval(refreshInterval);
         control->startSearch();
     }
     bool waitForCount(qsizetype count)
@@ -32,6 +33,7 @@ protected:
     }
 
     MyDocument document;
+    std::chrono::milliseconds refreshInterval = std::chrono::hours(1); ///< only when a test asks for it
     QSemaphore goOn;
     std::unique_ptr<SearchControl> control;
 };
@@ -84,6 +86,21 @@ TEST_F(SearchControlTest, TheFilesOfARealSearchAreShownBeforeItsEnd)
     control->startSearch();
     ASSERT_TRUE(waitFor([&] { return hasEnded; }));
     EXPECT_EQ(shownOnTheWay, 200);
+}
+
+TEST_F(SearchControlTest, LaterFilesAreShownWhileTheSearchGoesOn)
+{
+    refreshInterval = RESULTS_REFRESH_INTERVAL;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        for (const quint64 number : {1, 2, 3})
+            delegate.didFindMatchInFile(fileWith("/" + QByteArray::number(number), 250));
+        goOn.acquire();
+        delegate.didFinishSearch(3, 3, 750);
+    });
+    EXPECT_TRUE(waitForCount(3));
+    EXPECT_TRUE(control->searching());
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
 }
 
 TEST_F(SearchControlTest, ARefreshBetweenHandOverAndDeliveryShowsNothingEarly)

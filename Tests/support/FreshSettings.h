@@ -8,7 +8,8 @@
 
 namespace tidemark::test {
 
-/// Each test starts from the settings of a fresh installation, and none ever sees the user's own.
+/// Each test starts from the settings of a fresh installation but for files that arrive collapsed, and none ever
+/// sees the user's own.
 class FreshSettings : public testing::EmptyTestEventListener
 {
 public:
@@ -19,6 +20,7 @@ private:
     {
         UserDefaults::setStandard(UserDefaults::inMemory());
         registerUserDefaults(UserDefaults::standard());
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_EXPAND_RESULTS, false);
         setKindsInForce(Kind::defaultKinds());
     }
 };

@@ -52,6 +52,23 @@ TEST_F(SearchWindowTest, ReturnInFindSearchesForWhatWasTyped)
     EXPECT_EQ(window.ui().findTextComboBox->count(), 2);
 }
 
+TEST_F(SearchWindowTest, TheFilesOfASmallSearchArriveExpanded)
+{
+    folder.write("a", QByteArray("foo\n").repeated(150));
+    folder.write("b", QByteArray("foo\n").repeated(49));
+    folder.write("c", "foo\n");
+    for (const bool expands : {true, false}) {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_EXPAND_RESULTS, expands);
+        OpenWindow window(application);
+        window.searchIn(folder.path(), u"foo"_s);
+        for (int round = 0; round < 2; ++round) {
+            window.search();
+            EXPECT_EQ(window.outline()->numberOfExpandedFiles(), expands ? 2 : 1);
+            EXPECT_EQ(window.outline()->numberOfRows(), expands ? 202 : 153);
+        }
+    }
+}
+
 TEST_F(SearchWindowTest, OptionsFollowTheSettingsInEveryWindow)
 {
     OpenWindow one(application);

@@ -1,6 +1,7 @@
 #include "window/results/ResultsPane.h"
 
 #include "foundation/LocalizedText.h"
+#include "foundation/UserDefaults.h"
 #include "session/IncludedKinds.h"
 #include "session/MyDocument.h"
 #include "session/SearchControl.h"
@@ -16,6 +17,9 @@
 namespace tidemark {
 
 namespace {
+
+/// Files arrive expanded while a search has found fewer lines than this.
+constexpr quint64 EXPANDED_BELOW = 200;
 
 /// The view has to show the model before anything else is made of it.
 TDSearchResultsOutlineView &viewShowing(SearchWindow &window, ResultsTreeModel &model)
@@ -132,6 +136,7 @@ void ResultsPane::_setUpButtons()
         connect(action, &QAction::enabledChanged, button, &QAbstractButton::setEnabled);
     }
     FindResults &results = _document.findResults();
+    connect(&results, &FindResults::appended, this, &ResultsPane::_expandWhileFew);
     connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::thinnedOut, this, &ResultsPane::_noteResults);
@@ -151,6 +156,19 @@ void ResultsPane::_setUpReplaceProgress()
     connect(&_replace, &ReplaceControl::progressed, this, &ResultsPane::_showReplaceProgress);
     connect(&_replace, &ReplaceControl::finished, this, &ResultsPane::_showOutcome);
     connect(_ui.stopReplaceButton, &QPushButton::clicked, this, [this] { _replace.setStopReplace(true); });
+}
+
+/// The lines of a small search are in sight without a further step.
+void ResultsPane::_expandWhileFew(qsizetype first, qsizetype count)
+{
+    if (!UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_EXPAND_RESULTS))
+        return;
+    for (qsizetype number = first; number < first + count; ++number) {
+        const auto &file = _document.findResults().files()[number];
+        _linesOfSearch += quint64(file->children().size());
+        if (_linesOfSearch < EXPANDED_BELOW)
+            outlineView().expandItem(_model.indexOf(file.get()));
+    }
 }
 
 void ResultsPane::_noteResults()
@@ -214,6 +232,7 @@ void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcom
 void ResultsPane::prepareForSearch()
 {
     _kindsOfLastSearch = includedKindTitles();
+    _linesOfSearch = 0;
     outlineView().header()->setSortIndicator(-1, Qt::AscendingOrder);
     _model.sort(-1);
     outlineView().setHintText({});

@@ -47,6 +47,7 @@ private:
     void _setUpKeys();
     void _setUpButtons();
     void _setUpReplaceProgress();
+    void _expandWhileFew(qsizetype first, qsizetype count);
     void _noteResults();
     void _showReplacing(bool isReplacing);
     void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
@@ -63,6 +64,7 @@ private:
     ResultsActions _resultsActions;
     ReplaceCommands _replaceCommands;
     QString _kindsOfLastSearch;
+    quint64 _linesOfSearch = 0; ///< that have arrived
     quint64 _countOfFilesToReplaceIn = 0;
 };
 
