@@ -197,6 +197,18 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>S&amp;witch between Form and Results</source><translation>&amp;Wechseln zwischen Formular und Ergebnissen</translation></message>
   <message><source>&amp;Next Match</source><translation>&amp;Nächster Treffer</translation></message>
   <message><source>&amp;Previous Match</source><translation>&amp;Vorheriger Treffer</translation></message>
+  <message><source>Export Results</source><translation>Ergebnisse exportieren</translation></message>
+  <message><source>&amp;Export Results…</source><translation>Ergebnisse e&amp;xportieren …</translation></message>
+  <message><source>Text (*.txt)</source><translation>Text (*.txt)</translation></message>
+  <message><source>CSV (*.csv)</source><translation>CSV (*.csv)</translation></message>
+  <message><source>JSON Lines (*.jsonl)</source><translation>JSON Lines (*.jsonl)</translation></message>
+  <message><source>Markdown (*.md)</source><translation>Markdown (*.md)</translation></message>
+  <message><source>Writing results…</source><translation>Ergebnisse werden geschrieben …</translation></message>
+  <message><source>The results could not be written to ‘%@’.</source><translation>Die Ergebnisse konnten nicht nach „%@“ geschrieben werden.</translation></message>
+  <message><source>Copy As</source><translation>Kopieren als</translation></message>
+  <message><source>Path, Line, Column and Text</source><translation>Pfad, Zeile, Spalte und Text</translation></message>
+  <message><source>Paths Only</source><translation>Nur Pfade</translation></message>
+  <message><source>Markdown</source><translation>Markdown</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>

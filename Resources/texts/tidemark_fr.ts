@@ -197,6 +197,18 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>S&amp;witch between Form and Results</source><translation>&amp;Basculer entre formulaire et résultats</translation></message>
   <message><source>&amp;Next Match</source><translation>Occurrence sui&amp;vante</translation></message>
   <message><source>&amp;Previous Match</source><translation>Occurrence &amp;précédente</translation></message>
+  <message><source>Export Results</source><translation>Exporter les résultats</translation></message>
+  <message><source>&amp;Export Results…</source><translation>E&amp;xporter les résultats…</translation></message>
+  <message><source>Text (*.txt)</source><translation>Texte (*.txt)</translation></message>
+  <message><source>CSV (*.csv)</source><translation>CSV (*.csv)</translation></message>
+  <message><source>JSON Lines (*.jsonl)</source><translation>JSON Lines (*.jsonl)</translation></message>
+  <message><source>Markdown (*.md)</source><translation>Markdown (*.md)</translation></message>
+  <message><source>Writing results…</source><translation>Écriture des résultats…</translation></message>
+  <message><source>The results could not be written to ‘%@’.</source><translation>Les résultats n’ont pas pu être écrits dans « %@ ».</translation></message>
+  <message><source>Copy As</source><translation>Copier comme</translation></message>
+  <message><source>Path, Line, Column and Text</source><translation>Chemin, ligne, colonne et texte</translation></message>
+  <message><source>Paths Only</source><translation>Chemins seuls</translation></message>
+  <message><source>Markdown</source><translation>Markdown</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>

@@ -2,6 +2,9 @@
 
 #include "app/TDApplicationController.h"
 #include "foundation/LocalizedText.h"
+#include "window/TDMyDocumentController.h"
+#include "window/results/ResultsPane.h"
+#include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -73,18 +76,21 @@ public:
         });
     }
 
-    QLineEdit *field() const
+    QLineEdit *field() const { return fieldOf(_focused()); }
+    bool isIn(const QWidget &widget) const { return _focused() == &widget; }
+
+private:
+    QWidget *_focused() const
     {
         QWidget *focused = QApplication::focusWidget();
         const bool isInMenu = focused == nullptr || focused == parent();
-        return fieldOf(isInMenu ? _lastFocused.data() : focused);
+        return isInMenu ? _lastFocused.data() : focused;
     }
 
-private:
     QPointer<QWidget> _lastFocused;
 };
 
-void addCommand(QMenu *menu, const EditCommand &command, const EditedField *edited)
+QAction *addCommand(QMenu *menu, const EditCommand &command, const EditedField *edited)
 {
     const QString key = QKeySequence(command.key).toString(QKeySequence::NativeText);
     QAction *action = menu->addAction(localizedString(command.text) + u'\t' + key);
@@ -95,6 +101,22 @@ void addCommand(QMenu *menu, const EditCommand &command, const EditedField *edit
     QObject::connect(menu, &QMenu::aboutToShow, action, [action, &command, edited] {
         const QLineEdit *field = edited->field();
         action->setEnabled(field != nullptr && command.isPossible(*field));
+    });
+    return action;
+}
+
+/// Lines of the results are copied where these have the keyboard.
+void copyLinesWith(QAction *copy, QMenu *menu, ResultsPane &results, const EditedField *edited)
+{
+    const QWidget &view = results.outlineView();
+    QAction *copyLines = results.resultsActions().copyLineAction();
+    QObject::connect(copy, &QAction::triggered, copyLines, [&view, copyLines, edited] {
+        if (edited->isIn(view))
+            copyLines->trigger();
+    });
+    QObject::connect(menu, &QMenu::aboutToShow, copy, [&view, copy, copyLines, edited] {
+        if (edited->isIn(view))
+            copy->setEnabled(copyLines->isEnabled());
     });
 }
 
@@ -110,14 +132,16 @@ void addPreferences(QMenu *menu, TDApplicationController &application)
 
 } // namespace
 
-void addEditMenu(QMenuBar *bar, TDApplicationController &application)
+void addEditMenu(QMenuBar *bar, TDMyDocumentController &controller, TDApplicationController &application)
 {
     QMenu *menu = bar->addMenu(localizedString("&Edit"));
     const auto *edited = new EditedField(bar);
     for (const EditCommand &command : EDIT_COMMANDS) {
         if (command.key == QKeySequence::Cut || command.key == QKeySequence::SelectAll)
             menu->addSeparator();
-        addCommand(menu, command, edited);
+        QAction *action = addCommand(menu, command, edited);
+        if (command.key == QKeySequence::Copy)
+            copyLinesWith(action, menu, controller.resultsPane(), edited);
     }
     menu->addSeparator();
     addPreferences(menu, application);

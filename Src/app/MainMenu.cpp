@@ -22,6 +22,8 @@ void addFileMenu(QMenuBar *bar, const SearchWindowActions &actions, TDApplicatio
     menu->addAction(actions.addLocation);
     menu->addAction(actions.removeLocation);
     menu->addSeparator();
+    menu->addAction(actions.exportResults);
+    menu->addSeparator();
     menu->addAction(actions.close);
     QAction *quit = menu->addAction(localizedString("&Quit"), QKeySequence::Quit, &application,
                                     &TDApplicationController::terminate);
@@ -56,8 +58,8 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addSeparator();
     menu->addActions({actions.expandCollapseAll, actions.removeSelected});
     menu->addSeparator();
-    menu->addActions(
-        {results.openAction(), results.revealAction(), results.copyLineAction(), results.copyPathAction()});
+    menu->addActions({results.openAction(), results.revealAction(), results.copyLineAction(),
+                      results.copyPathAction(), results.copyAsMenu()->menuAction()});
     QObject::connect(menu, &QMenu::aboutToShow, &results, &ResultsActions::validateUserInterfaceItems);
 }
 
@@ -87,7 +89,7 @@ void buildMainMenu(TDMyDocumentController &controller, TDApplicationController &
 {
     QMenuBar *bar = controller.window()->menuBar();
     addFileMenu(bar, controller.actions(), application);
-    addEditMenu(bar, application);
+    addEditMenu(bar, controller, application);
     addSearchMenu(bar, controller.actions());
     addResultsMenu(bar, controller);
     addWindowMenu(bar, controller, application);

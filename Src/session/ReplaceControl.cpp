@@ -45,6 +45,11 @@ ReplaceRequest ReplaceControl::_request() const
     return {_context.findText(), _context.replaceText(), _context.isFileInSearchLocations};
 }
 
+TDReplacement ReplaceControl::replacement() const
+{
+    return {findText(), replaceText(), FindOptions::withUserDefaults(), ReplacementExtent::EveryOccurrence};
+}
+
 bool ReplaceControl::replaceMatch(TDFindResultItem &item, TDError &error)
 {
     _context.increaseBusyWindowCount();

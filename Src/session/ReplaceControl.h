@@ -48,6 +48,9 @@ public:
     QString findText() const { return _context.findText(); }
     QString replaceText() const { return _context.replaceText(); }
 
+    /// What every match would become, with the texts and settings as they are now.
+    TDReplacement replacement() const;
+
     /// Replaces the node's highlighted match and saves the file. True when the highlight already stands on
     /// the next match.
     bool replaceMatch(TDFindResultItem &item, TDError &error);

@@ -81,9 +81,10 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
         maker.make("expandCollapseAll", "&Expand or Collapse All", {Qt::CTRL | Qt::Key_E});
     actions.removeSelected =
         maker.makeWithResultsKey("removeSelected", "Re&move Selected from Results", Qt::Key_Delete);
+    actions.exportResults = maker.make("exportResults", "&Export Results…", {});
     actions.replace = maker.make("replace", "&Replace", {Qt::CTRL | Qt::Key_R});
     actions.replaceAndFind =
-        maker.makeRepeating("replaceAndFind", "Replace an&d Find", {Qt::CTRL | Qt::Key_X});
+        maker.makeWithResultsKey("replaceAndFind", "Replace an&d Find", Qt::CTRL | Qt::Key_X);
     actions.replaceSelection = maker.make("replaceSelection", "Replace &Selection…", {Qt::CTRL | Qt::Key_S});
     actions.replaceAll = maker.make("replaceAll", "Replace &All…", {Qt::CTRL | Qt::Key_L});
 }

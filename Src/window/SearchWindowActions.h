@@ -17,6 +17,7 @@ struct SearchWindowActions
 
     QAction *addLocation = nullptr;
     QAction *removeLocation = nullptr;
+    QAction *exportResults = nullptr;
     QAction *close = nullptr;
 
     QAction *startStopSearch = nullptr;

@@ -174,17 +174,25 @@ const State STATES[] = {
     {"searching", [](Scene &scene) { scene.controller.startSearch(StartStopButton::On); }, 15},
 };
 
-/// The entries of all menus that can be chosen, after each menu was opened as by the mouse.
+/// The entries of a menu and of those in it that can be chosen, after each was opened as by the mouse.
+QList<QAction *> enabledEntries(QMenu &menu)
+{
+    QList<QAction *> entries;
+    Q_EMIT menu.aboutToShow();
+    for (QAction *entry : menu.actions()) {
+        if (entry->isEnabled() && entry->menu() != nullptr)
+            entries << enabledEntries(*entry->menu());
+        else if (entry->isEnabled() && !entry->isSeparator())
+            entries << entry;
+    }
+    return entries;
+}
+
 QList<QAction *> enabledEntries(Scene &scene)
 {
     QList<QAction *> entries;
-    for (const QAction *title : scene.controller.window()->menuBar()->actions()) {
-        Q_EMIT title->menu()->aboutToShow();
-        for (QAction *entry : title->menu()->actions()) {
-            if (entry->isEnabled() && !entry->isSeparator())
-                entries << entry;
-        }
-    }
+    for (const QAction *title : scene.controller.window()->menuBar()->actions())
+        entries << enabledEntries(*title->menu());
     return entries;
 }
 

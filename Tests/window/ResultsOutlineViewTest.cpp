@@ -23,6 +23,7 @@ TEST_F(OutlineViewTest, KeysDoWhatTheTableSays)
         {Qt::Key_X, control, u"replaceAndFind"_s},
         {Qt::Key_R, control, u"replace"_s},
         {Qt::Key_L, control, u"replaceAll"_s},
+        {Qt::Key_C, control, u"copyLine"_s},
         {Qt::Key_S, {}, {}},
         {Qt::Key_X, {}, {}},
         {Qt::Key_R, shift, {}},
@@ -40,7 +41,8 @@ TEST_F(OutlineViewTest, KeysDoWhatTheTableSays)
                                        fileNode("/t/beta", {u"foo"_s})});
     // What the keys trigger only tells its name.
     QStringList told;
-    const auto actions = window.window()->findChildren<QAction *>();
+    const auto actions = window.window()->findChildren<QAction *>()
+                         << window.controller().resultsPane().resultsActions().copyLineAction();
     for (QAction *action : actions) {
         action->disconnect();
         QObject::connect(action, &QAction::triggered, action,

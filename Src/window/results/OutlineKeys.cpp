@@ -27,7 +27,7 @@ bool hasForeignModifier(Qt::KeyboardModifiers modifiers)
 Qt::KeyboardModifiers modifiersThatCount(const QKeyEvent &event)
 {
     const bool hasControl = event.modifiers() & Qt::ControlModifier;
-    if (hasControl && (isArrow(event.key()) || isCommand(event.key())))
+    if (hasControl && event.key() != Qt::Key_Delete)
         return Qt::ControlModifier;
     return isArrow(event.key()) ? event.modifiers() & Qt::ShiftModifier : Qt::KeyboardModifiers();
 }
@@ -37,7 +37,9 @@ Qt::KeyboardModifiers modifiersThatCount(const QKeyEvent &event)
 bool OutlineKeys::takes(const QKeyEvent &event)
 {
     const int key = event.key();
-    return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete) &&
+    // Without Control it looks for a file, as every other letter but those of the commands.
+    const bool isCopy = key == Qt::Key_C && event.modifiers() & Qt::ControlModifier;
+    return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete || isCopy) &&
            !hasForeignModifier(event.modifiers());
 }
 

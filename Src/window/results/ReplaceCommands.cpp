@@ -158,13 +158,13 @@ void ReplaceCommands::replaceAll()
     _ask(localizedString(
              "Replace all occurrences of the find text with the replace text in all files listed in the "
              "search results?"),
-         localizedString("Replace All"), ReplaceExtent::of(_allItems()), &ReplaceCommands::_allConfirmed)
+         localizedString("Replace All"), ReplaceExtent::of(allItems()), &ReplaceCommands::_allConfirmed)
         ->open();
 }
 
 // -- Many matches
 
-FindResultItems ReplaceCommands::_allItems() const
+FindResultItems ReplaceCommands::allItems() const
 {
     FindResultItems files;
     for (int row = 0; row < int(_model.results().count()); ++row)
@@ -181,7 +181,7 @@ void ReplaceCommands::_allConfirmed()
 {
     _view.expandAll();
     _view.selectAll();
-    _replaceSelectedMatches(_allItems(), [this] { _navigation.selectFirstMatch(); });
+    _replaceSelectedMatches(allItems(), [this] { _navigation.selectFirstMatch(); });
 }
 
 void ReplaceCommands::_replaceSelectedMatches(const FindResultItems &items,

@@ -35,6 +35,9 @@ public:
     /// Always asks first.
     void replaceAll();
 
+    /// Every file with its lines, as shown.
+    FindResultItems allItems() const;
+
     /// Not kept between runs of the application.
     static bool suppressAlertReplaceSelection() { return _suppressAlertReplaceSelection; }
     static void setSuppressAlertReplaceSelection(bool suppress) { _suppressAlertReplaceSelection = suppress; }
@@ -53,7 +56,6 @@ private:
     bool _beginCommand();
     bool _performReplace();
     ReplacedMatch _currentMatch() const;
-    FindResultItems _allItems() const;
     QString _informativeText(ReplaceExtent extent) const;
     QMessageBox *_ask(const QString &question, const QString &confirmation, ReplaceExtent extent,
                       void (ReplaceCommands::*confirmed)());

@@ -5,6 +5,7 @@
 #include "window/results/ResultsNavigation.h"
 
 #include <QAction>
+#include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
 
@@ -17,9 +18,18 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
       _open(_addAction(localizedString("Open"), &ResultsActions::openInFinder)),
       _reveal(_addAction(localizedString("Reveal in Finder"), &ResultsActions::revealInFinder)),
       _copyLine(_addAction(localizedString("Copy Line"), &ResultsActions::copyLine)),
-      _copyPath(_addAction(localizedString("Copy Path"), &ResultsActions::copyPath))
+      _copyPath(_addAction(localizedString("Copy Path"), &ResultsActions::copyPath)),
+      _copyAs(_menu.addMenu(localizedString("Copy As")))
 {
+    const std::pair<const char *, ResultsFormat> formats[] = {
+        {"Path, Line, Column and Text", ResultsFormat::Text},
+        {"Paths Only", ResultsFormat::Paths},
+        {"Markdown", ResultsFormat::Markdown}};
+    for (const auto &[text, format] : formats)
+        connect(_copyAs->addAction(localizedString(text)), &QAction::triggered, this,
+                [this, wanted = format] { copyAs(wanted); });
     _menu.insertSeparator(_copyLine);
+    _copyLine->setObjectName(QStringLiteral("copyLine"));
     connect(&_navigation, &ResultsNavigation::selectionChanged, this,
             &ResultsActions::validateUserInterfaceItems);
     validateUserInterfaceItems();
@@ -43,6 +53,9 @@ void ResultsActions::validateUserInterfaceItems()
     const auto item = _navigation.currentlySelectedFindResultItem();
     for (QAction *action : {_open, _reveal, _copyPath})
         action->setEnabled(item != nullptr);
+    _copyAs->menuAction()->setEnabled(item != nullptr);
+    // An error has no text of its own.
+    _copyAs->actions().first()->setEnabled(item && (item->matchLine() != nullptr || item->matchCount() > 0));
     _copyLine->setEnabled(item && item->matchLine() != nullptr);
 }
 
@@ -72,6 +85,15 @@ void ResultsActions::copyPath()
     const FilePath path = _navigation.pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
         QGuiApplication::clipboard()->setText(path.displayText());
+}
+
+void ResultsActions::copyAs(ResultsFormat format)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (ResultsExport(format, nullptr, buffer).write(_navigation.selectedObjects()) &&
+        !buffer.data().isEmpty())
+        QGuiApplication::clipboard()->setText(QString::fromUtf8(buffer.data()));
 }
 
 } // namespace tidemark

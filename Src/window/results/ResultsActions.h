@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/ResultsExport.h"
+
 #include <QMenu>
 #include <QObject>
 
@@ -26,6 +28,8 @@ public:
     void revealInFinder();
     void copyLine();
     void copyPath();
+    /// The selected files and lines.
+    void copyAs(ResultsFormat format);
 
     /// With the current selection's items enabled.
     QMenu *searchResultsOutLineViewMenu();
@@ -34,6 +38,7 @@ public:
     QAction *revealAction() const { return _reveal; }
     QAction *copyLineAction() const { return _copyLine; }
     QAction *copyPathAction() const { return _copyPath; }
+    QMenu *copyAsMenu() const { return _copyAs; }
 
     void validateUserInterfaceItems();
 
@@ -47,6 +52,7 @@ private:
     QAction *_reveal;
     QAction *_copyLine;
     QAction *_copyPath;
+    QMenu *_copyAs;
 };
 
 } // namespace tidemark

@@ -36,7 +36,10 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     : _document(document), _search(search), _replace(replace), _ui(window.ui()), _actions(actions),
       _model(document.findResults()),
       _navigation(document.findResults(), _model, viewShowing(window, _model)), _resultsActions(_navigation),
-      _replaceCommands(replace, search, _model, outlineView(), _navigation)
+      _replaceCommands(replace, search, _model, outlineView(), _navigation),
+      _exportPanel(
+          &window, [this] { return _replaceCommands.allItems(); },
+          [this] { return std::make_unique<TDReplacement>(_replace.replacement()); }, this)
 {
     _setUpToolTips();
     _setUpTexts();
@@ -96,6 +99,7 @@ void ResultsPane::_setUpCommands()
     connect(_actions.replaceSelection, &QAction::triggered, &_replaceCommands,
             &ReplaceCommands::replaceSelection);
     connect(_actions.replaceAll, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replaceAll);
+    connect(_actions.exportResults, &QAction::triggered, &_exportPanel, &ExportPanel::open);
 }
 
 void ResultsPane::_setUpKeys()
@@ -108,6 +112,7 @@ void ResultsPane::_setUpKeys()
         {Qt::CTRL | Qt::Key_Down, _actions.firstMatchInNextFile},
         {Qt::CTRL | Qt::Key_Up, _actions.firstMatchInPreviousFile},
         {Qt::Key_Delete, _actions.removeSelected},
+        {Qt::CTRL | Qt::Key_C, _resultsActions.copyLineAction()},
         {Qt::CTRL | Qt::Key_R, _actions.replace},
         {Qt::CTRL | Qt::Key_X, _actions.replaceAndFind},
         {Qt::CTRL | Qt::Key_S, _actions.replaceSelection},
@@ -190,6 +195,7 @@ void ResultsPane::_noteResults()
     const bool isComplete = hasResults && isFree && !_search.searching();
     _actions.replaceSelection->setEnabled(isComplete);
     _actions.replaceAll->setEnabled(isComplete);
+    _actions.exportResults->setEnabled(isComplete);
 }
 
 void ResultsPane::_showReplacing(bool isReplacing)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "window/results/ExportPanel.h"
 #include "window/results/ReplaceCommands.h"
 #include "window/results/ResultsActions.h"
 #include "window/results/ResultsNavigation.h"
@@ -32,6 +33,7 @@ public:
 
     TDSearchResultsOutlineView &outlineView() const;
     ResultsNavigation &navigation() { return _navigation; }
+    ExportPanel &exportPanel() { return _exportPanel; }
     ReplaceCommands &replaceCommands() { return _replaceCommands; }
     ResultsActions &resultsActions() { return _resultsActions; }
 
@@ -63,6 +65,7 @@ private:
     ResultsNavigation _navigation;
     ResultsActions _resultsActions;
     ReplaceCommands _replaceCommands;
+    ExportPanel _exportPanel;
     QString _kindsOfLastSearch;
     quint64 _linesOfSearch = 0; ///< that have arrived
     quint64 _countOfFilesToReplaceIn = 0;

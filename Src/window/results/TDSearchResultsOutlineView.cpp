@@ -167,7 +167,7 @@ SelectedRows TDSearchResultsOutlineView::_rowsBetween(int first, int last) const
         if (row > from.file || from.line < 0)
             between.addFile(file);
         between.addLines(file, row == from.file ? std::max(0, from.line) : 0,
-                      row == to.file ? to.line : rows().shownLines(row) - 1);
+                         row == to.file ? to.line : rows().shownLines(row) - 1);
     }
     return between;
 }
