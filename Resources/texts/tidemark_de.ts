@@ -209,6 +209,16 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Path, Line, Column and Text</source><translation>Pfad, Zeile, Spalte und Text</translation></message>
   <message><source>Paths Only</source><translation>Nur Pfade</translation></message>
   <message><source>Markdown</source><translation>Markdown</translation></message>
+  <message><source>&amp;Editor</source><translation>&amp;Editor</translation></message>
+  <message><source>&amp;Open a match with:</source><translation>Treffer ö&amp;ffnen mit:</translation></message>
+  <message><source>Command of the editor</source><translation>Befehl des Editors</translation></message>
+  <message><source>editor +%l:%c %f</source><translation>editor +%l:%c %f</translation></message>
+  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>In einem eigenen Befehl steht %f für die Datei, %l für die Zeile und %c für die Spalte. Wörter mit Leerzeichen stehen in doppelten Anführungszeichen. Die Eingabetaste oder ein Doppelklick auf eine Zeile der Ergebnisse öffnet sie.</translation></message>
+  <message><source>The desktop's default program, at the beginning</source><translation>Standardprogramm der Arbeitsumgebung, am Anfang</translation></message>
+  <message><source>A command of my own</source><translation>Ein eigener Befehl</translation></message>
+  <message><source>Open at Match</source><translation>Beim Treffer öffnen</translation></message>
+  <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Der Dateiname kann keinem anderen Programm übergeben werden, oder es ist kein Befehl eingestellt.</translation></message>
+  <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>Der Editor konnte mit „%@“ nicht gestartet werden. Wählen Sie in den Einstellungen einen anderen.</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>

@@ -209,6 +209,16 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Path, Line, Column and Text</source><translation>Chemin, ligne, colonne et texte</translation></message>
   <message><source>Paths Only</source><translation>Chemins seuls</translation></message>
   <message><source>Markdown</source><translation>Markdown</translation></message>
+  <message><source>&amp;Editor</source><translation>É&amp;diteur</translation></message>
+  <message><source>&amp;Open a match with:</source><translation>&amp;Ouvrir une occurrence avec :</translation></message>
+  <message><source>Command of the editor</source><translation>Commande de l’éditeur</translation></message>
+  <message><source>editor +%l:%c %f</source><translation>editeur +%l:%c %f</translation></message>
+  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>Dans une commande personnelle, %f représente le fichier, %l la ligne et %c la colonne. Les mots contenant des espaces sont mis entre guillemets droits. La touche Entrée ou un double clic sur une ligne des résultats l’ouvre.</translation></message>
+  <message><source>The desktop's default program, at the beginning</source><translation>Le programme par défaut du bureau, au début</translation></message>
+  <message><source>A command of my own</source><translation>Une commande personnelle</translation></message>
+  <message><source>Open at Match</source><translation>Ouvrir à l’occurrence</translation></message>
+  <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Le nom du fichier ne peut pas être transmis à un autre programme, ou aucune commande n’est définie.</translation></message>
+  <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>L’éditeur n’a pas pu être lancé avec « %@ ». Choisissez-en un autre dans les préférences.</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>

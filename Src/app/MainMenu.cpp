@@ -58,8 +58,9 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addSeparator();
     menu->addActions({actions.expandCollapseAll, actions.removeSelected});
     menu->addSeparator();
-    menu->addActions({results.openAction(), results.revealAction(), results.copyLineAction(),
-                      results.copyPathAction(), results.copyAsMenu()->menuAction()});
+    menu->addActions({results.openAtMatchAction(), results.openAction(), results.revealAction(),
+                      results.copyLineAction(), results.copyPathAction(),
+                      results.copyAsMenu()->menuAction()});
     QObject::connect(menu, &QMenu::aboutToShow, &results, &ResultsActions::validateUserInterfaceItems);
 }
 

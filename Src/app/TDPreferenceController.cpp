@@ -4,6 +4,7 @@
 #include "app/TDApplicationController.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "session/Editors.h"
 #include "ui_Preferences.h"
 #include "window/form/BoundOptions.h"
 
@@ -46,6 +47,7 @@ TDPreferenceController::TDPreferenceController(TDApplicationController &applicat
     bindOption(_ui->createBackupCheckBox, _settings, TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING);
     _setUpHistoryMaximum();
     _setUpKinds();
+    _setUpEditors();
     connect(&_settings, &UserDefaults::valueChanged, this, &TDPreferenceController::_settingChanged);
     connect(_ui->closeButton, &QPushButton::clicked, &_window, &QWidget::close);
 }
@@ -93,8 +95,38 @@ void TDPreferenceController::_setUpKinds()
             [this] { _kinds.setKinds(_application.kinds()); });
 }
 
+void TDPreferenceController::_setUpEditors()
+{
+    _ui->editorComboBox->addItem(localizedString("The desktop's default program, at the beginning"),
+                                 TD_EDITOR_OF_DESKTOP);
+    for (const Editor &editor : installedEditors())
+        _ui->editorComboBox->addItem(editor.name, editor.id);
+    _ui->editorComboBox->addItem(localizedString("A command of my own"), TD_EDITOR_OF_ONES_OWN);
+    _showEditor();
+    connect(_ui->editorComboBox, &QComboBox::activated, this, [this] {
+        _settings.setObject(TD_USER_DEFAULTS_NAME_EDITOR, _ui->editorComboBox->currentData());
+    });
+    connect(_ui->editorCommandField, &QLineEdit::textEdited, this, [this](const QString &command) {
+        _settings.setObject(TD_USER_DEFAULTS_NAME_EDITOR_COMMAND, command);
+    });
+}
+
+/// An editor that isn't installed any more counts as the desktop's.
+void TDPreferenceController::_showEditor()
+{
+    const int index =
+        std::max(0, _ui->editorComboBox->findData(_settings.stringForKey(TD_USER_DEFAULTS_NAME_EDITOR)));
+    _ui->editorComboBox->setCurrentIndex(index);
+    _ui->editorCommandField->setEnabled(_ui->editorComboBox->currentData() == TD_EDITOR_OF_ONES_OWN);
+    const QString command = _settings.stringForKey(TD_USER_DEFAULTS_NAME_EDITOR_COMMAND);
+    if (_ui->editorCommandField->text() != command)
+        _ui->editorCommandField->setText(command);
+}
+
 void TDPreferenceController::_settingChanged(const QString &key)
 {
+    if (key == TD_USER_DEFAULTS_NAME_EDITOR || key == TD_USER_DEFAULTS_NAME_EDITOR_COMMAND)
+        _showEditor();
     if (key == TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING)
         _showDefaultEncoding();
     else if (key == TD_USER_DEFAULTS_NAME_FIND_REPLACE_TEXT_HISTORY_MAXIMUM)

@@ -48,8 +48,10 @@ private:
     void _setUpEncodings();
     void _setUpHistoryMaximum();
     void _setUpKinds();
+    void _setUpEditors();
     void _showDefaultEncoding();
     void _showHistoryMaximum();
+    void _showEditor();
     void _settingChanged(const QString &key);
 
     TDApplicationController &_application;

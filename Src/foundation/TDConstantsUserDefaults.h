@@ -23,6 +23,10 @@ inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY = QStringLiteral("f
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY = QStringLiteral("replaceTextHistory");
 /// Files of a small search arrive expanded.
 inline const QString TD_USER_DEFAULTS_NAME_EXPAND_RESULTS = QStringLiteral("expandResults");
+/// Which editor opens a file at a line: the id of a known one, "desktop" or "custom".
+inline const QString TD_USER_DEFAULTS_NAME_EDITOR = QStringLiteral("editor");
+/// The command of the custom one.
+inline const QString TD_USER_DEFAULTS_NAME_EDITOR_COMMAND = QStringLiteral("editorCommand");
 inline const QString kmIncludedKinds2Pref = QStringLiteral("IncludedKinds2");
 /// The key of an older format; neither read nor written.
 inline const QString kmIncludedKindsPref = QStringLiteral("IncludedKinds");

@@ -18,6 +18,7 @@ void registerUserDefaults(UserDefaults &store)
         {TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, TD_ENCODING_UTF8},
         {TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, true},
         {TD_USER_DEFAULTS_NAME_EXPAND_RESULTS, true},
+        {TD_USER_DEFAULTS_NAME_EDITOR, QStringLiteral("desktop")},
         {kmIncludedKinds2Pref, archivedKinds(Kind::defaultKinds())},
         {QStringLiteral("UpdatesAvailableTrayIconEnabled"), true},
         {QStringLiteral("CrashReportsTrayIconEnabled"), true},

@@ -25,6 +25,14 @@ void DesktopWorkspace::open(const FilePath &file)
     QDesktopServices::openUrl(file.toUrl());
 }
 
+std::optional<QString> DesktopWorkspace::openAt(const EditorPlace &place)
+{
+    if (const std::optional<QString> command = chosenEditorCommand())
+        return openInEditor(*command, place);
+    open(place.path);
+    return {};
+}
+
 void DesktopWorkspace::reveal(const FilePath &file)
 {
     const QUrl folder = file.deletingLastPathComponent().toUrl();

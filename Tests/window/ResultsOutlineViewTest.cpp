@@ -24,6 +24,8 @@ TEST_F(OutlineViewTest, KeysDoWhatTheTableSays)
         {Qt::Key_R, control, u"replace"_s},
         {Qt::Key_L, control, u"replaceAll"_s},
         {Qt::Key_C, control, u"copyLine"_s},
+        {Qt::Key_Return, {}, u"openAtMatch"_s},
+        {Qt::Key_Enter, Qt::KeypadModifier, u"openAtMatch"_s},
         {Qt::Key_S, {}, {}},
         {Qt::Key_X, {}, {}},
         {Qt::Key_R, shift, {}},
@@ -42,7 +44,8 @@ TEST_F(OutlineViewTest, KeysDoWhatTheTableSays)
     // What the keys trigger only tells its name.
     QStringList told;
     const auto actions = window.window()->findChildren<QAction *>()
-                         << window.controller().resultsPane().resultsActions().copyLineAction();
+                         << window.controller().resultsPane().resultsActions().copyLineAction()
+                         << window.controller().resultsPane().resultsActions().openAtMatchAction();
     for (QAction *action : actions) {
         action->disconnect();
         QObject::connect(action, &QAction::triggered, action,
@@ -220,6 +223,12 @@ class RecordingWorkspace : public Workspace
 {
 public:
     void open(const FilePath &file) override { told << "open " + file.bytes(); }
+    std::optional<QString> openAt(const EditorPlace &place) override
+    {
+        told << "open " + place.path.bytes() + " at " + QByteArray::number(place.line) + ':' +
+                    QByteArray::number(place.column);
+        return {};
+    }
     void reveal(const FilePath &file) override { told << "reveal " + file.bytes(); }
     QList<QByteArray> told;
 };
@@ -237,9 +246,26 @@ TEST_F(OutlineViewTest, ActionsActOnTheSelectedFileWhateverItsName)
     actions.openAction()->trigger();
     window.navigation.selectFirstMatch();
     actions.revealAction()->trigger();
-    EXPECT_EQ(workspace->told, QList<QByteArray>({"open " + path, "reveal " + path}));
+    actions.openAtMatchAction()->trigger();
+    EXPECT_EQ(workspace->told,
+              QList<QByteArray>({"open " + path, "reveal " + path, "open " + path + " at 1:3"}));
     actions.copyLineAction()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"a\tfoo"_s);
+    actions.copyAs(ResultsFormat::Text);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"/t/caf\uFFFD %41:1:3:a\tfoo\n"_s);
+}
+
+TEST_F(OutlineViewTest, ResultsAreExportedWholeOrNotAtAll)
+{
+    const FilePath target = folder.write("out.csv", "before");
+    ResultsWindow window(application, {fileNode("/t/b", {u"foo"_s}), fileNode("/t/a", {u"foo foo"_s})});
+    window.view.header()->setSortIndicator(0, Qt::AscendingOrder);
+    ExportPanel &panel = window.controller().resultsPane().exportPanel();
+    EXPECT_TRUE(panel.exportTo(target.displayText()));
+    EXPECT_EQ(folder.read("out.csv").count("\r\n/t/a,1,"), 2);
+    EXPECT_TRUE(folder.read("out.csv").contains("\r\n/t/b,1,1,0,3,foo,foo,"));
+    EXPECT_FALSE(panel.exportTo(folder.path("gone/out.csv").displayText()));
+    EXPECT_TRUE(window.sheet()->text().contains(u"gone/out.csv"_s));
 }
 
 } // namespace

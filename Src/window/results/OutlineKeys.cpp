@@ -12,6 +12,13 @@ bool isArrow(int key)
     return key == Qt::Key_Down || key == Qt::Key_Up;
 }
 
+/// Either Return key.
+bool isReturn(const QKeyEvent &event)
+{
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+           !(event.modifiers() & (Qt::ControlModifier | Qt::ShiftModifier));
+}
+
 bool isCommand(int key)
 {
     return key == Qt::Key_S || key == Qt::Key_X || key == Qt::Key_R || key == Qt::Key_L;
@@ -39,13 +46,14 @@ bool OutlineKeys::takes(const QKeyEvent &event)
     const int key = event.key();
     // Without Control it looks for a file, as every other letter but those of the commands.
     const bool isCopy = key == Qt::Key_C && event.modifiers() & Qt::ControlModifier;
-    return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete || isCopy) &&
+    return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete || isCopy || isReturn(event)) &&
            !hasForeignModifier(event.modifiers());
 }
 
 void OutlineKeys::trigger(const QKeyEvent &event) const
 {
-    const QKeyCombination key(modifiersThatCount(event), Qt::Key(event.key()));
+    const QKeyCombination key(modifiersThatCount(event),
+                              isReturn(event) ? Qt::Key_Return : Qt::Key(event.key()));
     if (QAction *action = _actions.value(key.toCombined()))
         action->trigger();
 }

@@ -15,6 +15,7 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
                                QObject *parent)
     : QObject(parent), _navigation(navigation),
       _workspace(workspace ? std::move(workspace) : std::make_shared<DesktopWorkspace>()),
+      _openAtMatch(_addAction(localizedString("Open at Match"), &ResultsActions::openAtMatch)),
       _open(_addAction(localizedString("Open"), &ResultsActions::openInFinder)),
       _reveal(_addAction(localizedString("Reveal in Finder"), &ResultsActions::revealInFinder)),
       _copyLine(_addAction(localizedString("Copy Line"), &ResultsActions::copyLine)),
@@ -29,6 +30,7 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
         connect(_copyAs->addAction(localizedString(text)), &QAction::triggered, this,
                 [this, wanted = format] { copyAs(wanted); });
     _menu.insertSeparator(_copyLine);
+    _openAtMatch->setObjectName(QStringLiteral("openAtMatch"));
     _copyLine->setObjectName(QStringLiteral("copyLine"));
     connect(&_navigation, &ResultsNavigation::selectionChanged, this,
             &ResultsActions::validateUserInterfaceItems);
@@ -51,12 +53,27 @@ QMenu *ResultsActions::searchResultsOutLineViewMenu()
 void ResultsActions::validateUserInterfaceItems()
 {
     const auto item = _navigation.currentlySelectedFindResultItem();
-    for (QAction *action : {_open, _reveal, _copyPath})
+    for (QAction *action : {_openAtMatch, _open, _reveal, _copyPath})
         action->setEnabled(item != nullptr);
     _copyAs->menuAction()->setEnabled(item != nullptr);
     // An error has no text of its own.
     _copyAs->actions().first()->setEnabled(item && (item->matchLine() != nullptr || item->matchCount() > 0));
     _copyLine->setEnabled(item && item->matchLine() != nullptr);
+}
+
+void ResultsActions::openAtMatch()
+{
+    const auto item = _navigation.currentlySelectedFindResultItem();
+    const TDMatchLine *line = item ? item->matchLine() : nullptr;
+    if (line == nullptr)
+        return openInFinder();
+    const qint64 index = std::max(qint64(0), line->highlightedMatchIndex());
+    const QList<TextRange> ranges = line->matchRanges();
+    const qint64 column = index < ranges.size() ? ranges[index].location + 1 : 1;
+    const auto problem =
+        _workspace->openAt({_navigation.pathOfCurrentlySelectedItem(), line->lineNumber(), column});
+    if (problem)
+        Q_EMIT failed(*problem);
 }
 
 void ResultsActions::openInFinder()

@@ -24,6 +24,8 @@ public:
     explicit ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Workspace> workspace = {},
                             QObject *parent = nullptr);
 
+    /// The highlighted match in the editor of the settings; a file by its default program.
+    void openAtMatch();
     void openInFinder();
     void revealInFinder();
     void copyLine();
@@ -34,6 +36,7 @@ public:
     /// With the current selection's items enabled.
     QMenu *searchResultsOutLineViewMenu();
     /// For other menus too; enabled as the selection allows.
+    QAction *openAtMatchAction() const { return _openAtMatch; }
     QAction *openAction() const { return _open; }
     QAction *revealAction() const { return _reveal; }
     QAction *copyLineAction() const { return _copyLine; }
@@ -42,12 +45,17 @@ public:
 
     void validateUserInterfaceItems();
 
+Q_SIGNALS:
+    /// A text for people.
+    void failed(const QString &problem);
+
 private:
     QAction *_addAction(const QString &text, void (ResultsActions::*command)());
 
     ResultsNavigation &_navigation;
     std::shared_ptr<Workspace> _workspace;
     QMenu _menu;
+    QAction *_openAtMatch;
     QAction *_open;
     QAction *_reveal;
     QAction *_copyLine;

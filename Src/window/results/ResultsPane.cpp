@@ -7,6 +7,7 @@
 #include "session/SearchControl.h"
 #include "session/SearchStatusLine.h"
 #include "ui_MyDocument.h"
+#include "window/ErrorSheet.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
@@ -112,6 +113,7 @@ void ResultsPane::_setUpKeys()
         {Qt::CTRL | Qt::Key_Down, _actions.firstMatchInNextFile},
         {Qt::CTRL | Qt::Key_Up, _actions.firstMatchInPreviousFile},
         {Qt::Key_Delete, _actions.removeSelected},
+        {Qt::Key_Return, _resultsActions.openAtMatchAction()},
         {Qt::CTRL | Qt::Key_C, _resultsActions.copyLineAction()},
         {Qt::CTRL | Qt::Key_R, _actions.replace},
         {Qt::CTRL | Qt::Key_X, _actions.replaceAndFind},
@@ -121,6 +123,10 @@ void ResultsPane::_setUpKeys()
     for (const auto &[key, action] : actions)
         keys.set(key, action);
     outlineView().setKeys(keys);
+    connect(&outlineView(), &TDSearchResultsOutlineView::rowDoubleClicked,
+            _resultsActions.openAtMatchAction(), &QAction::trigger);
+    connect(&_resultsActions, &ResultsActions::failed, this,
+            [this](const QString &problem) { makePlainSheet(outlineView().window(), problem, {})->open(); });
     connect(&outlineView(), &TDSearchResultsOutlineView::menuRequested, this,
             [this](QPoint position) { _resultsActions.searchResultsOutLineViewMenu()->popup(position); });
 }

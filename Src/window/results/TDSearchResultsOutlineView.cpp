@@ -379,8 +379,14 @@ void TDSearchResultsOutlineView::mouseReleaseEvent(QMouseEvent * /*event*/)
 
 void TDSearchResultsOutlineView::mouseDoubleClickEvent(QMouseEvent *event)
 {
+    const QPoint position = event->position().toPoint();
+    const int row = scrolled().rowAt(position.y());
+    const bool opens = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier &&
+                       row >= 0 && !_isOnDisclosure(row, position.x());
     // Two quick clicks on a triangle are two clicks.
     mousePressEvent(event);
+    if (opens)
+        Q_EMIT rowDoubleClicked();
 }
 
 bool TDSearchResultsOutlineView::_rightMouseDownHelper(QPoint position, QPoint globalPosition)

@@ -36,6 +36,8 @@ public:
 Q_SIGNALS:
     /// The rows that have become selected, and those that no longer are.
     void selectedRowsChanged(const SelectedRows &selected, const SelectedRows &deselected);
+    /// A row was clicked twice, beside its triangle; it is selected by now.
+    void rowDoubleClicked();
     /// The row is selected by now; the position is global.
     void menuRequested(QPoint position);
 
