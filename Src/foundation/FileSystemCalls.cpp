@@ -11,6 +11,7 @@
 #include <csignal>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <sys/vfs.h>
 #endif
 
 namespace tidemark {
@@ -139,6 +140,17 @@ int FileSystemCalls::syncFileSystem(int descriptor)
     return ::syncfs(descriptor);
 #else
     return ::fsync(descriptor);
+#endif
+}
+
+quint32 FileSystemCalls::fileSystemType(int descriptor)
+{
+#ifdef __linux__
+    struct statfs status;
+    return ::fstatfs(descriptor, &status) == 0 ? quint32(status.f_type) : 0;
+#else
+    (void)descriptor;
+    return 0;
 #endif
 }
 

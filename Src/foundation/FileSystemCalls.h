@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -28,6 +30,8 @@ public:
     virtual int lock(int descriptor);
     virtual int sync(int descriptor);           ///< fsync()
     virtual int syncFileSystem(int descriptor); ///< syncfs(), of the file system the file is on
+    /// Which kind of file system the file is on, by its number in the kernel; 0 where that can't be told.
+    virtual quint32 fileSystemType(int descriptor);
     virtual int close(int descriptor);
     virtual int remove(const char *path); ///< unlink()
     /// Copies the whole content of one open file to another, empty one, by sharing its blocks where the file

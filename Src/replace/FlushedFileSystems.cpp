@@ -8,42 +8,33 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#ifdef __linux__
-#include <sys/vfs.h>
-#endif
-
 namespace tidemark {
 
 namespace {
 
 /// The system's own, whose flush ends on a disk or, in memory, is none.
+constexpr std::array<quint32, 15> KNOWN = {
+    0xEF53,     // ext2 to ext4
+    0x58465342, // XFS
+    0x9123683E, // Btrfs
+    0xF2F52010, // F2FS
+    0xCA451A4E, // bcachefs
+    0x2FC12FC1, // ZFS
+    0x3153464A, // JFS
+    0x3434,     // NILFS
+    0x52654973, // ReiserFS
+    0x2011BAB0, // exFAT
+    0x4D44,     // FAT
+    0x7366746E, // NTFS
+    0x794C7630, // overlay
+    0x01021994, // tmpfs
+    0x858458F6, // ramfs
+};
+
 bool isFlushedAsAWhole(int folder)
 {
-#ifdef __linux__
-    constexpr std::array<quint32, 15> KNOWN = {
-        0xEF53,     // ext2 to ext4
-        0x58465342, // XFS
-        0x9123683E, // Btrfs
-        0xF2F52010, // F2FS
-        0xCA451A4E, // bcachefs
-        0x2FC12FC1, // ZFS
-        0x3153464A, // JFS
-        0x3434,     // NILFS
-        0x52654973, // ReiserFS
-        0x2011BAB0, // exFAT
-        0x4D44,     // FAT
-        0x7366746E, // NTFS
-        0x794C7630, // overlay
-        0x01021994, // tmpfs
-        0x858458F6, // ramfs
-    };
-    struct statfs status;
-    return ::fstatfs(folder, &status) == 0 &&
-           std::find(KNOWN.begin(), KNOWN.end(), quint32(status.f_type)) != KNOWN.end();
-#else
-    (void)folder;
-    return false;
-#endif
+    return std::find(KNOWN.begin(), KNOWN.end(), FileSystemCalls::current().fileSystemType(folder)) !=
+           KNOWN.end();
 }
 
 } // namespace

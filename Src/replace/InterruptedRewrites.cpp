@@ -5,6 +5,7 @@
 #include "replace/BackupFile.h"
 #include "replace/ContentOverwrite.h"
 #include "replace/FileMetadata.h"
+#include "replace/FlushedFileSystems.h"
 #include "replace/NewContent.h"
 
 #include <algorithm>
@@ -131,18 +132,10 @@ void clearBackups(const std::vector<Entry> &entries, size_t first, const Content
     }
 }
 
-/// What stands in the file now, beside it or, where that can't be, in the temporary folder.
-std::optional<BackupFile> keepPresentContent(const FilePath &path, FileState &state, int &errorNumber)
+/// Whether a file is flushed with its file system, of which there are only those that are known.
+bool addFileSystemOf(FlushedFileSystems &fileSystems, const FilePath &path, dev_t device)
 {
-    for (const BackupFile::Kind kind : {BackupFile::Kind::Lasting, BackupFile::Kind::Transient}) {
-        TDError error;
-        auto backup = BackupFile::backupFileOf(
-            path, kind, Flush::Yes, [](const FilePath &) { return 0; }, state, error, errorNumber);
-        if (backup)
-            return backup;
-    }
-    errorNumber = errorNumber != 0 ? errorNumber : ESTALE;
-    return {};
+    return fileSystems.addFolder(path.deletingLastPathComponent()) == 0 && fileSystems.contains(device);
 }
 
 /// Writes a content once more where it stands, and brings it to the disk: after a failed flush the system may
@@ -192,6 +185,7 @@ InterruptedRewrites::InterruptedRewrites(const FilePath &folder)
         _lookInto(record);
     for (auto file = _begun.cbegin(); file != _begun.cend(); ++file)
         _decide(file.key(), file.value());
+    _settleWhole();
     for (const RunProgress &run : std::as_const(_progressOfOwners)) {
         if (run.total > 1 && run.done < run.total) {
             _progress.done += run.done;
@@ -217,7 +211,8 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
     RecordLock lock;
     // A living process holds the lock of its record.
     const bool isTaken = descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                         status.st_size <= LONGEST_RECORD && lock.take(descriptor, recordPath);
+                         status.st_size <= LONGEST_RECORD && lock.take(descriptor, recordPath) &&
+                         ::fstat(descriptor, &status) == 0 && status.st_nlink > 0;
     const std::optional<QByteArray> content = isTaken ? contentOf(descriptor, status.st_size) : std::nullopt;
     if (!content) {
         if (descriptor >= 0)
@@ -232,16 +227,29 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
             _recordOfBackup.insert(entry.backup, _records.size());
             continue;
         }
-        // The backup was being made when the process ended: its file wasn't touched.
-        const OpenFile file(entry.path);
-        const OpenFile copy(entry.backup);
-        if (file.isOpen() && copy.isOpen() && beginsWithCopy(file, copy))
-            deleteBackup(entry.backup);
+        _lookAtUnbegun(entry, left.lacksRewrites);
     }
     RunProgress &run = _progressOfOwners[left.owner];
     run.done = std::max(run.done, left.progress.done);
     run.total = std::max(run.total, left.progress.total);
     _records.push_back({recordPath, descriptor, std::move(lock)});
+}
+
+/// The backup was being made when the process ended, and its file wasn't touched; unless lines of the record
+/// are lost, of which this file's may be one.
+void InterruptedRewrites::_lookAtUnbegun(const Entry &entry, bool lacksRewrites)
+{
+    const OpenFile file(entry.path);
+    const OpenFile copy(entry.backup);
+    if (!file.isOpen() || !copy.isOpen())
+        return;
+    const bool isCopy = lacksRewrites ? file.status().st_size == copy.status().st_size &&
+                                            beginsWithCopy(file, copy) && file.flush()
+                                      : beginsWithCopy(file, copy);
+    if (isCopy)
+        deleteBackup(entry.backup);
+    else if (lacksRewrites)
+        _files.append({entry.path, entry.backup, State::UnusableBackup});
 }
 
 void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry> &entries)
@@ -251,17 +259,68 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
     const auto whole = std::find_if(entries.rbegin(), entries.rend(), [&](const Entry &entry) {
         return now && (now == entry.oldContent || now == entry.newContent);
     });
-    if (whole != entries.rend()) {
-        const size_t first = beginningOfChain(entries, size_t(entries.rend() - whole) - 1);
-        if (_settleWhole(file, entries, first, *now)) {
+    if (whole == entries.rend())
+        _decideHalf(file, path, entries);
+    else
+        _whole.push_back({path, beginningOfChain(entries, size_t(entries.rend() - whole) - 1), *now,
+                          file.status().st_ino, false});
+}
+
+/// Clears the backups of all files that hold what they held or were to hold, once the disk has that.
+void InterruptedRewrites::_settleWhole()
+{
+    FlushedFileSystems fileSystems;
+    for (Whole &whole : _whole) {
+        const OpenFile file(whole.path);
+        whole.isFlushedWithOthers = file.isOpen() && file.status().st_ino == whole.inode &&
+                                    addFileSystemOf(fileSystems, whole.path, file.status().st_dev);
+    }
+    const bool areFlushed = flushFileSystems(fileSystems.descriptors()) == 0;
+    for (const Whole &whole : std::exchange(_whole, {})) {
+        const std::vector<Entry> &entries = _begun[whole.path];
+        if (_isOnDisk(whole, areFlushed)) {
+            _clearBackups(whole);
             // A rewrite that began with what another one had left half written settles nothing of that.
-            if (first > 0)
-                _tellDamaged(path, {entries.begin(), entries.begin() + qsizetype(first)});
-            return;
+            if (whole.first > 0)
+                _tellDamaged(whole.path, {entries.begin(), entries.begin() + qsizetype(whole.first)});
+        } else {
+            _noteFailedFlush(entries.back().backup);
+            _decideHalf(OpenFile(whole.path), whole.path, entries);
         }
     }
+}
+
+bool InterruptedRewrites::_isOnDisk(const Whole &whole, bool areOthersFlushed) const
+{
+    const std::vector<Entry> &entries = *_begun.constFind(whole.path);
+    if (std::any_of(entries.begin(), entries.end(), [](const Entry &entry) { return entry.isUnflushed; })) {
+        const OpenFile file(whole.path, O_RDWR);
+        return file.isOpen() && file.status().st_ino == whole.inode &&
+               writeOnceMore(file.descriptor(), file.status(), whole.now);
+    }
+    if (whole.isFlushedWithOthers && areOthersFlushed)
+        return true;
+    // What failed may have been another file's. What this one lost is gone from memory, too, then.
+    const OpenFile file(whole.path);
+    return file.isOpen() && file.status().st_ino == whole.inode && file.flush() && file.digest() == whole.now;
+}
+
+void InterruptedRewrites::_clearBackups(const Whole &whole)
+{
+    const std::vector<Entry> &entries = *_begun.constFind(whole.path);
+    for (const Entry &entry : entries) {
+        if (whole.now == entry.newContent)
+            ++_progressOfOwners[_owners.value(entry.backup)].done;
+    }
+    clearBackups(entries, whole.first, whole.now);
+}
+
+/// A file that holds neither the one nor the other, or of which the disk doesn't confirm it.
+void InterruptedRewrites::_decideHalf(const OpenFile &file, const FilePath &path,
+                                      const std::vector<Entry> &entries)
+{
     // What can't be looked at this time is looked at the next time.
-    if (file.isOpen() ? !now : !tellsWhatIsThere(file.errorNumber())) {
+    if (file.isOpen() ? !file.digest() : !tellsWhatIsThere(file.errorNumber())) {
         _isUncertain = true;
         return;
     }
@@ -274,33 +333,6 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
     // Without its folder the disk may just not be there.
     _isUncertain = _isUncertain || ::access(path.deletingLastPathComponent().cString(), F_OK) != 0;
     _files.append({path, entries.back().backup, State::Moved});
-}
-
-/// Clears the backups of a file that holds what it held or was to hold; false when the disk doesn't confirm
-/// that.
-bool InterruptedRewrites::_settleWhole(const OpenFile &file, const std::vector<Entry> &entries, size_t first,
-                                       const ContentDigest &now)
-{
-    const bool isUnflushed =
-        std::any_of(entries.begin(), entries.end(), [](const Entry &entry) { return entry.isUnflushed; });
-    bool isOnDisk = false;
-    if (isUnflushed) {
-        const OpenFile again(entries.back().path, O_RDWR);
-        isOnDisk = again.isOpen() && again.status().st_ino == file.status().st_ino &&
-                   writeOnceMore(again.descriptor(), again.status(), now);
-    } else {
-        isOnDisk = file.flush();
-    }
-    if (!isOnDisk) {
-        _noteFailedFlush(entries.back().backup);
-        return false;
-    }
-    for (const Entry &entry : entries) {
-        if (now == entry.newContent)
-            ++_progressOfOwners[_owners.value(entry.backup)].done;
-    }
-    clearBackups(entries, first, now);
-    return true;
 }
 
 /// From now on what can be read of the file proves nothing.
@@ -332,22 +364,36 @@ void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<E
     _files.append({path, entries[wanted].backup, State::UnusableBackup});
 }
 
-/// 0, or errno.
-int InterruptedRewrites::_putBackFile(const Entry &entry)
+/// What stands in the file now, beside it or, where that can't be, in the temporary folder.
+void InterruptedRewrites::_keepPresentContent(PuttingBack &file)
 {
-    FileState present;
-    int errorNumber = 0;
-    const std::optional<BackupFile> kept = keepPresentContent(entry.path, present, errorNumber);
-    if (!kept)
-        return errorNumber;
+    for (const BackupFile::Kind kind : {BackupFile::Kind::Lasting, BackupFile::Kind::Transient}) {
+        const bool isFlushedWithOthers = file.isFlushedWithOthers && kind == BackupFile::Kind::Lasting;
+        TDError error;
+        file.kept = BackupFile::backupFileOf(
+            file.entry.path, kind, isFlushedWithOthers ? Flush::No : Flush::Yes,
+            [](const FilePath &) { return 0; }, file.present, error, file.errorNumber);
+        if (file.kept) {
+            file.kept->closeDescriptor();
+            file.errorNumber = 0;
+            return;
+        }
+    }
+    file.errorNumber = file.errorNumber != 0 ? file.errorNumber : ESTALE;
+}
+
+/// 0, or errno.
+int InterruptedRewrites::_overwriteWithOld(const PuttingBack &putting)
+{
+    const Entry &entry = putting.entry;
     const OpenFile old(entry.backup);
     OpenFile file(entry.path, O_RDWR);
     if (!old.isOpen() || !file.isOpen())
         return old.isOpen() ? file.errorNumber() : old.errorNumber();
     (void)FileSystemCalls::current().takeLease(file.descriptor());
-    const bool isAsLookedAt = FileState::fromStatus(file.status()) == present &&
-                              present.inode == entry.file.inode && old.digest() == entry.oldContent &&
-                              (kept->content() != entry.newContent || entry.isUnflushed);
+    const bool isAsLookedAt = FileState::fromStatus(file.status()) == putting.present &&
+                              putting.present.inode == entry.file.inode && old.digest() == entry.oldContent &&
+                              (putting.kept->content() != entry.newContent || entry.isUnflushed);
     if (!isAsLookedAt)
         return ESTALE;
     if (const int error = overwriteWithContentOf(old.descriptor(), file.descriptor()); error != 0)
@@ -355,27 +401,57 @@ int InterruptedRewrites::_putBackFile(const Entry &entry)
     if (!hasContent(file.descriptor(), entry.oldContent))
         return EIO;
     copyAttributesAndDates(old.descriptor(), file.descriptor(), old.status());
-    if (file.flush())
+    if (putting.isFlushedWithOthers || file.flush())
         return file.close();
     const int flushError = errno;
     _noteFailedFlush(entry.backup);
     return flushError;
 }
 
+/// In steps for all files at once, each of which is on the disk before the next one.
+void InterruptedRewrites::_putBackFiles(std::vector<PuttingBack> &files)
+{
+    FlushedFileSystems fileSystems;
+    for (PuttingBack &file : files) {
+        const OpenFile found(file.entry.path);
+        file.isFlushedWithOthers =
+            found.isOpen() && addFileSystemOf(fileSystems, file.entry.path, found.status().st_dev);
+        _keepPresentContent(file);
+    }
+    const QList<int> descriptors = fileSystems.descriptors();
+    int flushError = flushFileSystems(descriptors);
+    for (PuttingBack &file : files) {
+        if (file.errorNumber == 0)
+            file.errorNumber =
+                file.isFlushedWithOthers && flushError != 0 ? flushError : _overwriteWithOld(file);
+    }
+    flushError = flushError != 0 ? flushError : flushFileSystems(descriptors);
+    for (PuttingBack &file : files) {
+        if (flushError == 0 || !file.isFlushedWithOthers || file.errorNumber != 0)
+            continue;
+        file.errorNumber = flushError;
+        _noteFailedFlush(file.entry.backup);
+    }
+}
+
 QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
 {
-    QList<Failure> failures;
+    std::vector<PuttingBack> puttingBack;
     for (const File &file : std::as_const(_files)) {
-        if (file.state != State::Damaged)
-            continue;
-        if (const int error = _putBackFile(_damaged.value(file.path)); error != 0)
-            failures.append({file, error});
-        else
-            deleteBackup(file.backup);
+        if (file.state == State::Damaged)
+            puttingBack.push_back({file, _damaged.value(file.path), {}, {}, false, 0});
     }
+    _putBackFiles(puttingBack);
+    QList<Failure> failures;
     _files.clear();
-    for (const Failure &failure : std::as_const(failures))
-        _files.append(failure.file);
+    for (const PuttingBack &put : puttingBack) {
+        if (put.errorNumber == 0) {
+            deleteBackup(put.file.backup);
+            continue;
+        }
+        failures.append({put.file, put.errorNumber});
+        _files.append(put.file);
+    }
     if (_files.isEmpty() && !_isUncertain)
         _removeRecords();
     return failures;

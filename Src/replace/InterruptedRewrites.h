@@ -1,11 +1,13 @@
 #pragma once
 
 #include "foundation/FilePath.h"
+#include "replace/BackupFile.h"
 #include "replace/RewriteRecord.h"
 
 #include <QHash>
 #include <QList>
 
+#include <optional>
 #include <vector>
 
 namespace tidemark {
@@ -65,18 +67,44 @@ private:
     using Entry = RewriteRecord::Left::File;
     class OpenFile;
 
+    /// A file that holds what it held or was to hold.
+    struct Whole
+    {
+        FilePath path;
+        size_t first = 0; ///< of its rewrites, the one that began the chain which led there
+        ContentDigest now;
+        ino_t inode = 0;
+        bool isFlushedWithOthers = false;
+    };
+    /// A file on its way back to its old content.
+    struct PuttingBack
+    {
+        File file;
+        Entry entry;
+        std::optional<BackupFile> kept; ///< what stood there
+        FileState present;
+        bool isFlushedWithOthers = false;
+        int errorNumber = 0;
+    };
+
     void _lookInto(const FilePath &recordPath);
+    void _lookAtUnbegun(const Entry &entry, bool lacksRewrites);
     void _decide(const FilePath &path, const std::vector<Entry> &entries);
-    bool _settleWhole(const OpenFile &file, const std::vector<Entry> &entries, size_t first,
-                      const ContentDigest &now);
+    void _settleWhole();
+    bool _isOnDisk(const Whole &whole, bool areOthersFlushed) const;
+    void _clearBackups(const Whole &whole);
+    void _decideHalf(const OpenFile &file, const FilePath &path, const std::vector<Entry> &entries);
     void _noteFailedFlush(const FilePath &backup);
-    int _putBackFile(const Entry &entry);
+    static void _keepPresentContent(PuttingBack &file);
+    void _putBackFiles(std::vector<PuttingBack> &files);
+    int _overwriteWithOld(const PuttingBack &file);
     void _tellDamaged(const FilePath &path, const std::vector<Entry> &entries);
     void _removeRecords();
 
     std::vector<Record> _records;
     QHash<FilePath, std::vector<Entry>> _begun; ///< by path, each in the order of the records
-    QHash<FilePath, Entry> _damaged;            ///< what is put back, by path
+    std::vector<Whole> _whole;
+    QHash<FilePath, Entry> _damaged; ///< what is put back, by path
     QList<File> _files;
     QHash<FilePath, QByteArray> _owners;     ///< by backup
     QHash<FilePath, size_t> _recordOfBackup; ///< its index

@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QSysInfo>
+#include <QUuid>
 
 #include <cerrno>
 #include <csignal>
@@ -18,6 +19,7 @@ namespace tidemark {
 namespace {
 
 const QByteArray OWNER_SUFFIX = QByteArrayLiteral(".owner");
+constexpr int ATTEMPTS = 100;
 
 QByteArray machineName()
 {
@@ -61,6 +63,31 @@ QByteArray contentOf(const FilePath &path)
     return content;
 }
 
+/// What a file says that names a process.
+struct Owner
+{
+    QByteArray identity;
+    QByteArray token; ///< of its own
+};
+
+/// Where the one is named who takes over from an owner that ended.
+FilePath nameBehind(const FilePath &path, const Owner &owner)
+{
+    return FilePath(path.bytes() + OWNER_SUFFIX + '.' + owner.token);
+}
+
+/// All owners, each of whom took over from the one in front.
+std::vector<Owner> ownersOf(const FilePath &path)
+{
+    std::vector<Owner> owners;
+    FilePath name(path.bytes() + OWNER_SUFFIX);
+    for (QByteArray content; !(content = contentOf(name)).isEmpty(); name = nameBehind(path, owners.back())) {
+        const QList<QByteArray> lines = content.split('\n');
+        owners.push_back({lines.first(), lines.value(1, QByteArrayLiteral("-"))});
+    }
+    return owners;
+}
+
 } // namespace
 
 QByteArray identityOfThisProcess()
@@ -80,47 +107,68 @@ bool livesProcess(const QByteArray &identity)
     return isThere && fields[1] == QSysInfo::bootUniqueId() && fields[3] == beginningOf(process);
 }
 
-RecordLock::RecordLock(RecordLock &&other) noexcept : _owner(std::exchange(other._owner, {})) {}
+RecordLock::RecordLock(RecordLock &&other) noexcept
+    : _path(std::move(other._path)), _owners(std::exchange(other._owners, {}))
+{}
 
 RecordLock &RecordLock::operator=(RecordLock &&other) noexcept
 {
-    std::swap(_owner, other._owner);
+    std::swap(_path, other._path);
+    std::swap(_owners, other._owners);
     return *this;
 }
 
 RecordLock::~RecordLock()
 {
-    if (!_owner.isEmpty())
-        (void)::unlink(_owner.cString());
+    if (_owners.empty())
+        return;
+    (void)::unlink(_owners.back().cString());
+    // Those in front tell where the next one has to look, as long as there is something to be kept.
+    if (::access(_path.cString(), F_OK) == 0)
+        return;
+    for (const FilePath &owner : _owners)
+        (void)::unlink(owner.cString());
 }
 
 bool RecordLock::take(int descriptor, const FilePath &path)
 {
     if (FileSystemCalls::current().lock(descriptor) == 0) {
         // Somebody else may have taken it where there were no locks.
-        const QByteArray owner = contentOf(FilePath(path.bytes() + OWNER_SUFFIX));
-        return owner.isEmpty() || !livesProcess(owner);
+        const std::vector<Owner> owners = ownersOf(path);
+        return owners.empty() || !livesProcess(owners.back().identity);
     }
     return isLockMissing(errno) && _takeByName(path);
 }
 
 bool RecordLock::_takeByName(const FilePath &path)
 {
-    const FilePath owner(path.bytes() + OWNER_SUFFIX);
-    QByteArray mine = owner.bytes() + "-XXXXXX";
+    QByteArray mine = path.bytes() + OWNER_SUFFIX + "-XXXXXX";
     const int descriptor = makeUniqueFile(mine);
     if (descriptor < 0)
         return false;
     // It names its process from the moment on at which it has the name that counts.
-    bool isTaken = writeAll(descriptor, identityOfThisProcess()) == 0;
+    const QByteArray token = QUuid::createUuid().toByteArray(QUuid::Id128);
+    const bool isWritten = writeAll(descriptor, identityOfThisProcess() + '\n' + token) == 0;
     (void)::close(descriptor);
-    if (isTaken && ::link(mine.constData(), owner.cString()) != 0) {
-        isTaken = !livesProcess(contentOf(owner)) && ::unlink(owner.cString()) == 0 &&
-                  ::link(mine.constData(), owner.cString()) == 0;
+    bool isTaken = false;
+    bool isFree = isWritten;
+    for (int attempt = 0; isFree && !isTaken && attempt < ATTEMPTS; ++attempt) {
+        std::vector<FilePath> names;
+        FilePath next(path.bytes() + OWNER_SUFFIX);
+        for (const Owner &owner : ownersOf(path)) {
+            isFree = isFree && !livesProcess(owner.identity);
+            names.push_back(next);
+            next = nameBehind(path, owner);
+        }
+        names.push_back(next);
+        isTaken = isFree && ::link(mine.constData(), next.cString()) == 0;
+        // Where another one was faster, it is the last owner now.
+        isFree = isFree && (isTaken || errno == EEXIST);
+        if (isTaken)
+            _owners = names;
     }
     (void)::unlink(mine.constData());
-    if (isTaken)
-        _owner = owner;
+    _path = path;
     return isTaken;
 }
 

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+#include <vector>
+
 namespace tidemark {
 
 /// Who a process is, for as long as the system runs: fields between tabs, without a line end.
@@ -12,7 +14,8 @@ QByteArray identityOfThisProcess();
 bool livesProcess(const QByteArray &identity);
 
 /// Keeps a file for one process: by the system's lock or, on file systems without locks, by a file beside it
-/// that names the process. Let go of when the object or the process ends.
+/// that names the process. Who comes behind a process that ended makes a file whose name follows from that
+/// one's, which only one can. Let go of when the object or the process ends.
 class RecordLock
 {
 public:
@@ -28,7 +31,10 @@ public:
 private:
     bool _takeByName(const FilePath &path);
 
-    FilePath _owner; ///< the file that names this process; empty where the system's lock does
+    FilePath _path;
+    /// Files that name processes, the last one this one, the others such as ended; empty where the system's
+    /// lock does.
+    std::vector<FilePath> _owners;
 };
 
 } // namespace tidemark

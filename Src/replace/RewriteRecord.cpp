@@ -25,8 +25,7 @@ const QByteArray OWNER_ENTRY = QByteArrayLiteral("owner");
 const QByteArray PROGRESS_ENTRY = QByteArrayLiteral("progress");
 const QByteArray BACKUP_ENTRY = QByteArrayLiteral("backup");
 const QByteArray REWRITE_ENTRY = QByteArrayLiteral("rewrite");
-/// Closes the list of rewrites, with the digest of all that is in front of it: without this line none was
-/// begun.
+/// Closes the list of rewrites, with how many there are: without this line none was begun.
 const QByteArray BEGIN_ENTRY = QByteArrayLiteral("begin");
 const QByteArray END_ENTRY = QByteArrayLiteral("end");
 const QByteArray UNFLUSHED_ENTRY = QByteArrayLiteral("unflushed");
@@ -111,6 +110,7 @@ private:
         } else if (kind == BEGIN_ENTRY && fields.size() == 2) {
             // Lines that were damaged tell nothing that contents don't have to confirm, so the others count.
             _isBegun = true;
+            _left.lacksRewrites = fields[1].toLongLong() != _rewriteCount;
         } else if (kind == UNFLUSHED_ENTRY && fields.size() == 2) {
             if (const auto place = _places.constFind(decoded(fields[1])); place != _places.cend())
                 _left.files[*place].isUnflushed = true;
@@ -121,6 +121,7 @@ private:
     }
     void _readRewrite(const QList<QByteArray> &fields)
     {
+        ++_rewriteCount;
         RewriteRecord::Left::File &file = _fileWithBackup(fields);
         file.file.device = dev_t(fields[3].toULongLong());
         file.file.inode = ino_t(fields[4].toULongLong());
@@ -146,6 +147,7 @@ private:
 
     RewriteRecord::Left _left;
     QHash<FilePath, size_t> _places; ///< by backup
+    qint64 _rewriteCount = 0;
     bool _isBegun = false;
 };
 

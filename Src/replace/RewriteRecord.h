@@ -71,7 +71,8 @@ public:
         };
         QByteArray owner; ///< identity of the process that wrote it
         RunProgress progress;
-        std::vector<File> files; ///< those that have not ended
+        std::vector<File> files;    ///< those that have not ended
+        bool lacksRewrites = false; ///< its list is closed, but isn't all there
     };
     /// What makes no sense is passed over, like a last line that was cut off.
     static Left read(const QByteArray &content);

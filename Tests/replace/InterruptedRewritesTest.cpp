@@ -11,13 +11,16 @@
 #include <QMutex>
 #include <QSet>
 
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <latch>
 #include <random>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tidemark::test {
@@ -357,11 +360,19 @@ TEST_F(LeftRecordTest, WhatStandsInThePlaceOfAFileIsNeitherFollowedNorWaitedForN
     EXPECT_EQ(rewrites.files().size(), 1);
 }
 
+/// Kinds of file systems: of this one, and of one that a program provides, of which nobody knows whether a
+/// flush of the whole reaches the disk.
+enum class Kind { Own, Provided };
+constexpr quint32 PROVIDED_BY_A_PROGRAM = 0x65735546;
+
 /// Looks that the file is flushed before its backup goes.
 class FlushBeforeRemoval : public FileSystemCalls
 {
 public:
-    explicit FlushBeforeRemoval(const FilePath &file) : _file(FileIdentity(file).inode) { setCurrent(this); }
+    FlushBeforeRemoval(const FilePath &file, Kind kind) : _file(FileIdentity(file).inode), _kind(kind)
+    {
+        setCurrent(this);
+    }
     ~FlushBeforeRemoval() override { setCurrent(nullptr); }
 
     ssize_t pwrite(int descriptor, const void *bytes, size_t count, off_t offset) override
@@ -376,12 +387,18 @@ public:
         isFlushed = isFlushed || _isFile(descriptor);
         return 0;
     }
+    int syncFileSystem(int) override { return (isFlushed = true, ++fileSystemFlushes, 0); }
+    quint32 fileSystemType(int descriptor) override
+    {
+        return _kind == Kind::Provided ? PROVIDED_BY_A_PROGRAM : FileSystemCalls::fileSystemType(descriptor);
+    }
     int remove(const char *path) override
     {
         EXPECT_TRUE(isFlushed) << path;
         return FileSystemCalls::remove(path);
     }
     bool isFlushed = false;
+    int fileSystemFlushes = 0;
     qint64 bytesWritten = 0;
 
 private:
@@ -391,20 +408,24 @@ private:
         return ::fstat(descriptor, &status) == 0 && status.st_ino == _file;
     }
     ino_t _file;
+    Kind _kind;
 };
 
 TEST_F(LeftRecordTest, NoBackupGoesBeforeTheDiskHasWhatItsFileHolds)
 {
-    for (const QByteArray &now : {QByteArray("half"), OLD, NEW}) {
-        write(now);
-        const FlushBeforeRemoval calls(_path);
-        InterruptedRewrites rewrites(_state.path());
-        EXPECT_TRUE(rewrites.putBack().isEmpty());
-        EXPECT_EQ(contentOfFile(_path), now == NEW ? NEW : OLD);
-        EXPECT_TRUE(calls.isFlushed);
-        EXPECT_TRUE(::access(_backup.cString(), F_OK) != 0);
-        for (const QByteArray &name : backupNames(_folder))
-            ::unlink(_folder.path(name).cString());
+    for (const Kind kind : {Kind::Own, Kind::Provided}) {
+        for (const QByteArray &now : {QByteArray("half"), OLD, NEW}) {
+            write(now);
+            const FlushBeforeRemoval calls(_path, kind);
+            InterruptedRewrites rewrites(_state.path());
+            EXPECT_TRUE(rewrites.putBack().isEmpty());
+            EXPECT_EQ(contentOfFile(_path), now == NEW ? NEW : OLD);
+            EXPECT_TRUE(calls.isFlushed);
+            EXPECT_EQ(calls.fileSystemFlushes > 0, kind == Kind::Own);
+            EXPECT_TRUE(::access(_backup.cString(), F_OK) != 0);
+            for (const QByteArray &name : backupNames(_folder))
+                ::unlink(_folder.path(name).cString());
+        }
     }
     // What a failed flush leaves can be read, and still isn't on the disk.
     write(NEW);
@@ -414,10 +435,58 @@ TEST_F(LeftRecordTest, NoBackupGoesBeforeTheDiskHasWhatItsFileHolds)
         EXPECT_EQ(record->noteRewrites({entry()}), 0);
         EXPECT_EQ(record->noteFailedFlushes({_backup}), 0);
     }
-    const FlushBeforeRemoval calls(_path);
+    const FlushBeforeRemoval calls(_path, Kind::Own);
     EXPECT_TRUE(states().isEmpty());
     EXPECT_EQ(calls.bytesWritten, NEW.size());
     EXPECT_TRUE(backupNames(_folder).isEmpty());
+}
+
+/// The flush of a file system fails because of one file.
+class OneUnflushedFile : public FileSystemCalls
+{
+public:
+    explicit OneUnflushedFile(const FilePath &file) : _file(FileIdentity(file).inode) { setCurrent(this); }
+    ~OneUnflushedFile() override { setCurrent(nullptr); }
+    int sync(int descriptor) override
+    {
+        struct stat status = {};
+        errno = EIO;
+        return ::fstat(descriptor, &status) == 0 && status.st_ino == _file ? -1 : 0;
+    }
+    int syncFileSystem(int) override { return (errno = EIO, -1); }
+
+private:
+    ino_t _file;
+};
+
+TEST_F(LeftRecordTest, AFailedFlushIsTheMatterOfTheFileThatItIsAbout)
+{
+    for (const QByteArray &now : {QByteArray("half"), OLD, NEW}) {
+        SCOPED_TRACE(now.toStdString());
+        write(now);
+        RewriteRecord::Entry other = entry();
+        other.path = _folder.write("other.txt", NEW);
+        other.backup = _folder.write("other.txt.TDMBackup.abc", OLD);
+        other.file.inode = FileIdentity(other.path).inode;
+        record({other});
+        {
+            const OneUnflushedFile calls(_path);
+            InterruptedRewrites rewrites(_state.path());
+            ASSERT_EQ(rewrites.files().size(), 1);
+            EXPECT_TRUE(rewrites.files().first().path == _path);
+            EXPECT_NE(::access(other.backup.cString(), F_OK), 0) << "the other file's is over";
+            EXPECT_EQ(rewrites.putBack().size(), 1);
+        }
+        EXPECT_EQ(contentOfFile(_backup), OLD);
+        // The disk is well again: what it didn't confirm is written once more.
+        InterruptedRewrites rewrites(_state.path());
+        EXPECT_TRUE(rewrites.putBack().isEmpty());
+        EXPECT_EQ(contentOfFile(_path), now == NEW ? NEW : OLD);
+        EXPECT_NE(::access(_backup.cString(), F_OK), 0);
+        EXPECT_TRUE(_state.names().isEmpty());
+        for (const QByteArray &name : backupNames(_folder))
+            ::unlink(_folder.path(name).cString());
+    }
 }
 
 /// Lets one call fail.
@@ -448,6 +517,7 @@ public:
         return _fails() ? -1 : FileSystemCalls::truncate(descriptor, size);
     }
     int sync(int) override { return _fails() ? -1 : 0; }
+    int syncFileSystem(int) override { return _fails() ? -1 : 0; }
     int remove(const char *path) override { return _fails() ? -1 : FileSystemCalls::remove(path); }
     int copyContent(int from, int to) override
     {
@@ -584,6 +654,23 @@ TEST_F(LeftRecordTest, NothingIsBelievedButWholeListsOfTheDead)
     EXPECT_TRUE(states().isEmpty()) << "its process lives";
 }
 
+TEST_F(LeftRecordTest, AFileWhoseLineIsLostFromAWholeListIsTold)
+{
+    const QByteArray name = _state.names().first();
+    QByteArray content = _state.read(name);
+    const qsizetype start = content.indexOf("rewrite\t");
+    const QByteArray noted = "backup\t" + _path.bytes().toPercentEncoding("/") + '\t' +
+                             _backup.bytes().toPercentEncoding("/") + '\n';
+    content.replace(start, content.indexOf('\n', start) - start, QByteArray(8, '\0'));
+    _state.write(name, noted + content);
+    EXPECT_EQ(states(), QList<State>{State::UnusableBackup});
+    EXPECT_EQ(contentOfFile(_backup), OLD);
+    // What holds all of its backup and no more wasn't touched.
+    writeFile(_path, OLD);
+    EXPECT_TRUE(states().isEmpty());
+    EXPECT_TRUE(backupNames(_folder).isEmpty());
+}
+
 TEST_F(LeftRecordTest, ARunThatWasCutShortIsToldWithHowFarItCame)
 {
     InterruptedRewrites(_state.path()).keep();
@@ -629,11 +716,42 @@ TEST_F(LeftRecordTest, WhereThereAreNoLocksProcessesKeepOutOfEachOthersWay)
     EXPECT_TRUE(states().isEmpty());
 }
 
+TEST_F(LeftRecordTest, OnlyOneTakesOverFromAnOwnerThatEnded)
+{
+    constexpr int ROUNDS = 300;
+    constexpr int TAKERS = 4;
+    const NoLocks noLocks;
+    for (int round = 0; round < ROUNDS && !HasFailure(); ++round) {
+        const FilePath record = _state.write("record", "");
+        _state.write("record.owner", identityOfThisProcess() + "0\n0123"); // began at another time
+        std::latch start(TAKERS);
+        std::atomic<int> taken = 0;
+        std::array<RecordLock, TAKERS> locks;
+        {
+            std::vector<std::thread> takers;
+            for (RecordLock &lock : locks)
+                takers.emplace_back([&] {
+                    start.arrive_and_wait();
+                    taken += lock.take(-1, record) ? 1 : 0;
+                });
+            for (std::thread &taker : takers)
+                taker.join();
+        }
+        EXPECT_EQ(taken, 1);
+        EXPECT_EQ(::unlink(record.cString()), 0);
+        locks = {};
+        EXPECT_EQ(_state.names().size(), 1) << "what belongs to the record goes with it";
+    }
+}
+
 /// Knows what a power cut would leave, and looks that nothing is overtaken.
 class FlushWatchingCalls : public FileSystemCalls
 {
 public:
-    explicit FlushWatchingCalls(const TemporaryFolder &state) : _state(state) { setCurrent(this); }
+    FlushWatchingCalls(const TemporaryFolder &state, Kind kind) : _state(state), _kind(kind)
+    {
+        setCurrent(this);
+    }
     ~FlushWatchingCalls() override { setCurrent(nullptr); }
 
     int open(const char *path, int flags, mode_t mode) override
@@ -685,6 +803,10 @@ public:
         _unflushedNames.clear();
         return 0;
     }
+    quint32 fileSystemType(int descriptor) override
+    {
+        return _kind == Kind::Provided ? PROVIDED_BY_A_PROGRAM : FileSystemCalls::fileSystemType(descriptor);
+    }
     int remove(const char *path) override
     {
         const QMutexLocker lock(&_mutex);
@@ -732,6 +854,7 @@ private:
     }
 
     const TemporaryFolder &_state;
+    Kind _kind;
     QMutex _mutex;
     QHash<int, QByteArray> _paths;
     QSet<QByteArray> _unflushed;
@@ -742,20 +865,23 @@ private:
 TEST_F(InterruptedRewritesTest, NothingOvertakesTheDisk)
 {
     setKeepsBackups(false);
-    for (const bool atOnce : {true, false}) {
-        FlushWatchingCalls calls(_state);
-        const RewriteRecordFolder records(_state.path());
-        if (atOnce) {
-            replaceAll(_files, u"needle"_s, u"thread"_s);
-            EXPECT_LT(calls.fileSystemFlushes, FILE_COUNT / 2);
-        } else {
-            TDError error;
-            const auto again = search(_folder.path(), u"hay"_s);
-            again.first()->matchLines().first()->matchLine()->setMatchLineString(u"no hay\n"_s);
-            EXPECT_TRUE(saveToDiskFindResultItem(
-                *again.first(), [](const FilePath &) { return false; }, error));
-        }
+    const RewriteRecordFolder records(_state.path());
+    {
+        FlushWatchingCalls calls(_state, Kind::Own);
+        replaceAll(_files, u"needle"_s, u"thread"_s);
+        EXPECT_LT(calls.fileSystemFlushes, FILE_COUNT / 2);
     }
+    {
+        FlushWatchingCalls calls(_state, Kind::Provided);
+        replaceAll(search(_folder.path(), u"thread"_s), u"thread"_s, u"yarn"_s);
+        EXPECT_EQ(calls.fileSystemFlushes, 0);
+    }
+    FlushWatchingCalls calls(_state, Kind::Own);
+    TDError error;
+    const auto again = search(_folder.path(), u"hay"_s);
+    again.first()->matchLines().first()->matchLine()->setMatchLineString(u"no hay\n"_s);
+    EXPECT_TRUE(saveToDiskFindResultItem(
+        *again.first(), [](const FilePath &) { return false; }, error));
     EXPECT_TRUE(backupNames(_folder).isEmpty());
 }
 
