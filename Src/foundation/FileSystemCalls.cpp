@@ -23,15 +23,21 @@ constexpr size_t COPY_BLOCK = 1 << 20;
 FileSystemCalls realCalls;
 std::atomic<FileSystemCalls *> currentCalls = &realCalls;
 
-/// Lets the kernel copy, or clone where the file system can; false where it can't for these files, before
+bool clone(int from, int to)
+{
+#ifdef __linux__
+    return ::ioctl(to, FICLONE, from) == 0;
+#else
+    (void)from, (void)to;
+    return false;
+#endif
+}
+
+/// Lets the kernel copy; false where it can't for these files, before
 /// anything was copied.
 bool copyInKernel(int from, int to, int &result)
 {
 #ifdef __linux__
-    if (::ioctl(to, FICLONE, from) == 0) {
-        result = 0;
-        return true;
-    }
     bool copiedAny = false;
     for (;;) {
         const ssize_t count = ::copy_file_range(from, nullptr, to, nullptr, COPY_BLOCK * 64, 0);
@@ -51,6 +57,17 @@ bool copyInKernel(int from, int to, int &result)
 #endif
 }
 
+int writeWhole(int to, QByteArrayView content)
+{
+    for (qsizetype written = 0; written < content.size();) {
+        const ssize_t step = ::write(to, content.data() + written, size_t(content.size() - written));
+        if (step < 0)
+            return -1;
+        written += step;
+    }
+    return 0;
+}
+
 int copyByReading(int from, int to)
 {
     const auto block = std::make_unique_for_overwrite<char[]>(COPY_BLOCK);
@@ -58,12 +75,8 @@ int copyByReading(int from, int to)
         const ssize_t count = ::read(from, block.get(), COPY_BLOCK);
         if (count <= 0)
             return static_cast<int>(count);
-        for (ssize_t written = 0; written < count;) {
-            const ssize_t step = ::write(to, block.get() + written, size_t(count - written));
-            if (step < 0)
-                return -1;
-            written += step;
-        }
+        if (writeWhole(to, QByteArrayView(block.get(), count)) != 0)
+            return -1;
     }
 }
 
@@ -164,8 +177,12 @@ int FileSystemCalls::remove(const char *path)
     return ::unlink(path);
 }
 
-int FileSystemCalls::copyContent(int from, int to)
+int FileSystemCalls::copyContent(int from, int to, std::optional<QByteArrayView> content)
 {
+    if (clone(from, to))
+        return 0;
+    if (content)
+        return writeWhole(to, *content);
     int result = 0;
     if (copyInKernel(from, to, result))
         return result;

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QByteArrayView>
 
+#include <optional>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -35,8 +36,8 @@ public:
     virtual int close(int descriptor);
     virtual int remove(const char *path); ///< unlink()
     /// Copies the whole content of one open file to another, empty one, by sharing its blocks where the file
-    /// system can; 0, or -1 and errno.
-    virtual int copyContent(int from, int to);
+    /// system can; 0, or -1 and errno. Where the content is known it is written as it is.
+    virtual int copyContent(int from, int to, std::optional<QByteArrayView> content);
 
     static FileSystemCalls &current();
     /// Replaces the calls of this process (null: the real ones); not owned. For tests.

@@ -2,6 +2,10 @@
 
 #include "foundation/FilePath.h"
 
+#include <QByteArrayView>
+
+#include <optional>
+
 struct stat;
 
 namespace tidemark {
@@ -14,6 +18,8 @@ struct FileToRead
     int folderDescriptor = -1;   ///< -1: none; not owned
     qsizetype nameInFolder = -1; ///< where in the path its name in that folder begins
     int openDescriptor = -1;     ///< of the file itself, where it is open already; -1: it isn't; not owned
+    /// All that is in the file, where somebody has read it already; must stay as long as the reader.
+    std::optional<QByteArrayView> content = {};
 
     /// A descriptor open for reading from the beginning on, or -1 and errno, which is ENXIO for what is
     /// neither a file nor a folder. Never waits, not even for somebody to write to a pipe. A file in a folder

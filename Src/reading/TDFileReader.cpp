@@ -59,6 +59,32 @@ qsizetype indexOfLineEndUnit(QByteArrayView bytes, bool littleEndian)
     return indexOfUnit(bytes, unitInMemory<Unit>('\r', littleEndian), unitInMemory<Unit>('\n', littleEndian));
 }
 
+/// How far the lines reach that end in the bytes for certain.
+qsizetype lengthOfWholeLines(QByteArrayView bytes)
+{
+    qsizetype length = bytes.size();
+    // Whether an LF belongs to a CR at the end isn't known yet.
+    if (bytes.endsWith('\r'))
+        --length;
+    while (length > 0 && bytes[length - 1] != '\n' && bytes[length - 1] != '\r')
+        --length;
+    return length;
+}
+
+/// So many lines, all of which end in the bytes.
+PassedLines firstLines(QByteArrayView bytes, qint64 count)
+{
+    PassedLines lines;
+    while (lines.count < count) {
+        const QByteArrayView rest = bytes.sliced(lines.length);
+        const qsizetype end = indexOfLineEnd(rest);
+        const bool isPair = rest[end] == '\r' && rest.sliced(end + 1).startsWith('\n');
+        lines.length += end + (isPair ? 2 : 1);
+        ++lines.count;
+    }
+    return lines;
+}
+
 int openToRead(const FileToRead &file, struct stat &status)
 {
     const int descriptor = file.open();
@@ -84,7 +110,9 @@ QString reasonOfOpenError(int errorNumber)
 } // namespace
 
 TDFileReader::TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding)
-    : _readBuffer(descriptor, mostBytes), _stringEncoding(encoding), _path(file.path)
+    : _readBuffer(file.content ? TDReadBuffer(descriptor, *file.content)
+                               : TDReadBuffer(descriptor, mostBytes)),
+      _stringEncoding(encoding), _path(file.path)
 {
     _line.reserve(LINE_CAPACITY);
 }
@@ -172,6 +200,8 @@ ByteOrderMark TDFileReader::_takeByteOrderMark()
 /// The bytes that are read next; none when reading fails.
 QByteArray TDFileReader::_lookAhead(qsizetype most)
 {
+    if (const QByteArrayView atHand = _readBuffer.atHand(); atHand.size() >= most)
+        return atHand.first(most).toByteArray();
     QByteArray bytes(most, Qt::Uninitialized);
     char *const data = bytes.data();
     TDError error;
@@ -218,15 +248,9 @@ PassedLines TDFileReader::passAsciiLines(qint64 most)
     const QByteArrayView bytes = _readBuffer.atHand().first(qMin(_readBuffer.atHand().size(), ASCII_STRETCH));
     if (!isAscii(bytes))
         return passed;
-    while (passed.count < most) {
-        const QByteArrayView rest = bytes.sliced(passed.length);
-        const qsizetype end = indexOfLineEnd(rest);
-        // Whether an LF belongs to a CR at the end isn't known yet.
-        if (end < 0 || (rest[end] == '\r' && end + 1 == rest.size()))
-            break;
-        const bool isPair = rest[end] == '\r' && rest[end + 1] == '\n';
-        passed.length += end + (isPair ? 2 : 1);
-        ++passed.count;
+    if (const qsizetype length = lengthOfWholeLines(bytes); length > 0) {
+        const qint64 count = countLineEnds(bytes.first(length));
+        passed = count <= most ? PassedLines{count, length} : firstLines(bytes, most);
     }
     _readBuffer.consume(passed.length);
     return passed;

@@ -11,18 +11,14 @@
 
 namespace tidemark {
 
-namespace {
-
-constexpr size_t PUSH_BACK_CAPACITY = 512;
-
-} // namespace
-
 TDReadBuffer::TDReadBuffer(int descriptor, qint64 mostBytes)
-    : _descriptor(descriptor), _data(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE)),
-      _bytesLeft(mostBytes)
-{
-    _pushedBack.reserve(PUSH_BACK_CAPACITY);
-}
+    : _descriptor(descriptor), _block(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE)),
+      _data(_block.get()), _bytesLeft(mostBytes)
+{}
+
+TDReadBuffer::TDReadBuffer(int descriptor, QByteArrayView content)
+    : _descriptor(descriptor), _data(content.data()), _size(content.size()), _bytesLeft(0), _endOfFile(true)
+{}
 
 TDReadBuffer::~TDReadBuffer()
 {
@@ -54,13 +50,12 @@ QByteArrayView TDReadBuffer::available(TDError &error)
             return {};
         _position = 0;
     }
-    return QByteArrayView(_data.get() + _position, _size - _position);
+    return QByteArrayView(_data + _position, _size - _position);
 }
 
 QByteArrayView TDReadBuffer::atHand() const
 {
-    return _pushedBack.empty() ? QByteArrayView(_data.get() + _position, _size - _position)
-                               : QByteArrayView();
+    return _pushedBack.empty() ? QByteArrayView(_data + _position, _size - _position) : QByteArrayView();
 }
 
 void TDReadBuffer::consume(qsizetype count)
@@ -74,7 +69,7 @@ void TDReadBuffer::consume(qsizetype count)
 void TDReadBuffer::pushBack(char byte)
 {
     // Giving back what was just taken from the block is a step backwards in it.
-    if (_pushedBack.empty() && _position > 0 && _data[size_t(_position - 1)] == byte)
+    if (_pushedBack.empty() && _position > 0 && _data[_position - 1] == byte)
         --_position;
     else
         _pushedBack.push_back(byte);
@@ -83,7 +78,7 @@ void TDReadBuffer::pushBack(char byte)
 void TDReadBuffer::unbufferedRead(TDError &error)
 {
     error.clear();
-    const ssize_t count = FileSystemCalls::current().read(_descriptor, _data.get(), size_t(BLOCK_SIZE));
+    const ssize_t count = FileSystemCalls::current().read(_descriptor, _block.get(), size_t(BLOCK_SIZE));
     if (count == -1) {
         error = TDError::posixError(errno);
         return;

@@ -23,6 +23,9 @@ public:
     /// Of a file that others go on writing to, what lies behind the first `mostBytes` isn't read: it might
     /// never end.
     explicit TDReadBuffer(int descriptor, qint64 mostBytes = std::numeric_limits<qint64>::max());
+    /// Hands out what was read of the descriptor already, and doesn't read it. The bytes must stay as long as
+    /// the buffer.
+    TDReadBuffer(int descriptor, QByteArrayView content);
     ~TDReadBuffer();
     TDReadBuffer(const TDReadBuffer &) = delete;
     TDReadBuffer &operator=(const TDReadBuffer &) = delete;
@@ -52,9 +55,10 @@ public:
 
 private:
     int _descriptor;
-    std::unique_ptr<char[]> _data;
-    qsizetype _size = 0;     ///< bytes in _data
-    qsizetype _position = 0; ///< the next byte of _data to hand out
+    std::unique_ptr<char[]> _block;
+    const char *_data = nullptr; ///< the block, or another's bytes
+    qsizetype _size = 0;         ///< bytes in _data
+    qsizetype _position = 0;     ///< the next byte of _data to hand out
     std::vector<char> _pushedBack;
     qint64 _bytesLeft; ///< that may still be read
     bool _endOfFile = false;

@@ -4,6 +4,7 @@
 #include "foundation/FileSystemCalls.h"
 #include "foundation/UniqueFile.h"
 #include "replace/FileModifierErrors.h"
+#include "replace/NewContent.h"
 
 #include <QDir>
 #include <QFile>
@@ -69,8 +70,7 @@ int openOriginal(const FilePath &path)
     constexpr int FLAGS = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     const int original = calls.open(path.cString(), O_RDONLY | FLAGS, 0);
 #ifdef __linux__
-    struct statfs status;
-    if (original < 0 || ::fstatfs(original, &status) != 0 || status.f_type != OVERLAYFS_SUPER_MAGIC)
+    if (original < 0 || calls.fileSystemType(original) != OVERLAYFS_SUPER_MAGIC)
         return original;
     (void)calls.close(original);
     const int writable = calls.open(path.cString(), O_RDWR | FLAGS, 0);
@@ -117,13 +117,13 @@ FilePath BackupFile::folderFor(const FilePath &path, Kind kind)
 }
 
 std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind kind, Flush flush,
-                                                   const BeforeMaking &beforeMaking, FileState &copied,
+                                                   const BeforeMaking &beforeMaking, Original &original,
                                                    TDError &error, int &errorNumber)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     QByteArray name = backupTemplate(path, kind);
-    const int original = openOriginal(path);
-    if (original < 0) {
+    const int file = openOriginal(path);
+    if (file < 0) {
         errorNumber = errno;
         error = backupCopyError(path, FilePath(name), errorNumber);
         return {};
@@ -136,7 +136,7 @@ std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind ki
         error = backupCreationError(path, errorNumber);
     } else {
         backup = BackupFile(FilePath(name), descriptor);
-        errorNumber = backup->_copyOriginalFileToBackupLocation(original, kind, flush, copied);
+        errorNumber = backup->_copyOriginalFileToBackupLocation(file, kind, flush, original);
         if (errorNumber != 0) {
             error = errorNumber == ESTALE ? fileModifiedError(path)
                                           : backupCopyError(path, backup->path(), errorNumber);
@@ -144,28 +144,28 @@ std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind ki
             backup.reset();
         }
     }
-    (void)calls.close(original);
+    (void)calls.close(file);
     return backup;
 }
 
-/// 0, or errno; ESTALE when the original changed meanwhile.
-int BackupFile::_copyOriginalFileToBackupLocation(int original, Kind kind, Flush flush, FileState &copied)
+/// 0, or errno; ESTALE when the file changed meanwhile.
+int BackupFile::_copyOriginalFileToBackupLocation(int file, Kind kind, Flush flush, Original &original)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     struct stat status;
-    if (::fstat(original, &status) != 0)
+    if (::fstat(file, &status) != 0)
         return errno;
     if (!S_ISREG(status.st_mode))
         return ENOTSUP;
-    copied = FileState::fromStatus(status);
-    if (!_copyContentOf(original, copied.size))
+    original.state = FileState::fromStatus(status);
+    if (!(original.isContentHeld() ? _copyHeldContentOf(file, original) : _copyContentOf(file, original)))
         return errno;
-    if (stateOfDescriptor(original) != copied)
+    if (stateOfDescriptor(file) != original.state)
         return ESTALE;
     if (kind == Kind::Lasting)
-        copyMetadata(original, _descriptor, status);
+        copyMetadata(file, _descriptor, status);
     else
-        copyAttributesAndDates(original, _descriptor, status);
+        copyAttributesAndDates(file, _descriptor, status);
     if (flush == Flush::Yes) {
         if (calls.sync(_descriptor) != 0)
             return errno;
@@ -173,24 +173,44 @@ int BackupFile::_copyOriginalFileToBackupLocation(int original, Kind kind, Flush
             return error;
     }
     const std::optional<FileState> state = stateOfDescriptor(_descriptor);
-    if (!state || state->size != copied.size)
+    if (!state || state->size != original.state.size)
         return EIO;
     _state = *state;
     return 0;
 }
 
-/// False, with errno, unless the copy holds exactly what the original, of that size, does.
-bool BackupFile::_copyContentOf(int original, qint64 size)
+/// False, with errno, unless the copy holds exactly what the file does.
+bool BackupFile::_copyContentOf(int file, Original &original)
 {
-    if (FileSystemCalls::current().copyContent(original, _descriptor) != 0)
+    const qint64 size = original.state.size;
+    original.content.resize(0);
+    if (FileSystemCalls::current().copyContent(file, _descriptor, {}) != 0)
         return false;
-    const std::optional<ContentDigest> digest = digestOfDescriptor(original, size);
+    const std::optional<ContentDigest> digest = digestOfDescriptor(file, size);
     const std::optional<ContentDigest> copy = digest ? digestOfDescriptor(_descriptor, size) : std::nullopt;
     if (!copy)
         return false;
     _content = *copy;
     errno = ESTALE;
     return digest == copy && copy->size == size;
+}
+
+/// The same by way of memory, where the content then is.
+bool BackupFile::_copyHeldContentOf(int file, Original &original)
+{
+    static thread_local QByteArray copy;
+    QByteArray &content = original.content;
+    content.resize(original.state.size);
+    const qint64 count = readFully(file, content.data(), content.size(), 0);
+    if (count < 0 || FileSystemCalls::current().copyContent(file, _descriptor, content) != 0)
+        return false;
+    copy.resize(content.size());
+    const qint64 copyCount = readFully(_descriptor, copy.data(), copy.size(), 0);
+    if (copyCount < 0)
+        return false;
+    _content = digestOfBytes(content);
+    errno = ESTALE;
+    return count == content.size() && copyCount == count && copy == content;
 }
 
 bool BackupFile::isInPlace() const

@@ -27,11 +27,22 @@ public:
     BackupFile &operator=(BackupFile &&other) noexcept;
     ~BackupFile();
 
-    /// Makes the backup of a regular file that isn't a link. `copied` gets the file's state, which was the
-    /// same before and after the copying. Nothing, with code 25 or 26 (or 30 when the file changed
-    /// meanwhile), and nothing left at the path, on a failure; `errorNumber` is then the system's, or 0.
+    /// Longer contents aren't held in memory.
+    static constexpr qint64 LONGEST_CONTENT_HELD = 1 << 20;
+
+    /// A file as it was, before and after the copying.
+    struct Original
+    {
+        FileState state;
+        QByteArray content; ///< all of it, unless it is long
+        bool isContentHeld() const { return state.size <= LONGEST_CONTENT_HELD; }
+    };
+
+    /// Makes the backup of a regular file that isn't a link. Nothing, with code 25 or 26 (or 30 when the file
+    /// changed meanwhile), and nothing left at the path, on a failure; `errorNumber` is then the system's, or
+    /// 0.
     static std::optional<BackupFile> backupFileOf(const FilePath &path, Kind kind, Flush flush,
-                                                  const BeforeMaking &beforeMaking, FileState &copied,
+                                                  const BeforeMaking &beforeMaking, Original &original,
                                                   TDError &error, int &errorNumber);
 
     /// Where the backup of a file is made.
@@ -51,8 +62,9 @@ public:
 private:
     BackupFile(const FilePath &path, int descriptor) : _path(path), _descriptor(descriptor) {}
 
-    int _copyOriginalFileToBackupLocation(int original, Kind kind, Flush flush, FileState &copied);
-    bool _copyContentOf(int original, qint64 size);
+    int _copyOriginalFileToBackupLocation(int file, Kind kind, Flush flush, Original &original);
+    bool _copyContentOf(int file, Original &original);
+    bool _copyHeldContentOf(int file, Original &original);
 
     FilePath _path;
     int _descriptor = -1; ///< owned

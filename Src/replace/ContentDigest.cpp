@@ -2,6 +2,11 @@
 
 #include <xxhash.h>
 
+// Takes what the processor has beyond the least that all of its kind have.
+#if defined(__x86_64__) && __has_include(<xxh_x86dispatch.h>)
+#include <xxh_x86dispatch.h>
+#endif
+
 namespace tidemark {
 
 ContentHasher::ContentHasher() : _state(XXH3_createState())

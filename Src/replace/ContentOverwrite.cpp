@@ -94,9 +94,26 @@ int ContentOverwrite::put(QByteArrayView bytes)
     return 0;
 }
 
+int ContentOverwrite::putAll(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const QByteArrayView block = bytes.first(qMin(bytes.size(), BLOCK));
+        if (const int error = _putOver(block); error != 0)
+            return error;
+        bytes = bytes.sliced(block.size());
+    }
+    return 0;
+}
+
 int ContentOverwrite::putPending()
 {
-    const QByteArrayView bytes = _pending;
+    const int error = _putOver(_pending);
+    _pending.resize(0);
+    return error;
+}
+
+int ContentOverwrite::_putOver(QByteArrayView bytes)
+{
     QByteArrayView old;
     if (!_readPresent(bytes.size(), old))
         return errno;
@@ -107,7 +124,6 @@ int ContentOverwrite::putPending()
             return error;
     }
     _offset += bytes.size();
-    _pending.resize(0);
     return 0;
 }
 

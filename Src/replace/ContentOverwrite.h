@@ -22,6 +22,8 @@ public:
     int reserve(qint64 newSize) const;
     /// The next stretch of the new content, of any length: 0, or errno.
     int put(QByteArrayView bytes);
+    /// All of the new content at once, in place of any stretches: 0, or errno.
+    int putAll(QByteArrayView bytes);
     // To be called behind the last stretch, one after the other: 0, or errno.
     int putPending();
     int cut();
@@ -30,6 +32,7 @@ public:
     bool hasChangedAnything() const { return _hasChangedAnything; }
 
 private:
+    int _putOver(QByteArrayView bytes);
     bool _readPresent(qsizetype count, QByteArrayView &bytes);
     int _write(QByteArrayView bytes, qint64 offset);
 

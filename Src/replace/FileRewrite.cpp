@@ -5,7 +5,6 @@
 #include "foundation/LocalizedText.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
-#include "replace/ContentOverwrite.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/NewContent.h"
 
@@ -20,8 +19,6 @@ namespace tidemark {
 
 namespace {
 
-/// New content up to this many bytes is held in memory from its check to its writing.
-constexpr qint64 LONGEST_CONTENT_HELD = 1 << 20;
 constexpr int LEASE_ATTEMPTS = 20;
 constexpr std::chrono::milliseconds TIME_BETWEEN_LEASE_ATTEMPTS(1);
 
@@ -43,6 +40,19 @@ void keepOthersOut(int file)
             return;
         std::this_thread::sleep_for(TIME_BETWEEN_LEASE_ATTEMPTS);
     }
+}
+
+/// In memory of the thread, until the next call in it.
+QByteArrayView newContentInMemory(const RewritePlan &plan, QByteArrayView oldContent)
+{
+    static thread_local QByteArray newBytes;
+    newBytes.resize(0);
+    newBytes.reserve(plan.newSize());
+    (void)handOutNewContent(plan, oldContent, [](QByteArrayView bytes) {
+        newBytes.append(bytes);
+        return 0;
+    });
+    return newBytes;
 }
 
 QString differentContentText()
@@ -83,11 +93,13 @@ bool FileRewrite::prepare(Flush flush)
         (void)_fileExistsAtPath();
         return false;
     }
-    if (_fileModifiedSince() || !_makeBackup(flush))
+    // The memory of the thread's last file.
+    static thread_local BackupFile::Original original;
+    if (_fileModifiedSince() || !_makeBackup(flush, original))
         return false;
     if (_copied.date != _request.originalFileModificationDate)
         (void)_fail(RewriteProblem::Changed, fileModifiedError(path()));
-    else if (_plan() && !_isUnchanged)
+    else if (_plan(original) && !_isUnchanged)
         return true;
     abandon();
     return false;
@@ -114,7 +126,7 @@ bool FileRewrite::_fileModifiedSince()
     return true;
 }
 
-bool FileRewrite::_makeBackup(Flush flush)
+bool FileRewrite::_makeBackup(Flush flush, BackupFile::Original &original)
 {
     const auto note = [this](const FilePath &backup) {
         return _record ? _record->noteBackup(path(), backup) : 0;
@@ -122,9 +134,11 @@ bool FileRewrite::_makeBackup(Flush flush)
     int errorNumber = 0;
     _backup = BackupFile::backupFileOf(
         path(), _request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting, flush,
-        note, _copied, _error, errorNumber);
-    if (_backup)
+        note, original, _error, errorNumber);
+    if (_backup) {
+        _copied = original.state;
         return true;
+    }
     _lacksBackup = _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_CREATION_ERROR) ||
                    _error.hasCode(TD_ERROR_CODE_TD_FILE_MODIFIER_BACKUP_FILE_COPY_ORIGINAL_ERROR);
     _problem =
@@ -132,17 +146,19 @@ bool FileRewrite::_makeBackup(Flush flush)
     return false;
 }
 
-bool FileRewrite::_plan()
+bool FileRewrite::_plan(const BackupFile::Original &original)
 {
     FileToRead content{_backup->path()};
     content.openDescriptor = _backup->descriptor();
+    if (original.isContentHeld())
+        content.content = original.content;
     const auto reader = TDFileReader::fileReaderWithFile(content, _request.encoding, _error);
     if (!reader)
         return _fail(RewriteProblem::DiskFailure, TDError(_error));
     _writtenEncoding = reader->stringEncoding();
     const bool isPlanned =
         _newPlan.build(*reader, path(), _request.changes, _request.hadByteOrderMarker, _error) &&
-        _produceNewContent();
+        _produceNewContent(original);
     TDError closingError;
     if (!reader->closeFile(closingError) && isPlanned)
         _error = closingError;
@@ -150,31 +166,26 @@ bool FileRewrite::_plan()
     if (_error)
         return _fail(problemOfReading(_error), TDError(_error));
     _isUnchanged = _newContent == _backup->content();
-    if (_newContent.size <= LONGEST_CONTENT_HELD)
+    if (original.isContentHeld())
         _backup->closeDescriptor();
     return true;
 }
 
-bool FileRewrite::_produceNewContent()
+bool FileRewrite::_produceNewContent(const BackupFile::Original &original)
 {
-    const bool isHeld = _newPlan.newSize() <= LONGEST_CONTENT_HELD;
-    if (isHeld)
-        _newBytes.reserve(_newPlan.newSize());
+    if (original.isContentHeld() && _newPlan.newSize() <= BackupFile::LONGEST_CONTENT_HELD) {
+        _newContent = digestOfBytes(newContentInMemory(_newPlan, original.content));
+        return true;
+    }
     ContentHasher hasher;
     const int errorNumber = handOutNewContent(_newPlan, _backup->descriptor(), [&](QByteArrayView bytes) {
         hasher.add(bytes);
-        if (isHeld)
-            _newBytes.append(bytes);
         return 0;
     });
-    if (errorNumber != 0) {
-        _error = TDError::posixError(errorNumber, _backup->path());
-        return false;
-    }
     _newContent = hasher.digest();
-    if (isHeld)
-        _newPlan = {};
-    return true;
+    if (errorNumber != 0)
+        _error = TDError::posixError(errorNumber, _backup->path());
+    return errorNumber == 0;
 }
 
 RewriteRecord::Entry FileRewrite::recordEntry() const
@@ -191,7 +202,7 @@ void FileRewrite::abandon()
         (void)_record->noteEnds({_backup->path()});
     (void)FileSystemCalls::current().remove(_backup->path().cString());
     _backup.reset();
-    _newBytes = {};
+    _newPlan = {};
 }
 
 void FileRewrite::refuse(RewriteProblem problem, int errorNumber)
@@ -208,7 +219,9 @@ bool FileRewrite::carryOut(Flush flush)
     const int target = _truncateFile();
     bool isDone = false;
     if (target >= 0) {
-        isDone = _isAsItWas(target) && _replaceContent(target, flush);
+        // The memory of the thread's last file.
+        static thread_local QByteArray oldBytes;
+        isDone = _isAsItWas(target, oldBytes) && _replaceContent(target, oldBytes, flush);
         if (calls.close(target) != 0 && isDone)
             isDone = _fail(RewriteProblem::Damaged, truncationCloseError(path()));
     }
@@ -216,8 +229,6 @@ bool FileRewrite::carryOut(Flush flush)
         abandon();
     if (_backup)
         _backup->closeDescriptor();
-    _oldBytes = {};
-    _newBytes = {};
     _newPlan = {};
     return isDone;
 }
@@ -242,33 +253,35 @@ int FileRewrite::_truncateFile()
 
 /// Whether it is the file that was copied, unchanged to the last byte, with its copy in place. Sets the error
 /// if not.
-bool FileRewrite::_isAsItWas(int target)
+bool FileRewrite::_isAsItWas(int target, QByteArray &oldBytes)
 {
     if (!_backup->isInPlace())
         return _fail(RewriteProblem::NoBackup, backupCopyError(path(), _backup->path(), ENOENT));
     const bool isUnchanged = stateOfDescriptor(target) == _copied;
-    const std::optional<ContentDigest> digest = isUnchanged ? _digestOfOldContent(target) : std::nullopt;
+    const std::optional<ContentDigest> digest =
+        isUnchanged ? _digestOfOldContent(target, oldBytes) : std::nullopt;
     if (isUnchanged && !digest)
         return _fail(RewriteProblem::DiskFailure, TDError::posixError(errno, path()));
     return digest == _backup->content() || _fail(RewriteProblem::Changed, fileModifiedError(path()));
 }
 
 /// Keeps the content, unless it is long.
-std::optional<ContentDigest> FileRewrite::_digestOfOldContent(int target)
+std::optional<ContentDigest> FileRewrite::_digestOfOldContent(int target, QByteArray &oldBytes) const
 {
-    if (_copied.size > LONGEST_CONTENT_HELD)
+    oldBytes.resize(0);
+    if (!_isOldContentHeld())
         return digestOfDescriptor(target, _copied.size);
-    _oldBytes.resize(_copied.size);
-    const qint64 count = readFully(target, _oldBytes.data(), _copied.size, 0);
+    oldBytes.resize(_copied.size);
+    const qint64 count = readFully(target, oldBytes.data(), _copied.size, 0);
     if (count < 0)
         return {};
-    _oldBytes.truncate(count);
-    return digestOfBytes(_oldBytes);
+    oldBytes.truncate(count);
+    return digestOfBytes(oldBytes);
 }
 
-bool FileRewrite::_replaceContent(int target, Flush flush)
+bool FileRewrite::_replaceContent(int target, QByteArrayView oldBytes, Flush flush)
 {
-    const Writing writing = _putNewContent(target);
+    const Writing writing = _putNewContent(target, oldBytes);
     if (writing.errorNumber != 0)
         return _failWriting(target, writing);
     const std::optional<bool> isWritten = _hasNewContent(target);
@@ -287,17 +300,17 @@ bool FileRewrite::_replaceContent(int target, Flush flush)
     return true;
 }
 
-FileRewrite::Writing FileRewrite::_putNewContent(int target)
+FileRewrite::Writing FileRewrite::_putNewContent(int target, QByteArrayView oldBytes)
 {
-    ContentOverwrite overwrite(target, _copied.size, _oldBytes);
+    ContentOverwrite overwrite(target, _copied.size, oldBytes);
     Writing writing;
     writing.errorNumber = overwrite.reserve(_newContent.size);
     if (writing.errorNumber != 0)
         return writing;
-    const auto sink = [&overwrite](QByteArrayView bytes) { return overwrite.put(bytes); };
-    writing.errorNumber = _newContent.size <= LONGEST_CONTENT_HELD
-                              ? overwrite.put(_newBytes)
-                              : handOutNewContent(_newPlan, _backup->descriptor(), sink);
+    if (_isOldContentHeld() && _newContent.size <= BackupFile::LONGEST_CONTENT_HELD)
+        writing.errorNumber = overwrite.putAll(newContentInMemory(_newPlan, oldBytes));
+    else
+        writing.errorNumber = _putLongContent(overwrite, oldBytes);
     if (writing.errorNumber == 0)
         writing.errorNumber = overwrite.putPending();
     if (writing.errorNumber == 0) {
@@ -308,6 +321,13 @@ FileRewrite::Writing FileRewrite::_putNewContent(int target)
         _diskError = writing.errorNumber;
     writing.hasChangedFile = overwrite.hasChangedAnything();
     return writing;
+}
+
+int FileRewrite::_putLongContent(ContentOverwrite &overwrite, QByteArrayView oldBytes) const
+{
+    const auto sink = [&overwrite](QByteArrayView bytes) { return overwrite.put(bytes); };
+    return _isOldContentHeld() ? handOutNewContent(_newPlan, oldBytes, sink)
+                               : handOutNewContent(_newPlan, _backup->descriptor(), sink);
 }
 
 /// What somebody who had the file open has put behind it meanwhile is theirs, and there. Nothing when that

@@ -4,6 +4,7 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "replace/BackupFile.h"
+#include "replace/ContentOverwrite.h"
 #include "replace/RewritePlan.h"
 #include "replace/RewriteProblem.h"
 #include "replace/RewriteRecord.h"
@@ -80,9 +81,9 @@ private:
     bool _fileExistsAtPath();
     bool _fileIsWritableAtPath();
     bool _fileModifiedSince();
-    bool _makeBackup(Flush flush);
-    bool _plan();
-    bool _produceNewContent();
+    bool _makeBackup(Flush flush, BackupFile::Original &original);
+    bool _plan(const BackupFile::Original &original);
+    bool _produceNewContent(const BackupFile::Original &original);
 
     /// How far the writing came.
     struct Writing
@@ -92,10 +93,12 @@ private:
         bool hasFailedInCutting = false;
     };
     int _truncateFile();
-    bool _isAsItWas(int target);
-    std::optional<ContentDigest> _digestOfOldContent(int target);
-    bool _replaceContent(int target, Flush flush);
-    Writing _putNewContent(int target);
+    bool _isAsItWas(int target, QByteArray &oldBytes);
+    bool _isOldContentHeld() const { return _copied.size <= BackupFile::LONGEST_CONTENT_HELD; }
+    std::optional<ContentDigest> _digestOfOldContent(int target, QByteArray &oldBytes) const;
+    bool _replaceContent(int target, QByteArrayView oldBytes, Flush flush);
+    Writing _putNewContent(int target, QByteArrayView oldBytes);
+    int _putLongContent(ContentOverwrite &overwrite, QByteArrayView oldBytes) const;
     std::optional<bool> _hasNewContent(int target) const;
     bool _putOldContentBack(int target);
     bool _fail(RewriteProblem problem, const TDError &error);
@@ -106,8 +109,6 @@ private:
     std::optional<BackupFile> _backup;
     FileState _copied; ///< the file as the backup has it
     RewritePlan _newPlan;
-    QByteArray _oldBytes; ///< all that stands in the file while it is changed, unless it is long
-    QByteArray _newBytes; ///< all of the new content, unless it is long
     ContentDigest _newContent;
     StringEncoding _writtenEncoding;
     std::optional<FileDate> _newModificationDate;

@@ -1,6 +1,6 @@
 #include "replace/FileState.h"
 
-#include "foundation/FileSystemCalls.h"
+#include "replace/NewContent.h"
 
 #include <QByteArray>
 
@@ -38,16 +38,20 @@ std::optional<FileState> stateOfDescriptor(int descriptor)
 std::optional<ContentDigest> digestOfDescriptor(int descriptor, qint64 size)
 {
     static thread_local const auto block = std::make_unique_for_overwrite<char[]>(BLOCK);
+    // At once, as a rule.
+    if (size <= BLOCK) {
+        const qint64 count = readFully(descriptor, block.get(), size, 0);
+        return count < 0 ? std::nullopt : std::optional(digestOfBytes(QByteArrayView(block.get(), count)));
+    }
     ContentHasher hasher;
-    for (qint64 offset = 0; offset < size;) {
-        const ssize_t count = FileSystemCalls::current().pread(
-            descriptor, block.get(), size_t(qMin(BLOCK, size - offset)), off_t(offset));
+    for (qint64 offset = 0; offset < size; offset += BLOCK) {
+        const qint64 wanted = qMin(BLOCK, size - offset);
+        const qint64 count = readFully(descriptor, block.get(), wanted, offset);
         if (count < 0)
             return {};
-        if (count == 0)
-            break;
         hasher.add(QByteArrayView(block.get(), count));
-        offset += count;
+        if (count < wanted)
+            break;
     }
     return hasher.digest();
 }

@@ -370,10 +370,12 @@ void InterruptedRewrites::_keepPresentContent(PuttingBack &file)
     for (const BackupFile::Kind kind : {BackupFile::Kind::Lasting, BackupFile::Kind::Transient}) {
         const bool isFlushedWithOthers = file.isFlushedWithOthers && kind == BackupFile::Kind::Lasting;
         TDError error;
+        BackupFile::Original present;
         file.kept = BackupFile::backupFileOf(
             file.entry.path, kind, isFlushedWithOthers ? Flush::No : Flush::Yes,
-            [](const FilePath &) { return 0; }, file.present, error, file.errorNumber);
+            [](const FilePath &) { return 0; }, present, error, file.errorNumber);
         if (file.kept) {
+            file.present = present.state;
             file.kept->closeDescriptor();
             file.errorNumber = 0;
             return;

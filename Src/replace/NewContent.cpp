@@ -72,6 +72,17 @@ int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink
     return 0;
 }
 
+int handOutNewContent(const RewritePlan &plan, QByteArrayView oldContent, const ContentSink &sink)
+{
+    for (const RewritePlan::Segment &segment : plan.segments()) {
+        const QByteArrayView bytes = segment.isNew ? QByteArrayView(segment.newBytes)
+                                                   : oldContent.sliced(segment.offset, segment.length);
+        if (const int error = sink(bytes); error != 0)
+            return error;
+    }
+    return 0;
+}
+
 qint64 readFully(int descriptor, char *bytes, qint64 count, qint64 offset)
 {
     qint64 done = 0;

@@ -15,6 +15,8 @@ using ContentSink = std::function<int(QByteArrayView)>;
 /// line is longer. What stays is taken from the open file with the old content, which is read front to back
 /// and stays the caller's. 0, or errno of reading or of the sink.
 int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink &sink);
+/// The same with the old content in memory.
+int handOutNewContent(const RewritePlan &plan, QByteArrayView oldContent, const ContentSink &sink);
 
 /// Reads up to `count` bytes from the offset on, fewer only at the end of the file; how many, or -1 and
 /// errno.

@@ -89,7 +89,8 @@ void RewriteRun::add(FileRewrite::Request request, Done done)
     if (isThere)
         _preparing.files.insert(identity);
     _preparing.bytes += status.st_size;
-    _startPreparing(job);
+    if (_preparing.jobs.size() - _startedCount == STEPS_AT_ONCE)
+        _startPreparing();
     if (_isGroupFull())
         _beginWriting();
 }
@@ -122,10 +123,15 @@ void RewriteRun::_useOwnDate(FileRewrite::Request &request, const Identity &iden
         request.originalFileModificationDate = own->after;
 }
 
-void RewriteRun::_startPreparing(const std::shared_ptr<Job> &job)
+/// Of the files that were added since the last time.
+void RewriteRun::_startPreparing()
 {
-    _threads.start([this, job = job.get(), recordError = _preparing.recordError] {
-        _prepareFile(*job, recordError);
+    const Jobs jobs(_preparing.jobs.begin() + qsizetype(_startedCount), _preparing.jobs.end());
+    _startedCount = _preparing.jobs.size();
+    ++_preparingTasks;
+    _threads.start([this, jobs, recordError = _preparing.recordError] {
+        for (const auto &job : jobs)
+            _prepareFile(*job, recordError);
         _preparedCount.add();
     });
 }
@@ -151,7 +157,10 @@ bool RewriteRun::_isGroupFull() const
 
 void RewriteRun::_waitUntilPrepared()
 {
-    _wait(_preparedCount, int(_preparing.jobs.size()));
+    if (_startedCount < _preparing.jobs.size())
+        _startPreparing();
+    _wait(_preparedCount, std::exchange(_preparingTasks, 0));
+    _startedCount = 0;
 }
 
 void RewriteRun::_adaptGroupLimit()
@@ -169,43 +178,59 @@ void RewriteRun::_adaptGroupLimit()
 void RewriteRun::flush()
 {
     _beginWriting();
-    _endWriting();
+    // While the disk is waited for anyway.
+    _endFlushed();
+    _writeOnTheWay();
 }
 
-/// The group that was being added goes to the disk.
+/// The group that was being added goes to the disk, while the one before, which is there, is written.
 void RewriteRun::_beginWriting()
 {
-    _endWriting();
     if (_preparing.jobs.empty())
         return;
     _waitUntilPrepared();
+    const Group ready = _takeFromTheWay();
     _onTheWay = std::exchange(_preparing, {});
     _adaptGroupLimit();
     _beginFlush(_onTheWay);
+    if (_write(ready))
+        _tellDone(ready);
+    if (_bytesInFlushedBackups > MOST_BYTES_IN_FLUSHED_BACKUPS || _flushed.size() > MOST_FLUSHED_GROUPS)
+        _endFlushed();
     const bool isDiskFull = std::any_of(_onTheWay.jobs.begin(), _onTheWay.jobs.end(),
                                         [](const auto &job) { return job->rewrite.lacksBackup(); });
     // On a full disk there may be no room for the backups of yet another group.
     if (isDiskFull || _onTheWay.jobs.size() < SMALLEST_OVERLAPPING_GROUP)
-        _endWriting();
+        _writeOnTheWay();
 }
 
-/// Writes the group that is on its way to the disk, once its backups and its record are there.
-void RewriteRun::_endWriting()
+/// The group that was on its way to the disk, once its backups and its record are there, if there is one.
+RewriteRun::Group RewriteRun::_takeFromTheWay()
 {
     if (_onTheWay.jobs.empty())
-        return;
+        return {};
     _endFlush();
-    if (_isStopped && _isStopped()) {
-        _abandonOnTheWay();
+    Group group = std::exchange(_onTheWay, {});
+    group.flushError = _flushError;
+    group.listError = _listError;
+    return group;
+}
+
+void RewriteRun::_writeOnTheWay()
+{
+    const Group group = _takeFromTheWay();
+    if (!_write(group))
         return;
-    }
-    const Group group = std::exchange(_onTheWay, {});
-    _write(group);
     for (const auto &job : group.jobs) {
         // The backups of other files may have taken up the space.
         if (job->rewrite.lacksBackup())
             _writeAlone(job);
     }
+    _tellDone(group);
+}
+
+void RewriteRun::_tellDone(const Group &group)
+{
     for (const auto &job : group.jobs)
         std::exchange(job->done, {})(job->rewrite, job->isRewritten);
 }
@@ -227,9 +252,10 @@ void RewriteRun::_beginFlush(const Group &group)
                         fileSystems = _fileSystems.descriptors()] {
         _flushError = _flushing == Flushing::FileSystem ? flushFileSystems(fileSystems) : 0;
         const bool isRecorded = record && !entries.empty() && _flushError == 0;
-        _recordError = isRecorded ? record->noteRewrites(entries) : 0;
+        _listError = isRecorded ? record->noteRewrites(entries) : 0;
         _flushedCount.add();
     });
+    _beingFlushed = std::exchange(_written, {});
 }
 
 void RewriteRun::_endFlush()
@@ -237,15 +263,26 @@ void RewriteRun::_endFlush()
     _wait(_flushedCount, 1);
     if (_flushError != 0)
         _diskError = _flushError;
-    _endWritten();
+    for (Group &group : std::exchange(_beingFlushed, {})) {
+        _bytesInFlushedBackups += group.bytes;
+        // Where the flush failed the backups stay, and so do the records.
+        if (_flushError != 0)
+            _endGroup(group, _flushError);
+        else
+            _flushed.push_back(std::move(group));
+    }
 }
 
-void RewriteRun::_write(const Group &group)
+/// False when it stays as it is because the run was stopped.
+bool RewriteRun::_write(const Group &group)
 {
-    Group prepared{group.record, group.recordError, {}, {}, group.bytes};
-    std::copy_if(group.jobs.begin(), group.jobs.end(), std::back_inserter(prepared.jobs),
-                 [](const auto &job) { return job->isPrepared; });
-    _forEach(prepared.jobs, [this](Job &job) { _writeFile(job); });
+    if (!group.jobs.empty() && _isStopped && _isStopped()) {
+        _abandon(group);
+        return false;
+    }
+    Group prepared = group;
+    std::erase_if(prepared.jobs, [](const auto &job) { return !job->isPrepared; });
+    _forEach(prepared.jobs, [this, &group](Job &job) { _writeFile(job, group); });
     _noteUnflushed(prepared);
     std::erase_if(prepared.jobs, [](const auto &job) { return !job->isRewritten; });
     for (const auto &job : prepared.jobs) {
@@ -257,15 +294,16 @@ void RewriteRun::_write(const Group &group)
     }
     if (!prepared.jobs.empty())
         _written.push_back(std::move(prepared));
+    return true;
 }
 
 /// On one of the threads.
-void RewriteRun::_writeFile(Job &job)
+void RewriteRun::_writeFile(Job &job, const Group &group)
 {
-    if (_flushError != 0)
-        job.rewrite.refuse(RewriteProblem::DiskFailure, _flushError);
-    else if (_recordError != 0)
-        job.rewrite.refuse(RewriteProblem::NoRecord, _recordError);
+    if (group.flushError != 0)
+        job.rewrite.refuse(RewriteProblem::DiskFailure, group.flushError);
+    else if (group.listError != 0)
+        job.rewrite.refuse(RewriteProblem::NoRecord, group.listError);
     else if (_diskError != 0)
         job.rewrite.refuse(RewriteProblem::NotBegun, _diskError);
     else
@@ -288,27 +326,12 @@ void RewriteRun::_writeAlone(const std::shared_ptr<Job> &job)
         return;
     job->rewrite.setRecord(alone.record);
     _forEach(alone.jobs, [](Job &each) { each.isPrepared = each.rewrite.prepare(each.flush); });
-    _beginFlush(alone);
-    _endFlush();
-    _write(alone);
+    _onTheWay = std::move(alone);
+    _beginFlush(_onTheWay);
+    (void)_write(_takeFromTheWay());
 }
 
 // -- Ending
-
-/// After the flush of the contents.
-void RewriteRun::_endWritten()
-{
-    for (Group &group : std::exchange(_written, {})) {
-        _bytesInFlushedBackups += group.bytes;
-        // Where the flush failed the backups stay, and so do the records.
-        if (_flushError != 0)
-            _endGroup(group, _flushError);
-        else
-            _flushed.push_back(std::move(group));
-    }
-    if (_bytesInFlushedBackups > MOST_BYTES_IN_FLUSHED_BACKUPS || _flushed.size() > MOST_FLUSHED_GROUPS)
-        _endFlushed();
-}
 
 /// Deletes the backups of everything that is on the disk.
 void RewriteRun::_endFlushed()
@@ -363,9 +386,8 @@ void RewriteRun::_noteProgress()
     }
 }
 
-void RewriteRun::_abandonOnTheWay()
+void RewriteRun::_abandon(const Group &group)
 {
-    const Group group = std::exchange(_onTheWay, {});
     _forEach(group.jobs, [](Job &job) { job.rewrite.abandon(); });
 }
 
@@ -373,29 +395,24 @@ void RewriteRun::abandonWaiting()
 {
     _isAbandoning = true;
     _waitUntilPrepared();
-    const Group group = std::exchange(_preparing, {});
-    _forEach(group.jobs, [](Job &job) { job.rewrite.abandon(); });
+    _abandon(std::exchange(_preparing, {}));
     _isAbandoning = false;
-    if (!_onTheWay.jobs.empty()) {
-        _endFlush();
-        _abandonOnTheWay();
-    }
+    _abandon(_takeFromTheWay());
 }
 
 std::vector<RewriteRun::LateProblem> RewriteRun::finish()
 {
     flush();
-    if (!_written.empty()) {
-        _beginFlush({});
-        _endFlush();
-    }
-    if (!_flushed.empty()) {
-        _endFlushed();
-        // The end of a long run lasts: no record comes back with a power cut.
-        const FilePath records = RewriteRecordFolder::current();
-        if (_flushing == Flushing::FileSystem && !records.isEmpty())
-            (void)flushFolder(records);
-    }
+    if (_written.empty() && _flushed.empty())
+        return std::exchange(_lateProblems, {});
+    _beginFlush({});
+    _endFlushed();
+    _endFlush();
+    _endFlushed();
+    // The end of a long run lasts: no record comes back with a power cut.
+    const FilePath records = RewriteRecordFolder::current();
+    if (_flushing == Flushing::FileSystem && !records.isEmpty())
+        (void)flushFolder(records);
     return std::exchange(_lateProblems, {});
 }
 

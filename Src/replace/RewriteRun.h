@@ -22,9 +22,9 @@ namespace tidemark {
 /// and what is known of the files that this process has modified. Each group goes through these phases, and
 /// none is begun before the one in front of it is on the disk: backups are made and new contents worked out,
 /// on several threads, as files are added; the group's record is written; its files are changed; its backups
-/// are deleted and its record removed. The flush of a group's backups is also that of the contents of the
-/// group before, and goes on while the next group is prepared. Used on the main thread, which gets all calls
-/// back.
+/// are deleted and its record removed. A flush of a group's backups is also that of the contents written
+/// before it, and goes on while the group before is written and the next one prepared. Used on the main
+/// thread, which gets all calls back.
 class RewriteRun
 {
 public:
@@ -98,6 +98,8 @@ private:
     {
         std::shared_ptr<RewriteRecord> record;
         int recordError = 0; ///< why there is none
+        int flushError = 0;  ///< of its backups
+        int listError = 0;   ///< of the list of its rewrites in the record
         Jobs jobs;
         QSet<Identity> files;
         qint64 bytes = 0; ///< of its files before the run
@@ -105,7 +107,7 @@ private:
 
     Flush _flushFor(const FileRewrite::Request &request, dev_t device);
     Group _newGroup() const;
-    void _startPreparing(const std::shared_ptr<Job> &job);
+    void _startPreparing();
     void _prepareFile(Job &job, int recordError);
     void _useOwnDate(FileRewrite::Request &request, const Identity &identity) const;
     bool _isGroupFull() const;
@@ -113,18 +115,19 @@ private:
     void _adaptGroupLimit();
 
     void _beginWriting();
-    void _endWriting();
+    Group _takeFromTheWay();
+    void _writeOnTheWay();
+    static void _tellDone(const Group &group);
     void _beginFlush(const Group &group);
     void _endFlush();
-    void _write(const Group &group);
-    void _writeFile(Job &job);
+    bool _write(const Group &group);
+    void _writeFile(Job &job, const Group &group);
     void _writeAlone(const std::shared_ptr<Job> &job);
-    void _endWritten();
     void _endFlushed();
     void _endGroup(const Group &group, int flushError);
     void _noteUnflushed(const Group &group);
     void _noteProgress();
-    void _abandonOnTheWay();
+    void _abandon(const Group &group);
     void _forEach(const Jobs &jobs, const std::function<void(Job &)> &step);
     void _wait(StepCounter &steps, int count);
 
@@ -137,12 +140,15 @@ private:
     QHash<Identity, OwnDate> _ownDates; ///< of the files rewritten in this run
 
     Group _preparing;
+    size_t _startedCount = 0; ///< of its files, those that threads have been given
+    int _preparingTasks = 0;
     qsizetype _groupLimit = 1;
     QElapsedTimer _sinceLastGroup;
     std::atomic<bool> _isAbandoning = false;
-    Group _onTheWay;             ///< prepared; its backups are on the way to the disk
-    std::vector<Group> _written; ///< their content isn't known to be on the disk
-    std::vector<Group> _flushed; ///< their content is on the disk, and their backups are still there
+    Group _onTheWay;                  ///< prepared; its backups are on the way to the disk
+    std::vector<Group> _written;      ///< since the last flush began
+    std::vector<Group> _beingFlushed; ///< written before that
+    std::vector<Group> _flushed;      ///< their content is on the disk, and their backups are still there
     qint64 _bytesInFlushedBackups = 0;
     std::vector<LateProblem> _lateProblems;
     RunProgress _progress;
@@ -150,8 +156,8 @@ private:
 
     StepCounter _preparedCount;
     StepCounter _flushedCount;
-    int _flushError = 0;  ///< of the last flush
-    int _recordError = 0; ///< of the record behind it
+    int _flushError = 0; ///< of the last flush
+    int _listError = 0;  ///< of the record's list behind it
     // Last: they end first.
     WorkerThreads _flushThread;
     WorkerThreads _threads;

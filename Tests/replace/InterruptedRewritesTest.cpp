@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QMutex>
+#include <QScopeGuard>
 #include <QSet>
 
 #include <array>
@@ -69,13 +70,13 @@ public:
     int syncFileSystem(int) override { return (_live(), 0); }
     int close(int descriptor) override { return (_live(), FileSystemCalls::close(descriptor)); }
     int remove(const char *path) override { return (_live(), FileSystemCalls::remove(path)); }
-    int copyContent(int from, int to) override
+    int copyContent(int from, int to, std::optional<QByteArrayView> content) override
     {
         _live();
         char first = 0;
         EXPECT_EQ(::pread(from, &first, 1, 0), 1);
         EXPECT_EQ(::pwrite(to, &first, 1, 0), 1);
-        return (_live(), FileSystemCalls::copyContent(from, to));
+        return (_live(), FileSystemCalls::copyContent(from, to, content));
     }
 
 private:
@@ -135,6 +136,9 @@ protected:
     /// As a person finds things at the next start; returns the number of files that were partly written.
     qsizetype checkAndDecide(bool putsBack)
     {
+        UnflushedCalls calls;
+        FileSystemCalls::setCurrent(&calls);
+        const auto backToRealCalls = qScopeGuard([] { FileSystemCalls::setCurrent(nullptr); });
         InterruptedRewrites rewrites(_state.path());
         QHash<FilePath, FilePath> backups;
         for (const auto &file : rewrites.files()) {
@@ -519,9 +523,9 @@ public:
     int sync(int) override { return _fails() ? -1 : 0; }
     int syncFileSystem(int) override { return _fails() ? -1 : 0; }
     int remove(const char *path) override { return _fails() ? -1 : FileSystemCalls::remove(path); }
-    int copyContent(int from, int to) override
+    int copyContent(int from, int to, std::optional<QByteArrayView> content) override
     {
-        return _fails() ? -1 : FileSystemCalls::copyContent(from, to);
+        return _fails() ? -1 : FileSystemCalls::copyContent(from, to, content);
     }
 
 private:
@@ -778,9 +782,9 @@ public:
         _expectReady(_dirty(descriptor));
         return FileSystemCalls::pwrite(descriptor, bytes, count, offset);
     }
-    int copyContent(int from, int to) override
+    int copyContent(int from, int to, std::optional<QByteArrayView> content) override
     {
-        return (_dirty(to), FileSystemCalls::copyContent(from, to));
+        return (_dirty(to), FileSystemCalls::copyContent(from, to, content));
     }
     int truncate(int descriptor, off_t size) override
     {

@@ -95,9 +95,9 @@ int StoppingCalls::remove(const char *path)
     return (_count(CallCounts::Remove), FileSystemCalls::remove(path));
 }
 
-int StoppingCalls::copyContent(int from, int to)
+int StoppingCalls::copyContent(int from, int to, std::optional<QByteArrayView> content)
 {
-    return (_count(CallCounts::Copy), FileSystemCalls::copyContent(from, to));
+    return (_count(CallCounts::Copy), FileSystemCalls::copyContent(from, to, content));
 }
 
 void Losses::note(int Losses::*what, const FilePath &path, const char *text)

@@ -49,7 +49,7 @@ public:
     int syncFileSystem(int descriptor) override;
     int close(int descriptor) override;
     int remove(const char *path) override;
-    int copyContent(int from, int to) override;
+    int copyContent(int from, int to, std::optional<QByteArrayView> content) override;
 
 private:
     void _count(CallCounts::Kind kind);

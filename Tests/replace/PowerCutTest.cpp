@@ -97,7 +97,13 @@ protected:
                 if (random() % 3 != 0)
                     continue;
                 const FilePath path = _place(folder).appendingPathComponent(name.toUtf8());
-                const int descriptor = ::open(path.cString(), O_RDONLY | O_CLOEXEC);
+                // One that the stopped process keeps to itself would be waited for: only with all the others.
+                const int descriptor = ::open(path.cString(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+                if (descriptor < 0) {
+                    if (random() % 2 == 0)
+                        writeEverythingBack();
+                    continue;
+                }
 #ifdef __linux__
                 if (moment % 3 == 1)
                     (void)::sync_file_range(descriptor, 0, 0,
@@ -109,6 +115,12 @@ protected:
                 (void)::close(descriptor);
             }
         }
+    }
+    void writeEverythingBack() const
+    {
+        const int root = ::open(_disk.mountPoint().cString(), O_RDONLY | O_CLOEXEC);
+        (void)FileSystemCalls().syncFileSystem(root);
+        (void)::close(root);
     }
     void startAgain()
     {
