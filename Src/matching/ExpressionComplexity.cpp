@@ -1,5 +1,7 @@
 #include "matching/ExpressionComplexity.h"
 
+#include "matching/ExpressionReader.h"
+
 #include <algorithm>
 #include <cmath>
 #include <string_view>
@@ -32,11 +34,11 @@ struct Group
 class ComplexityEstimate
 {
 public:
-    ComplexityEstimate(std::string_view expression, bool ignoresBlanks, bool skipsComments)
-        : _expression(expression), _ignoresBlanks(ignoresBlanks), _skipsComments(skipsComments)
+    ComplexityEstimate(std::string_view expression, ExpressionReader::Blanks blanks)
+        : _reader(expression, blanks)
     {
-        while (_position < _expression.size())
-            _readNext(_expression[_position++]);
+        while (!_reader.isAtEnd())
+            _readNext();
         while (_groups.size() > 1)
             _endGroup();
         _endAlternative();
@@ -60,27 +62,19 @@ public:
     }
 
 private:
-    void _readNext(char c);
-    void _readEscape();
+    using Kind = ExpressionToken::Kind;
+    using GroupKind = ExpressionToken::Group;
+
+    void _readNext();
+    void _readEscape(char escaped);
     void _repeat(char c);
-    bool _skipBounds();
-    void _skipBlanks();
-    void _beginGroup();
-    void _beginSpecialGroup();
-    void _beginConditional();
+    void _beginGroup(GroupKind kind);
     void _endGroup();
     void _endAlternative();
     void _addWays();
-    void _skipSet();
-    void _skipPast(std::string_view end);
-    bool _takeIf(std::string_view text);
     void _notEmpty() { _groups.back().isEmptySoFar = false; }
-    void _push(bool isLookAround, bool isLookedBehind);
 
-    std::string_view _expression;
-    bool _ignoresBlanks;
-    bool _skipsComments;
-    size_t _position = 0;
+    ExpressionReader _reader;
     std::vector<Group> _groups = {Group()};
     double _ways = 0;
     double _waysBehind = 0; ///< through what the look-behind in hand looks at
@@ -93,34 +87,42 @@ private:
     bool _isUnbounded = false;
 };
 
-void ComplexityEstimate::_readNext(char c)
+void ComplexityEstimate::_readNext()
 {
-    if (c == '*' || c == '+' || c == '?' || (c == '{' && _skipBounds()))
-        return _repeat(c);
+    const ExpressionToken token = _reader.next();
+    if (token.kind == Kind::Repetition)
+        return _repeat(token.first());
     _hasLastChoices = false;
-    switch (c) {
-    case '\\':
-        return _readEscape();
-    case '[':
-        return _skipSet();
-    case '(':
-        return _beginGroup();
-    case ')':
+    _depth += token.first() == '(' ? 1 : 0;
+    switch (token.kind) {
+    case Kind::Escape:
+        return _readEscape(token.escaped());
+    case Kind::Quotation:
+        if (token.text.size() > std::string_view("\\Q\\E").size())
+            _notEmpty();
+        return;
+    case Kind::GroupStart:
+        return _beginGroup(token.group);
+    case Kind::GroupEnd:
         return _groups.size() > 1 ? _endGroup() : _notEmpty();
-    case '|':
+    case Kind::Call:
+        _isUnbounded = true;
+        return;
+    case Kind::Alternative:
         _endAlternative();
         ++_groups.back().alternatives;
         return;
-    case '$':
+    case Kind::LineEnd:
         ++_depth;
         return;
-    case '^':
+    case Kind::LineStart:
+    case Kind::Blank:
+    case Kind::Flags:
+    case Kind::Comment:
+    case Kind::Verb:
         return;
-    case '#':
-        return _skipsComments ? _skipPast("\n") : _notEmpty();
     default:
-        if (!_ignoresBlanks || c > ' ')
-            _notEmpty();
+        _notEmpty();
     }
 }
 
@@ -134,112 +136,35 @@ void ComplexityEstimate::_repeat(char c)
     }
     _groups.back().hasChoices = true;
     _notEmpty();
-    _skipBlanks();
-    _takeIf("?");
-    if (!_takeIf("+"))
+    _reader.skipBlanks();
+    _reader.takeIf("?");
+    if (!_reader.takeIf("+"))
         return;
     // Behind a possessive repetition and a comment the library's compiler runs in circles.
-    _skipBlanks();
-    _hangs = _hangs || _expression.substr(_position).starts_with("(?#");
+    _reader.skipBlanks();
+    _hangs = _hangs || _reader.rest().starts_with("(?#");
 }
 
-/// Behind the brace. False, with nothing skipped, where it is literal.
-bool ComplexityEstimate::_skipBounds()
+void ComplexityEstimate::_readEscape(char escaped)
 {
-    const size_t end = _expression.find_first_not_of("0123456789,+- \t\n\v\f\r", _position);
-    if (end == _position || end == std::string_view::npos || _expression[end] != '}')
-        return false;
-    _position = end + 1;
-    return true;
-}
-
-void ComplexityEstimate::_skipBlanks()
-{
-    while (_ignoresBlanks && _position < _expression.size() && _expression[_position] > 0 &&
-           _expression[_position] <= ' ')
-        ++_position;
-}
-
-void ComplexityEstimate::_readEscape()
-{
-    if (_position == _expression.size())
-        return;
-    const char c = _expression[_position++];
-    if (c == '<' || c == '>')
+    if (escaped == '<' || escaped == '>')
         ++_depth;
-    if ((c >= '1' && c <= '9') || c == 'g' || c == 'k' || c == 'R' || c == 'X')
+    if ((escaped >= '1' && escaped <= '9') ||
+        std::string_view("gkRX").find(escaped) != std::string_view::npos)
         ++_repetitions;
-    if (c == 'Q') {
-        const size_t start = _position;
-        _skipPast("\\E");
-        if (_position > start + 2)
-            _notEmpty();
-    } else if (std::string_view("EbB<>AzZ`'GK").find(c) == std::string_view::npos) {
+    if (std::string_view("EbB<>AzZ`'GK").find(escaped) == std::string_view::npos)
         _notEmpty();
-    }
 }
 
-void ComplexityEstimate::_beginGroup()
+void ComplexityEstimate::_beginGroup(GroupKind kind)
 {
-    ++_depth;
-    if (_takeIf("?"))
-        return _beginSpecialGroup();
-    if (_takeIf("*"))
-        return _skipPast(")");
-    _push(false, false);
-}
-
-/// Behind the question mark.
-void ComplexityEstimate::_beginSpecialGroup()
-{
-    if (_takeIf("#"))
-        return _skipPast(")");
-    if (_takeIf("<=") || _takeIf("<!")) {
-        if (!_groups.back().isLookedBehind)
-            _waysBehind = 0;
-        return _push(true, true);
-    }
-    if (_takeIf("=") || _takeIf("!"))
-        return _push(true, false);
-    if (_takeIf("("))
-        return _beginConditional();
-    const size_t start = _position;
-    while (_position < _expression.size() &&
-           std::string_view("imsx-").find(_expression[_position]) != std::string_view::npos)
-        ++_position;
-    if (_position > start && _takeIf(")"))
-        return;
-    const size_t word = _position;
-    while (_position < _expression.size() &&
-           std::string_view(":)|>(['\\").find(_expression[_position]) == std::string_view::npos)
-        ++_position;
-    if (_takeIf(")")) {
-        _isUnbounded = true;
-        return;
-    }
-    const bool isNamed = word < _expression.size() && _expression[word] == '<';
-    if (isNamed || (_position == word && _takeIf("'")))
-        _skipPast(isNamed ? ">" : "'");
-    else if (!_takeIf(":") && !_takeIf("|"))
-        _takeIf(">");
-    _push(false, false);
-}
-
-/// Behind the second parenthesis.
-void ComplexityEstimate::_beginConditional()
-{
-    _push(false, false);
-    if (_position < _expression.size() && _expression[_position] == '?')
-        --_position; // an assertion like any other
-    else
-        _skipPast(")");
-}
-
-void ComplexityEstimate::_push(bool isLookAround, bool isLookedBehind)
-{
+    const bool looksBehind = kind == GroupKind::LookBehind;
+    const bool isLookedBehind = _groups.back().isLookedBehind;
+    if (looksBehind && !isLookedBehind)
+        _waysBehind = 0;
     Group group;
-    group.isLookAround = isLookAround;
-    group.isLookedBehind = isLookedBehind || _groups.back().isLookedBehind;
+    group.isLookAround = looksBehind || kind == GroupKind::LookAhead;
+    group.isLookedBehind = looksBehind || isLookedBehind;
     _groups.push_back(group);
 }
 
@@ -273,63 +198,19 @@ void ComplexityEstimate::_endGroup()
         _notEmpty();
 }
 
-/// Behind the opening bracket.
-void ComplexityEstimate::_skipSet()
-{
-    _notEmpty();
-    _takeIf("^");
-    _takeIf("]");
-    while (_position < _expression.size()) {
-        const char c = _expression[_position++];
-        if (c == ']')
-            return;
-        if (c == '\\' && _position < _expression.size())
-            ++_position;
-        else if (c == '[' && _takeIf(":"))
-            _skipPast(":]");
-        else if (c == '[' && _takeIf("."))
-            _skipPast(".]");
-        else if (c == '[' && _takeIf("="))
-            _skipPast("=]");
-    }
-}
-
-void ComplexityEstimate::_skipPast(std::string_view end)
-{
-    const size_t found = _expression.find(end, _position);
-    _position = found == std::string_view::npos ? _expression.size() : found + end.size();
-}
-
-bool ComplexityEstimate::_takeIf(std::string_view text)
-{
-    if (!_expression.substr(_position).starts_with(text))
-        return false;
-    _position += text.size();
-    return true;
-}
-
-/// Whether a group like `(?x)` or `(?i-x:` may occur.
-bool mayIgnoreBlanks(std::string_view expression)
-{
-    for (size_t i = expression.find("(?"); i != std::string_view::npos; i = expression.find("(?", i + 1)) {
-        const std::string_view rest = expression.substr(i + 2);
-        if (rest.substr(0, rest.find_first_not_of("imsx-")).find('x') != std::string_view::npos)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 ExpressionComplexity::ExpressionComplexity(QByteArrayView expression)
 {
+    using Blanks = ExpressionReader::Blanks;
     const std::string_view text(expression.data(), size_t(expression.size()));
-    const bool ignoresBlanks = mayIgnoreBlanks(text);
-    const ComplexityEstimate estimate(text, ignoresBlanks, false);
+    const bool ignoresBlanks = mayChangeFlag(text, 'x');
+    const ComplexityEstimate estimate(text, ignoresBlanks ? Blanks::Skipped : Blanks::Kept);
     isTooComplexToCompile = estimate.isTooMuch();
     // Where comments begin and end isn't looked at closely: both readings have to be simple.
     if (ignoresBlanks)
-        isTooComplexToCompile = isTooComplexToCompile || ComplexityEstimate(text, true, true).isTooMuch();
+        isTooComplexToCompile =
+            isTooComplexToCompile || ComplexityEstimate(text, Blanks::SkippedWithComments).isTooMuch();
     else
         harmlessLineSize = estimate.harmlessLineSize();
 }

@@ -1,5 +1,7 @@
 #include "matching/ExpressionLoosening.h"
 
+#include "matching/ExpressionReader.h"
+
 #include <string_view>
 #include <utility>
 
@@ -22,85 +24,77 @@ class Loosening
 {
 public:
     Loosening(QByteArrayView expression, CaseRule caseRule)
-        : _expression(expression.data(), size_t(expression.size())),
+        : _reader(std::string_view(expression.data(), size_t(expression.size()))),
           _ignoresCase(caseRule == CaseRule::Ignore)
     {}
 
     QByteArray whole()
     {
-        while (_position < _expression.size())
+        while (!_reader.isAtEnd())
             _readNext();
         return _result;
     }
 
 private:
-    char _next() const { return _position < _expression.size() ? _expression[_position] : '\0'; }
-    bool _takeIf(std::string_view text)
-    {
-        if (!_expression.substr(_position).starts_with(text))
-            return false;
-        _position += text.size();
-        return true;
-    }
+    using Kind = ExpressionToken::Kind;
+    using Group = ExpressionToken::Group;
 
     void _readNext();
-    void _readEscape();
-    void _readSet();
-    void _readGroup();
-    void _readQuantifier();
-    void _readBeyondAscii();
-    void _add(char c)
-    {
-        _depth -= c == ')' ? 1 : 0;
-        _result += c;
-    }
-    void _open()
-    {
-        ++_depth;
-        _result += "(?:";
-    }
-    void _addLiteral(char c);
+    void _readEscape(char escaped);
+    void _readSet(const ExpressionToken &set);
+    void _beginGroup(const ExpressionToken &group);
+    void _repeat(std::string_view bounds);
+    void _readLiteral(char c);
+    void _readBeyondAscii(char first);
     void _addAssertion();
     void _skipLookAround();
+    void _add(std::string_view text) { _result += QByteArrayView(text.data(), qsizetype(text.size())); }
 
-    std::string_view _expression;
+    ExpressionReader _reader;
     bool _ignoresCase;
-    size_t _position = 0;
     int _depth = 0; ///< of groups that are open
     QByteArray _result;
 };
 
 void Loosening::_readNext()
 {
-    const char c = _next();
-    if (c == '\\')
-        return _readEscape();
-    if (c == '[')
-        return _readSet();
-    if (c == '(')
-        return _readGroup();
-    if (isOneOf(c, "*+?{"))
-        return _readQuantifier();
-    if ((c & 0x80) != 0)
-        return _readBeyondAscii();
-    ++_position;
-    if (c == '^' || c == '$')
-        _addAssertion();
-    else if (isOneOf(c, ".|)"))
-        _add(c);
-    else
-        _addLiteral(c);
+    const ExpressionToken token = _reader.next();
+    switch (token.kind) {
+    case Kind::Literal:
+        return _readLiteral(token.first());
+    case Kind::AnyCharacter:
+    case Kind::Alternative:
+        return _add(token.text);
+    case Kind::LineStart:
+    case Kind::LineEnd:
+        return _addAssertion();
+    case Kind::Repetition:
+        return _repeat(token.text);
+    case Kind::Escape:
+        return _readEscape(token.escaped());
+    case Kind::Set:
+        return _readSet(token);
+    case Kind::GroupStart:
+        return _beginGroup(token);
+    case Kind::GroupEnd:
+        --_depth;
+        return _add(token.text);
+    default:
+        throw NotLoosened();
+    }
 }
 
-void Loosening::_addLiteral(char c)
+void Loosening::_readLiteral(char c)
 {
+    if ((c & 0x80) != 0)
+        return _readBeyondAscii(c);
+    if (c == '{' || c == 0x7F || (c & 0xE0) == 0)
+        throw NotLoosened();
     // Two letters have a third form, beyond ASCII.
     if (_ignoresCase && isOneOf(c, "kK"))
         _result += "[kK\\x{212A}]";
     else if (_ignoresCase && isOneOf(c, "sS"))
         _result += "[sS\\x{17F}]";
-    else if (c < ' ' || c == 0x7F)
-        throw NotLoosened();
     else
         _result += c;
 }
@@ -108,17 +102,14 @@ void Loosening::_addLiteral(char c)
 /// What matches nothing itself is left out; repeated it would be missed.
 void Loosening::_addAssertion()
 {
-    if (isOneOf(_next(), "*+?{") && _position < _expression.size())
+    if (_reader.isNextOneOf("*+?{"))
         throw NotLoosened();
     _result += "(?:)";
 }
 
-void Loosening::_readEscape()
+void Loosening::_readEscape(char escaped)
 {
-    ++_position;
-    if (_position == _expression.size())
-        throw NotLoosened();
-    const char c = _expression[_position++];
+    const char c = escaped;
     const bool isLetterOrDigit = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     if (isOneOf(c, "bBAzZ"))
         return _addAssertion();
@@ -130,7 +121,7 @@ void Loosening::_readEscape()
         _result += QByteArray("[\\x09-\\x0D ") + BEYOND_ASCII + ']';
     else if (isOneOf(c, "WDSN"))
         _result += '.';
-    else if (isOneOf(c, "123456789") && !isOneOf(_next(), "0123456789"))
+    else if (isOneOf(c, "123456789") && !_reader.isNextOneOf("0123456789"))
         _result += "(?:.*)"; // what a group has matched
     else if (isOneOf(c, "tfe"))
         (_result += '\\') += c;
@@ -141,50 +132,46 @@ void Loosening::_readEscape()
 }
 
 /// A simple set stays; any other may match any character.
-void Loosening::_readSet()
+void Loosening::_readSet(const ExpressionToken &set)
 {
-    const size_t start = _position++;
-    _takeIf("^");
-    _takeIf("]");
+    const ExpressionReader::SetContent content = ExpressionReader::contentOf(set);
     bool isSimple = !_ignoresCase;
-    for (char c = _next(); c != ']'; c = _next()) {
-        if (_position >= _expression.size() || _takeIf("[:") || _takeIf("[.") || _takeIf("[="))
-            throw NotLoosened();
-        isSimple = isSimple && (c & 0x80) == 0 && c != '\\' && c != '[' && c >= ' ';
-        const bool isLast = _position + 1 >= _expression.size();
+    for (const ExpressionToken &item : content.items) {
         // These take more than one character behind them, or none.
-        if (c == '\\' && (isLast || isOneOf(_expression[_position + 1], "QEc")))
+        const bool isUncertain = item.kind == Kind::Escape && isOneOf(item.escaped(), "QEc");
+        if (isUncertain || item.kind == Kind::ClassName || item.kind == Kind::CollatingName)
             throw NotLoosened();
-        _position += c == '\\' ? 2 : 1;
+        const char c = item.first();
+        isSimple = isSimple && (c & 0x80) == 0 && c != '\\' && c != '[' && c >= ' ';
     }
-    ++_position;
+    if (!content.isClosed)
+        throw NotLoosened();
     if (isSimple)
-        _result += QByteArrayView(_expression.data() + start, qsizetype(_position - start));
+        _add(set.text);
     else
         _result += '.';
 }
 
-void Loosening::_readGroup()
+void Loosening::_beginGroup(const ExpressionToken &group)
 {
-    ++_position;
-    if (_takeIf("*"))
-        throw NotLoosened();
-    if (!_takeIf("?")) {
-        _open();
-    } else if (_takeIf(":") || _takeIf(">") || _takeIf("|")) {
-        _open();
-    } else if (_takeIf("=") || _takeIf("!") || _takeIf("<=") || _takeIf("<!")) {
+    ++_depth;
+    switch (group.group) {
+    case Group::LookAhead:
+    case Group::LookBehind:
         _skipLookAround();
-        _addAssertion();
-    } else if (_takeIf("<")) {
-        const size_t end = _expression.find('>', _position);
-        if (end == std::string_view::npos)
+        return _addAssertion();
+    case Group::Named:
+        if (group.text[2] != '<')
             throw NotLoosened();
-        _position = end + 1;
-        _open();
-    } else {
+        break;
+    case Group::WithFlags:
+    case Group::Conditional:
+    case Group::Unknown:
         throw NotLoosened();
+    default:
+        break;
     }
+    _result += "(?:";
 }
 
 /// Past the parenthesis that closes it.
@@ -192,10 +179,9 @@ void Loosening::_skipLookAround()
 {
     // What it holds must be understood, so that its end is known.
     const QByteArray outside = std::exchange(_result, {});
-    ++_depth;
     const int outerDepth = _depth - 1;
     while (_depth > outerDepth) {
-        if (_position >= _expression.size())
+        if (_reader.isAtEnd())
             throw NotLoosened();
         _readNext();
     }
@@ -203,32 +189,26 @@ void Loosening::_skipLookAround()
 }
 
 /// Whether it is possessive or lazy changes nothing.
-void Loosening::_readQuantifier()
+void Loosening::_repeat(std::string_view bounds)
 {
-    if (_next() != '{') {
-        _result += _expression[_position++];
-    } else {
-        const size_t end = _expression.find_first_not_of("0123456789,", _position + 1);
-        const bool isQuantifier = end != std::string_view::npos && _expression[end] == '}' &&
-                                  end > _position + 1 && _expression[_position + 1] != ',';
-        if (!isQuantifier)
-            throw NotLoosened();
-        _result += QByteArrayView(_expression.data() + _position, qsizetype(end + 1 - _position));
-        _position = end + 1;
-    }
-    if (!_takeIf("+"))
-        _takeIf("?");
+    const bool isCertain =
+        bounds.find_first_not_of("0123456789,", 1) + 1 == bounds.size() && bounds[1] != ',';
+    if (bounds.size() > 1 && !isCertain)
+        throw NotLoosened();
+    _add(bounds);
+    if (!_reader.takeIf("+"))
+        _reader.takeIf("?");
 }
 
-void Loosening::_readBeyondAscii()
+void Loosening::_readBeyondAscii(char first)
 {
-    const size_t start = _position++;
-    while ((_next() & 0xC0) == 0x80)
-        ++_position;
+    QByteArray character(1, first);
+    while (!_reader.isAtEnd() && (_reader.rest().front() & 0xC0) == 0x80)
+        character += _reader.next().first();
     if (_ignoresCase)
         _result += QByteArray("[kKsS") + BEYOND_ASCII + ']';
     else
-        _result += QByteArrayView(_expression.data() + start, qsizetype(_position - start));
+        _result += character;
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "matching/ExpressionTranslation.h"
 
 #include "matching/ByteExpression.h"
+#include "matching/ExpressionReader.h"
 #include "matching/RegularExpression.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,15 +20,11 @@ struct NotTranslated
 /// An expression that takes more bytes than this is slow to compile and slower to match.
 constexpr size_t MOST_BYTES = 2000;
 constexpr unsigned MOST_BOUND_DIGITS = 5;
+constexpr std::string_view SPACES = " \t\n\v\f\r";
 
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-bool isOctalDigit(char c)
-{
-    return c >= '0' && c <= '7';
 }
 
 bool isLetter(char c)
@@ -34,36 +32,14 @@ bool isLetter(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-bool isHexDigit(char c)
-{
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
 bool isWordCharacter(char c)
 {
     return isDigit(c) || isLetter(c) || c == '_';
 }
 
-bool isSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 bool isOneOf(char c, std::string_view characters)
 {
     return characters.find(c) != std::string_view::npos;
-}
-
-/// Whether a group like `(?i)` or `(?-i:` may occur; it doesn't matter when there are fewer than it seems.
-bool changesCase(std::string_view expression)
-{
-    for (size_t i = expression.find("(?"); i != std::string_view::npos; i = expression.find("(?", i + 1)) {
-        const std::string_view rest = expression.substr(i + 2);
-        const std::string_view flags = rest.substr(0, rest.find_first_not_of("imsx-"));
-        if (flags.find('i') != std::string_view::npos)
-            return true;
-    }
-    return false;
 }
 
 /// What a piece of an expression that stands for one byte matches. The expression's own compiler is asked, so
@@ -80,97 +56,133 @@ ByteSet bytesMatchedBy(std::string_view piece, CaseRule caseRule)
     return bytes;
 }
 
+/// A letter of these, a number, a control character, or punctuation.
+void requireByteEscape(const ExpressionToken &escape, std::string_view letters)
+{
+    const char c = escape.escaped();
+    const size_t size = escape.text.size();
+    if (size < 2)
+        throw NotTranslated();
+    if (isOneOf(c, letters) || c == '0')
+        return;
+    // Of more than two digits it isn't a byte.
+    const bool isByte = c == 'x' && size > 2 && size <= std::string_view("\\x{00}").size();
+    const bool isControl = c == 'c' && size > 2;
+    if ((isLetter(c) || isDigit(c)) && !isByte && !isControl)
+        throw NotTranslated();
+}
+
+void requireTranslatedFlags(std::string_view group)
+{
+    if (isOneOf('x', group))
+        throw NotTranslated();
+}
+
+void requireWord(std::string_view name)
+{
+    if (name.empty() || !std::all_of(name.begin(), name.end(), isWordCharacter))
+        throw NotTranslated();
+}
+
+void requireClassName(std::string_view item)
+{
+    std::string_view name = item.substr(2);
+    name.remove_prefix(name.starts_with('^') ? 1 : 0);
+    const bool isClosed = name.ends_with(":]");
+    name.remove_suffix(isClosed ? 2 : 0);
+    if (!isClosed || name.empty() || !std::all_of(name.begin(), name.end(), isLetter))
+        throw NotTranslated();
+}
+
+unsigned takeBound(std::string_view &text)
+{
+    const size_t digits = std::min(text.size(), text.find_first_not_of("0123456789"));
+    if (digits == 0 || digits > MOST_BOUND_DIGITS)
+        throw NotTranslated();
+    const unsigned bound = unsigned(std::stoul(std::string(text.substr(0, digits))));
+    text.remove_prefix(digits);
+    return bound;
+}
+
+void skipSpaces(std::string_view &text)
+{
+    text.remove_prefix(std::min(text.size(), text.find_first_not_of(SPACES)));
+}
+
+/// What braces enclose, with these.
+std::pair<unsigned, unsigned> boundsOf(std::string_view text)
+{
+    text.remove_prefix(1);
+    skipSpaces(text);
+    const unsigned least = takeBound(text);
+    unsigned most = least;
+    skipSpaces(text);
+    if (text.starts_with(',')) {
+        text.remove_prefix(1);
+        skipSpaces(text);
+        most = text == "}" ? ByteExpression::UNBOUNDED : takeBound(text);
+        skipSpaces(text);
+    }
+    if (text != "}")
+        throw NotTranslated();
+    return {least, most};
+}
+
+/// Behind a brace that is literal.
+void requireNoBounds(std::string_view text)
+{
+    skipSpaces(text);
+    if (!text.empty() && isOneOf(text.front(), "0123456789+-,"))
+        throw NotTranslated();
+}
+
 class Translator
 {
 public:
     Translator(std::string_view expression, CaseRule caseRule)
-        : _expression(expression), _caseRule(caseRule), _changesCase(changesCase(expression))
+        : _reader(expression), _caseRule(caseRule), _changesCase(mayChangeFlag(expression, 'i'))
     {}
 
     ByteExpression whole()
     {
         ByteExpression result = _choice();
-        if (!_atEnd() || result.size() > MOST_BYTES)
+        if (!_reader.isAtEnd() || result.size() > MOST_BYTES)
             throw NotTranslated();
         return result;
     }
 
 private:
-    bool _atEnd() const { return _position == _expression.size(); }
-    bool _isNext(char c) const { return !_atEnd() && _expression[_position] == c; }
-    char _next() const { return _atEnd() ? throw NotTranslated() : _expression[_position]; }
-    char _take();
-    bool _takeIf(char c);
-    void _expect(char c);
-    size_t _skipWhile(bool (*holds)(char));
+    using Kind = ExpressionToken::Kind;
+    using Group = ExpressionToken::Group;
 
     ByteExpression _choice();
     ByteExpression _sequence();
     ByteExpression _atom();
-    ByteExpression _group();
-    ByteExpression _groupContent();
-    ByteExpression _escape();
-    ByteExpression _backReference();
-    void _repeat(ByteExpression &expression);
-    bool _takeBounds(unsigned &least, unsigned &most);
-    unsigned _bound();
-    void _skipByteEscape(std::string_view letters);
-    void _skipHexadecimal();
-    void _skipProperty();
-    void _skipSet();
-    void _skipBracketInSet(size_t setStart);
-
-    ByteExpression _piece(size_t start) const;
+    ByteExpression _group(const ExpressionToken &start);
+    ByteExpression _escape(const ExpressionToken &escape) const;
+    ByteExpression _set(const ExpressionToken &set) const;
     ByteExpression _literal(char c) const;
+    ByteExpression _piece(std::string_view piece) const;
+    void _repeat(ByteExpression &expression);
 
-    std::string_view _expression;
-    size_t _position = 0;
+    ExpressionReader _reader;
     CaseRule _caseRule;
     bool _changesCase;
 };
-
-char Translator::_take()
-{
-    const char c = _next();
-    ++_position;
-    return c;
-}
-
-bool Translator::_takeIf(char c)
-{
-    if (!_isNext(c))
-        return false;
-    ++_position;
-    return true;
-}
-
-void Translator::_expect(char c)
-{
-    if (!_takeIf(c))
-        throw NotTranslated();
-}
-
-size_t Translator::_skipWhile(bool (*holds)(char))
-{
-    const size_t start = _position;
-    while (!_atEnd() && holds(_expression[_position]))
-        ++_position;
-    return _position - start;
-}
 
 ByteExpression Translator::_choice()
 {
     std::vector<ByteExpression> alternatives;
     do {
         alternatives.push_back(_sequence());
-    } while (_takeIf('|'));
+    } while (_reader.takeIf("|"));
     return ByteExpression::choice(std::move(alternatives));
 }
 
 ByteExpression Translator::_sequence()
 {
     ByteExpression sequence;
-    while (!_atEnd() && !_isNext('|') && !_isNext(')')) {
+    while (!_reader.isAtEnd() && !_reader.isNextOneOf("|)")) {
         ByteExpression atom = _atom();
         _repeat(atom);
         sequence.append(std::move(atom));
@@ -180,233 +192,113 @@ ByteExpression Translator::_sequence()
 
 ByteExpression Translator::_atom()
 {
-    const size_t start = _position;
-    const char c = _take();
-    switch (c) {
-    case '(':
-        return _group();
-    case '[':
-        _skipSet();
-        return _piece(start);
-    case '\\':
-        return _escape();
-    case '.':
+    // With nothing to repeat it encloses no bounds.
+    if (_reader.takeIf("{"))
+        return _literal('{');
+    const ExpressionToken token = _reader.next();
+    switch (token.kind) {
+    case Kind::GroupStart:
+        return _group(token);
+    case Kind::Set:
+        return _set(token);
+    case Kind::Escape:
+        return _escape(token);
+    case Kind::AnyCharacter:
         return ByteExpression::oneOf(ByteSet().set());
-    case '^':
-    case '$':
+    case Kind::LineStart:
+    case Kind::LineEnd:
         return {};
-    case '*':
-    case '+':
-    case '?':
-        throw NotTranslated();
+    case Kind::Flags:
+        requireTranslatedFlags(token.text);
+        return {};
+    case Kind::Literal:
+        return _literal(token.first());
     default:
-        return _literal(c);
+        throw NotTranslated();
     }
 }
 
-/// After the opening parenthesis, to the closing one.
-ByteExpression Translator::_group()
+/// To the closing parenthesis.
+ByteExpression Translator::_group(const ExpressionToken &start)
 {
-    if (_isNext('*'))
+    if (start.group == Group::Conditional || start.group == Group::Unknown)
         throw NotTranslated();
-    ByteExpression group;
-    if (_takeIf('?'))
-        group = _groupContent();
-    else
-        group = _choice();
-    _expect(')');
-    return group;
+    if (start.group == Group::WithFlags)
+        requireTranslatedFlags(start.text);
+    if (start.group == Group::Named)
+        requireWord(start.text.substr(3, start.text.size() - 4));
+    ByteExpression content = _choice();
+    if (!_reader.takeIf(")"))
+        throw NotTranslated();
+    const bool looksAround = start.group == Group::LookAhead || start.group == Group::LookBehind;
+    return looksAround ? ByteExpression() : content;
 }
 
-/// After the question mark that makes a group a special one.
-ByteExpression Translator::_groupContent()
+/// Outside sets.
+ByteExpression Translator::_escape(const ExpressionToken &escape) const
 {
-    const char kind = _take();
-    if (isOneOf(kind, ":|>"))
-        return _choice();
-    const bool looksBehind = kind == '<' && (_isNext('=') || _isNext('!'));
-    if (looksBehind || isOneOf(kind, "=!")) {
-        if (looksBehind)
-            ++_position;
-        _choice();
+    const char c = escape.escaped();
+    if (escape.text.size() < 2)
+        throw NotTranslated();
+    if (isOneOf(c, "bB<>`'AzZG"))
         return {};
-    }
-    if (isOneOf(kind, "<'")) {
-        if (_skipWhile(isWordCharacter) == 0)
+    const bool isReference = isOneOf(c, "gk");
+    const bool isProperty = isOneOf(c, "pP");
+    if ((isReference || isProperty) && escape.text.size() == 2)
+        throw NotTranslated();
+    if (isReference || (isDigit(c) && c != '0'))
+        return ByteExpression::anything();
+    if (!isProperty)
+        requireByteEscape(escape, "dDwWsSlLuUhHvVCaefnrt");
+    return _piece(escape.text);
+}
+
+ByteExpression Translator::_set(const ExpressionToken &set) const
+{
+    const ExpressionReader::SetContent content = ExpressionReader::contentOf(set);
+    if (!content.isClosed)
+        throw NotTranslated();
+    for (size_t index = 0; index < content.items.size(); ++index) {
+        const ExpressionToken &item = content.items[index];
+        const bool mayEndRange = index > 0 && content.items[index - 1].text.back() == '-';
+        // Collating elements may be of two bytes.
+        if (item.kind == Kind::CollatingName || (item.kind == Kind::ClassName && mayEndRange))
             throw NotTranslated();
-        _expect(kind == '<' ? '>' : '\'');
-        return _choice();
+        if (item.kind == Kind::ClassName)
+            requireClassName(item.text);
+        else if (item.kind == Kind::Escape)
+            requireByteEscape(item, "dDwWsSlLuUhHvVaefnrtb");
     }
-    if (!isOneOf(kind, "ims-"))
-        throw NotTranslated();
-    _skipWhile([](char c) { return isOneOf(c, "ims-"); });
-    if (_isNext(')'))
-        return {};
-    _expect(':');
-    return _choice();
-}
-
-/// After the backslash, outside sets.
-ByteExpression Translator::_escape()
-{
-    const size_t start = _position - 1;
-    const char c = _next();
-    if (isOneOf(c, "bB<>`'AzZG")) {
-        ++_position;
-        return {};
-    }
-    if ((isDigit(c) && c != '0') || isOneOf(c, "gk"))
-        return _backReference();
-    if (isOneOf(c, "pP"))
-        _skipProperty();
-    else
-        _skipByteEscape("dDwWsSlLuUhHvVCaefnrt");
-    return _piece(start);
-}
-
-ByteExpression Translator::_backReference()
-{
-    const char c = _take();
-    if (!isDigit(c)) {
-        const char opening = _take();
-        if (!isOneOf(opening, "{<'"))
-            throw NotTranslated();
-        _takeIf('-');
-        _skipWhile(isWordCharacter);
-        _expect(opening == '{' ? '}' : opening == '<' ? '>' : '\'');
-    }
-    return ByteExpression::anything();
-}
-
-/// An escape that stands for one byte: one of the letters, a number, a control character, or punctuation.
-void Translator::_skipByteEscape(std::string_view letters)
-{
-    const char c = _take();
-    if (isOneOf(c, letters))
-        return;
-    if (c == 'x') {
-        _skipHexadecimal();
-    } else if (c == '0') {
-        for (int digits = 0; digits < 3 && !_atEnd() && isOctalDigit(_next()); ++digits)
-            ++_position;
-    } else if (c == 'c') {
-        if (!isLetter(_take()))
-            throw NotTranslated();
-    } else if (isLetter(c) || isDigit(c)) {
-        throw NotTranslated();
-    }
-}
-
-void Translator::_skipHexadecimal()
-{
-    const bool braced = _takeIf('{');
-    const size_t start = _position;
-    while (_position - start < 2 && !_atEnd() && isHexDigit(_next()))
-        ++_position;
-    if (_position - start < (braced ? 1 : 2))
-        throw NotTranslated();
-    if (braced)
-        _expect('}');
-}
-
-void Translator::_skipProperty()
-{
-    ++_position;
-    if (!_takeIf('{')) {
-        if (!isLetter(_take()))
-            throw NotTranslated();
-        return;
-    }
-    _skipWhile(isLetter);
-    _expect('}');
-}
-
-/// After the opening bracket, past the closing one.
-void Translator::_skipSet()
-{
-    const size_t start = _position;
-    _takeIf('^');
-    _takeIf(']');
-    while (true) {
-        const char c = _take();
-        if (c == ']')
-            return;
-        if (c == '[')
-            _skipBracketInSet(start);
-        else if (c == '\\')
-            _skipByteEscape("dDwWsSlLuUhHvVaefnrtb");
-    }
-}
-
-void Translator::_skipBracketInSet(size_t setStart)
-{
-    const char c = _next();
-    // Collating elements may be of two bytes.
-    if (isOneOf(c, ".="))
-        throw NotTranslated();
-    if (c != ':')
-        return;
-    const bool mayEndRange = _position >= setStart + 2 && _expression[_position - 2] == '-';
-    if (mayEndRange)
-        throw NotTranslated();
-    ++_position;
-    _takeIf('^');
-    if (_skipWhile(isLetter) == 0)
-        throw NotTranslated();
-    _expect(':');
-    _expect(']');
+    return _piece(set.text);
 }
 
 void Translator::_repeat(ByteExpression &expression)
 {
+    if (!_reader.isNextOneOf("*+?{"))
+        return;
+    const ExpressionReader before = _reader;
+    const ExpressionToken token = _reader.next();
+    if (token.kind != Kind::Repetition) {
+        requireNoBounds(_reader.rest());
+        _reader = before;
+        return;
+    }
     unsigned least = 0;
     unsigned most = ByteExpression::UNBOUNDED;
-    if (_takeIf('+'))
+    if (token.first() == '+')
         least = 1;
-    else if (_takeIf('?'))
+    else if (token.first() == '?')
         most = 1;
-    else if (!_takeIf('*') && !_takeBounds(least, most))
-        return;
+    else if (token.first() == '{')
+        std::tie(least, most) = boundsOf(token.text);
     // Neither a lazy nor a possessive repetition matches where the plain one doesn't.
-    _takeIf('?');
-    _takeIf('+');
+    _reader.takeIf("?");
+    _reader.takeIf("+");
     expression.repeat(least, most);
 }
 
-/// A brace that doesn't enclose bounds is literal and is left.
-bool Translator::_takeBounds(unsigned &least, unsigned &most)
+ByteExpression Translator::_piece(std::string_view piece) const
 {
-    const size_t start = _position;
-    if (!_takeIf('{'))
-        return false;
-    _skipWhile(isSpace);
-    if (_atEnd() || !isOneOf(_next(), "0123456789+-,")) {
-        _position = start;
-        return false;
-    }
-    least = most = _bound();
-    _skipWhile(isSpace);
-    if (_takeIf(',')) {
-        _skipWhile(isSpace);
-        most = _isNext('}') ? ByteExpression::UNBOUNDED : _bound();
-        _skipWhile(isSpace);
-    }
-    _expect('}');
-    return true;
-}
-
-unsigned Translator::_bound()
-{
-    const size_t start = _position;
-    const size_t digits = _skipWhile(isDigit);
-    if (digits == 0 || digits > MOST_BOUND_DIGITS)
-        throw NotTranslated();
-    return unsigned(std::stoul(std::string(_expression.substr(start, digits))));
-}
-
-ByteExpression Translator::_piece(size_t start) const
-{
-    const std::string_view piece = _expression.substr(start, _position - start);
     ByteSet bytes = bytesMatchedBy(piece, _caseRule);
     if (_changesCase)
         bytes |= bytesMatchedBy(piece, _caseRule == CaseRule::Ignore ? CaseRule::Exact : CaseRule::Ignore);

@@ -75,6 +75,8 @@ TEST(ExpressionLimits, OnlyExpressionsThatCannotExplodeGoUnwatched)
     };
     EXPECT_GE(harmless("needle"), 1'000'000);
     EXPECT_GE(harmless("^(?:foo|bar)?\\s*#[[:alnum:]*+]\\("), 1000);
+    // The braces of an escape repeat nothing.
+    EXPECT_GE(harmless("(?:\\x{41}b)*"), 1000);
     for (const char *expression :
          {"(a*)*", "(a|b)+", "(a?b){2}", "(?:(?:x+)y)*", "a(?R)?", "(?x)a *", "(?>a+)*"})
         EXPECT_EQ(harmless(expression), 0) << expression;
