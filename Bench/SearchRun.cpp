@@ -28,7 +28,7 @@ void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearch
 
 void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
 {
-    const bool failed = !file->matchLineHighlighter();
+    const bool failed = file->matches() == nullptr;
     if (failed)
         ++_totals.errors;
     else if (!_totals.firstResultSeconds)

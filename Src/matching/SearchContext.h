@@ -10,8 +10,6 @@
 
 namespace tidemark {
 
-class TDMatchLineHighlighter;
-
 /// What one thread needs to search any number of files for one pattern, kept from file to file.
 class SearchContext
 {
@@ -21,8 +19,6 @@ public:
 
     const TDFindPattern &pattern() const { return _pattern; }
     TextBlockReader &reader() { return _reader; }
-    /// Kept for the next file when the last one had no use for it; may be null.
-    std::shared_ptr<TDMatchLineHighlighter> &spareHighlighter() { return _spareHighlighter; }
     /// Of the file being searched.
     FoundLines &foundLines() { return _foundLines; }
     /// Room for a line's text.
@@ -35,7 +31,6 @@ public:
 private:
     const TDFindPattern &_pattern;
     TextBlockReader _reader;
-    std::shared_ptr<TDMatchLineHighlighter> _spareHighlighter;
     FoundLines _foundLines;
     std::vector<char16_t> _lineText;
     std::vector<LineSpan> _candidates;

@@ -87,20 +87,14 @@ void TDFindResultItem::setMatchLines(FindResultItems items)
     _fileFields->matchLines = std::move(items);
 }
 
-void TDFindResultItem::setMatchLineHighlighter(std::shared_ptr<TDMatchLineHighlighter> highlighter)
-{
-    _fileFields->highlighter = std::move(highlighter);
-}
-
 std::optional<qint32> TDFindResultItem::matchCount() const
 {
     if (_matchLine)
         return 0;
-    const auto &highlighter = matchLineHighlighter();
-    if (!highlighter || highlighter->matchLines().isEmpty())
+    if (matches() == nullptr || matches()->lines.isEmpty())
         return {};
     quint64 count = 0;
-    for (const auto &line : highlighter->matchLines())
+    for (const auto &line : matches()->lines)
         count += line->numberOfMatches();
     return static_cast<qint32>(count);
 }
@@ -110,17 +104,6 @@ QString TDFindResultItem::filenameMatchLineSortKey() const
     if (_matchLine)
         return QStringLiteral("");
     return _fileFields ? FilePath(path().lastPathComponent()).displayText() : QString();
-}
-
-StyledText TDFindResultItem::displayFilenameOrMatchLine() const
-{
-    if (_matchLine)
-        return _matchLine->matchLineAttributedString();
-    if (_error)
-        return displayError();
-    StyledText name;
-    name.text = filenameMatchLineSortKey();
-    return name;
 }
 
 QString TDFindResultItem::displayPath() const

@@ -3,8 +3,8 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
+#include "matching/FileMatches.h"
 #include "matching/TDMatchLine.h"
-#include "matching/TDMatchLineHighlighter.h"
 #include "text/StyledText.h"
 
 #include <QList>
@@ -65,20 +65,16 @@ public:
     /// people.
     const QString &remark() const { return _file().remark; }
     void setRemark(const QString &remark) { _fileFields->remark = remark; }
-    /// The one that found the file's match lines; null on leaves and on files that failed.
-    const std::shared_ptr<TDMatchLineHighlighter> &matchLineHighlighter() const
-    {
-        return _file().highlighter;
-    }
-    void setMatchLineHighlighter(std::shared_ptr<TDMatchLineHighlighter> highlighter);
+    /// All that was found in the file, whatever nodes are left; null on leaves and on files that failed.
+    const FileMatches *matches() const { return _file().matches ? &*_file().matches : nullptr; }
+    void setMatches(FileMatches matches) { _fileFields->matches = std::move(matches); }
 
-    /// 0 for a match line; for a file the sum over the highlighter's match lines, counted anew at every call;
-    /// nothing for errors and for files without match lines.
+    /// 0 for a match line; for a file the sum over matches(), counted anew at every call; nothing for errors
+    /// and for files without match lines.
     std::optional<qint32> matchCount() const;
 
     /// The file name to sort by: "" for a match line, a null text for an error.
     QString filenameMatchLineSortKey() const;
-    StyledText displayFilenameOrMatchLine() const;
     /// The folder of a file node, for people.
     QString displayPath() const;
     StyledText displayName() const;
@@ -97,7 +93,7 @@ private:
         QString findText;
         QString remark;
         FindResultItems matchLines;
-        std::shared_ptr<TDMatchLineHighlighter> highlighter;
+        std::optional<FileMatches> matches;
         bool includesBOM = false;
     };
     const FileFields &_file() const;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "text/StyledText.h"
 #include "text/TextRange.h"
 
 #include <QByteArrayView>
@@ -15,9 +14,10 @@ namespace tidemark {
 /// The highlighted index that means "no match of this line".
 inline constexpr qint64 TD_NO_HIGHLIGHTED_MATCH = -1;
 
-/// One line of a searched file with its matches, and what the results view needs to draw it. Filled on the
-/// search thread, read and changed on the main thread after it was handed over. There can be millions, so a
-/// line keeps its text and ranges as they were found, in memory shared by many, until they are changed.
+/// One line of a searched file with its matches. Filled on the search thread, read and changed on the main
+/// thread after it was handed over. There can be millions, so a line keeps its text and ranges as they were
+/// found, in memory shared by many, until they are changed. Whether it is selected is told by the selection
+/// of the view that shows it.
 class TDMatchLine
 {
 public:
@@ -37,7 +37,7 @@ public:
     void appendMatchRange(TextRange range);
     void replaceMatchRange(qsizetype index, TextRange range) { _own().matchRanges[index] = range; }
     void removeMatchRange(qsizetype index);
-    /// Moves the ranges from the index on by the offset; keeps the display text as it is.
+    /// Moves the ranges from the index on by the offset.
     void offsetMatchRangesBy(qint64 offset, quint64 startRangeIndex);
 
     /// The whole line, with its line-end characters. Made anew at each call where it wasn't changed.
@@ -75,19 +75,6 @@ public:
     qint64 highlightedMatchIndex() const { return _highlightedMatchIndex; }
     void setHighlightedMatchIndex(qint64 index) { _highlightedMatchIndex = index; }
 
-    bool selected() const { return _selected; }
-    void setSelected(bool selected) { _selected = selected; }
-    bool isFirstResponder() const { return _isFirstResponder; }
-    void setIsFirstResponder(bool isFirstResponder) { _isFirstResponder = isFirstResponder; }
-
-    /// The display text, built when it is asked for first and kept until updateMatchLineAttributeString().
-    const StyledText &matchLineAttributedString();
-    void setMatchLineAttributedString(const StyledText &text);
-    /// To be called after any change that shows.
-    void updateMatchLineAttributeString() { _matchLineAttributedString.reset(); }
-    /// Line number and line, control characters as bullets, the matches in their colours.
-    StyledText buildMatchLineAttributedString() const;
-
 private:
     struct Changed
     {
@@ -108,11 +95,8 @@ private:
     QByteArrayView _foundText;
     std::span<const TextRange> _foundRanges;
     std::unique_ptr<Changed> _changed; ///< stands for what was found
-    std::unique_ptr<StyledText> _matchLineAttributedString;
     qint64 _lineNumber = 0;
     qint64 _highlightedMatchIndex = TD_NO_HIGHLIGHTED_MATCH;
-    bool _selected = false;
-    bool _isFirstResponder = false;
 };
 
 } // namespace tidemark

@@ -150,8 +150,16 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     if (shouldStop())
         context.foundLines().clear();
     else
-        _matchLines = context.foundLines().take();
+        _matches.lines = context.foundLines().take();
     return true;
+}
+
+void TDMatchLineHighlighter::_startAfresh(SearchContext &context)
+{
+    _matches = {};
+    context.foundLines().clear();
+    _hasExcessiveLines = false;
+    _hasFound = false;
 }
 
 bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
@@ -161,12 +169,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
     if (!reader)
         return false;
     _includesBOM = reader->hadByteOrderMarker();
-    _matchLines.clear();
-    _limitedLines = {};
-    _hasFoundBeyondAscii = false;
-    context.foundLines().clear();
-    _hasExcessiveLines = false;
-    _hasFound = false;
+    _startAfresh(context);
 
     try {
         _searchLines(*reader, context, error);
@@ -188,7 +191,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
         return false;
     }
     if (!shouldStop())
-        _matchLines = context.foundLines().take();
+        _matches.lines = context.foundLines().take();
     return true;
 }
 
@@ -222,15 +225,10 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
 {
     using Outcome = TextBlockReader::Outcome;
     TextBlockReader &reader = context.reader();
-    _matchLines.clear();
-    _limitedLines = {};
-    _hasFoundBeyondAscii = false;
-    context.foundLines().clear();
+    _startAfresh(context);
     if (reader.open(file, encoding) == Outcome::NeedsLineReader)
         return BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
-    _hasExcessiveLines = false;
-    _hasFound = false;
     std::atomic<bool> hasFailed = false;
     const auto searchBatch = [&](const LineBatch &batch) {
         const StopScope scope(&_shouldStop, _searchShouldStop);
@@ -328,7 +326,7 @@ void TDMatchLineHighlighter::_addLine(QStringView line, QByteArrayView bytes, qi
     const auto isBeyondAscii = [](QChar unit) { return unit.unicode() >= 0x80; };
     const bool isAsciiLine =
         bytes.isNull() ? std::none_of(line.begin(), line.end(), isBeyondAscii) : isAscii(bytes);
-    _hasFoundBeyondAscii = _hasFoundBeyondAscii || !isAsciiLine;
+    _matches.areBeyondAscii = _matches.areBeyondAscii || !isAsciiLine;
     // The file of a line that is too long ends in an error, whatever the line says.
     if (line.size() > TD_LONGEST_LINE)
         context.foundLines().addLine(lineNumber, {}, {});
@@ -343,8 +341,8 @@ void TDMatchLineHighlighter::_searchLine(QStringView line, QByteArrayView bytes,
     bool isFirst = true;
     while (!shouldStop()) {
         const TextRange found = search.nextMatch(error);
-        if (search.limit() != LineSearch::Found && _limitedLines.count++ == 0)
-            _limitedLines = {1, lineNumber, search.limit()};
+        if (search.limit() != LineSearch::Found && _matches.limitedLines.count++ == 0)
+            _matches.limitedLines = {1, lineNumber, search.limit()};
         if (error || !found.isFound())
             return;
         if (!_hasExcessiveMatch()) {

@@ -3,7 +3,7 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
-#include "matching/FoundLines.h"
+#include "matching/FileMatches.h"
 #include "matching/TDFindPattern.h"
 #include "reading/FileToRead.h"
 #include "text/TextEncoding.h"
@@ -11,6 +11,7 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace tidemark {
 
@@ -20,7 +21,7 @@ class TDFileReader;
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
 inline constexpr qsizetype TD_LONGEST_LINE = 25000;
 
-/// Searches one file and collects its match lines. Used by one thread at a time, but for the stop flag.
+/// Searches a file and lets go of what it found. Used by one thread at a time, but for the stop flag.
 class TDMatchLineHighlighter
 {
 public:
@@ -43,27 +44,16 @@ public:
     static TextRange firstRangeOfPatternInString(const QString &line, const QString &pattern,
                                                  CaseRule caseRule, TextRange searchRange, TDError &error);
 
-    const MatchLines &matchLines() const { return _matchLines; }
-    void setMatchLines(const MatchLines &lines) { _matchLines = lines; }
+    /// What the last call found.
+    const FileMatches &matches() const { return _matches; }
+    const MatchLines &matchLines() const { return _matches.lines; }
+    FileMatches takeMatches() { return std::exchange(_matches, {}); }
 
     /// From any thread: the file being searched is abandoned.
     void setShouldStop(bool shouldStop) { _shouldStop = shouldStop; }
     bool shouldStop() const { return _shouldStop || (_searchShouldStop != nullptr && *_searchShouldStop); }
     /// A second flag to look at, that of the whole search. Not owned.
     void setSearchShouldStop(const std::atomic<bool> *flag) { _searchShouldStop = flag; }
-
-    /// Lines that weren't searched to their end, as the expression took too much there; their matches found
-    /// until then are among the others.
-    struct LimitedLines
-    {
-        quint64 count = 0;
-        qint64 firstNumber = 0; ///< of the first such line
-        LineSearch reason = LineSearch::Found;
-    };
-    const LimitedLines &limitedLines() const { return _limitedLines; }
-
-    /// Whether a match line holds characters beyond ASCII.
-    bool hasFoundBeyondAscii() const { return _hasFoundBeyondAscii; }
 
     /// The file's date before it was read, where the last call came to know it.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
@@ -76,6 +66,7 @@ private:
     struct LineBatch;
     class SecondThread;
 
+    void _startAfresh(SearchContext &context);
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
                          SearchContext &context);
     void _searchLines(TDFileReader &reader, SearchContext &context, TDError &error);
@@ -92,9 +83,7 @@ private:
     /// The file's first match and its long lines are enough to report the file, so no more matches are kept.
     bool _hasExcessiveMatch() const { return _hasExcessiveLines && _hasFound; }
 
-    MatchLines _matchLines;
-    LimitedLines _limitedLines;
-    bool _hasFoundBeyondAscii = false;
+    FileMatches _matches;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
     std::optional<FileDate> _modificationDate;

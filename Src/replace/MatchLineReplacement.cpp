@@ -31,7 +31,6 @@ std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
     const AppliedReplacement applied = {replaced->size(), replaced->size() - range.length};
     line.replaceMatchRange(index, {range.location, applied.newLength});
     line.offsetMatchRangesBy(applied.offset, quint64(index) + 1);
-    line.updateMatchLineAttributeString();
     return applied;
 }
 
@@ -68,7 +67,6 @@ ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replaceme
         ranges[index].location += offset;
     line.setMatchLineString(newText);
     line.setMatchRanges(ranges);
-    line.updateMatchLineAttributeString();
     return done;
 }
 
@@ -78,7 +76,6 @@ void SavedMatchLine::restore(TDMatchLine &line) const
     line.setMatchRanges(_ranges);
     line.setFoundRanges(_foundRanges);
     line.setHighlightedMatchIndex(_highlightedMatchIndex);
-    line.updateMatchLineAttributeString();
 }
 
 } // namespace tidemark

@@ -44,10 +44,7 @@ void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
     qint64 offset = 0;
     bool isUncertain = false;
     for (const auto &line : allLines) {
-        if (offset != 0) {
-            line->setLineNumber(line->lineNumber() + offset);
-            line->updateMatchLineAttributeString();
-        }
+        line->setLineNumber(line->lineNumber() + offset);
         if (!line->isUnsaved() || !(isEachSaved || saved.contains(line.get())))
             continue;
         // Behind a lone CR such a line has become part of the one before, and where the later ones stand
@@ -74,8 +71,8 @@ FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLin
 
 void noteSavedLines(TDFindResultItem &file, const MatchLines &lines)
 {
-    if (file.matchLineHighlighter())
-        followSavedLines(file.matchLineHighlighter()->matchLines(), lines);
+    if (file.matches() != nullptr)
+        followSavedLines(file.matches()->lines, lines);
 }
 
 bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
@@ -92,9 +89,9 @@ bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
 bool saveToDiskFindResultItem(TDFindResultItem &file, const IsFileInSearchLocations &isFileInSearchLocations,
                               TDError &error)
 {
-    if (!file.matchLineHighlighter() || file.matchLineHighlighter()->matchLines().isEmpty())
+    if (file.matches() == nullptr || file.matches()->lines.isEmpty())
         return true;
-    if (!saveLinesToDisk(file, file.matchLineHighlighter()->matchLines(), isFileInSearchLocations, error))
+    if (!saveLinesToDisk(file, file.matches()->lines, isFileInSearchLocations, error))
         return false;
     file.setModificationDate(TDFileCommon::fileModificationDate(file.path()));
     return true;

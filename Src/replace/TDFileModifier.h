@@ -3,7 +3,7 @@
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
-#include "matching/TDMatchLineHighlighter.h"
+#include "matching/FoundLines.h"
 #include "text/TextEncoding.h"
 
 #include <memory>

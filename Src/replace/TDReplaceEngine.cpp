@@ -13,7 +13,6 @@ bool removeEmptiedMatch(TDMatchLine &line, qint64 index)
     line.removeMatchRange(index);
     const bool isFollowed = index + 1 <= qint64(line.numberOfMatches());
     line.setHighlightedMatchIndex(isFollowed ? index : TD_NO_HIGHLIGHTED_MATCH);
-    line.updateMatchLineAttributeString();
     return isFollowed;
 }
 

@@ -125,14 +125,13 @@ void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
 void TDSelectedMatchReplacement::_saveCurrentFile()
 {
     TDFindResultItem *file = _current->file;
-    if (file == nullptr || !file->matchLineHighlighter() || !_current->hasSomethingToSave())
+    if (file == nullptr || file->matches() == nullptr || !_current->hasSomethingToSave())
         return;
     _waitingFiles.insert(file, _current);
-    _run->add(
-        rewriteRequest(*file, file->matchLineHighlighter()->matchLines(), _request.isFileInSearchLocations),
-        [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
-            _fileIsDone(*changed, rewrite, isRewritten);
-        });
+    _run->add(rewriteRequest(*file, file->matches()->lines, _request.isFileInSearchLocations),
+              [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
+                  _fileIsDone(*changed, rewrite, isRewritten);
+              });
 }
 
 void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRewrite &rewrite,
@@ -141,7 +140,7 @@ void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRew
     TDFindResultItem &file = *changed.file;
     _waitingFiles.remove(&file);
     if (isRewritten) {
-        noteSavedLines(file, file.matchLineHighlighter()->matchLines());
+        noteSavedLines(file, file.matches()->lines);
         file.setModificationDate(rewrite.newModificationDate());
         file.setRemark({});
         ++_outcome.filesRewritten;
@@ -195,7 +194,6 @@ void TDSelectedMatchReplacement::_clearRangesOfCurrentFile()
     for (const auto &item : std::as_const(_current->items)) {
         item->matchLine()->setMatchRanges({});
         item->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
-        item->matchLine()->updateMatchLineAttributeString();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/TDFileCommon.h"
+#include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
 #include "reading/TDStringEncoding.h"
 #include "search/Kind.h"
@@ -35,9 +36,8 @@ QString reasonOf(LineSearch limit)
 }
 
 /// Null when every line was searched to its end.
-TDError errorOfLimits(const FilePath &path, const TDMatchLineHighlighter &highlighter)
+TDError errorOfLimits(const FilePath &path, const FileMatches::LimitedLines &lines)
 {
-    const TDMatchLineHighlighter::LimitedLines &lines = highlighter.limitedLines();
     if (lines.count == 0)
         return {};
     QString reason = formatted(reasonOf(lines.reason), {lines.firstNumber});
@@ -215,7 +215,7 @@ void TDSearchEngine::_deliver(const SearchJob &job)
         ++_fileMatchCount;
         _matchCount += quint64(job.result->matchCount().value_or(0));
         if (_pattern->options().mode == SearchMode::RegularExpression &&
-            job.result->matchLineHighlighter()->hasFoundBeyondAscii())
+            job.result->matches()->areBeyondAscii)
             _matchesMayBeShifted = true;
         if (_delegate)
             _delegate->didFindMatchInFile(job.result);
@@ -245,36 +245,31 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
                                                               TDError &error)
 {
-    std::shared_ptr<TDMatchLineHighlighter> &highlighter = context.spareHighlighter();
-    if (!highlighter)
-        highlighter = std::make_shared<TDMatchLineHighlighter>();
-    highlighter->setSearchShouldStop(&_shouldStopSearch);
-    const bool searched =
-        highlighter->processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context);
-    // The highlighter outlives the search, as it owns the match lines.
-    highlighter->setSearchShouldStop(nullptr);
-    if (!searched) {
+    TDMatchLineHighlighter highlighter;
+    highlighter.setSearchShouldStop(&_shouldStopSearch);
+    if (!highlighter.processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context)) {
         if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
             return nullptr;
-        return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, *highlighter), error);
+        return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
     }
+    FileMatches matches = highlighter.takeMatches();
     if (_shouldStopSearch) {
-        releaseLines(highlighter->matchLines());
-        highlighter->setMatchLines({});
+        releaseLines(std::move(matches.lines));
+        return nullptr;
     }
-    const TDError limitError = _shouldStopSearch ? TDError() : errorOfLimits(file.path, *highlighter);
-    if (highlighter->matchLines().isEmpty()) {
+    const TDError limitError = errorOfLimits(file.path, matches.limitedLines);
+    if (matches.lines.isEmpty()) {
         error = limitError;
-        return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, *highlighter), error)
+        return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error)
                      : nullptr;
     }
 
-    auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, *highlighter), _findText,
-                                               highlighter->includesBOM());
-    FindResultItems children = TDFindResultItem::initWithMatchLines(highlighter->matchLines(), item.get());
+    auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, highlighter), _findText,
+                                               highlighter.includesBOM());
+    FindResultItems children = TDFindResultItem::initWithMatchLines(matches.lines, item.get());
     if (limitError)
         children << TDFindResultItem::initWithError(limitError, item.get());
-    item->setMatchLineHighlighter(std::move(highlighter));
+    item->setMatches(std::move(matches));
     item->setMatchLines(std::move(children));
     return item;
 }

@@ -4,6 +4,7 @@
 
 #include "foundation/FileSystemCalls.h"
 #include "foundation/UserDefaults.h"
+#include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
 #include "replace/MatchLineReplacement.h"
 #include "replace/TDFileModifier.h"

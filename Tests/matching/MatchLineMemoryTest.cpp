@@ -1,5 +1,6 @@
 #include "matching/SearchContext.h"
 #include "matching/TDFindResultItem.h"
+#include "matching/TDMatchLineHighlighter.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -39,11 +40,11 @@ TEST(MatchLineMemory, IsSmallBesideTheText)
     {
         SearchContext context(pattern);
         TDError error;
-        auto highlighter = std::make_shared<TDMatchLineHighlighter>();
-        ASSERT_TRUE(highlighter->processWithFile(FileToRead{path}, TD_ENCODING_UTF8, error, context));
-        ASSERT_EQ(highlighter->matchLines().size(), LINES);
-        file->setMatchLineHighlighter(highlighter);
-        file->setMatchLines(TDFindResultItem::initWithMatchLines(highlighter->matchLines(), file.get()));
+        TDMatchLineHighlighter highlighter;
+        ASSERT_TRUE(highlighter.processWithFile(FileToRead{path}, TD_ENCODING_UTF8, error, context));
+        ASSERT_EQ(highlighter.matchLines().size(), LINES);
+        file->setMatches(highlighter.takeMatches());
+        file->setMatchLines(TDFindResultItem::initWithMatchLines(file->matches()->lines, file.get()));
     }
     const qint64 forEachLine = (bytesInUse() - before) / LINES;
     RecordProperty("bytesForEachLine", int(forEachLine));

@@ -14,18 +14,16 @@ std::shared_ptr<TDMatchLine> lineWithMatches(int count)
     return line;
 }
 
-TEST(TDFindResultItemTest, AFileCountsTheRangesOfItsHighlightersLinesAnewEachTime)
+TEST(TDFindResultItemTest, AFileCountsTheRangesOfItsLinesAnewEachTime)
 {
-    auto highlighter = std::make_shared<TDMatchLineHighlighter>();
     const MatchLines lines = {lineWithMatches(2), lineWithMatches(1), lineWithMatches(3)};
-    highlighter->setMatchLines(lines);
     const auto file = TDFindResultItem::initWithFile(FilePath("/a"), {}, u"t"_s, true);
     EXPECT_EQ(file->matchCount(), std::nullopt);
-    file->setMatchLineHighlighter(highlighter);
+    file->setMatches({lines, {}, false});
     EXPECT_EQ(file->matchCount(), 6); // without any child node
     lines[1]->removeMatchRange(0);
     EXPECT_EQ(file->matchCount(), 5);
-    highlighter->setMatchLines({});
+    file->setMatches({});
     EXPECT_EQ(file->matchCount(), std::nullopt);
 }
 
@@ -41,7 +39,7 @@ TEST(TDFindResultItemTest, NodesOfFilesAndOfTheReasonForAFailureAreRed)
     EXPECT_TRUE(leaf.filenameMatchLineSortKey().isNull());
     for (const auto &[text, shown, background] :
          {std::tuple(failed->displayName(), u"/\uFFFD/\uFFFD.txt"_s, std::optional<StyledColor>()),
-          {leaf.displayFilenameOrMatchLine(), u"Reason"_s, TD_COLOR_WHITE}}) {
+          {leaf.displayError(), u"Reason"_s, TD_COLOR_WHITE}}) {
         EXPECT_EQ(text.text, shown);
         EXPECT_EQ(text.lineBreakMode, LineBreakMode::TruncateInMiddle);
         EXPECT_TRUE(text.foregroundAt(shown.size() - 1) == TD_COLOR_RED);

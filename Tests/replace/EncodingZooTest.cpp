@@ -286,7 +286,7 @@ void EncodingZooTest::replaceInFilesOf(StringEncoding encoding, const Oracle &or
         const auto node =
             std::find_if(found.begin(), found.end(), [&](const auto &f) { return f->path() == path; });
         const bool rewritten =
-            node != found.end() && (*node)->matchLineHighlighter() && !outcome.failedPaths().contains(path);
+            node != found.end() && (*node)->matches() != nullptr && !outcome.failedPaths().contains(path);
         if (rewritten)
             checkRewritten(files[index], encoding, path, **node, replacing.matches);
         else

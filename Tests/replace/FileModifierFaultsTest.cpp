@@ -178,10 +178,10 @@ protected:
         const FilePath path = _folder.write(name, _old + tail);
         auto file = TDFindResultItem::initWithFile(path, TDFileCommon::fileModificationDate(path),
                                                    u"needle"_s, false);
-        auto highlighter = std::make_shared<TDMatchLineHighlighter>();
-        highlighter->setMatchLines({changedLine(1, u"needle first\n"_s, u"pin first\n"_s),
-                                    changedLine(62, u"last needle\r\n"_s, u"last pin\r\n"_s)});
-        file->setMatchLineHighlighter(highlighter);
+        file->setMatches({{changedLine(1, u"needle first\n"_s, u"pin first\n"_s),
+                           changedLine(62, u"last needle\r\n"_s, u"last pin\r\n"_s)},
+                          {},
+                          false});
         return file;
     }
     bool save(TDFindResultItem &file, TDError &error) const

@@ -182,7 +182,7 @@ TEST_P(TDSearchEngineTest, NodesHoldTheirLinesAndTheDateBeforeReading)
     for (qsizetype index = 0; index < 2; ++index) {
         const TDFindResultItem &child = *node.children()[index];
         EXPECT_EQ(child.parent(), &node);
-        EXPECT_EQ(child.sharedMatchLine(), node.matchLineHighlighter()->matchLines()[index]);
+        EXPECT_EQ(child.sharedMatchLine(), node.matches()->lines[index]);
         EXPECT_EQ(child.matchLine()->lineNumber(), index == 0 ? 1 : 3);
     }
     const TDFindResultItem &failed = *recorder->nodes[1];

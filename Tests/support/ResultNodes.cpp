@@ -1,7 +1,5 @@
 #include "support/ResultNodes.h"
 
-#include "matching/TDMatchLineHighlighter.h"
-
 namespace tidemark::test {
 
 std::shared_ptr<TDFindResultItem> fileNode(const QByteArray &path, const QStringList &lines)
@@ -19,9 +17,7 @@ std::shared_ptr<TDFindResultItem> fileNode(const QByteArray &path, const QString
         matchLines << line;
         items << TDFindResultItem::initWithMatchLine(line, file.get());
     }
-    auto highlighter = std::make_shared<TDMatchLineHighlighter>();
-    highlighter->setMatchLines(matchLines);
-    file->setMatchLineHighlighter(highlighter);
+    file->setMatches({matchLines, {}, false});
     file->setMatchLines(items);
     return file;
 }

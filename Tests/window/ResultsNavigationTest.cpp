@@ -86,9 +86,9 @@ TEST_F(ResultsNavigationTest, CollapsingTakesTheSelectionToTheFile)
     ResultsWindow window(application, twoFiles());
     window.navigation.selectFirstMatch();
     const auto &line = window.results.files()[0]->children()[0];
-    EXPECT_TRUE(line->matchLine()->selected());
+    EXPECT_TRUE(window.view.selectedRows().contains(*line));
     window.view.collapseItem(window.model.index(0, 0));
-    EXPECT_FALSE(line->matchLine()->selected());
+    EXPECT_FALSE(window.view.selectedRows().contains(*line));
     EXPECT_EQ(window.selection(), u"0"_s);
     EXPECT_FALSE(window.view.isExpanded(window.model.index(0, 0)));
     walk(window, {{Qt::Key_Down, {}, "0:0", "0:0:0"}});
@@ -129,7 +129,7 @@ TEST_F(ResultsNavigationTest, RemovesRowsAndGoesOnBehindThem)
     window.pressKey(Qt::Key_Down);
 }
 
-TEST_F(ResultsNavigationTest, PassesErrorsAndKeepsFlagsWithTheSelection)
+TEST_F(ResultsNavigationTest, PassesErrorsAndSelectsOneLineAtATime)
 {
     ResultsWindow window(application,
                          {failedFileNode("/t/bad", u"Why"_s), fileNode("/t/a", {u"foo\n"_s, u"foo\n"_s})});
@@ -137,8 +137,8 @@ TEST_F(ResultsNavigationTest, PassesErrorsAndKeepsFlagsWithTheSelection)
     EXPECT_EQ(window.highlighted(), u"none"_s);
     walk(window, {{Qt::Key_Down, {}, "1:0", "1:0:0"}, {Qt::Key_Down, {}, "1:1", "1:1:0"}});
     const auto &lines = window.results.files()[1]->children();
-    EXPECT_FALSE(lines[0]->matchLine()->selected());
-    EXPECT_TRUE(lines[1]->matchLine()->selected());
+    EXPECT_FALSE(window.view.selectedRows().contains(*lines[0]));
+    EXPECT_TRUE(window.view.selectedRows().contains(*lines[1]));
     EXPECT_EQ(window.navigation.selectedLines(), u"foo"_s);
     EXPECT_EQ(window.navigation.pathOfCurrentlySelectedItem(), FilePath("/t/a"));
     window.results.clear();

@@ -211,7 +211,6 @@ void ResultsNavigation::_highlight(qint64 index)
     if (line == nullptr)
         return;
     line->setHighlightedMatchIndex(index);
-    line->updateMatchLineAttributeString();
     _model.noteLooksChanged(*_currentItem);
     Q_EMIT selectionChanged();
 }

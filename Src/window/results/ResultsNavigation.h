@@ -104,10 +104,9 @@ private:
     void _setCurrentItem(const std::shared_ptr<TDFindResultItem> &item);
     void _highlight(qint64 index);
 
-    void _selectionDidChange(const SelectedRows &selected, const SelectedRows &deselected);
-    void _setSelectedFlags(const SelectedRows &rows, bool selected);
+    void _selectionDidChange();
     void _fileWasSelected(int row);
-    void _itemDidCollapse(const QModelIndex &file);
+    void _itemDidCollapse();
     void _collapseEverything();
     QList<ResultPath> _selectedPaths() const;
     std::optional<ResultPath> _lastSelectedPath() const;

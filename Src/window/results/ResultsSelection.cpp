@@ -8,12 +8,10 @@
 
 namespace tidemark {
 
-// -- Keeping the lines' flags and the highlight with the selection
+// -- Keeping the highlight with the selection
 
-void ResultsNavigation::_selectionDidChange(const SelectedRows &selected, const SelectedRows &deselected)
+void ResultsNavigation::_selectionDidChange()
 {
-    _setSelectedFlags(deselected, false);
-    _setSelectedFlags(selected, true);
     const auto item = currentlySelectedFindResultItem();
     if (item && item->isMatchLine()) {
         _setCurrentItem(item);
@@ -23,22 +21,6 @@ void ResultsNavigation::_selectionDidChange(const SelectedRows &selected, const 
     }
     determineIfFirstOrLastItemSelected();
     Q_EMIT selectionChanged();
-}
-
-void ResultsNavigation::_setSelectedFlags(const SelectedRows &rows, bool selected)
-{
-    for (auto lines = rows.lines().cbegin(); lines != rows.lines().cend(); ++lines) {
-        const FindResultItems &children = lines.key()->children();
-        for (const auto &[first, last] : *lines) {
-            for (int row = first; row <= last; ++row) {
-                TDMatchLine *line = children[row]->matchLine();
-                if (line == nullptr || line->selected() == selected)
-                    continue;
-                line->setSelected(selected);
-                line->updateMatchLineAttributeString();
-            }
-        }
-    }
 }
 
 void ResultsNavigation::_fileWasSelected(int row)
@@ -57,16 +39,9 @@ void ResultsNavigation::_fileWasSelected(int row)
     highlightFirstMatchInCurrentlySelectedMatchLine();
 }
 
-void ResultsNavigation::_itemDidCollapse(const QModelIndex &file)
+void ResultsNavigation::_itemDidCollapse()
 {
     _itemWillCollapse = false;
-    const auto item = _model.item(file);
-    for (const auto &child : item->children()) {
-        if (child->matchLine() != nullptr && child->matchLine()->selected()) {
-            child->matchLine()->setSelected(false);
-            child->matchLine()->updateMatchLineAttributeString();
-        }
-    }
     determineIfFirstOrLastItemSelected();
 }
 

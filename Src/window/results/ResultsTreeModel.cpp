@@ -4,6 +4,7 @@
 #include "text/CharacterSets.h"
 #include "window/PlainToolTip.h"
 #include "window/results/FileIcons.h"
+#include "window/results/MatchLineDisplay.h"
 
 #include <QDir>
 #include <QFont>
@@ -319,10 +320,8 @@ QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
 
 QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column) const
 {
-    if (column == NameColumn) {
-        return item.matchLine() != nullptr ? item.matchLine()->buildMatchLineAttributedString().text
-                                           : item.displayFilenameOrMatchLine().text;
-    }
+    if (column == NameColumn)
+        return displayFilenameOrMatchLine(item, false).text;
     if (item.parent() != nullptr)
         return {};
     if (column == FolderColumn)

@@ -11,7 +11,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <utility>
 
 namespace tidemark {
 
@@ -126,12 +125,9 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
 {
     if (rows == _selected)
         return;
-    SelectedRows selected = rows;
-    SelectedRows deselected = std::exchange(_selected, rows);
-    selected.remove(deselected);
-    deselected.remove(rows);
+    _selected = rows;
     viewport()->update();
-    Q_EMIT selectedRowsChanged(selected, deselected);
+    Q_EMIT selectedRowsChanged();
     if (!QAccessible::isActive())
         return;
     QAccessibleValueChangeEvent event(this, selectedIndex().data(Qt::AccessibleTextRole));

@@ -34,8 +34,7 @@ public:
     void keyboardSearch(const QString &search) override;
 
 Q_SIGNALS:
-    /// The rows that have become selected, and those that no longer are.
-    void selectedRowsChanged(const SelectedRows &selected, const SelectedRows &deselected);
+    void selectedRowsChanged();
     /// A row was clicked twice, beside its triangle; it is selected by now.
     void rowDoubleClicked();
     /// The row is selected by now; the position is global.

@@ -1,6 +1,7 @@
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include "matching/TDFindResultItem.h"
+#include "window/results/MatchLineDisplay.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -64,13 +65,6 @@ Directions directionsOf(QStringView text)
     return isMixed ? Directions::Mixed : Directions::LeftToRight;
 }
 
-StyledText displayTextOf(const TDFindResultItem &item)
-{
-    // Built without being kept with the line: a million lines scrolled past would keep a million texts.
-    return item.matchLine() != nullptr ? item.matchLine()->buildMatchLineAttributedString()
-                                       : item.displayFilenameOrMatchLine();
-}
-
 qsizetype prefixLength(const TDFindResultItem &item)
 {
     return item.matchLine() != nullptr ? QString::number(item.matchLine()->lineNumber()).size() + 2 : 0;
@@ -118,7 +112,8 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
         return *known;
 
     auto *made = new Layout;
-    made->styled = displayTextOf(item);
+    // The base colour is put over it when it is painted, as the row is selected then or not.
+    made->styled = displayFilenameOrMatchLine(item, false);
     made->parting = partNumberFromLine(made->styled, prefixLength(item));
     made->directions = directionsOf(made->styled.text);
     made->width = width;

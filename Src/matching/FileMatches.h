@@ -1,0 +1,25 @@
+#pragma once
+
+#include "matching/FoundLines.h"
+#include "matching/SearchedLine.h"
+
+namespace tidemark {
+
+/// What was found in one file.
+struct FileMatches
+{
+    /// Lines that weren't searched to their end, as the expression took too much there; their matches found
+    /// until then are among the others.
+    struct LimitedLines
+    {
+        quint64 count = 0;
+        qint64 firstNumber = 0; ///< of the first such line
+        LineSearch reason = LineSearch::Found;
+    };
+
+    MatchLines lines; ///< in line order; shared by copies
+    LimitedLines limitedLines;
+    bool areBeyondAscii = false; ///< a line among them holds characters beyond ASCII
+};
+
+} // namespace tidemark

@@ -1,0 +1,91 @@
+#include "window/results/MatchLineDisplay.h"
+
+#include "matching/TDMatchLine.h"
+#include "support/Testing.h"
+
+namespace tidemark::test {
+namespace {
+
+constexpr StyledColor YELLOW = {0.9450980392156862, 0.8784313725490196, 0.6627450980392157};
+constexpr StyledColor ORANGE = {1.0, 0.5764705882352941, 0.12549019607843137};
+constexpr StyledColor GREY = {0.7058823529411765, 0.7058823529411765, 0.7058823529411765};
+
+TDMatchLine lineWith(qint64 number, const QString &text, const QList<TextRange> &ranges)
+{
+    TDMatchLine line;
+    line.setLineNumber(number);
+    line.setMatchLineString(text);
+    line.setMatchRanges(ranges);
+    return line;
+}
+
+/// One letter for each character: its background, or its foreground where it has none.
+QString looks(const StyledText &text)
+{
+    const auto letter = [](const StyledColor &color) {
+        return color == YELLOW           ? u'y'
+               : color == ORANGE         ? u'o'
+               : color == GREY           ? u'g'
+               : color == TD_COLOR_WHITE ? u'w'
+               : color == TD_COLOR_BLACK ? u'b'
+                                         : u'?';
+    };
+    QString letters;
+    for (qsizetype index = 0; index < text.text.size(); ++index) {
+        const auto background = text.backgroundAt(index);
+        const auto foreground = text.foregroundAt(index);
+        EXPECT_TRUE(foreground.has_value());
+        EXPECT_TRUE(!background || foreground == TD_COLOR_BLACK) << index;
+        letters += letter(background.value_or(foreground.value_or(StyledColor())));
+    }
+    return letters;
+}
+
+TEST(MatchLineDisplay, DisplayTextIsNumberAndLineWithControlsAsBullets)
+{
+    const struct
+    {
+        QString line;
+        QString shown;
+    } cases[] = {
+        {u"\tfoo = 1;\n"_s, u"7: •foo = 1;"_s},
+        {u"  a  \r\n"_s, u"7:   a  "_s},
+        {u"\u2028\v\r\n"_s, u"7: "_s},
+        {u"\na\vb\u0085\u00ADc\uFEFF\r"_s, u"7: a•b••c•"_s},
+        {u"a\u2028b"_s, u"7: a\u2028b"_s},
+        {u"😀\U000E0001x"_s, u"7: 😀•x"_s},
+        {QString(40000, u'x'), u"7: "_s + QString(40000, u'x')},
+    };
+    for (const auto &[line, shown] : cases)
+        EXPECT_EQ(buildMatchLineAttributedString(lineWith(7, line, {}), false).text, shown);
+}
+
+TEST(MatchLineDisplay, MatchesAreColouredOverBaseAndNumber)
+{
+    TDMatchLine line = lineWith(12, u"\tab ab\n"_s, {{1, 2}, {4, 2}});
+    const struct
+    {
+        qint64 highlighted;
+        bool selected;
+        QString looks;
+    } cases[] = {{-1, false, u"ggggbyybyy"_s},
+                 {0, false, u"ggggboobyy"_s},
+                 {1, true, u"ggggwyywoo"_s},
+                 {2, true, u"ggggwyywyy"_s}};
+    for (const auto &[highlighted, selected, expected] : cases) {
+        line.setHighlightedMatchIndex(highlighted);
+        EXPECT_EQ(looks(buildMatchLineAttributedString(line, selected)), expected);
+    }
+    EXPECT_EQ(looks(buildMatchLineAttributedString(lineWith(3, u"ab"_s, {}), false)), u"bbbbb"_s);
+    // Not shifted for the line break that is left out in front.
+    EXPECT_EQ(looks(buildMatchLineAttributedString(lineWith(3, u"\u2028abc"_s, {{1, 1}}), false)),
+              u"gggbyb"_s);
+
+    const StyledText text = buildMatchLineAttributedString(line, false);
+    EXPECT_EQ(text.font.family, u"Lucida Grande"_s);
+    EXPECT_EQ(text.font.pointSize, 11);
+    EXPECT_EQ(text.lineBreakMode, LineBreakMode::WrapByCharacter);
+}
+
+} // namespace
+} // namespace tidemark::test
