@@ -4,13 +4,16 @@
 
 #include <QHash>
 
+#include <climits>
 #include <functional>
+#include <limits>
 
 namespace tidemark {
 
 const char *const DRIVER_USAGE =
     "usage: tidemark-bench --find TEXT [--regex [--unicode]] [--whole-words] [--case-sensitive]\n"
     "                      [--kind all|text|source|PATTERN]... [--no-subfolders]\n"
+    "                      [--leave-out PATTERN]... [--hidden] [--ignore-files] [--largest-size BYTES]\n"
     "                      [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup] [--record FOLDER]\n"
     "                      [--threads N] [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n"
     "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n";
@@ -76,6 +79,8 @@ private:
             {"--case-sensitive", {&_options.isCaseSensitive, true}},
             {"--no-subfolders", {&_options.includesSubFolders, false}},
             {"--no-backup", {&_options.makesBackups, false}},
+            {"--hidden", {&_options.searchesHiddenFiles, true}},
+            {"--ignore-files", {&_options.obeysIgnoreFiles, true}},
             {"--list", {&_options.listsLines, true}},
             {"--errors", {&_options.listsErrors, true}},
             {"--quiet", {&_options.isQuiet, true}},
@@ -120,9 +125,11 @@ private:
             {"--find", [this](const QString &value) { _options.findText = value, _hasFindText = true; }},
             {"--replace", [this](const QString &value) { _options.replaceText = value; }},
             {"--kind", [this](const QString &value) { _options.kinds << kindNamed(value); }},
+            {"--leave-out", [this](const QString &value) { _options.leaveOutPatterns << value; }},
+            {"--largest-size", [this](const QString &value) { _options.largestFileSize = _number(value); }},
             {"--encoding", [this](const QString &value) { _options.encoding = value; }},
-            {"--threads", [this](const QString &value) { _options.threads = _number(value); }},
-            {"--repeat", [this](const QString &value) { _options.repeat = _number(value); }},
+            {"--threads", [this](const QString &value) { _options.threads = int(_number(value, INT_MAX)); }},
+            {"--repeat", [this](const QString &value) { _options.repeat = int(_number(value, INT_MAX)); }},
         };
         const auto option = options.constFind(name);
         if (option == options.cend())
@@ -138,11 +145,11 @@ private:
         return true;
     }
 
-    int _number(const QString &text)
+    qint64 _number(const QString &text, qint64 most = std::numeric_limits<qint64>::max())
     {
         bool isNumber = false;
-        const int number = text.toInt(&isNumber);
-        if (!isNumber || number < 1)
+        const qint64 number = text.toLongLong(&isNumber);
+        if (!isNumber || number < 1 || number > most)
             _problem = "not a positive number: " + text.toUtf8();
         return number;
     }

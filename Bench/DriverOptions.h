@@ -16,6 +16,8 @@ struct DriverOptions
     std::optional<QString> replaceText;
     QList<Kind> kinds;
     QString encoding = QStringLiteral("detect"); ///< or an IANA name
+    QStringList leaveOutPatterns;
+    qint64 largestFileSize = 0; ///< in bytes; 0: any size
     QList<FilePath> locations;
     FilePath recordFolder;      ///< empty: nothing is recorded
     FilePath interruptedFolder; ///< of the records to look into instead of searching; empty: search
@@ -28,6 +30,8 @@ struct DriverOptions
     bool isCaseSensitive = false;
     bool includesSubFolders = true;
     bool makesBackups = true;
+    bool searchesHiddenFiles = false;
+    bool obeysIgnoreFiles = false;
     bool listsLines = false;
     bool listsErrors = false;
     bool isQuiet = false;

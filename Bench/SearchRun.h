@@ -24,6 +24,7 @@ struct SearchTotals
     quint64 errors = 0;
     double seconds = 0;
     std::optional<double> firstResultSeconds;
+    LeftOut leftOut;
     bool finished = false;
     TDError expressionError;
 };
@@ -43,6 +44,7 @@ public:
 
     void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file) override;
     void errorOccured(const TDError &error) override;
+    void didLeaveOut(const LeftOut &leftOut) override { _totals.leftOut = leftOut; }
     void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
     void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
 

@@ -17,6 +17,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <sys/resource.h>
 #include <vector>
@@ -44,6 +45,10 @@ bool applySettings(const DriverOptions &options, QByteArray &problem)
     settings.setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, options.wholeWords);
     settings.setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, !options.isCaseSensitive);
     settings.setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, options.makesBackups);
+    settings.setObject(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS, options.leaveOutPatterns.join(u' '));
+    settings.setObject(TD_USER_DEFAULTS_NAME_SEARCH_HIDDEN_FILES, options.searchesHiddenFiles);
+    settings.setObject(TD_USER_DEFAULTS_NAME_OBEY_IGNORE_FILES, options.obeysIgnoreFiles);
+    settings.setObject(TD_USER_DEFAULTS_NAME_LARGEST_FILE_SIZE, options.largestFileSize);
     setKindsInForce(options.kinds);
     if (options.encoding == QLatin1String("detect"))
         return true;
@@ -93,6 +98,30 @@ qint64 peakMemoryKiB()
     return usage.ru_maxrss;
 }
 
+QJsonObject sharesOf(const QList<LeftOut::Share> &shares)
+{
+    QJsonObject object;
+    for (const LeftOut::Share &share : shares)
+        object[QString::fromUtf8(share.name)] = qint64(share.count);
+    return object;
+}
+
+QJsonObject jsonObject(const LeftOut &leftOut)
+{
+    static constexpr std::array<const char *, LEFT_OUT_REASONS> NAMES = {
+        "", "kind", "pattern", "ignoreFile", "hidden", "link", "special", "size", "ownBackup", "foundBefore"};
+    QJsonObject object;
+    for (size_t reason = 1; reason < NAMES.size(); ++reason)
+        object[QLatin1String(NAMES[reason])] = qint64(leftOut.byReason[reason]);
+    object[QStringLiteral("patterns")] = sharesOf(leftOut.byPattern);
+    object[QStringLiteral("ignoreFiles")] = sharesOf(leftOut.byIgnoreFile);
+    QJsonArray broken;
+    for (const LeftOut::BrokenIgnoreFile &file : leftOut.brokenIgnoreFiles)
+        broken.append(file.path.displayText());
+    object[QStringLiteral("brokenIgnoreFiles")] = broken;
+    return object;
+}
+
 QJsonObject jsonObject(const SearchTotals &totals)
 {
     QJsonObject object;
@@ -101,6 +130,7 @@ QJsonObject jsonObject(const SearchTotals &totals)
     object[QStringLiteral("matches")] = qint64(totals.matches);
     object[QStringLiteral("matchLines")] = qint64(totals.matchLines);
     object[QStringLiteral("errors")] = qint64(totals.errors);
+    object[QStringLiteral("leftOut")] = jsonObject(totals.leftOut);
     object[QStringLiteral("seconds")] = totals.seconds;
     object[QStringLiteral("firstResultSeconds")] =
         totals.firstResultSeconds ? QJsonValue(*totals.firstResultSeconds) : QJsonValue();

@@ -9,6 +9,7 @@ PACKAGES=(
     xvfb openbox xdotool attr
     desktop-file-utils appstream
     e2fsprogs xfsprogs btrfs-progs
+    git
 )
 
 # The block matcher. Both provide it and exclude each other: what is there stays. Hyperscan is for Intel processors only.

@@ -19,6 +19,12 @@ inline const QString TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING =
 inline const QString TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS = QStringLiteral("searchPaths");
 inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT = QStringLiteral("findText");
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT = QStringLiteral("replaceText");
+inline const QString TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS = QStringLiteral("leaveOutPatterns");
+inline const QString TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS_HISTORY =
+    QStringLiteral("leaveOutPatternsHistory");
+inline const QString TD_USER_DEFAULTS_NAME_SEARCH_HIDDEN_FILES = QStringLiteral("searchHiddenFiles");
+inline const QString TD_USER_DEFAULTS_NAME_OBEY_IGNORE_FILES = QStringLiteral("obeyIgnoreFiles");
+inline const QString TD_USER_DEFAULTS_NAME_LARGEST_FILE_SIZE = QStringLiteral("largestFileSize");
 inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY = QStringLiteral("findTextHistory");
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY = QStringLiteral("replaceTextHistory");
 /// Files of a small search arrive expanded.

@@ -1,7 +1,5 @@
 #include "search/FolderListing.h"
 
-#include "foundation/BackupName.h"
-
 #include <QtEndian>
 
 #include <algorithm>
@@ -56,6 +54,8 @@ void FolderListing::clear()
     _names.clear();
     _records.clear();
     _next = 0;
+    _marks = {};
+    _linkCount = _specialCount = 0;
 }
 
 FolderListing::Entry FolderListing::takeNext()
@@ -66,22 +66,36 @@ FolderListing::Entry FolderListing::takeNext()
 
 void FolderListing::_append(const char *name, unsigned char directoryEntryType)
 {
-    const size_t length = std::strlen(name);
-    // What this program left beside files is no work of anybody's.
-    if (name[0] == '.' || isBackupName(QByteArrayView(name, qsizetype(length))))
-        return;
+    if (name[0] == '.') {
+        if (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))
+            return;
+        _mark(name);
+    }
     EntryType type = EntryType::Unknown;
     if (directoryEntryType == DT_REG)
         type = EntryType::File;
     else if (directoryEntryType == DT_DIR)
         type = EntryType::Folder;
-    else if (directoryEntryType != DT_UNKNOWN)
+    else if (directoryEntryType != DT_UNKNOWN) {
+        ++(directoryEntryType == DT_LNK ? _linkCount : _specialCount);
         return;
+    }
 
+    const size_t length = std::strlen(name);
     char head[sizeof(quint64)] = {};
     std::memcpy(head, name, std::min(length, sizeof head));
     _records.push_back({qFromBigEndian<quint64>(head), quint32(_names.size()), type});
     _names.insert(_names.end(), name, name + length + 1);
+}
+
+void FolderListing::_mark(const char *name)
+{
+    if (std::strcmp(name, ".gitignore") == 0)
+        _marks.gitIgnore = true;
+    else if (std::strcmp(name, ".ignore") == 0)
+        _marks.ignore = true;
+    else if (std::strcmp(name, ".git") == 0)
+        _marks.git = true;
 }
 
 void FolderListing::_sort()

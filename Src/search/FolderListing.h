@@ -24,11 +24,22 @@ public:
         EntryType type;
     };
 
-    /// Reads the whole folder behind an open descriptor. Entries whose names begin with a dot, links and
-    /// everything else that is neither a regular file nor a folder are left out. Returns 0 or errno; what
-    /// was read before a failure is kept.
+    /// Which of the names are there that say what to leave out.
+    struct Marks
+    {
+        bool gitIgnore = false;
+        bool ignore = false;
+        bool git = false;
+    };
+
+    /// Reads the whole folder behind an open descriptor. Links and everything else that is neither a regular
+    /// file nor a folder are counted only. Returns 0 or errno; what was read before a failure is kept.
     int read(int folderDescriptor);
     void clear();
+
+    Marks marks() const { return _marks; }
+    quint64 linkCount() const { return _linkCount; }
+    quint64 specialCount() const { return _specialCount; }
 
     bool atEnd() const { return _next == _records.size(); }
     /// The name is valid until the next read() or clear().
@@ -44,11 +55,15 @@ private:
     };
     int _readEntries(int folderDescriptor);
     void _append(const char *name, unsigned char directoryEntryType);
+    void _mark(const char *name);
     void _sort();
 
     std::vector<char> _names;
     std::vector<Record> _records;
     size_t _next = 0;
+    Marks _marks;
+    quint64 _linkCount = 0;
+    quint64 _specialCount = 0;
 };
 
 } // namespace tidemark

@@ -34,6 +34,7 @@ public:
     /// Of the innermost folder. The reference holds until another folder is entered, names taken from it
     /// until their folder is left.
     FolderListing &listing() { return _levels[_depth - 1].listing; }
+    const FolderListing &listing() const { return _levels[_depth - 1].listing; }
 
     /// Of the innermost folder.
     QByteArray path() const;

@@ -54,6 +54,7 @@ TDError errorOfLimits(const FilePath &path, const FileMatches::LimitedLines &lin
 void TDSearchEngineDelegate::didFindFile(const FilePath &, quint64, quint64, quint64) {}
 void TDSearchEngineDelegate::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &) {}
 void TDSearchEngineDelegate::errorOccured(const TDError &) {}
+void TDSearchEngineDelegate::didLeaveOut(const LeftOut &) {}
 void TDSearchEngineDelegate::didFinishSearch(quint64, quint64, quint64) {}
 void TDSearchEngineDelegate::didStopSearch(quint64, quint64, quint64) {}
 
@@ -93,6 +94,7 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _scannedCount = _fileMatchCount = _matchCount = 0;
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
+    _folderTraverser.setFilterOptions(EntryFilterOptions::withUserDefaults());
     _addScopes();
     // A stop that was asked for before the walk began has to count as well.
     if (_shouldStopSearch)
@@ -198,6 +200,11 @@ void TDSearchEngine::didFailToReadFolder(const FilePath &path, int errorNumber)
     _take(std::move(job));
 }
 
+void TDSearchEngine::didLeaveOut(const LeftOut &leftOut)
+{
+    _leftOut = leftOut;
+}
+
 void TDSearchEngine::_announce(const SearchJob &job)
 {
     if (job.folderErrorNumber != 0)
@@ -279,16 +286,20 @@ void TDSearchEngine::traversalFinished()
     if (_pipeline)
         _pipeline->finish();
     // A stop can still come, or an expression show itself as faulty, while the last files are searched.
-    if (_shouldStopSearch)
+    if (_shouldStopSearch) {
         traversalStopped();
-    else if (_delegate)
+    } else if (_delegate) {
+        _delegate->didLeaveOut(_leftOut);
         _delegate->didFinishSearch(_scannedCount, _fileMatchCount, _matchCount);
+    }
 }
 
 void TDSearchEngine::traversalStopped()
 {
-    if (_delegate)
-        _delegate->didStopSearch(_scannedCount, _fileMatchCount, _matchCount);
+    if (!_delegate)
+        return;
+    _delegate->didLeaveOut(_leftOut);
+    _delegate->didStopSearch(_scannedCount, _fileMatchCount, _matchCount);
 }
 
 } // namespace tidemark

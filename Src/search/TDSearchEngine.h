@@ -31,6 +31,8 @@ public:
     virtual void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file);
     /// The find text is a faulty regular expression; the search has been stopped already.
     virtual void errorOccured(const TDError &error);
+    /// Once, before the end: what of the folders walked so far wasn't searched.
+    virtual void didLeaveOut(const LeftOut &leftOut);
     /// Exactly one of these two ends every search.
     virtual void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount);
     virtual void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount);
@@ -52,8 +54,8 @@ public:
 
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
-    /// kind. How the find text is read is taken from the settings once, at the start. Callable from one
-    /// thread, once at a time.
+    /// kind. How the find text is read and what is left out is taken from the settings once, at the start.
+    /// Callable from one thread, once at a time.
     void startSearch(const QString &findText, const QList<TDSearchLocation> &searchLocations,
                      bool caseSensitive);
     /// From any thread: the file being searched is abandoned, and nothing more is delivered but the end.
@@ -84,6 +86,7 @@ private:
     void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
                              quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
+    void didLeaveOut(const LeftOut &leftOut) override;
     void traversalFinished() override;
     void traversalStopped() override;
 
@@ -112,6 +115,7 @@ private:
     QByteArray _lastFolderPath;
     std::shared_ptr<SharedFolder> _lastFolder;
     int _threadCount = 0;
+    LeftOut _leftOut;
     quint64 _scannedCount = 0;
     quint64 _fileMatchCount = 0;
     quint64 _matchCount = 0;

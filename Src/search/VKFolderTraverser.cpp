@@ -30,17 +30,6 @@ FileSizes sizesOf(int folderDescriptor, const char *name, int flags)
     return {status.st_size, status.st_blocks * BLOCK_LENGTH};
 }
 
-FolderListing::EntryType typeOf(int folderDescriptor, const FolderListing::Entry &entry)
-{
-    using enum FolderListing::EntryType;
-    struct stat status = {};
-    if (entry.type != Unknown || fstatat(folderDescriptor, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return entry.type;
-    if (S_ISREG(status.st_mode))
-        return File;
-    return S_ISDIR(status.st_mode) ? Folder : Unknown;
-}
-
 /// A view of the buffer, null when the file can't be read.
 QByteArray firstBytesOf(int folderDescriptor, const char *name, char (&buffer)[PROBE_LENGTH])
 {
@@ -70,6 +59,8 @@ void VKFolderTraverserDelegate::didFindFileInFolder(int, const char *, const Fil
 
 void VKFolderTraverserDelegate::didFailToReadFolder(const FilePath &, int) {}
 
+void VKFolderTraverserDelegate::didLeaveOut(const LeftOut &) {}
+
 void VKFolderTraverserDelegate::traversalFinished() {}
 
 void VKFolderTraverserDelegate::traversalStopped() {}
@@ -79,7 +70,7 @@ class VKFolderTraverser::Walk
 {
 public:
     Walk(const VKFolderTraverser &traverser, VKFolderTraverserDelegate &delegate)
-        : _traverser(traverser), _delegate(delegate)
+        : _traverser(traverser), _delegate(delegate), _entryFilter(traverser._filterOptions)
     {}
 
     void run()
@@ -92,6 +83,7 @@ public:
             else
                 _reportNamedFile(scope.path);
         }
+        _delegate.didLeaveOut(_entryFilter.leftOut());
         if (_shouldStop())
             _delegate.traversalStopped();
         else
@@ -106,15 +98,18 @@ private:
     void _visit(const FolderListing::Entry &entry);
     void _enter(const char *name);
     void _leave();
+    FolderListing::EntryType _typeOf(const FolderListing::Entry &entry);
     bool _admits(const char *name);
+    bool _isTooLarge(const char *name) const;
     void _report(const char *name);
 
     const VKFolderTraverser &_traverser;
     VKFolderTraverserDelegate &_delegate;
     quint64 _scannedCount = 0;
     OpenFolders _folders;
+    EntryFilter _entryFilter;
     const Scope *_scope = nullptr;
-    std::optional<FileTypeFilter> _filter;
+    std::optional<FileTypeFilter> _typeFilter;
     char _probeBuffer[PROBE_LENGTH];
 };
 
@@ -129,6 +124,8 @@ void VKFolderTraverser::Walk::_walkFolder(const Scope &scope)
     _prepareFilter(scope);
     if (const int failure = _folders.enterScope(scope.path.bytes()))
         _delegate.didFailToReadFolder(scope.path, failure);
+    if (_folders.depth() > 0)
+        _entryFilter.enterLocation(_folders);
     while (_folders.depth() > 0 && !_shouldStop()) {
         if (_folders.listing().atEnd())
             _leave();
@@ -136,25 +133,27 @@ void VKFolderTraverser::Walk::_walkFolder(const Scope &scope)
             _visit(_folders.listing().takeNext());
     }
     _folders.leaveAll();
+    _entryFilter.leaveLocation();
 }
 
 /// Keeps the filter of the scope before, with all it has learnt, where the same is asked of it.
 void VKFolderTraverser::Walk::_prepareFilter(const Scope &scope)
 {
-    if (!_filter || _scope->utis != scope.utis || _scope->filenamePatterns != scope.filenamePatterns)
-        _filter.emplace(scope.utis, scope.filenamePatterns);
+    if (!_typeFilter || _scope->utis != scope.utis || _scope->filenamePatterns != scope.filenamePatterns)
+        _typeFilter.emplace(scope.utis, scope.filenamePatterns);
     _scope = &scope;
 }
 
 void VKFolderTraverser::Walk::_visit(const FolderListing::Entry &entry)
 {
-    switch (typeOf(_folders.descriptor(), entry)) {
+    switch (_typeOf(entry)) {
     case FolderListing::EntryType::File:
         if (_admits(entry.name))
             _report(entry.name);
         break;
     case FolderListing::EntryType::Folder:
-        if (_scope->includeSubFolders)
+        if (_scope->includeSubFolders &&
+            _entryFilter.reasonAgainst(entry.name, EntryKind::Folder) == LeftOutReason::None)
             _enter(entry.name);
         break;
     case FolderListing::EntryType::Unknown:
@@ -162,26 +161,60 @@ void VKFolderTraverser::Walk::_visit(const FolderListing::Entry &entry)
     }
 }
 
+/// Unknown for what isn't searched, which is counted.
+FolderListing::EntryType VKFolderTraverser::Walk::_typeOf(const FolderListing::Entry &entry)
+{
+    using enum FolderListing::EntryType;
+    struct stat status = {};
+    if (entry.type != Unknown ||
+        fstatat(_folders.descriptor(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return entry.type;
+    if (S_ISREG(status.st_mode))
+        return File;
+    if (S_ISDIR(status.st_mode))
+        return Folder;
+    _entryFilter.count(S_ISLNK(status.st_mode) ? LeftOutReason::Link : LeftOutReason::Special);
+    return Unknown;
+}
+
 void VKFolderTraverser::Walk::_enter(const char *name)
 {
     const int depth = _folders.depth();
     const int failure = _folders.enter(name);
+    const bool isInside = _folders.depth() > depth;
+    if (isInside)
+        _entryFilter.enterFolder(_folders);
     if (failure == 0)
         return;
-    const bool isInside = _folders.depth() > depth;
     _delegate.didFailToReadFolder(FilePath(isInside ? _folders.path() : _folders.pathOfEntry(name)), failure);
 }
 
 void VKFolderTraverser::Walk::_leave()
 {
+    _entryFilter.leaveFolder();
     if (const int failure = _folders.leave())
         _delegate.didFailToReadFolder(FilePath(_folders.path()), failure);
 }
 
 bool VKFolderTraverser::Walk::_admits(const char *name)
 {
-    return _filter->admits(name,
-                           [this, name] { return firstBytesOf(_folders.descriptor(), name, _probeBuffer); });
+    if (_entryFilter.reasonAgainst(name, EntryKind::File) != LeftOutReason::None)
+        return false;
+    LeftOutReason reason = LeftOutReason::None;
+    if (_isTooLarge(name))
+        reason = LeftOutReason::Size;
+    else if (!_typeFilter->admits(
+                 name, [this, name] { return firstBytesOf(_folders.descriptor(), name, _probeBuffer); }))
+        reason = LeftOutReason::Kind;
+    if (reason != LeftOutReason::None)
+        _entryFilter.count(reason);
+    return reason == LeftOutReason::None;
+}
+
+bool VKFolderTraverser::Walk::_isTooLarge(const char *name) const
+{
+    const qint64 largest = _entryFilter.largestFileSize();
+    return largest > 0 && sizesOf(_folders.descriptor(), name, AT_SYMLINK_NOFOLLOW).size > largest;
 }
 
 void VKFolderTraverser::Walk::_report(const char *name)

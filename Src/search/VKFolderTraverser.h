@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/FilePath.h"
+#include "search/EntryFilter.h"
 
 #include <QStringList>
 
@@ -37,15 +38,17 @@ public:
     /// A folder, or a part of its entries, that can't be read; the walk goes on behind it. Also a folder
     /// scope that isn't a folder.
     virtual void didFailToReadFolder(const FilePath &path, int errorNumber);
+    /// Once, before the end.
+    virtual void didLeaveOut(const LeftOut &leftOut);
     virtual void traversalFinished();
     virtual void traversalStopped();
 };
 
 /// Walks search scopes in the order they were added: a folder's entries in the byte order of their names,
-/// depth first, a folder walked where its name stands. Inside folders, entries whose names begin with a dot
-/// are skipped, as are links and everything that isn't a regular file. A folder that is reached again below
-/// itself can't occur, as links aren't followed. Neither the depth of folders nor the length of their paths
-/// is limited; the walk keeps a few dozen of them open at most.
+/// depth first, a folder walked where its name stands. Inside folders, what the filter is against is skipped,
+/// as are links and everything that isn't a regular file, and counted by reason. A folder that is reached
+/// again below itself can't occur, as links aren't followed. Neither the depth of folders nor the length of
+/// their paths is limited; the walk keeps a few dozen of them open at most.
 class VKFolderTraverser
 {
 public:
@@ -57,6 +60,8 @@ public:
     void setUtis(const QStringList &typeIdentifiers);
     /// Whether didFindFile() is given sizes, which costs a system call a file. On by default.
     void setReportsSizes(bool reportsSizes);
+    /// What is left out inside folder scopes; unless set, hidden entries and own backups.
+    void setFilterOptions(const EntryFilterOptions &options) { _filterOptions = options; }
 
     /// Scopes can be added until the walk starts.
     void addSearchScopeWithFolderPath(const FilePath &path, bool includeSubFolders,
@@ -86,6 +91,7 @@ private:
     VKFolderTraverserDelegate *_delegate = nullptr;
     QStringList _utis;
     bool _reportsSizes = true;
+    EntryFilterOptions _filterOptions;
     std::vector<Scope> _scopes;
     std::atomic<bool> _shouldStop = false;
 };
