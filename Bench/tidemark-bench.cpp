@@ -109,7 +109,8 @@ QJsonObject sharesOf(const QList<LeftOut::Share> &shares)
 QJsonObject jsonObject(const LeftOut &leftOut)
 {
     static constexpr std::array<const char *, LEFT_OUT_REASONS> NAMES = {
-        "", "kind", "pattern", "ignoreFile", "hidden", "link", "special", "size", "ownBackup", "foundBefore"};
+        "",        "kind", "pattern",   "ignoreFile",  "hidden",    "link",
+        "special", "size", "ownBackup", "foundBefore", "unreadable"};
     QJsonObject object;
     for (size_t reason = 1; reason < NAMES.size(); ++reason)
         object[QLatin1String(NAMES[reason])] = qint64(leftOut.byReason[reason]);

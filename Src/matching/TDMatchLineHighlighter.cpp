@@ -226,8 +226,9 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     using Outcome = TextBlockReader::Outcome;
     TextBlockReader &reader = context.reader();
     _startAfresh(context);
-    if (reader.open(file, encoding) == Outcome::NeedsLineReader)
-        return BlockSearch::NeedsLineReader;
+    const Outcome opened = reader.open(file, encoding);
+    if (opened != Outcome::Block)
+        return opened == Outcome::EndOfFile ? BlockSearch::Done : BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
     std::atomic<bool> hasFailed = false;
     const auto searchBatch = [&](const LineBatch &batch) {

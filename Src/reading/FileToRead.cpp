@@ -1,5 +1,7 @@
 #include "reading/FileToRead.h"
 
+#include "foundation/PatientOpen.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <limits>
@@ -9,6 +11,11 @@
 namespace tidemark {
 
 int FileToRead::open() const
+{
+    return openPatiently([this] { return _open(); });
+}
+
+int FileToRead::_open() const
 {
     constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     if (openDescriptor >= 0) {

@@ -10,6 +10,17 @@ struct stat;
 
 namespace tidemark {
 
+struct FileToRead;
+
+/// Is asked about a file once it is open whether to read it.
+class FileGate
+{
+public:
+    virtual ~FileGate() = default;
+    /// On the thread that is about to read.
+    virtual bool admits(const FileToRead &file, const struct stat &status) = 0;
+};
+
 /// A file by its path and, where the folder is open already, by its name in it, which spares the look-up of
 /// the whole path and reaches files whose path is longer than the system takes.
 struct FileToRead
@@ -20,11 +31,17 @@ struct FileToRead
     int openDescriptor = -1;     ///< of the file itself, where it is open already; -1: it isn't; not owned
     /// All that is in the file, where somebody has read it already; must stay as long as the reader.
     std::optional<QByteArrayView> content = {};
+    FileGate *gate = nullptr; ///< null: it is read; not owned
+    quint64 number = 0;       ///< for the gate
 
     /// A descriptor open for reading from the beginning on, or -1 and errno, which is ENXIO for what is
-    /// neither a file nor a folder. Never waits, not even for somebody to write to a pipe. A file in a folder
+    /// neither a file nor a folder. Never waits for somebody to write to a pipe, but a
+    /// while for descriptors when too many are open. A file in a folder
     /// that has been replaced since it was found may be open as something else.
     int open() const;
+
+private:
+    int _open() const;
 };
 
 /// Whether reading comes to an end and takes nothing away from anybody, as with files, and with folders,

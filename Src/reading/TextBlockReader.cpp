@@ -98,6 +98,8 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     struct stat status;
     if (_descriptor < 0 || ::fstat(_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return Outcome::NeedsLineReader;
+    if (file.gate && !file.gate->admits(file, status))
+        return Outcome::EndOfFile;
     _modificationDate = FileDate::fromStatus(status);
     _bytesLeft = bytesToRead(status);
     if (!_fill() || !_settleEncoding(encoding))

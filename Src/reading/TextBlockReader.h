@@ -34,7 +34,8 @@ public:
     TextBlockReader(const TextBlockReader &) = delete;
     TextBlockReader &operator=(const TextBlockReader &) = delete;
 
-    /// Closes the file before and opens this one; the encoding as for the line reader.
+    /// Closes the file before and opens this one; the encoding as for the line reader. At the end of the file
+    /// at once if its gate doesn't admit it.
     Outcome open(const FileToRead &file, StringEncoding encoding);
     /// The next lines, valid until the next call. Each block but the last of a file ends with a line end.
     Outcome nextBlock(QByteArrayView &block);

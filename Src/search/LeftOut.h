@@ -22,8 +22,9 @@ enum class LeftOutReason : quint8 {
     Size,
     OwnBackup,
     FoundBefore, ///< the same file by another path
+    Unreadable,  ///< it is, with an error for its outcome; so is a folder
 };
-inline constexpr size_t LEFT_OUT_REASONS = size_t(LeftOutReason::FoundBefore) + 1;
+inline constexpr size_t LEFT_OUT_REASONS = size_t(LeftOutReason::Unreadable) + 1;
 
 /// What a search left out. A folder that is left out counts once, and what is below it not at all.
 struct LeftOut

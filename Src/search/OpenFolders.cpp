@@ -1,5 +1,8 @@
 #include "search/OpenFolders.h"
 
+#include "foundation/PatientOpen.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -10,10 +13,12 @@ namespace tidemark {
 
 namespace {
 
-constexpr size_t MAXIMUM_DESCRIPTORS = 64;
+constexpr rlim_t FEWEST_OPEN = 4;
+constexpr rlim_t MOST_OPEN = 64;
+constexpr rlim_t SHARE_OF_DESCRIPTORS = 8;
 constexpr int FOLDER_FLAGS = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-int openFolder(int parent, const char *path, int flags)
+int openAlways(int parent, const char *path, int flags)
 {
     int descriptor = -1;
     do
@@ -30,6 +35,11 @@ void closeFolder(int descriptor)
 
 } // namespace
 
+OpenFolders::OpenFolders(std::function<void()> giveBackDescriptors)
+    : _giveBackDescriptors(std::move(giveBackDescriptors)),
+      _mostOpen(std::clamp(mostDescriptors() / SHARE_OF_DESCRIPTORS, FEWEST_OPEN, MOST_OPEN))
+{}
+
 OpenFolders::~OpenFolders()
 {
     leaveAll();
@@ -38,7 +48,7 @@ OpenFolders::~OpenFolders()
 int OpenFolders::enterScope(const QByteArray &path)
 {
     leaveAll();
-    const int descriptor = openFolder(AT_FDCWD, path.constData(), FOLDER_FLAGS);
+    const int descriptor = _open(AT_FDCWD, path.constData(), FOLDER_FLAGS);
     if (descriptor < 0)
         return errno;
     _scopePath = path;
@@ -50,7 +60,7 @@ int OpenFolders::enterScope(const QByteArray &path)
 
 int OpenFolders::enter(const char *name)
 {
-    const int descriptor = openFolder(this->descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
+    const int descriptor = _open(this->descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
     if (descriptor < 0)
         return errno;
     _path.resize(_levels[_depth - 1].pathLength);
@@ -61,14 +71,38 @@ int OpenFolders::enter(const char *name)
 
 int OpenFolders::_push(int descriptor, qsizetype pathLength)
 {
-    if (_depth >= MAXIMUM_DESCRIPTORS)
-        _suspend(_levels[_depth - MAXIMUM_DESCRIPTORS]);
+    if (_depth >= _mostOpen)
+        _suspend(_levels[_depth - _mostOpen]);
     if (_depth == _levels.size())
         _levels.emplace_back();
     Level &level = _levels[_depth++];
     level.descriptor = descriptor;
     level.pathLength = pathLength;
     return level.listing.read(descriptor);
+}
+
+/// As many folders are closed as it takes; then whoever walks gives back what it can, and then it is waited.
+int OpenFolders::_open(int parent, const char *path, int flags)
+{
+    int descriptor = openAlways(parent, path, flags);
+    while (descriptor < 0 && lacksDescriptors(errno) && _suspendOutermost())
+        descriptor = openAlways(parent, path, flags);
+    if (descriptor >= 0 || !lacksDescriptors(errno))
+        return descriptor;
+    _giveBackDescriptors();
+    return openPatiently([&] { return openAlways(parent, path, flags); });
+}
+
+/// Never the innermost, in which things are opened. False when no other is open.
+bool OpenFolders::_suspendOutermost()
+{
+    for (size_t index = 0; index + 1 < _depth; ++index) {
+        if (_levels[index].descriptor >= 0) {
+            _suspend(_levels[index]);
+            return true;
+        }
+    }
+    return false;
 }
 
 void OpenFolders::_suspend(Level &level)
@@ -92,7 +126,7 @@ int OpenFolders::leave()
     if (_depth > 0 && descriptor() < 0) {
         Level &level = _levels[_depth - 1];
         if (left >= 0)
-            level.descriptor = _verified(openFolder(left, "..", FOLDER_FLAGS), level);
+            level.descriptor = _verified(_open(left, "..", FOLDER_FLAGS), level);
         if (level.descriptor < 0)
             level.descriptor = _reopenFromScope(_depth - 1);
         if (level.descriptor < 0) {
@@ -125,13 +159,13 @@ int OpenFolders::_verified(int descriptor, const Level &level)
 }
 
 /// Name by name, as the whole path may be longer than the system takes.
-int OpenFolders::_reopenFromScope(size_t index) const
+int OpenFolders::_reopenFromScope(size_t index)
 {
-    int descriptor = openFolder(AT_FDCWD, _scopePath.constData(), FOLDER_FLAGS);
+    int descriptor = _open(AT_FDCWD, _scopePath.constData(), FOLDER_FLAGS);
     for (size_t i = 1; i <= index && descriptor >= 0; ++i) {
         const qsizetype nameStart = _levels[i - 1].pathLength + 1;
         const QByteArray name = _path.mid(nameStart, _levels[i].pathLength - nameStart);
-        const int next = openFolder(descriptor, name.constData(), FOLDER_FLAGS | O_NOFOLLOW);
+        const int next = _open(descriptor, name.constData(), FOLDER_FLAGS | O_NOFOLLOW);
         const int failure = errno;
         closeFolder(descriptor);
         descriptor = next;

@@ -4,17 +4,20 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <sys/types.h>
 #include <vector>
 
 namespace tidemark {
 
 /// The folders from a walk's scope down to the one it is in: each with its listing, and only the innermost
-/// few dozen with an open descriptor, however deep they are nested. The others are reopened on the way up.
+/// few dozen with an open descriptor, however deep they are nested, and fewer where descriptors are scarce.
+/// The others are reopened on the way up.
 class OpenFolders
 {
 public:
-    OpenFolders() = default;
+    /// Is called when there is no descriptor left, to give back some that whoever walks holds.
+    explicit OpenFolders(std::function<void()> giveBackDescriptors);
     ~OpenFolders();
     Q_DISABLE_COPY_MOVE(OpenFolders)
 
@@ -53,10 +56,14 @@ private:
     };
 
     int _push(int descriptor, qsizetype pathLength);
+    int _open(int parent, const char *path, int flags);
+    bool _suspendOutermost();
     static void _suspend(Level &level);
     static int _verified(int descriptor, const Level &level);
-    int _reopenFromScope(size_t index) const;
+    int _reopenFromScope(size_t index);
 
+    std::function<void()> _giveBackDescriptors;
+    size_t _mostOpen;
     QByteArray _scopePath;
     QByteArray _path; ///< of the folder entered last, which begins with those of all that it lies in
     /// Levels behind the depth are kept for their buffers.

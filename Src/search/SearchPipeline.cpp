@@ -1,8 +1,10 @@
 #include "search/SearchPipeline.h"
 
+#include "foundation/PatientOpen.h"
 #include "foundation/WorkerThreads.h"
 #include "matching/SearchContext.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -14,15 +16,23 @@ namespace {
 constexpr size_t FILES_IN_BATCH = 32;
 /// How far the workers run ahead of what is delivered.
 constexpr size_t MOST_OUTSTANDING = 24;
-constexpr int MOST_SHARED_FOLDERS = 128;
+constexpr rlim_t FEWEST_SHARED_FOLDERS = 8;
+constexpr rlim_t MOST_SHARED_FOLDERS = 256;
+constexpr rlim_t SHARE_OF_DESCRIPTORS = 4;
 
 std::atomic<int> sharedFolders = 0;
+
+int mostSharedFolders()
+{
+    return int(
+        std::clamp(mostDescriptors() / SHARE_OF_DESCRIPTORS, FEWEST_SHARED_FOLDERS, MOST_SHARED_FOLDERS));
+}
 
 } // namespace
 
 std::shared_ptr<SharedFolder> SharedFolder::duplicate(int descriptor)
 {
-    if (sharedFolders >= MOST_SHARED_FOLDERS)
+    if (sharedFolders >= mostSharedFolders())
         return nullptr;
     const int copy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (copy < 0)
@@ -35,6 +45,11 @@ SharedFolder::~SharedFolder()
 {
     (void)::close(_descriptor);
     --sharedFolders;
+}
+
+bool SharedFolder::areFew()
+{
+    return sharedFolders <= mostSharedFolders() / 2;
 }
 
 SearchPipeline::SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
@@ -94,10 +109,15 @@ void SearchPipeline::_run(Batch &batch, SearchContext &context)
     for (SearchJob &job : batch.jobs) {
         if (_shouldStop)
             return;
-        if (job.folderErrorNumber == 0)
-            job.result = _searchFile(job.file, context, job.error);
-        job.folder.reset();
+        _searchJob(job, context);
     }
+}
+
+void SearchPipeline::_searchJob(SearchJob &job, SearchContext &context)
+{
+    if (job.folderErrorNumber == 0)
+        job.result = _searchFile(job.file, context, job.error);
+    job.folder.reset();
 }
 
 void SearchPipeline::add(SearchJob job)
@@ -126,12 +146,27 @@ void SearchPipeline::finish()
     _deliverUntil(0);
 }
 
-/// Delivers every batch that is done from the front on; while more than so many are outstanding, works or
-/// waits.
-void SearchPipeline::_deliverUntil(size_t mostOutstanding)
+void SearchPipeline::giveBackFolders()
+{
+    _pushBatch();
+    _deliverUntil(0, SharedFolder::areFew);
+}
+
+void SearchPipeline::searchAtOnce(SearchJob job)
+{
+    finish();
+    if (_shouldStop)
+        return;
+    _searchJob(job, *_ownContext);
+    _deliver(job);
+}
+
+/// Delivers every batch that is done from the front on; while more than so many are outstanding and it isn't
+/// enough yet, works or waits.
+void SearchPipeline::_deliverUntil(size_t mostOutstanding, bool (*isEnough)())
 {
     std::unique_lock lock(_mutex);
-    while (!_shouldStop && !_outstanding.empty()) {
+    while (!_shouldStop && !_outstanding.empty() && (isEnough == nullptr || !isEnough())) {
         if (_outstanding.front()->state == Batch::State::Done) {
             const SharedBatch batch = std::move(_outstanding.front());
             _outstanding.pop_front();

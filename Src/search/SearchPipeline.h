@@ -24,8 +24,11 @@ class SharedFolder
 {
 public:
     /// Null when there are too many open already, or the descriptor can't be duplicated.
+    /// Too many is a quarter of what the process may have open, some hundreds at most.
     static std::shared_ptr<SharedFolder> duplicate(int descriptor);
     ~SharedFolder();
+    /// Whether there is room for a good many more.
+    static bool areFew();
     int descriptor() const { return _descriptor; }
 
 private:
@@ -66,8 +69,13 @@ public:
 
     /// May deliver files added before.
     void add(SearchJob job);
-    /// Delivers everything that is left, unless a stop was asked for.
+    /// Delivers everything that was added, unless a stop was asked for.
     void finish();
+    /// Searches what was added until few folders are shared, or nothing is left.
+    void giveBackFolders();
+    /// Delivers everything that was added, then this one, all on the calling thread: its folder may be closed
+    /// as soon as it returns.
+    void searchAtOnce(SearchJob job);
 
 private:
     struct Batch
@@ -80,7 +88,8 @@ private:
 
     void _work();
     void _pushBatch();
-    void _deliverUntil(size_t mostOutstanding);
+    void _deliverUntil(size_t mostOutstanding, bool (*isEnough)() = nullptr);
+    void _searchJob(SearchJob &job, SearchContext &context);
     SharedBatch _takeWaiting(std::unique_lock<std::mutex> &lock);
     void _run(Batch &batch, SearchContext &context);
 

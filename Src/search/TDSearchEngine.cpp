@@ -8,6 +8,7 @@
 #include "search/Kind.h"
 
 #include <algorithm>
+#include <sys/stat.h>
 #include <thread>
 
 namespace tidemark {
@@ -92,6 +93,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     // The options are read here and nowhere below: a search is of one mind from its first file to its last.
     _pattern = std::make_unique<TDFindPattern>(findText, FindOptions::withUserDefaults(_caseRule()));
     _scannedCount = _fileMatchCount = _matchCount = 0;
+    _searchedFiles.setLocationsOverlap(_locationsOverlap());
+    _failedFolders.setLocationsOverlap(_searchedFiles.locationsOverlap());
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
     _folderTraverser.setFilterOptions(EntryFilterOptions::withUserDefaults());
@@ -139,6 +142,24 @@ void TDSearchEngine::_addScopes()
     }
 }
 
+/// Whether one of them lies in another, or is the same.
+bool TDSearchEngine::_locationsOverlap() const
+{
+    QByteArrayList paths;
+    for (const TDSearchLocation &location : _searchLocations) {
+        char *resolved = ::realpath(location.path().cString(), nullptr);
+        if (resolved != nullptr)
+            paths << QByteArray(resolved) + '/';
+        std::free(resolved);
+    }
+    // What begins with a path follows it, with nothing else between.
+    std::sort(paths.begin(), paths.end());
+    return std::adjacent_find(paths.begin(), paths.end(),
+                              [](const QByteArray &outer, const QByteArray &inner) {
+                                  return inner.startsWith(outer) || outer == "//";
+                              }) != paths.end();
+}
+
 void TDSearchEngine::stopSearch()
 {
     _shouldStopSearch = true;
@@ -160,18 +181,26 @@ void TDSearchEngine::didFindFileInFolder(int folderDescriptor, const char *name,
     job.file.path = path;
     job.scannedCount = scannedCount;
     const QByteArrayView folderPath = QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name)));
-    job.folder = _sharedFolder(folderDescriptor, folderPath);
-    if (job.folder) {
-        job.file.folderDescriptor = job.folder->descriptor();
-        job.file.nameInFolder = folderPath.size();
+    job.file.folderDescriptor = folderDescriptor;
+    job.file.nameInFolder = folderPath.size();
+    if (_pipeline) {
+        job.folder = _sharedFolder(folderDescriptor, folderPath);
+        if (job.folder)
+            job.file.folderDescriptor = job.folder->descriptor();
     }
     _take(std::move(job));
 }
 
 void TDSearchEngine::_take(SearchJob job)
 {
+    job.file.gate = &_searchedFiles;
+    job.file.number = job.scannedCount;
     if (_pipeline) {
-        _pipeline->add(std::move(job));
+        const bool isInBorrowedFolder = job.file.folderDescriptor >= 0 && !job.folder;
+        if (isInBorrowedFolder)
+            _pipeline->searchAtOnce(std::move(job));
+        else
+            _pipeline->add(std::move(job));
         return;
     }
     _announce(job);
@@ -184,15 +213,31 @@ std::shared_ptr<SharedFolder> TDSearchEngine::_sharedFolder(int descriptor, QByt
 {
     if (!_lastFolder || _lastFolderPath != folderPath) {
         _lastFolder = SharedFolder::duplicate(descriptor);
+        if (!_lastFolder) {
+            _pipeline->giveBackFolders();
+            _lastFolder = SharedFolder::duplicate(descriptor);
+        }
         _lastFolderPath = folderPath.toByteArray();
     }
     return _lastFolder;
+}
+
+void TDSearchEngine::didRunOutOfDescriptors()
+{
+    _lastFolder.reset();
+    if (_pipeline)
+        _pipeline->finish();
 }
 
 void TDSearchEngine::didFailToReadFolder(const FilePath &path, int errorNumber)
 {
     SearchJob job;
     job.file.path = path;
+    job.file.number = ++_folderNumber;
+    struct stat status = {};
+    if (_failedFolders.locationsOverlap() && ::stat(path.cString(), &status) == 0 &&
+        !_failedFolders.admits(job.file, status))
+        return;
     job.folderErrorNumber = errorNumber;
     job.error = TDFileReader::openError(path, errorNumber);
     job.result =
@@ -214,9 +259,25 @@ void TDSearchEngine::_announce(const SearchJob &job)
         _delegate->didFindFile(job.file.path, job.scannedCount, _fileMatchCount, _matchCount);
 }
 
+void TDSearchEngine::_tellWhatWasLeftOut()
+{
+    _leftOut[LeftOutReason::FoundBefore] = _foundBeforeCount;
+    _leftOut[LeftOutReason::Unreadable] = _unreadableCount;
+    if (_delegate)
+        _delegate->didLeaveOut(_leftOut);
+}
+
+bool TDSearchEngine::_isFoundBefore(const SearchJob &job)
+{
+    return job.folderErrorNumber == 0 && _searchedFiles.isKnownByAnotherPath(job.file.number);
+}
+
 void TDSearchEngine::_deliver(const SearchJob &job)
 {
-    if (job.error) {
+    if (_isFoundBefore(job)) {
+        --_scannedCount;
+        ++_foundBeforeCount;
+    } else if (job.error) {
         _deliverError(job);
     } else if (job.result && !_shouldStopSearch) {
         ++_fileMatchCount;
@@ -233,6 +294,7 @@ void TDSearchEngine::_deliverError(const SearchJob &job)
 {
     if (_shouldStopSearch)
         return;
+    ++_unreadableCount;
     if (job.error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)) {
         stopSearch();
         if (_delegate)
@@ -257,7 +319,10 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
     if (!highlighter.processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context)) {
         if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
             return nullptr;
-        return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
+        if (_isFirstFailure(file))
+            return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
+        error.clear();
+        return nullptr;
     }
     FileMatches matches = highlighter.takeMatches();
     if (_shouldStopSearch) {
@@ -281,6 +346,14 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
     return item;
 }
 
+/// What can't be opened never came to the gate.
+bool TDSearchEngine::_isFirstFailure(const FileToRead &file)
+{
+    struct stat status = {};
+    return !_searchedFiles.locationsOverlap() || ::stat(file.path.cString(), &status) != 0 ||
+           _searchedFiles.admits(file, status);
+}
+
 void TDSearchEngine::traversalFinished()
 {
     if (_pipeline)
@@ -289,7 +362,7 @@ void TDSearchEngine::traversalFinished()
     if (_shouldStopSearch) {
         traversalStopped();
     } else if (_delegate) {
-        _delegate->didLeaveOut(_leftOut);
+        _tellWhatWasLeftOut();
         _delegate->didFinishSearch(_scannedCount, _fileMatchCount, _matchCount);
     }
 }
@@ -298,7 +371,7 @@ void TDSearchEngine::traversalStopped()
 {
     if (!_delegate)
         return;
-    _delegate->didLeaveOut(_leftOut);
+    _tellWhatWasLeftOut();
     _delegate->didStopSearch(_scannedCount, _fileMatchCount, _matchCount);
 }
 

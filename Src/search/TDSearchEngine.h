@@ -5,6 +5,7 @@
 #include "matching/SearchContext.h"
 #include "matching/TDFindResultItem.h"
 #include "search/SearchPipeline.h"
+#include "search/SearchedFiles.h"
 #include "search/TDSearchLocation.h"
 #include "search/VKFolderTraverser.h"
 
@@ -54,8 +55,9 @@ public:
 
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
-    /// kind. How the find text is read and what is left out is taken from the settings once, at the start.
-    /// Callable from one thread, once at a time.
+    /// kind. A file is searched once, under the first path that leads to it. How the find text is read and
+    /// what is left out is taken from the settings once, at the start. Callable from one thread, once at a
+    /// time.
     void startSearch(const QString &findText, const QList<TDSearchLocation> &searchLocations,
                      bool caseSensitive);
     /// From any thread: the file being searched is abandoned, and nothing more is delivered but the end.
@@ -86,11 +88,13 @@ private:
     void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
                              quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
+    void didRunOutOfDescriptors() override;
     void didLeaveOut(const LeftOut &leftOut) override;
     void traversalFinished() override;
     void traversalStopped() override;
 
     void _addScopes();
+    bool _locationsOverlap() const;
     std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
     void _prepareThreads();
     CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
@@ -99,6 +103,9 @@ private:
     void _take(SearchJob job);
     void _announce(const SearchJob &job);
     void _deliver(const SearchJob &job);
+    bool _isFoundBefore(const SearchJob &job);
+    bool _isFirstFailure(const FileToRead &file);
+    void _tellWhatWasLeftOut();
     void _deliverError(const SearchJob &job);
 
     std::shared_ptr<TDSearchEngineDelegate> _delegate;
@@ -115,7 +122,12 @@ private:
     QByteArray _lastFolderPath;
     std::shared_ptr<SharedFolder> _lastFolder;
     int _threadCount = 0;
-    LeftOut _leftOut;
+    LeftOut _leftOut; ///< but for what the engine itself leaves out
+    quint64 _foundBeforeCount = 0;
+    quint64 _unreadableCount = 0;
+    SearchedFiles _searchedFiles;
+    SearchedFiles _failedFolders;
+    quint64 _folderNumber = 0;
     quint64 _scannedCount = 0;
     quint64 _fileMatchCount = 0;
     quint64 _matchCount = 0;

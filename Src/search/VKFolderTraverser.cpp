@@ -1,5 +1,6 @@
 #include "search/VKFolderTraverser.h"
 
+#include "foundation/PatientOpen.h"
 #include "search/FileTypes.h"
 #include "search/OpenFolders.h"
 
@@ -35,7 +36,7 @@ QByteArray firstBytesOf(int folderDescriptor, const char *name, char (&buffer)[P
 {
     // Never waiting, as the name may stand for something else by now.
     constexpr int FLAGS = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    const int descriptor = openat(folderDescriptor, name, FLAGS);
+    const int descriptor = openPatiently([=] { return openat(folderDescriptor, name, FLAGS); });
     if (descriptor < 0)
         return {};
     ssize_t length = 0;
@@ -59,6 +60,8 @@ void VKFolderTraverserDelegate::didFindFileInFolder(int, const char *, const Fil
 
 void VKFolderTraverserDelegate::didFailToReadFolder(const FilePath &, int) {}
 
+void VKFolderTraverserDelegate::didRunOutOfDescriptors() {}
+
 void VKFolderTraverserDelegate::didLeaveOut(const LeftOut &) {}
 
 void VKFolderTraverserDelegate::traversalFinished() {}
@@ -70,11 +73,13 @@ class VKFolderTraverser::Walk
 {
 public:
     Walk(const VKFolderTraverser &traverser, VKFolderTraverserDelegate &delegate)
-        : _traverser(traverser), _delegate(delegate), _entryFilter(traverser._filterOptions)
+        : _traverser(traverser), _delegate(delegate),
+          _folders([&delegate] { delegate.didRunOutOfDescriptors(); }), _entryFilter(traverser._filterOptions)
     {}
 
     void run()
     {
+        const StopScope stopScope(&_traverser._shouldStop, nullptr);
         for (const Scope &scope : _traverser._scopes) {
             if (_shouldStop())
                 break;

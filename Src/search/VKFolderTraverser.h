@@ -38,6 +38,8 @@ public:
     /// A folder, or a part of its entries, that can't be read; the walk goes on behind it. Also a folder
     /// scope that isn't a folder.
     virtual void didFailToReadFolder(const FilePath &path, int errorNumber);
+    /// There is no descriptor left: a moment to close what can be closed.
+    virtual void didRunOutOfDescriptors();
     /// Once, before the end.
     virtual void didLeaveOut(const LeftOut &leftOut);
     virtual void traversalFinished();

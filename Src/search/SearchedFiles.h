@@ -1,0 +1,49 @@
+#pragma once
+
+#include "reading/FileToRead.h"
+
+#include <QHashFunctions>
+
+#include <atomic>
+#include <mutex>
+#include <sys/types.h>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace tidemark {
+
+/// Lets each file be searched once, however many paths lead to it: under the one that comes first in the
+/// order of the walk, whichever thread gets where first. Without overlapping locations only files with
+/// several links are remembered.
+class SearchedFiles : public FileGate
+{
+public:
+    /// To be told before the search.
+    void setLocationsOverlap(bool overlap) { _locationsOverlap = overlap; }
+    bool locationsOverlap() const { return _locationsOverlap; }
+
+    /// From any thread. Once it has answered no about a number it goes on doing so.
+    bool admits(const FileToRead &file, const struct stat &status) override;
+    /// Whether another path came first; settled once all files before this one have been searched.
+    bool isKnownByAnotherPath(quint64 number);
+
+private:
+    struct Identity
+    {
+        dev_t device;
+        ino_t inode;
+        friend bool operator==(const Identity &, const Identity &) = default;
+    };
+    struct Hash
+    {
+        size_t operator()(const Identity &file) const { return qHashMulti(0, file.device, file.inode); }
+    };
+
+    bool _locationsOverlap = false;
+    std::mutex _mutex;
+    std::unordered_map<Identity, quint64, Hash> _firstNumbers;
+    std::unordered_set<quint64> _refused;
+    std::atomic<bool> _hasRefused = false;
+};
+
+} // namespace tidemark
