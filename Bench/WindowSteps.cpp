@@ -63,7 +63,7 @@ public:
         _large(u"close one file, "_s + state, 3, [this] { _window.press(Qt::Key_Left); });
         _large(u"next match, "_s + state, 1, [this] { _window.press(Qt::Key_Down); });
         _selectAll();
-        _large(u"lines to copy, "_s + state, 1, [this] { _window.navigation().selectedLines(); });
+        _large(u"lines to copy, "_s + state, 1, [this] { _window.navigation().selection().selectedLines(); });
         _large(u"question of Replace Selection, "_s + state, 1,
                [this] { _window.actions().replaceSelection->trigger(); });
         _closeSheet();

@@ -93,7 +93,7 @@ public:
         stream << files.read("a.txt") << files.read("b.txt");
         if (const TDMatchLine *line = controller.resultsPane().navigation().currentlySelectedMatchLine())
             stream << line->lineNumber() << ' ' << line->highlightedMatchIndex();
-        for (const auto &item : controller.resultsPane().navigation().selectedObjects())
+        for (const auto &item : controller.resultsPane().navigation().selection().selectedObjects())
             stream << ' ' << item.get();
         return look;
     }

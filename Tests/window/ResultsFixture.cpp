@@ -14,7 +14,7 @@ ResultsWindow::ResultsWindow(ApplicationDelegate &application, const FindResultI
 QString ResultsWindow::selection() const
 {
     QStringList rows;
-    for (const auto &item : navigation.selectedObjects()) {
+    for (const auto &item : navigation.selection().selectedObjects()) {
         const QModelIndex index = model.indexOf(item.get());
         const QModelIndex file = index.parent();
         rows << (file.isValid() ? QStringLiteral("%1:%2").arg(file.row()).arg(index.row())

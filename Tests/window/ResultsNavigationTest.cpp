@@ -139,8 +139,8 @@ TEST_F(ResultsNavigationTest, PassesErrorsAndSelectsOneLineAtATime)
     const auto &lines = window.results.files()[1]->children();
     EXPECT_FALSE(window.view.selectedRows().contains(*lines[0]));
     EXPECT_TRUE(window.view.selectedRows().contains(*lines[1]));
-    EXPECT_EQ(window.navigation.selectedLines(), u"foo"_s);
-    EXPECT_EQ(window.navigation.pathOfCurrentlySelectedItem(), FilePath("/t/a"));
+    EXPECT_EQ(window.navigation.selection().selectedLines(), u"foo"_s);
+    EXPECT_EQ(window.navigation.selection().pathOfCurrentlySelectedItem(), FilePath("/t/a"));
     window.results.clear();
     EXPECT_FALSE(window.navigation.lastItemSelected());
     EXPECT_EQ(window.navigation.currentlySelectedMatchLineItem(), nullptr);

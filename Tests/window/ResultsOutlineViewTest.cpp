@@ -216,7 +216,7 @@ TEST_F(OutlineViewTest, RowsStayWhereTheyAreWhileResultsArrive)
     window.view.header()->setSortIndicator(0, Qt::DescendingOrder);
     EXPECT_EQ(window.model.index(0, 0).data().toString(), u"new"_s);
     EXPECT_EQ(window.view.numberOfRows(), 103);
-    EXPECT_EQ(window.navigation.selectedObjects(), FindResultItems({files[60]->children()[0]}));
+    EXPECT_EQ(window.navigation.selection().selectedObjects(), FindResultItems({files[60]->children()[0]}));
 }
 
 class RecordingWorkspace : public Workspace

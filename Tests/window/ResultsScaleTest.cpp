@@ -54,7 +54,7 @@ TEST_F(ResultsScaleTest, HoldsAMillionLines)
     }
     EXPECT_TRUE(window.view.selectedRows().contains(*files.last()->children().last()));
     timed("walk from selected", LONG_STEP, [&] { window.pressKey(Qt::Key_Down); });
-    EXPECT_EQ(window.navigation.selectedObjects().size(), 1);
+    EXPECT_EQ(window.navigation.selection().selectedObjects().size(), 1);
     timed("sort", LONG_STEP, [&] { window.model.sort(ResultsTreeModel::NameColumn, Qt::DescendingOrder); });
     timed("select all again", LONG_STEP, [&] { window.view.selectAll(); });
     timed("collapse one", LONG_STEP, [&] { window.view.collapseItem(window.model.index(10000, 0)); });

@@ -139,10 +139,10 @@ void ReplaceCommands::replaceSelection()
         _selectionConfirmed();
         return;
     }
-    QMessageBox *sheet =
-        _ask(localizedString("Replace all selected occurrences of the find text with the replace text?"),
-             localizedString("Replace Selection"), ReplaceExtent::of(_navigation.selectedObjects()),
-             &ReplaceCommands::_selectionConfirmed);
+    QMessageBox *sheet = _ask(
+        localizedString("Replace all selected occurrences of the find text with the replace text?"),
+        localizedString("Replace Selection"), ReplaceExtent::of(_navigation.selection().selectedObjects()),
+        &ReplaceCommands::_selectionConfirmed);
     auto *suppress = new QCheckBox(localizedString("Do not show this message again"));
     sheet->setCheckBox(suppress);
     // Whatever button ends the sheet.
@@ -174,7 +174,7 @@ FindResultItems ReplaceCommands::allItems() const
 
 void ReplaceCommands::_selectionConfirmed()
 {
-    _replaceSelectedMatches(_navigation.selectedObjects());
+    _replaceSelectedMatches(_navigation.selection().selectedObjects());
 }
 
 void ReplaceCommands::_allConfirmed()

@@ -52,7 +52,7 @@ QMenu *ResultsActions::searchResultsOutLineViewMenu()
 
 void ResultsActions::validateUserInterfaceItems()
 {
-    const auto item = _navigation.currentlySelectedFindResultItem();
+    const auto item = _navigation.selection().currentlySelectedFindResultItem();
     for (QAction *action : {_openAtMatch, _open, _reveal, _copyPath})
         action->setEnabled(item != nullptr);
     _copyAs->menuAction()->setEnabled(item != nullptr);
@@ -63,43 +63,43 @@ void ResultsActions::validateUserInterfaceItems()
 
 void ResultsActions::openAtMatch()
 {
-    const auto item = _navigation.currentlySelectedFindResultItem();
+    const auto item = _navigation.selection().currentlySelectedFindResultItem();
     const TDMatchLine *line = item ? item->matchLine() : nullptr;
     if (line == nullptr)
         return openInFinder();
     const qint64 index = std::max(qint64(0), line->highlightedMatchIndex());
     const QList<TextRange> ranges = line->matchRanges();
     const qint64 column = index < ranges.size() ? ranges[index].location + 1 : 1;
-    const auto problem =
-        _workspace->openAt({_navigation.pathOfCurrentlySelectedItem(), line->lineNumber(), column});
+    const auto problem = _workspace->openAt(
+        {_navigation.selection().pathOfCurrentlySelectedItem(), line->lineNumber(), column});
     if (problem)
         Q_EMIT failed(*problem);
 }
 
 void ResultsActions::openInFinder()
 {
-    const FilePath path = _navigation.pathOfCurrentlySelectedItem();
+    const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
         _workspace->open(path);
 }
 
 void ResultsActions::revealInFinder()
 {
-    const FilePath path = _navigation.pathOfCurrentlySelectedItem();
+    const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
         _workspace->reveal(path);
 }
 
 void ResultsActions::copyLine()
 {
-    const QString lines = _navigation.selectedLines();
+    const QString lines = _navigation.selection().selectedLines();
     if (!lines.isNull())
         QGuiApplication::clipboard()->setText(lines);
 }
 
 void ResultsActions::copyPath()
 {
-    const FilePath path = _navigation.pathOfCurrentlySelectedItem();
+    const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
         QGuiApplication::clipboard()->setText(path.displayText());
 }
@@ -108,7 +108,7 @@ void ResultsActions::copyAs(ResultsFormat format)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (ResultsExport(format, nullptr, buffer).write(_navigation.selectedObjects()) &&
+    if (ResultsExport(format, nullptr, buffer).write(_navigation.selection().selectedObjects()) &&
         !buffer.data().isEmpty())
         QGuiApplication::clipboard()->setText(QString::fromUtf8(buffer.data()));
 }

@@ -5,6 +5,7 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <utility>
 
 namespace tidemark {
@@ -13,7 +14,7 @@ bool ResultsNavigation::_showHideState = false;
 
 ResultsNavigation::ResultsNavigation(FindResults &results, ResultsTreeModel &model,
                                      TDSearchResultsOutlineView &view, QObject *parent)
-    : QObject(parent), _results(results), _model(model), _view(view)
+    : QObject(parent), _results(results), _model(model), _view(view), _selection(results, model, view)
 {
     connect(&_view, &TDSearchResultsOutlineView::selectedRowsChanged, this,
             &ResultsNavigation::_selectionDidChange);
@@ -162,13 +163,13 @@ void ResultsNavigation::selectFirstMatch()
 
 bool ResultsNavigation::canMoveToNextFile() const
 {
-    const std::optional<ResultPath> path = _lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     return path && path->file < int(_results.count()) - 1;
 }
 
 bool ResultsNavigation::canMoveToPreviousFile() const
 {
-    const std::optional<ResultPath> path = _lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     return path && (path->file > 0 || path->line > 0);
 }
 
@@ -177,7 +178,7 @@ void ResultsNavigation::moveToFirstMatchInNextFile()
     _focusView();
     if (!canMoveToNextFile())
         return;
-    const std::optional<ResultPath> path = _lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     _view.clearSelectedRows();
     _selectFirstLineOfFile(path->file + 1);
     _scrollToFileOfSelectedRow();
@@ -188,7 +189,7 @@ void ResultsNavigation::moveToFirstMatchInFile()
     _focusView();
     if (!canMoveToPreviousFile())
         return;
-    const std::optional<ResultPath> path = _lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     if (path->line > 0) {
         _selectFirstLineOfFile(path->file);
     } else {
@@ -321,7 +322,7 @@ bool ResultsNavigation::_makeSelectedRowCurrent()
 
 void ResultsNavigation::determineIfFirstItemSelected()
 {
-    const std::optional<ResultPath> path = _lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     const TDMatchLine *line = currentlySelectedMatchLine();
     const bool isFirst = path && path->file == 0 && path->line <= 0 && line != nullptr &&
                          _currentItem->position() == 0 && line->highlightedMatchIndex() == 0;
@@ -383,6 +384,74 @@ void ResultsNavigation::_collapseEverything()
     _setCurrentItem(_view.itemAtRow(0));
     _view.collapseAll();
     _view.scrollRowToVisible(0);
+}
+
+// -- Keeping the highlight with the selection
+
+void ResultsNavigation::_selectionDidChange()
+{
+    const auto item = _selection.currentlySelectedFindResultItem();
+    if (item && item->isMatchLine()) {
+        _setCurrentItem(item);
+        highlightFirstMatchInCurrentlySelectedMatchLine();
+    } else if (item) {
+        _fileWasSelected(_view.selectedRow());
+    }
+    determineIfFirstOrLastItemSelected();
+    Q_EMIT selectionChanged();
+}
+
+void ResultsNavigation::_fileWasSelected(int row)
+{
+    const QModelIndex file = _view.indexAtRow(row);
+    if (_itemWillCollapse) {
+        // The line that was current goes out of sight.
+        _setCurrentItem(_model.item(file));
+        return;
+    }
+    _view.expandItem(file);
+    const auto line = _view.itemAtRow(row + 1);
+    if (!line || !line->isMatchLine())
+        return;
+    _setCurrentItem(line);
+    highlightFirstMatchInCurrentlySelectedMatchLine();
+}
+
+void ResultsNavigation::_itemDidCollapse()
+{
+    _itemWillCollapse = false;
+    determineIfFirstOrLastItemSelected();
+}
+
+// -- Removing
+
+void ResultsNavigation::removeSelected()
+{
+    if (!_isRemovalEnabled || !_selection.hasSelection())
+        return;
+    const ResultsRemoval removal =
+        ResultsRemoval::ofSelection(_selection.paths(), int(_results.count()),
+                                    [this](int file) { return int(_model.file(file)->children().size()); });
+    FindResultItems items = _selection.itemsAt(removal.paths);
+    _view.clearSelectedRows();
+    _setCurrentItem(nullptr);
+    _results.remove(items);
+    releaseInBackground(std::move(items));
+    _selectPath(removal.selectedAfterwards);
+    determineIfFirstOrLastItemSelected();
+    Q_EMIT selectionChanged();
+}
+
+/// Selects the line, or the nearest one there is.
+void ResultsNavigation::_selectPath(ResultPath path)
+{
+    if (_results.isEmpty())
+        return;
+    const QModelIndex file = _model.index(std::min(path.file, int(_results.count()) - 1), 0);
+    _view.expandItem(file);
+    const int line = std::min(path.line, _model.rowCount(file) - 1);
+    _view.selectRow(_view.rowOfIndex(file) + 1 + line);
+    _view.scrollRowToVisible(_view.selectedRow());
 }
 
 } // namespace tidemark

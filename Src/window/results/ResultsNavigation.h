@@ -1,8 +1,7 @@
 #pragma once
 
 #include "session/FindResults.h"
-#include "session/ResultsRemoval.h"
-#include "session/SelectedRows.h"
+#include "window/results/ResultsSelection.h"
 
 #include <QObject>
 
@@ -25,6 +24,8 @@ public:
     /// All must outlive the object; the view shows the model.
     ResultsNavigation(FindResults &results, ResultsTreeModel &model, TDSearchResultsOutlineView &view,
                       QObject *parent = nullptr);
+
+    const ResultsSelection &selection() const { return _selection; }
 
     /// Whether the highlighted match is the first or the last of all results.
     bool firstItemSelected() const { return _firstItemSelected; }
@@ -56,15 +57,6 @@ public:
     /// The node whose match is highlighted; an error's node, or null, where there is no match.
     const std::shared_ptr<TDFindResultItem> &currentlySelectedMatchLineItem() const { return _currentItem; }
     TDMatchLine *currentlySelectedMatchLine() const;
-    /// The node in the selected row, which can be a file; null without a selection.
-    std::shared_ptr<TDFindResultItem> currentlySelectedFindResultItem() const;
-    /// The selected nodes from top to bottom.
-    FindResultItems selectedObjects() const;
-    bool hasSelection() const;
-    /// Of the selected file, or of the file of the selected line; empty without a selection.
-    FilePath pathOfCurrentlySelectedItem() const;
-    /// The selected lines, each without its line end, joined by line feeds; null when no line is selected.
-    QString selectedLines() const;
 
     /// Selects the current match line's row alone and brings it into view, whatever hid it, as before a
     /// replacement.
@@ -108,15 +100,12 @@ private:
     void _fileWasSelected(int row);
     void _itemDidCollapse();
     void _collapseEverything();
-    QList<ResultPath> _selectedPaths() const;
-    std::optional<ResultPath> _lastSelectedPath() const;
-    FindResultItems _itemsAt(const QList<ResultPath> &paths) const;
-    std::shared_ptr<TDFindResultItem> _itemAt(ResultPath path) const;
     void _selectPath(ResultPath path);
 
     FindResults &_results;
     ResultsTreeModel &_model;
     TDSearchResultsOutlineView &_view;
+    ResultsSelection _selection;
     std::shared_ptr<TDFindResultItem> _currentItem;
     bool _firstItemSelected = false;
     bool _lastItemSelected = false;

@@ -193,7 +193,7 @@ void ResultsPane::_noteResults()
     _actions.firstMatchInNextFile->setEnabled(_navigation.canMoveToNextFile());
     _actions.firstMatchInPreviousFile->setEnabled(_navigation.canMoveToPreviousFile());
     _actions.expandCollapseAll->setEnabled(hasResults);
-    _actions.removeSelected->setEnabled(_navigation.hasSelection() && isFree);
+    _actions.removeSelected->setEnabled(_navigation.selection().hasSelection() && isFree);
     const bool hasMatch = _navigation.hasMatchToReplace();
     _actions.replace->setEnabled(hasMatch && isFree);
     _actions.replaceAndFind->setEnabled((hasMatch || _actions.nextMatch->isEnabled()) && isFree);
@@ -253,7 +253,7 @@ void ResultsPane::prepareForSearch()
 void ResultsPane::searchFinished()
 {
     _showHint();
-    if (!_navigation.hasSelection())
+    if (!_navigation.selection().hasSelection())
         _navigation.selectFirstMatch();
     outlineView().setFocus(Qt::OtherFocusReason);
 }

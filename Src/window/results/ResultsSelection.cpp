@@ -1,4 +1,4 @@
-#include "window/results/ResultsNavigation.h"
+#include "window/results/ResultsSelection.h"
 
 #include "text/CharacterSets.h"
 #include "window/results/ResultsTreeModel.h"
@@ -8,56 +8,17 @@
 
 namespace tidemark {
 
-// -- Keeping the highlight with the selection
-
-void ResultsNavigation::_selectionDidChange()
-{
-    const auto item = currentlySelectedFindResultItem();
-    if (item && item->isMatchLine()) {
-        _setCurrentItem(item);
-        highlightFirstMatchInCurrentlySelectedMatchLine();
-    } else if (item) {
-        _fileWasSelected(_view.selectedRow());
-    }
-    determineIfFirstOrLastItemSelected();
-    Q_EMIT selectionChanged();
-}
-
-void ResultsNavigation::_fileWasSelected(int row)
-{
-    const QModelIndex file = _view.indexAtRow(row);
-    if (_itemWillCollapse) {
-        // The line that was current goes out of sight.
-        _setCurrentItem(_model.item(file));
-        return;
-    }
-    _view.expandItem(file);
-    const auto line = _view.itemAtRow(row + 1);
-    if (!line || !line->isMatchLine())
-        return;
-    _setCurrentItem(line);
-    highlightFirstMatchInCurrentlySelectedMatchLine();
-}
-
-void ResultsNavigation::_itemDidCollapse()
-{
-    _itemWillCollapse = false;
-    determineIfFirstOrLastItemSelected();
-}
-
-// -- What is selected
-
-std::shared_ptr<TDFindResultItem> ResultsNavigation::currentlySelectedFindResultItem() const
+std::shared_ptr<TDFindResultItem> ResultsSelection::currentlySelectedFindResultItem() const
 {
     return _view.itemAtRow(_view.selectedRow());
 }
 
-bool ResultsNavigation::hasSelection() const
+bool ResultsSelection::hasSelection() const
 {
     return !_view.selectedRows().isEmpty();
 }
 
-QList<ResultPath> ResultsNavigation::_selectedPaths() const
+QList<ResultPath> ResultsSelection::paths() const
 {
     const SelectedRows &selected = _view.selectedRows();
     QList<ResultPath> paths;
@@ -73,7 +34,7 @@ QList<ResultPath> ResultsNavigation::_selectedPaths() const
     return paths;
 }
 
-std::optional<ResultPath> ResultsNavigation::_lastSelectedPath() const
+std::optional<ResultPath> ResultsSelection::lastPath() const
 {
     const SelectedRows &selected = _view.selectedRows();
     std::optional<ResultPath> last;
@@ -86,27 +47,27 @@ std::optional<ResultPath> ResultsNavigation::_lastSelectedPath() const
     return last;
 }
 
-std::shared_ptr<TDFindResultItem> ResultsNavigation::_itemAt(ResultPath path) const
+std::shared_ptr<TDFindResultItem> ResultsSelection::itemAt(ResultPath path) const
 {
     const auto &file = _model.file(path.file);
     return path.isLine() ? file->children()[path.line] : file;
 }
 
-FindResultItems ResultsNavigation::_itemsAt(const QList<ResultPath> &paths) const
+FindResultItems ResultsSelection::itemsAt(const QList<ResultPath> &paths) const
 {
     FindResultItems items;
     items.reserve(paths.size());
     for (const ResultPath &path : paths)
-        items << _itemAt(path);
+        items << itemAt(path);
     return items;
 }
 
-FindResultItems ResultsNavigation::selectedObjects() const
+FindResultItems ResultsSelection::selectedObjects() const
 {
-    return _itemsAt(_selectedPaths());
+    return itemsAt(paths());
 }
 
-FilePath ResultsNavigation::pathOfCurrentlySelectedItem() const
+FilePath ResultsSelection::pathOfCurrentlySelectedItem() const
 {
     const auto item = currentlySelectedFindResultItem();
     if (!item)
@@ -114,7 +75,7 @@ FilePath ResultsNavigation::pathOfCurrentlySelectedItem() const
     return item->parent() != nullptr ? item->parent()->path() : item->path();
 }
 
-QString ResultsNavigation::selectedLines() const
+QString ResultsSelection::selectedLines() const
 {
     QString lines;
     for (const auto &item : selectedObjects()) {
@@ -130,37 +91,6 @@ QString ResultsNavigation::selectedLines() const
         lines += QStringView(line).sliced(body.location, body.length);
     }
     return lines;
-}
-
-// -- Removing
-
-void ResultsNavigation::removeSelected()
-{
-    if (!_isRemovalEnabled || !hasSelection())
-        return;
-    const ResultsRemoval removal =
-        ResultsRemoval::ofSelection(_selectedPaths(), int(_results.count()),
-                                    [this](int file) { return int(_model.file(file)->children().size()); });
-    FindResultItems items = _itemsAt(removal.paths);
-    _view.clearSelectedRows();
-    _setCurrentItem(nullptr);
-    _results.remove(items);
-    releaseInBackground(std::move(items));
-    _selectPath(removal.selectedAfterwards);
-    determineIfFirstOrLastItemSelected();
-    Q_EMIT selectionChanged();
-}
-
-/// Selects the line, or the nearest one there is.
-void ResultsNavigation::_selectPath(ResultPath path)
-{
-    if (_results.isEmpty())
-        return;
-    const QModelIndex file = _model.index(std::min(path.file, int(_results.count()) - 1), 0);
-    _view.expandItem(file);
-    const int line = std::min(path.line, _model.rowCount(file) - 1);
-    _view.selectRow(_view.rowOfIndex(file) + 1 + line);
-    _view.scrollRowToVisible(_view.selectedRow());
 }
 
 } // namespace tidemark
