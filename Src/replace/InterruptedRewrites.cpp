@@ -260,7 +260,7 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
         return now && (now == entry.oldContent || now == entry.newContent);
     });
     if (whole == entries.rend())
-        _decideHalf(file, path, entries);
+        _decideHalf(file, now, path, entries);
     else
         _whole.push_back({path, beginningOfChain(entries, size_t(entries.rend() - whole) - 1), *now,
                           file.status().st_ino, false});
@@ -285,7 +285,8 @@ void InterruptedRewrites::_settleWhole()
                 _tellDamaged(whole.path, {entries.begin(), entries.begin() + qsizetype(whole.first)});
         } else {
             _noteFailedFlush(entries.back().backup);
-            _decideHalf(OpenFile(whole.path), whole.path, entries);
+            const OpenFile file(whole.path);
+            _decideHalf(file, file.digest(), whole.path, entries);
         }
     }
 }
@@ -316,11 +317,11 @@ void InterruptedRewrites::_clearBackups(const Whole &whole)
 }
 
 /// A file that holds neither the one nor the other, or of which the disk doesn't confirm it.
-void InterruptedRewrites::_decideHalf(const OpenFile &file, const FilePath &path,
-                                      const std::vector<Entry> &entries)
+void InterruptedRewrites::_decideHalf(const OpenFile &file, const std::optional<ContentDigest> &now,
+                                      const FilePath &path, const std::vector<Entry> &entries)
 {
     // What can't be looked at this time is looked at the next time.
-    if (file.isOpen() ? !file.digest() : !tellsWhatIsThere(file.errorNumber())) {
+    if (file.isOpen() ? !now : !tellsWhatIsThere(file.errorNumber())) {
         _isUncertain = true;
         return;
     }

@@ -93,7 +93,8 @@ private:
     void _settleWhole();
     bool _isOnDisk(const Whole &whole, bool areOthersFlushed) const;
     void _clearBackups(const Whole &whole);
-    void _decideHalf(const OpenFile &file, const FilePath &path, const std::vector<Entry> &entries);
+    void _decideHalf(const OpenFile &file, const std::optional<ContentDigest> &now, const FilePath &path,
+                     const std::vector<Entry> &entries);
     void _noteFailedFlush(const FilePath &backup);
     static void _keepPresentContent(PuttingBack &file);
     void _putBackFiles(std::vector<PuttingBack> &files);

@@ -14,7 +14,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr qsizetype LARGEST_GROUP = 2048;
+constexpr qsizetype LARGEST_GROUP = 1024;
 constexpr qsizetype GROUP_GROWTH = 4;
 /// A group that took less is followed by a larger one, and one that took longer by a smaller one: a stop
 /// waits for the group in hand.
