@@ -120,6 +120,21 @@ size_t beginningOfChain(const std::vector<Entry> &entries, size_t index)
     return index;
 }
 
+/// The rewrites that a chain settles nothing of: those in front of it, and such behind it as began with
+/// another content, since the dates of records aren't always in their order.
+std::vector<Entry> rewritesLeftOpen(const std::vector<Entry> &entries, size_t first, size_t last)
+{
+    std::vector<Entry> open(entries.begin(), entries.begin() + qsizetype(first));
+    std::vector<Entry> settled(entries.begin() + qsizetype(first), entries.begin() + qsizetype(last) + 1);
+    for (size_t index = last + 1; index < entries.size(); ++index) {
+        const Entry &later = entries[index];
+        const bool isSettled = std::any_of(settled.begin(), settled.end(),
+                                           [&](const Entry &earlier) { return follows(later, earlier); });
+        (isSettled ? settled : open).push_back(later);
+    }
+    return open;
+}
+
 /// Backups that nobody needs, of a file that holds what a rewrite found or left, on the disk.
 void clearBackups(const std::vector<Entry> &entries, size_t first, const ContentDigest &now)
 {
@@ -259,11 +274,12 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
     const auto whole = std::find_if(entries.rbegin(), entries.rend(), [&](const Entry &entry) {
         return now && (now == entry.oldContent || now == entry.newContent);
     });
-    if (whole == entries.rend())
+    if (whole == entries.rend()) {
         _decideHalf(file, now, path, entries);
-    else
-        _whole.push_back({path, beginningOfChain(entries, size_t(entries.rend() - whole) - 1), *now,
-                          file.status().st_ino, false});
+        return;
+    }
+    const size_t last = size_t(entries.rend() - whole) - 1;
+    _whole.push_back({path, beginningOfChain(entries, last), last, *now, file.status().st_ino, false});
 }
 
 /// Clears the backups of all files that hold what they held or were to hold, once the disk has that.
@@ -281,8 +297,8 @@ void InterruptedRewrites::_settleWhole()
         if (_isOnDisk(whole, areFlushed)) {
             _clearBackups(whole);
             // A rewrite that began with what another one had left half written settles nothing of that.
-            if (whole.first > 0)
-                _tellDamaged(whole.path, {entries.begin(), entries.begin() + qsizetype(whole.first)});
+            if (const auto open = rewritesLeftOpen(entries, whole.first, whole.last); !open.empty())
+                _tellDamaged(whole.path, open);
         } else {
             _noteFailedFlush(entries.back().backup);
             const OpenFile file(whole.path);

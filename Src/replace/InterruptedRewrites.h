@@ -72,6 +72,7 @@ private:
     {
         FilePath path;
         size_t first = 0; ///< of its rewrites, the one that began the chain which led there
+        size_t last = 0;  ///< the last one that found or left that
         ContentDigest now;
         ino_t inode = 0;
         bool isFlushedWithOthers = false;

@@ -614,6 +614,24 @@ TEST_F(LeftRecordTest, ARewriteOfWhatAnotherLeftHalfWrittenSettlesNothingOfThat)
     }
 }
 
+TEST_F(LeftRecordTest, TheSameHoldsWhereTheClockWasSetBackInBetween)
+{
+    const QByteArray half = "half of it";
+    write(half);
+    const FilePath first = _state.path(_state.names().first());
+    setModificationDate(first, TDFileCommon::fileModificationDate(first)->nanoseconds + 1000000000000);
+    RewriteRecord::Entry second = entry();
+    second.backup = _folder.write("caf\xE9 %.txt.TDMBackup.xyz", half);
+    second.oldContent = digestOfBytes(half);
+    second.newContent = digestOfBytes("half of that");
+    record({second});
+    InterruptedRewrites rewrites(_state.path());
+    ASSERT_EQ(rewrites.files().size(), 1);
+    EXPECT_TRUE(rewrites.files().first().backup == _backup);
+    EXPECT_TRUE(rewrites.putBack().isEmpty());
+    EXPECT_EQ(contentOfFile(_path), OLD);
+}
+
 TEST_F(LeftRecordTest, FilesOfADiskThatIsNotThereAreAskedAboutAgain)
 {
     const QByteArray folder = _folder.path().bytes();
