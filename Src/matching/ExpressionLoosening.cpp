@@ -1,5 +1,6 @@
 #include "matching/ExpressionLoosening.h"
 
+#include "matching/CharacterClasses.h"
 #include "matching/ExpressionReader.h"
 
 #include <string_view>
@@ -25,7 +26,7 @@ class Loosening
 public:
     Loosening(QByteArrayView expression, CaseRule caseRule)
         : _reader(std::string_view(expression.data(), size_t(expression.size()))),
-          _ignoresCase(caseRule == CaseRule::Ignore)
+          _ignoresCase(caseRule == CaseRule::Ignore), _classes(caseRule)
     {}
 
     QByteArray whole()
@@ -40,18 +41,20 @@ private:
     using Group = ExpressionToken::Group;
 
     void _readNext();
-    void _readEscape(char escaped);
+    void _readEscape(const ExpressionToken &escape);
     void _readSet(const ExpressionToken &set);
     void _beginGroup(const ExpressionToken &group);
     void _repeat(std::string_view bounds);
     void _readLiteral(char c);
     void _readBeyondAscii(char first);
     void _addAssertion();
+    void _addClass(std::string_view piece);
     void _skipLookAround();
     void _add(std::string_view text) { _result += QByteArrayView(text.data(), qsizetype(text.size())); }
 
     ExpressionReader _reader;
     bool _ignoresCase;
+    CharacterClasses _classes;
     int _depth = 0; ///< of groups that are open
     QByteArray _result;
 };
@@ -71,7 +74,7 @@ void Loosening::_readNext()
     case Kind::Repetition:
         return _repeat(token.text);
     case Kind::Escape:
-        return _readEscape(token.escaped());
+        return _readEscape(token);
     case Kind::Set:
         return _readSet(token);
     case Kind::GroupStart:
@@ -107,9 +110,9 @@ void Loosening::_addAssertion()
     _result += "(?:)";
 }
 
-void Loosening::_readEscape(char escaped)
+void Loosening::_readEscape(const ExpressionToken &escape)
 {
-    const char c = escaped;
+    const char c = escape.escaped();
     const bool isLetterOrDigit = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     if (isOneOf(c, "bBAzZ"))
         return _addAssertion();
@@ -121,6 +124,8 @@ void Loosening::_readEscape(char escaped)
         _result += QByteArray("[\\x09-\\x0D ") + BEYOND_ASCII + ']';
     else if (isOneOf(c, "WDSN"))
         _result += '.';
+    else if (isOneOf(c, "pP") && escape.text.size() > 2)
+        _addClass(escape.text);
     else if (isOneOf(c, "123456789") && !_reader.isNextOneOf("0123456789"))
         _result += "(?:.*)"; // what a group has matched
     else if (isOneOf(c, "tfe"))
@@ -131,7 +136,13 @@ void Loosening::_readEscape(char escaped)
         throw NotLoosened();
 }
 
-/// A simple set stays; any other may match any character.
+bool isClassName(std::string_view item)
+{
+    const std::string_view name = item.substr(2, item.size() - std::min<size_t>(item.size(), 4));
+    return item.ends_with(":]") && name.find_first_not_of("^abcdefghijklmnopqrstuvwxyz") == name.npos;
+}
+
+/// A simple set stays.
 void Loosening::_readSet(const ExpressionToken &set)
 {
     const ExpressionReader::SetContent content = ExpressionReader::contentOf(set);
@@ -139,7 +150,8 @@ void Loosening::_readSet(const ExpressionToken &set)
     for (const ExpressionToken &item : content.items) {
         // These take more than one character behind them, or none.
         const bool isUncertain = item.kind == Kind::Escape && isOneOf(item.escaped(), "QEc");
-        if (isUncertain || item.kind == Kind::ClassName || item.kind == Kind::CollatingName)
+        const bool isNoName = item.kind == Kind::ClassName && !isClassName(item.text);
+        if (isUncertain || isNoName || item.kind == Kind::CollatingName)
             throw NotLoosened();
         const char c = item.first();
         isSimple = isSimple && (c & 0x80) == 0 && c != '\\' && c != '[' && c >= ' ';
@@ -149,7 +161,13 @@ void Loosening::_readSet(const ExpressionToken &set)
     if (isSimple)
         _add(set.text);
     else
-        _result += '.';
+        _addClass(set.text);
+}
+
+/// What stands for one character.
+void Loosening::_addClass(std::string_view piece)
+{
+    _result += _classes.explicitSet(piece).value_or(".");
 }
 
 void Loosening::_beginGroup(const ExpressionToken &group)
@@ -206,7 +224,7 @@ void Loosening::_readBeyondAscii(char first)
     while (!_reader.isAtEnd() && (_reader.rest().front() & 0xC0) == 0x80)
         character += _reader.next().first();
     if (_ignoresCase)
-        _result += QByteArray("[kKsS") + BEYOND_ASCII + ']';
+        _addClass(std::string_view(character.constData(), size_t(character.size())));
     else
         _result += character;
 }
