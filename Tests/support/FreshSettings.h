@@ -8,8 +8,8 @@
 
 namespace tidemark::test {
 
-/// Each test starts from the settings of a fresh installation but for files that arrive collapsed, and none ever
-/// sees the user's own.
+/// Each test starts from the settings of a fresh installation but for files that arrive collapsed, and none
+/// ever sees the user's own.
 class FreshSettings : public testing::EmptyTestEventListener
 {
 public:
