@@ -13,6 +13,13 @@ namespace tidemark {
 
 namespace {
 
+/// As the expression saw the line.
+QStringView withoutLineEnd(QStringView line)
+{
+    const qsizetype end = line.endsWith(u"\r\n") ? 2 : line.endsWith(u'\n') || line.endsWith(u'\r') ? 1 : 0;
+    return line.first(line.size() - end);
+}
+
 TDError replaceError(ExpressionFault fault)
 {
     return TDError::initalizePresentErrorWithCode(
@@ -148,7 +155,7 @@ std::optional<QString> TDReplacement::InLine::_expansion(TextRange foundRange, Q
         _found = _matches->nextMatch(searchError);
     _isAhead = _found.isFound() && _found != foundRange;
     if (_found == foundRange)
-        return format->expansion(_foundLine, _matches->groups());
+        return format->expansion(withoutLineEnd(_foundLine), _matches->groups());
     if (_isAhead || _matches->limit() == LineSearch::Found)
         return matchedText.toString();
     error = replaceError(ExpressionFault::Internal);

@@ -1,12 +1,12 @@
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/FileSystemCalls.h"
 #include "reading/EncodingDetection.h"
+#include "replace/EncodingOracle.h"
 #include "replace/ReplaceTestSupport.h"
 #include "replace/RewritePlan.h"
 #include "replace/TDSelectedMatchReplacement.h"
 #include "text/TextEncoding.h"
 
-#include <iconv.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -15,88 +15,16 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr StringEncoding EBCDIC = 0x80000C02;
-
-/// Where a line isn't split off whole, or needs what a line before it designated.
-bool mayRefuse(StringEncoding encoding)
-{
-    constexpr StringEncoding ISO_2022_CN = 0x80000830;
-    return encoding == TD_ENCODING_UTF16 || encoding == TD_ENCODING_UTF32 || encoding == ISO_2022_CN;
-}
-
-/// Encodes whole texts with the C library, where it knows the encoding.
-class Oracle
-{
-public:
-    explicit Oracle(StringEncoding encoding) : _own(TextConverter::converterForEncoding(encoding))
-    {
-        QByteArray name =
-            convertEncodingToIANACharSetName(convertStringEncodingToCoreFoundation(encoding)).toLatin1();
-        // The C library would add marks to these.
-        if (encoding == TD_ENCODING_UTF16)
-            name = "utf-16le";
-        if (encoding == TD_ENCODING_UTF32)
-            name = "utf-32be";
-        // No name would be that of the locale's encoding.
-        _iconv = name.isEmpty() ? NO_CONVERTER : iconv_open(name.constData(), "UTF-16LE");
-        if (isIndependent() && !_bytes(u"needle\r\n"_s))
-            _close();
-    }
-    ~Oracle() { _close(); }
-    Oracle(const Oracle &) = delete;
-    Oracle &operator=(const Oracle &) = delete;
-
-    bool isIndependent() const { return _iconv != NO_CONVERTER; }
-    std::optional<QByteArray> encode(const QString &text) const
-    {
-        return isIndependent() ? _bytes(text) : _own->encode(text);
-    }
-    /// Both have the character, and as the same bytes.
-    bool agreesOn(QChar character) const
-    {
-        const auto bytes = encode(QString(character));
-        return bytes && bytes == _own->encode(QString(character)) &&
-               _own->decode(*bytes) == QString(character);
-    }
-
-private:
-    static inline const iconv_t NO_CONVERTER = iconv_t(-1);
-
-    std::optional<QByteArray> _bytes(QString text) const
-    {
-        QByteArray bytes(text.size() * 8 + 16, Qt::Uninitialized);
-        char *source = reinterpret_cast<char *>(text.data());
-        size_t sourceLeft = size_t(text.size()) * 2;
-        char *target = bytes.data();
-        size_t targetLeft = size_t(bytes.size());
-        iconv(_iconv, nullptr, nullptr, nullptr, nullptr);
-        if (iconv(_iconv, &source, &sourceLeft, &target, &targetLeft) != 0 ||
-            iconv(_iconv, nullptr, nullptr, &target, &targetLeft) != 0)
-            return {};
-        bytes.truncate(target - bytes.constData());
-        return bytes;
-    }
-    void _close()
-    {
-        if (isIndependent())
-            iconv_close(_iconv);
-        _iconv = NO_CONVERTER;
-    }
-
-    std::unique_ptr<TextConverter> _own;
-    iconv_t _iconv;
-};
-
 /// A few characters beyond ASCII that the encoding holds. Where lines are split by code units, two of them
 /// have the bytes of line ends.
-QString charactersOf(StringEncoding encoding, const Oracle &oracle)
+QString charactersOf(StringEncoding encoding, const EncodingOracle &oracle)
 {
     QString candidates = mayRefuse(encoding) ? QString() : u"\u0A0A\u0D0D"_s;
     candidates +=
         u"\u6F22\u8A9E\u3042\uD55C\u0436\u03C9\u05E9\u0633\u0E01\u00E9\u00FC\u0159\u0151\u0131\u0126\u00F0\u1E0B\u20AC\u00A3"_s;
     QString found;
     for (const QChar character : candidates) {
-        if (found.size() < 3 && oracle.agreesOn(character))
+        if (found.size() < 3 && oracle.agreesOn(QString(character)))
             found += character;
     }
     return found;
@@ -174,7 +102,7 @@ protected:
     }
 
     void replaceInEveryEncoding(Replacing (*replacingWith)(const QString &characters));
-    void replaceInFilesOf(StringEncoding encoding, const Oracle &oracle, const Replacing &replacing);
+    void replaceInFilesOf(StringEncoding encoding, const EncodingOracle &oracle, const Replacing &replacing);
 
     void checkRewritten(const ZooFile &file, StringEncoding encoding, const FilePath &path,
                         TDFindResultItem &node, int matches);
@@ -198,7 +126,7 @@ QString textOf(const Replacing &replacing, const QString &match, const QStringLi
     return text;
 }
 
-QList<ZooFile> filesOf(StringEncoding encoding, const Oracle &oracle, const Replacing &replacing)
+QList<ZooFile> filesOf(StringEncoding encoding, const EncodingOracle &oracle, const Replacing &replacing)
 {
     const QList<std::pair<QByteArray, QStringList>> lineEnds = {{"LF", {u"\n"_s}},
                                                                 {"CR", {u"\r"_s}},
@@ -234,7 +162,7 @@ void EncodingZooTest::replaceInEveryEncoding(Replacing (*replacingWith)(const QS
     setMode(replacingWith({}).mode);
     for (const StringEncoding encoding : availableStringEncodings()) {
         SCOPED_TRACE(localizedNameOfStringEncoding(encoding).toStdString());
-        const Oracle oracle(encoding);
+        const EncodingOracle oracle(encoding);
         _independentOracles += oracle.isIndependent() ? 1 : 0;
         QString characters = charactersOf(encoding, oracle);
         EXPECT_EQ(characters.isEmpty(), encoding == TD_ENCODING_ASCII);
@@ -246,7 +174,7 @@ void EncodingZooTest::replaceInEveryEncoding(Replacing (*replacingWith)(const QS
     }
 }
 
-void EncodingZooTest::replaceInFilesOf(StringEncoding encoding, const Oracle &oracle,
+void EncodingZooTest::replaceInFilesOf(StringEncoding encoding, const EncodingOracle &oracle,
                                        const Replacing &replacing)
 {
     const TemporaryFolder folder;
