@@ -114,6 +114,9 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Enter text to find</source><translation>Zu suchenden Text eingeben</translation></message>
   <message><source>Enter text that replaces the find text</source><translation>Text eingeben, der den Suchtext ersetzt</translation></message>
   <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Die Suche starten oder anhalten. (Strg+Eingabe)</translation></message>
+  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Zeigt in den Suchergebnissen, was aus jedem Treffer würde. (Strg+Umschalt+R)</translation></message>
+  <message><source>S&amp;how Replacements</source><translation>Ersetzungen an&amp;zeigen</translation></message>
+  <message><source>Show replacements</source><translation>Ersetzungen zeigen</translation></message>
   <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Ankreuzen, um Groß- und Kleinschreibung zu unterscheiden. (Strg+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Ankreuzen, um im Suchtext reguläre Ausdrücke zu verwenden. (Strg+G)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Den hervorgehobenen Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen. (Strg+R)</translation></message>

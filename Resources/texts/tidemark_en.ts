@@ -16,6 +16,7 @@
   <message><source>Remove the selected file or folder from the search. (Cmd+P)</source><translation>Remove the selected file or folder from the search. (Ctrl+P)</translation></message>
   <message><source>Select kinds of files to include in search. (Cmd+F)</source><translation>Select kinds of files to include in search. (Ctrl+F)</translation></message>
   <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Start or stop the search. (Ctrl+Enter)</translation></message>
+  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Check to see what each match would become in the search results. (Ctrl+Shift+R)</translation></message>
   <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Check to perform case sensitive searching. (Ctrl+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Check to use regular expressions in find text. (Ctrl+G)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Replace the currently highlighed match in the search results with the replace text. (Ctrl+R)</translation></message>

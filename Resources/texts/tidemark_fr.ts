@@ -114,6 +114,9 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Enter text to find</source><translation>Saisir le texte à rechercher</translation></message>
   <message><source>Enter text that replaces the find text</source><translation>Saisir le texte qui remplace le texte recherché</translation></message>
   <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Lancer ou arrêter la recherche. (Ctrl+Entrée)</translation></message>
+  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Cochez pour voir dans les résultats ce que deviendrait chaque occurrence. (Ctrl+Maj+R)</translation></message>
+  <message><source>S&amp;how Replacements</source><translation>A&amp;fficher les remplacements</translation></message>
+  <message><source>Show replacements</source><translation>Afficher les remplacements</translation></message>
   <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Cocher pour respecter la casse pendant la recherche. (Ctrl+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Cocher pour utiliser des expressions régulières dans le texte recherché. (Ctrl+G)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement. (Ctrl+R)</translation></message>

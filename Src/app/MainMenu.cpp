@@ -54,6 +54,7 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addActions({actions.nextMatch, actions.previousMatch, actions.firstMatchInNextFile,
                       actions.firstMatchInPreviousFile});
     menu->addSeparator();
+    menu->addAction(actions.showReplacements);
     menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});
     menu->addSeparator();
     menu->addActions({actions.expandCollapseAll, actions.removeSelected});

@@ -33,6 +33,8 @@ inline const QString TD_USER_DEFAULTS_NAME_EXPAND_RESULTS = QStringLiteral("expa
 inline const QString TD_USER_DEFAULTS_NAME_EDITOR = QStringLiteral("editor");
 /// The command of the custom one.
 inline const QString TD_USER_DEFAULTS_NAME_EDITOR_COMMAND = QStringLiteral("editorCommand");
+/// Until it is changed for the first time, replacements are shown where there is a replace text.
+inline const QString TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS = QStringLiteral("showReplacements");
 inline const QString kmIncludedKinds2Pref = QStringLiteral("IncludedKinds2");
 /// The key of an older format; neither read nor written.
 inline const QString kmIncludedKindsPref = QStringLiteral("IncludedKinds");

@@ -43,6 +43,7 @@ struct StyledRun
     std::optional<StyledColor> background;
     bool underline = false;
     QUrl link;
+    bool strikeOut = false;
 
     friend bool operator==(const StyledRun &, const StyledRun &) = default;
 };

@@ -81,6 +81,9 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
         maker.make("expandCollapseAll", "&Expand or Collapse All", {Qt::CTRL | Qt::Key_E});
     actions.removeSelected =
         maker.makeWithResultsKey("removeSelected", "Re&move Selected from Results", Qt::Key_Delete);
+    actions.showReplacements =
+        maker.make("showReplacements", "S&how Replacements", {Qt::CTRL | Qt::SHIFT | Qt::Key_R});
+    actions.showReplacements->setCheckable(true);
     actions.exportResults = maker.make("exportResults", "&Export Results…", {});
     actions.replace = maker.make("replace", "&Replace", {Qt::CTRL | Qt::Key_R});
     actions.replaceAndFind =

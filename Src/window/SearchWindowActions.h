@@ -37,6 +37,7 @@ struct SearchWindowActions
     QAction *firstMatchInPreviousFile = nullptr;
     QAction *expandCollapseAll = nullptr;
     QAction *removeSelected = nullptr;
+    QAction *showReplacements = nullptr;
     QAction *replace = nullptr;
     QAction *replaceAndFind = nullptr;
     QAction *replaceSelection = nullptr;

@@ -67,6 +67,11 @@ QString tooltipWholeWords()
     return localizedString("Check to find whole words only. (Cmd+D)");
 }
 
+QString tooltipShowReplacements()
+{
+    return localizedString("Check to see what each match would become in the search results. (Cmd+Shift+R)");
+}
+
 QString tooltipReplace()
 {
     return localizedString(

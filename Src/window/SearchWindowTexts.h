@@ -19,6 +19,7 @@ QString tooltipIgnoreCase();
 QString tooltipRegularExpression();
 QString tooltipUnicode();
 QString tooltipWholeWords();
+QString tooltipShowReplacements();
 QString tooltipReplace();
 QString tooltipReplaceAndFind();
 QString tooltipReplaceInSelection();

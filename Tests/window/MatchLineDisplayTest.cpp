@@ -1,7 +1,10 @@
 #include "window/results/MatchLineDisplay.h"
 
 #include "matching/TDMatchLine.h"
+#include "replace/TDReplacement.h"
 #include "support/Testing.h"
+
+#include <algorithm>
 
 namespace tidemark::test {
 namespace {
@@ -85,6 +88,32 @@ TEST(MatchLineDisplay, MatchesAreColouredOverBaseAndNumber)
     EXPECT_EQ(text.font.family, u"Lucida Grande"_s);
     EXPECT_EQ(text.font.pointSize, 11);
     EXPECT_EQ(text.lineBreakMode, LineBreakMode::WrapByCharacter);
+}
+
+TEST(MatchLineDisplay, ReplacementsStandBehindTheirMatches)
+{
+    const TDMatchLine line = lineWith(3, u"ab ab x"_s, {{0, 2}, {3, 2}, {7, 0}});
+    const auto shownWith = [&line](const QString &replaceText) {
+        const TDReplacement replacement(u"ab"_s, replaceText, FindOptions(),
+                                        ReplacementExtent::EveryOccurrence);
+        const MatchLineLook look = matchLineLook(line, false, &replacement);
+        QString shown;
+        for (qsizetype index = 0; index < look.styled.text.size(); ++index) {
+            const bool isStruck =
+                std::any_of(look.styled.runs.begin(), look.styled.runs.end(), [index](const StyledRun &run) {
+                    return run.strikeOut && run.range.location <= index && index < run.range.end();
+                });
+            shown += isStruck ? u'-' : look.styled.text[index];
+        }
+        for (const TextRange &range : look.matches)
+            shown += u' ' + QString::number(range.location);
+        return shown;
+    };
+    EXPECT_EQ(shownWith(u"cde"_s), u"3: --cde --cde xcde 3 9 16"_s);
+    EXPECT_EQ(shownWith(u""_s), u"3: -- -- x 3 6 10"_s);
+    EXPECT_EQ(shownWith(u"a\r\n\t\n"_s), u"3: --a↵•↵ --a↵•↵ xa↵•↵ 3 10 18"_s);
+    // What stays as it is isn't a replacement.
+    EXPECT_EQ(shownWith(u"ab"_s), u"3: ab ab xab 3 6 10"_s);
 }
 
 } // namespace

@@ -167,7 +167,7 @@ TEST_F(OutlineViewTest, NumbersStayAtTheLeftOfEveryLine)
         option.font = window.view.font();
         option.rect = QRect(0, 0, 500, 20);
         const TDSearchResultsTextFieldCell cell;
-        return cell.rectOfText(option, *window.view.itemAtRow(row), position, length);
+        return cell.rectOfText(option, *window.view.itemAtRow(row), {position, length});
     };
     EXPECT_EQ(place(2, 0, 1).left(), place(1, 0, 1).left());
     // The line behind it runs from right to left by itself: the first word is at the right of the match.

@@ -1,7 +1,11 @@
 #include "window/results/MatchLineDisplay.h"
 
 #include "matching/TDFindResultItem.h"
+#include "replace/TDReplacement.h"
 #include "text/CharacterSets.h"
+
+#include <algorithm>
+#include <optional>
 
 namespace tidemark {
 
@@ -9,8 +13,10 @@ namespace {
 
 constexpr double SMALL_SYSTEM_FONT_SIZE = 11;
 constexpr char16_t BULLET = u'\x2022';
+constexpr char16_t RETURN_ARROW = u'\x21B5';
 constexpr StyledColor MATCH_BACKGROUND = {241 / 255.0, 224 / 255.0, 169 / 255.0};
 constexpr StyledColor HIGHLIGHTED_MATCH_BACKGROUND = {1.0, 147 / 255.0, 32 / 255.0};
+constexpr StyledColor REPLACEMENT_BACKGROUND = {203 / 255.0, 236 / 255.0, 206 / 255.0};
 constexpr StyledColor LINE_NUMBER_COLOR = {180 / 255.0, 180 / 255.0, 180 / 255.0};
 
 /// Every control or format character as one bullet, so that positions in the text don't move.
@@ -34,34 +40,89 @@ QString withVisibleControls(QStringView text)
     return result;
 }
 
+/// What is written behind each match; nothing where the match stays as it is, or fails to be formed.
+QList<std::optional<QString>> replacementsOf(const TDMatchLine &line, const QString &text,
+                                             const TDReplacement &replacement)
+{
+    const QString foundLine = line.foundLineString();
+    const QList<TextRange> found = line.foundRanges();
+    const QList<TextRange> ranges = line.matchRanges();
+    TDReplacement::InLine inLine(replacement, foundLine);
+    QList<std::optional<QString>> replacements(ranges.size());
+    TDError error;
+    for (qsizetype index = 0; index < std::min(ranges.size(), found.size()) && !error; ++index) {
+        const QStringView matched = QStringView(text).mid(ranges[index].location, ranges[index].length);
+        const std::optional<QString> instead = inLine.replacementFor(found[index], matched, error);
+        if (instead && *instead != matched)
+            replacements[index] = instead;
+    }
+    return replacements;
+}
+
+QString shownReplacement(QString text)
+{
+    text.replace(QLatin1String("\r\n"), QString(QChar(RETURN_ARROW)));
+    text.replace(u'\n', QChar(RETURN_ARROW));
+    text.replace(u'\r', QChar(RETURN_ARROW));
+    return withVisibleControls(text);
+}
+
+/// Puts the text behind the match of the last run and strikes that out. How much longer the whole
+/// became.
+qsizetype insertReplacement(StyledText &styled, const QString &replacement)
+{
+    const TextRange match = styled.runs.last().range;
+    styled.runs.last().strikeOut = match.length > 0;
+    const QString shown = shownReplacement(replacement);
+    if (shown.isEmpty())
+        return 0;
+    const qsizetype place = std::min(match.end(), styled.text.size());
+    styled.text.insert(place, shown);
+    styled.runs << StyledRun{{place, shown.size()}, TD_COLOR_BLACK, REPLACEMENT_BACKGROUND, true, {}};
+    return shown.size();
+}
+
 } // namespace
 
-StyledText buildMatchLineAttributedString(const TDMatchLine &line, bool selected)
+MatchLineLook matchLineLook(const TDMatchLine &line, bool selected, const TDReplacement *replacement)
 {
     const QString prefix = QString::number(line.lineNumber()) + QStringLiteral(": ");
     const QString text = line.matchLineString();
     const QList<TextRange> ranges = line.matchRanges();
     const TextRange body = rangeWithoutNewlinesAtEnds(text);
+    const auto replacements =
+        replacement != nullptr ? replacementsOf(line, text, *replacement) : QList<std::optional<QString>>();
 
-    StyledText styled;
+    MatchLineLook look;
+    StyledText &styled = look.styled;
     styled.text = prefix + withVisibleControls(QStringView(text).sliced(body.location, body.length));
     styled.font = {QStringLiteral("Lucida Grande"), SMALL_SYSTEM_FONT_SIZE};
     styled.lineBreakMode = LineBreakMode::WrapByCharacter;
     styled.runs.reserve(ranges.size() + 2);
-    styled.runs << StyledRun{styled.wholeRange(), selected ? TD_COLOR_WHITE : TD_COLOR_BLACK, {}, false, {}};
+    styled.runs << StyledRun{{}, selected ? TD_COLOR_WHITE : TD_COLOR_BLACK, {}, false, {}};
+    qsizetype moved = prefix.size();
     for (qsizetype index = 0; index < ranges.size(); ++index) {
         // Positions are those in the untrimmed line, also on a line that begins with line-break characters.
-        const TextRange shown = {prefix.size() + ranges[index].location, ranges[index].length};
-        styled.runs << StyledRun{shown,
-                                 TD_COLOR_BLACK,
-                                 index == line.highlightedMatchIndex() ? HIGHLIGHTED_MATCH_BACKGROUND
-                                                                       : MATCH_BACKGROUND,
-                                 false,
-                                 {}};
+        const StyledRun match{{moved + ranges[index].location, ranges[index].length},
+                              TD_COLOR_BLACK,
+                              index == line.highlightedMatchIndex() ? HIGHLIGHTED_MATCH_BACKGROUND
+                                                                    : MATCH_BACKGROUND,
+                              false,
+                              {}};
+        look.matches << match.range;
+        styled.runs << match;
+        if (const auto shown = replacements.value(index))
+            moved += insertReplacement(styled, *shown);
     }
+    styled.runs.first().range = styled.wholeRange();
     if (!ranges.isEmpty())
         styled.runs << StyledRun{{0, prefix.size()}, LINE_NUMBER_COLOR, {}, false, {}};
-    return styled;
+    return look;
+}
+
+StyledText buildMatchLineAttributedString(const TDMatchLine &line, bool selected)
+{
+    return matchLineLook(line, selected, nullptr).styled;
 }
 
 StyledText displayFilenameOrMatchLine(const TDFindResultItem &item, bool selected)

@@ -411,18 +411,26 @@ void OutlineView::scrollRowToVisible(int row)
         _showPart(row, 0, rowHeight(row));
 }
 
-void OutlineView::scrollToText(int row, qsizetype position, qsizetype length)
+void OutlineView::scrollToMatch(int row, qint64 match)
 {
     const QModelIndex index = indexAtRow(row);
     if (!index.parent().isValid())
         return;
     QStyleOptionViewItem option = rowOption();
     option.rect = leafRect(QRect(0, 0, viewport()->width(), 0));
-    const QRect rect = _cell->rectOfText(option, *results()->item(index), position, length);
+    const QRect rect = _cell->rectOfMatch(option, *results()->item(index), match);
     if (rowHeight(row) <= viewport()->height())
         scrollRowToVisible(row);
     else if (rect.isValid())
         _showPart(row, rect.top(), rect.bottom() + 1);
+}
+
+void OutlineView::setReplacement(std::shared_ptr<const TDReplacement> replacement)
+{
+    _cell->setReplacement(std::move(replacement));
+    _heights.clear();
+    _rowsChanged();
+    viewport()->update();
 }
 
 void OutlineView::scrollTo(const QModelIndex &index, ScrollHint hint)

@@ -15,6 +15,7 @@ namespace tidemark {
 
 class ResultsTreeModel;
 class TDFindResultItem;
+class TDReplacement;
 class TDSearchResultsTextFieldCell;
 
 /// An outline of files and their lines: which rows there are, how high they are, and which are in sight. Rows
@@ -52,8 +53,10 @@ public:
 
     /// Scrolls as little as needed to show the whole row, or its upper part.
     void scrollRowToVisible(int row);
-    /// The same for a part of a match line's display text, in UTF-16 units.
-    void scrollToText(int row, qsizetype position, qsizetype length);
+    /// The same for a match of a match line; its start for one that there isn't.
+    void scrollToMatch(int row, qint64 match);
+    /// What every match would become is shown behind it from now on; null: no more.
+    void setReplacement(std::shared_ptr<const TDReplacement> replacement);
 
     QRect visualRect(const QModelIndex &index) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;

@@ -260,12 +260,7 @@ void ResultsNavigation::scrollToHighlightedMatch()
     const TDMatchLine *line = currentlySelectedMatchLine();
     if (line == nullptr)
         return;
-    const int row = _view.rowOfItem(*_currentItem);
-    const qint64 index = line->highlightedMatchIndex();
-    const bool hasHighlight = index >= 0 && index < qint64(line->numberOfMatches());
-    const TextRange range = hasHighlight ? line->matchRanges().at(index) : TextRange();
-    const qsizetype prefix = QString::number(line->lineNumber()).size() + 2;
-    _view.scrollToText(row, prefix + range.location, range.length);
+    _view.scrollToMatch(_view.rowOfItem(*_currentItem), line->highlightedMatchIndex());
 }
 
 std::shared_ptr<TDFindResultItem> ResultsNavigation::_currentMatchLineItem() const

@@ -11,6 +11,7 @@
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
+#include "window/results/ShownReplacements.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -48,6 +49,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpKeys();
     _setUpButtons();
     _setUpReplaceProgress();
+    new ShownReplacements(_document, _replace, outlineView(), *_ui.showReplacementsCheckBox,
+                          *_actions.showReplacements, this);
     _noteResults();
     _showHint();
 }
@@ -68,6 +71,7 @@ void ResultsPane::_setUpToolTips()
     _ui.replaceSelectionButton->setToolTip(tooltipReplaceInSelection());
     _ui.replaceAllButton->setToolTip(tooltipReplaceAll());
     _ui.searchResultsOutlineView->setToolTip(tooltipSearchResults());
+    _ui.showReplacementsCheckBox->setToolTip(tooltipShowReplacements());
 }
 
 void ResultsPane::_setUpTexts()

@@ -77,6 +77,17 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
         _paintForeground(line, origin, Qt::black, matchRegion);
     if (other)
         _paintForeground(line, origin, _prefix.value_or(colorOf(*other)), otherRegion);
+    for (const StyledRun &run : _styled.runs)
+        _paintLines(rectOfRange(line, _directions, run.range, origin), run);
+}
+
+/// Through the middle of what goes, and under what comes: nobody has to tell colours apart.
+void StyledLinePainter::_paintLines(const QRect &rect, const StyledRun &run) const
+{
+    if (rect.isEmpty() || !run.background || (!run.strikeOut && !run.underline))
+        return;
+    const int y = run.strikeOut ? rect.center().y() : rect.bottom();
+    _painter.fillRect(QRect(rect.left(), y, rect.width(), 1), Qt::black);
 }
 
 /// An empty match stands between two characters.

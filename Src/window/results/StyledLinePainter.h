@@ -34,6 +34,7 @@ public:
     static QRect rectOfRange(const QTextLine &line, Directions directions, TextRange range, QPoint origin);
 
 private:
+    void _paintLines(const QRect &rect, const StyledRun &run) const;
     void _paintMark(const QTextLine &line, const StyledRun &run, QPoint origin) const;
     void _paintForeground(const QTextLine &line, QPoint origin, const QColor &color,
                           const QRegion &region) const;

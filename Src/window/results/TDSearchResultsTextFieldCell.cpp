@@ -1,6 +1,7 @@
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include "matching/TDFindResultItem.h"
+#include "replace/TDReplacement.h"
 #include "window/results/MatchLineDisplay.h"
 
 #include <QFontDatabase>
@@ -113,7 +114,13 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
 
     auto *made = new Layout;
     // The base colour is put over it when it is painted, as the row is selected then or not.
-    made->styled = displayFilenameOrMatchLine(item, false);
+    if (item.matchLine() != nullptr) {
+        MatchLineLook look = matchLineLook(*item.matchLine(), false, _replacement.get());
+        made->styled = std::move(look.styled);
+        made->matches = std::move(look.matches);
+    } else {
+        made->styled = displayFilenameOrMatchLine(item, false);
+    }
     made->parting = partNumberFromLine(made->styled, prefixLength(item));
     made->directions = directionsOf(made->styled.text);
     made->width = width;
@@ -151,20 +158,33 @@ QSize TDSearchResultsTextFieldCell::sizeHint(const QStyleOptionViewItem &option,
 }
 
 QRect TDSearchResultsTextFieldCell::rectOfText(const QStyleOptionViewItem &option,
-                                               const TDFindResultItem &item, qsizetype position,
-                                               qsizetype length) const
+                                               const TDFindResultItem &item, TextRange range) const
 {
     if (item.matchLine() == nullptr)
         return {};
     const Layout &layout = _layout(option, item);
-    if (layout.parting >= 0 && position >= layout.parting)
-        ++position;
+    if (layout.parting >= 0 && range.location >= layout.parting)
+        ++range.location;
     const QTextLine line =
-        layout.text.lineForTextPosition(int(std::min(position, layout.styled.text.size())));
+        layout.text.lineForTextPosition(int(std::min(range.location, qint64(layout.styled.text.size()))));
     if (!line.isValid())
         return {};
-    const QRect rect = StyledLinePainter::rectOfRange(line, layout.directions, {position, length}, {});
+    const QRect rect = StyledLinePainter::rectOfRange(line, layout.directions, range, {});
     return rect.isValid() ? rect : line.rect().toAlignedRect();
+}
+
+QRect TDSearchResultsTextFieldCell::rectOfMatch(const QStyleOptionViewItem &option,
+                                                const TDFindResultItem &item, qint64 match) const
+{
+    const QList<TextRange> matches = _layout(option, item).matches;
+    const bool exists = match >= 0 && match < matches.size();
+    return rectOfText(option, item, exists ? matches[match] : TextRange{prefixLength(item), 0});
+}
+
+void TDSearchResultsTextFieldCell::setReplacement(std::shared_ptr<const TDReplacement> replacement)
+{
+    _replacement = std::move(replacement);
+    forgetAll();
 }
 
 void TDSearchResultsTextFieldCell::paint(QPainter *painter, const QStyleOptionViewItem &option,

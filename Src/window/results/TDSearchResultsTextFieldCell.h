@@ -7,9 +7,12 @@
 #include <QStyledItemDelegate>
 #include <QTextLayout>
 
+#include <memory>
+
 namespace tidemark {
 
 class TDFindResultItem;
+class TDReplacement;
 
 /// Lays out and draws the results' rows: match lines wrapped by character over the whole width, errors, and
 /// the cells of a file's row. Only what is drawn or measured is laid out, and only the rows used last are
@@ -29,8 +32,12 @@ public:
 
     /// Where a part of a leaf's display text stands in a row with the option's width and font; its first line
     /// only.
-    QRect rectOfText(const QStyleOptionViewItem &option, const TDFindResultItem &item, qsizetype position,
-                     qsizetype length) const;
+    QRect rectOfText(const QStyleOptionViewItem &option, const TDFindResultItem &item, TextRange range) const;
+    /// The same of a match. The start of the line for one that there isn't.
+    QRect rectOfMatch(const QStyleOptionViewItem &option, const TDFindResultItem &item, qint64 match) const;
+    /// Shown behind each match from now on; null: none is. Shared, as what is laid out is made when it is
+    /// needed.
+    void setReplacement(std::shared_ptr<const TDReplacement> replacement);
     /// Drops what is laid out of the item, or of everything.
     void forget(const TDFindResultItem &item) { _layouts.remove(&item); }
     void forgetAll() { _layouts.clear(); }
@@ -45,6 +52,7 @@ private:
     struct Layout
     {
         StyledText styled;
+        QList<TextRange> matches;
         QTextLayout text;
         Directions directions = Directions::LeftToRight;
         int width = 0;
@@ -59,6 +67,7 @@ private:
     void _paintError(QPainter &painter, const QStyleOptionViewItem &option,
                      const TDFindResultItem &item) const;
 
+    std::shared_ptr<const TDReplacement> _replacement;
     mutable QCache<const TDFindResultItem *, Layout> _layouts;
 };
 

@@ -1,0 +1,43 @@
+#include "window/results/ShownReplacements.h"
+
+#include "foundation/UserDefaults.h"
+#include "session/MyDocument.h"
+#include "session/ReplaceControl.h"
+#include "window/results/OutlineView.h"
+
+#include <QAction>
+#include <QCheckBox>
+
+namespace tidemark {
+
+ShownReplacements::ShownReplacements(MyDocument &document, const ReplaceControl &replace, OutlineView &view,
+                                     QCheckBox &box, QAction &action, QObject *parent)
+    : QObject(parent), _document(document), _replace(replace), _view(view), _box(box), _action(action)
+{
+    const auto store = [](bool shown) {
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS, shown);
+    };
+    connect(&_box, &QCheckBox::clicked, this, store);
+    connect(&_action, &QAction::triggered, this, store);
+    // Options change what a match becomes as well.
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, &ShownReplacements::_update);
+    connect(&_document, &MyDocument::findTextChanged, this, &ShownReplacements::_update);
+    connect(&_document, &MyDocument::replaceTextChanged, this, &ShownReplacements::_update);
+    _update();
+}
+
+bool ShownReplacements::areShown(const QString &replaceText)
+{
+    const QVariant stored = UserDefaults::standard().objectForKey(TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS);
+    return stored.isValid() ? stored.toBool() : !replaceText.isEmpty();
+}
+
+void ShownReplacements::_update()
+{
+    const bool areShown = ShownReplacements::areShown(_document.replaceText());
+    _box.setChecked(areShown);
+    _action.setChecked(areShown);
+    _view.setReplacement(areShown ? std::make_shared<const TDReplacement>(_replace.replacement()) : nullptr);
+}
+
+} // namespace tidemark
