@@ -9,6 +9,9 @@ make-tree.py --utf-16 TARGET TREE
     makes a tree of such a one's files, about 200 MB, in UTF-16 with a byte-order mark
 make-tree.py --file TARGET TREE
     joins the ASCII files of such a tree, over and over, to one file of 1 GB
+make-tree.py --projects TARGET TREE
+    makes of the ASCII files of such a tree projects with an ignore file each and, in "node_modules", "build" and files
+    that end in ".o", as much again that it leaves out
 make-tree.py --tiny TARGET
     makes a million files of one line in a thousand folders
 """
@@ -85,6 +88,23 @@ def make_file(target, sources):
                     return
 
 
+def make_projects(target, sources):
+    ascii_part = os.path.join(sources[0], "ascii")
+    for number, path in enumerate(visible_files(ascii_part)):
+        relative = os.path.relpath(path, ascii_part)
+        project = os.path.join(target, "project%d" % (number // 500))
+        content = read(path)
+        write(os.path.join(project, "src", relative), content)
+        if number % 500 == 0:
+            write(os.path.join(project, ".gitignore"), IGNORED)
+        if number % 5 == 0:
+            write(os.path.join(project, "node_modules", relative), content)
+        elif number % 5 == 1:
+            write(os.path.join(project, "src", "build", relative), content)
+        elif number % 5 == 2:
+            write(os.path.join(project, "src", relative + ".o"), content)
+
+
 def make_tiny(target, _):
     for folder in range(1000):
         for file in range(1000):
@@ -92,7 +112,8 @@ def make_tiny(target, _):
             write(os.path.join(target, f"{folder:03}", f"{file:03}.txt"), b"the file of number %d of many\n" % number)
 
 
-MAKERS = {"--tree": make_tree, "--utf-16": make_utf_16, "--file": make_file, "--tiny": make_tiny}
+IGNORED = b"# what is made\nnode_modules/\n/src/build/\n*.o\n*.log\n!keep.o\ndoc/**/tmp\n/dist\n.cache\n*~\n"
+MAKERS = {"--tree": make_tree, "--utf-16": make_utf_16, "--file": make_file, "--tiny": make_tiny, "--projects": make_projects}
 
 if len(sys.argv) < 3 or sys.argv[1] not in MAKERS:
     sys.exit(__doc__)

@@ -504,5 +504,46 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>&amp;Unicode</source><translation>Unic&amp;ode</translation></message>
   <message><source>Wh&amp;ole words</source><translation>Gan&amp;ze Wörter</translation></message>
   <message><source>&amp;Whole Words</source><translation>Gan&amp;ze Wörter</translation></message>
+  <message><source>&amp;More</source><translation>&amp;Mehr</translation></message>
+  <message><source>&amp;More •</source><translation>&amp;Mehr •</translation></message>
+  <message><source>Lea&amp;ve out</source><translation>A&amp;uslassen</translation></message>
+  <message><source>Leave out</source><translation>Auslassen</translation></message>
+  <message><source>Hidden files</source><translation>Versteckte Dateien</translation></message>
+  <message><source>Obe&amp;y ignore files</source><translation>Ignorierdateien be&amp;folgen</translation></message>
+  <message><source>S&amp;kip files over</source><translation>Höch&amp;stens</translation></message>
+  <message><source>Largest size of a file in megabytes</source><translation>Größe der größten Datei in Megabyte</translation></message>
+  <message><source> MB</source><translation> MB</translation></message>
+  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Muster, durch Kommas oder Leerzeichen getrennt, wie in einer Ignorierdatei: node_modules/ *.min.js !keep.min.js</translation></message>
+  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Einschalten, um auch Dateien und Ordner zu durchsuchen, deren Namen mit einem Punkt beginnen.</translation></message>
+  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Einschalten, um auszulassen, was die Ignorierdateien von Git (.gitignore) und .ignore nennen.</translation></message>
+  <message><source>Show or hide what a search leaves out.</source><translation>Zeigt oder verbirgt, was eine Suche auslässt.</translation></message>
+  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>„%@“ passt auf nichts: Die eckige Klammer wird nicht geschlossen.</translation></message>
+  <message><source>“%@” matches nothing: there is no such class.</source><translation>„%@“ passt auf nichts: Eine solche Klasse gibt es nicht.</translation></message>
+  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>„%@“ passt auf nichts: Es endet mit einem Rückstrich.</translation></message>
+  <message><source>“%@” matches nothing: it names no file.</source><translation>„%@“ passt auf nichts: Es nennt keine Datei.</translation></message>
+  <message><source> • %@ left out</source><translation> • %@ ausgelassen</translation></message>
+  <message><source>Other kinds of files: %@</source><translation>Andere Arten von Dateien: %@</translation></message>
+  <message><source>Pattern “%@”: %@</source><translation>Muster „%@“: %@</translation></message>
+  <message><source>Other patterns: %@</source><translation>Andere Muster: %@</translation></message>
+  <message><source>Ignore file “%@”: %@</source><translation>Ignorierdatei „%@“: %@</translation></message>
+  <message><source>Other ignore files: %@</source><translation>Andere Ignorierdateien: %@</translation></message>
+  <message><source>Hidden: %@</source><translation>Versteckt: %@</translation></message>
+  <message><source>Larger than the limit: %@</source><translation>Größer als die Grenze: %@</translation></message>
+  <message><source>Links: %@</source><translation>Verweise: %@</translation></message>
+  <message><source>Devices, pipes and sockets: %@</source><translation>Geräte, Pipes und Sockets: %@</translation></message>
+  <message><source>Backups of replaced files: %@</source><translation>Sicherungen ersetzter Dateien: %@</translation></message>
+  <message><source>Searched already by another path: %@</source><translation>Unter einem anderen Pfad schon durchsucht: %@</translation></message>
+  <message><source>Could not be read: %@</source><translation>Nicht lesbar: %@</translation></message>
+  <message><source>The ignore file “%@” could not be read.</source><translation>Die Ignorierdatei „%@“ war nicht zu lesen.</translation></message>
+  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>In der Ignorierdatei „%@“ passen diese Muster auf nichts: %@</translation></message>
+  <message><source>A folder that is left out counts once.</source><translation>Ein ausgelassener Ordner zählt einmal.</translation></message>
+  <message><source>No matches in %@ file.</source><translation>Keine Treffer in %@ Datei.</translation></message>
+  <message><source>No matches in %@ files.</source><translation>Keine Treffer in %@ Dateien.</translation></message>
+  <message><source>%@ file was left out…</source><translation>%@ Datei wurde ausgelassen …</translation></message>
+  <message><source>%@ files were left out…</source><translation>%@ Dateien wurden ausgelassen …</translation></message>
+  <message><source>Kinds of files searched in folders: %@</source><translation>In Ordnern durchsuchte Arten von Dateien: %@</translation></message>
+  <message><source>Search Again with Everything</source><translation>Noch einmal alles durchsuchen</translation></message>
+  <message><source>Leave Out This Folder</source><translation>Diesen Ordner auslassen</translation></message>
+  <message><source>Leave Out Files Like This</source><translation>Solche Dateien auslassen</translation></message>
 </context>
 </TS>

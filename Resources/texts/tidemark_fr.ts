@@ -504,5 +504,46 @@ Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le r�
   <message><source>&amp;Unicode</source><translation>Un&amp;icode</translation></message>
   <message><source>Wh&amp;ole words</source><translation>&amp;Mots entiers</translation></message>
   <message><source>&amp;Whole Words</source><translation>&amp;Mots entiers</translation></message>
+  <message><source>&amp;More</source><translation>&amp;Plus</translation></message>
+  <message><source>&amp;More •</source><translation>&amp;Plus •</translation></message>
+  <message><source>Lea&amp;ve out</source><translation>Exc&amp;lure</translation></message>
+  <message><source>Leave out</source><translation>Exclure</translation></message>
+  <message><source>Hidden files</source><translation>Fichiers cachés</translation></message>
+  <message><source>Obe&amp;y ignore files</source><translation>Suivre les ex&amp;clusions</translation></message>
+  <message><source>S&amp;kip files over</source><translation>I&amp;gnorer au-delà de</translation></message>
+  <message><source>Largest size of a file in megabytes</source><translation>Taille maximale d’un fichier en mégaoctets</translation></message>
+  <message><source> MB</source><translation> Mo</translation></message>
+  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Motifs séparés par des virgules ou des espaces, comme dans un fichier d’exclusion : node_modules/ *.min.js !keep.min.js</translation></message>
+  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Cochez pour chercher aussi dans les fichiers et dossiers dont le nom commence par un point.</translation></message>
+  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Cochez pour exclure ce que nomment les fichiers d’exclusion de Git (.gitignore) et .ignore.</translation></message>
+  <message><source>Show or hide what a search leaves out.</source><translation>Affiche ou masque ce qu’une recherche exclut.</translation></message>
+  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>« %@ » ne correspond à rien : le crochet n’est pas fermé.</translation></message>
+  <message><source>“%@” matches nothing: there is no such class.</source><translation>« %@ » ne correspond à rien : cette classe n’existe pas.</translation></message>
+  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>« %@ » ne correspond à rien : il finit par une barre oblique inverse.</translation></message>
+  <message><source>“%@” matches nothing: it names no file.</source><translation>« %@ » ne correspond à rien : il ne nomme aucun fichier.</translation></message>
+  <message><source> • %@ left out</source><translation> • %@ exclus</translation></message>
+  <message><source>Other kinds of files: %@</source><translation>Autres types de fichiers : %@</translation></message>
+  <message><source>Pattern “%@”: %@</source><translation>Motif « %@ » : %@</translation></message>
+  <message><source>Other patterns: %@</source><translation>Autres motifs : %@</translation></message>
+  <message><source>Ignore file “%@”: %@</source><translation>Fichier d’exclusion « %@ » : %@</translation></message>
+  <message><source>Other ignore files: %@</source><translation>Autres fichiers d’exclusion : %@</translation></message>
+  <message><source>Hidden: %@</source><translation>Cachés : %@</translation></message>
+  <message><source>Larger than the limit: %@</source><translation>Au-delà de la taille limite : %@</translation></message>
+  <message><source>Links: %@</source><translation>Liens : %@</translation></message>
+  <message><source>Devices, pipes and sockets: %@</source><translation>Périphériques, tubes et sockets : %@</translation></message>
+  <message><source>Backups of replaced files: %@</source><translation>Sauvegardes de fichiers remplacés : %@</translation></message>
+  <message><source>Searched already by another path: %@</source><translation>Déjà examinés sous un autre chemin : %@</translation></message>
+  <message><source>Could not be read: %@</source><translation>Illisibles : %@</translation></message>
+  <message><source>The ignore file “%@” could not be read.</source><translation>Le fichier d’exclusion « %@ » n’a pas pu être lu.</translation></message>
+  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>Dans le fichier d’exclusion « %@ », ces motifs ne correspondent à rien : %@</translation></message>
+  <message><source>A folder that is left out counts once.</source><translation>Un dossier exclu compte une fois.</translation></message>
+  <message><source>No matches in %@ file.</source><translation>Aucune occurrence dans %@ fichier.</translation></message>
+  <message><source>No matches in %@ files.</source><translation>Aucune occurrence dans %@ fichiers.</translation></message>
+  <message><source>%@ file was left out…</source><translation>%@ fichier a été exclu…</translation></message>
+  <message><source>%@ files were left out…</source><translation>%@ fichiers ont été exclus…</translation></message>
+  <message><source>Kinds of files searched in folders: %@</source><translation>Types de fichiers cherchés dans les dossiers : %@</translation></message>
+  <message><source>Search Again with Everything</source><translation>Chercher de nouveau partout</translation></message>
+  <message><source>Leave Out This Folder</source><translation>Exclure ce dossier</translation></message>
+  <message><source>Leave Out Files Like This</source><translation>Exclure les fichiers de ce genre</translation></message>
 </context>
 </TS>

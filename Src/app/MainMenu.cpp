@@ -62,6 +62,8 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addActions({results.openAtMatchAction(), results.openAction(), results.revealAction(),
                       results.copyLineAction(), results.copyPathAction(),
                       results.copyAsMenu()->menuAction()});
+    menu->addSeparator();
+    menu->addActions({results.leaveOutFolderAction(), results.leaveOutFilesLikeAction()});
     QObject::connect(menu, &QMenu::aboutToShow, &results, &ResultsActions::validateUserInterfaceItems);
 }
 

@@ -16,6 +16,7 @@ namespace tidemark {
 namespace {
 
 const QString UTI_PREFIX = QStringLiteral("uti:");
+const QString UTI_OF_ANY_FILE = QStringLiteral("public.item");
 
 /// As it was before the file was read.
 std::optional<FileDate> dateOf(const FileToRead &file, const TDMatchLineHighlighter &highlighter)
@@ -97,7 +98,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _failedFolders.setLocationsOverlap(_searchedFiles.locationsOverlap());
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
-    _folderTraverser.setFilterOptions(EntryFilterOptions::withUserDefaults());
+    _folderTraverser.setFilterOptions(_searchesEverything ? EntryFilterOptions::everything()
+                                                          : EntryFilterOptions::withUserDefaults());
     _addScopes();
     // A stop that was asked for before the walk began has to count as well.
     if (_shouldStopSearch)
@@ -131,7 +133,7 @@ void TDSearchEngine::_prepareThreads()
 void TDSearchEngine::_addScopes()
 {
     const QStringList patterns = _patternsToInclude();
-    _folderTraverser.setUtis(_utisToInclude());
+    _folderTraverser.setUtis(_searchesEverything ? QStringList{UTI_OF_ANY_FILE} : _utisToInclude());
     for (const TDSearchLocation &location : _searchLocations) {
         if (location.isFolder)
             _folderTraverser.addSearchScopeWithFolderPath(location.path(), location.includeSubFolders,

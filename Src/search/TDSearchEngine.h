@@ -53,6 +53,9 @@ public:
     /// messages, more of them read ahead. 0, the default: as many as the machine has cores.
     void setThreadCount(int threads) { _threadCount = threads; }
 
+    /// Whether what the settings leave out is searched nevertheless, of any kind.
+    void setSearchesEverything(bool everything) { _searchesEverything = everything; }
+
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
     /// kind. A file is searched once, under the first path that leads to it. How the find text is read and
@@ -122,6 +125,7 @@ private:
     QByteArray _lastFolderPath;
     std::shared_ptr<SharedFolder> _lastFolder;
     int _threadCount = 0;
+    bool _searchesEverything = false;
     LeftOut _leftOut; ///< but for what the engine itself leaves out
     quint64 _foundBeforeCount = 0;
     quint64 _unreadableCount = 0;

@@ -10,6 +10,8 @@ void saveFindReplaceTextHistory(UserDefaults &settings, const QString &findText,
 {
     addStringToHistoryArrayForKey(settings, findText, TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY);
     addStringToHistoryArrayForKey(settings, replaceText, TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY);
+    addStringToHistoryArrayForKey(settings, settings.stringForKey(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS),
+                                  TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS_HISTORY);
 }
 
 void addStringToHistoryArrayForKey(UserDefaults &settings, const QString &text, const QString &key)

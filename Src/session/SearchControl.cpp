@@ -23,6 +23,13 @@ SearchControl::~SearchControl()
         search.thread.join();
 }
 
+void SearchControl::startSearchOfEverything()
+{
+    _searchesEverything = true;
+    startSearch();
+    _searchesEverything = false;
+}
+
 void SearchControl::startSearch()
 {
     // The one before may still be winding down; nothing of it may reach the document any more.
@@ -55,8 +62,13 @@ void SearchControl::_beginSession()
     };
     receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
     receiver.ended = [this](const QString &status) { _searchFinished(status); };
+    receiver.counted = [this](const LeftOut &leftOut, quint64 searchedFiles) {
+        _leftOut = leftOut;
+        _searchedFileCount = searchedFiles;
+    };
     _session = std::make_shared<SearchSession>(this, receiver);
     _searchEngine = std::make_shared<TDSearchEngine>();
+    _searchEngine->setSearchesEverything(_searchesEverything);
     _searchEngine->setDelegate(_session);
     const bool ignoreCase = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_IGNORE_CASE);
     _refreshTimer.start();

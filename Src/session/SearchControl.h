@@ -47,6 +47,8 @@ public:
     ~SearchControl() override;
 
     void startSearch();
+    /// Once without what the settings leave out.
+    void startSearchOfEverything();
     /// What was found so far stays. The search's thread may take a moment longer to end.
     void stopSearch();
     /// Stops, and nothing of the search is delivered any more: its window is closing.
@@ -61,6 +63,9 @@ public:
     const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
     /// Whether the last search listed lines on which its matches may be shifted.
     bool matchesMayBeShifted() const { return _searchEngine && _searchEngine->matchesMayBeShifted(); }
+    /// Of the last search that ended.
+    const LeftOut &leftOut() const { return _leftOut; }
+    quint64 searchedFileCount() const { return _searchedFileCount; }
     /// Shows everything that has arrived.
     void updateSearchResultsOutlineView();
 
@@ -101,6 +106,9 @@ private:
     std::vector<SearchThread> _threads;
     QString _sectionTitle;
     std::optional<SearchTerms> _searchedTerms;
+    LeftOut _leftOut;
+    quint64 _searchedFileCount = 0;
+    bool _searchesEverything = false; ///< the one that is about to start
     bool _searching = false;
 };
 

@@ -85,18 +85,28 @@ void SearchSession::errorOccured(const TDError &error)
 
 void SearchSession::didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
 {
-    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Completed));
+    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Completed), scannedCount);
 }
 
 void SearchSession::didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
 {
-    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Interrupted));
+    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Interrupted), scannedCount);
 }
 
-void SearchSession::_end(const QString &status)
+void SearchSession::didLeaveOut(const LeftOut &leftOut)
 {
     const std::lock_guard lock(_mutex);
-    _post([this, status] { _receiver.ended(status); });
+    _leftOut = leftOut;
+}
+
+void SearchSession::_end(const QString &status, quint64 scannedCount)
+{
+    const std::lock_guard lock(_mutex);
+    _post([this, status, scannedCount, leftOut = _leftOut] {
+        if (_receiver.counted)
+            _receiver.counted(leftOut, scannedCount);
+        _receiver.ended(status);
+    });
 }
 
 } // namespace tidemark

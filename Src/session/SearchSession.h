@@ -27,6 +27,8 @@ public:
         std::function<void(const QString &)> statusChanged;
         std::function<void(const TDError &)> errorOccured;
         std::function<void(const QString &status)> ended;
+        /// Right before the end. May be empty.
+        std::function<void(const LeftOut &leftOut, quint64 searchedFiles)> counted = {};
     };
 
     /// `context` lives on the main thread; detach the session before it goes.
@@ -45,6 +47,7 @@ public:
                      quint64 matchCount) override;
     void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file) override;
     void errorOccured(const TDError &error) override;
+    void didLeaveOut(const LeftOut &leftOut) override;
     void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
     void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
 
@@ -52,13 +55,14 @@ private:
     /// Never waits. The mutex must be held, so that the context can't go away meanwhile. What is still under
     /// way when the session is detached isn't delivered.
     void _post(std::function<void()> delivery);
-    void _end(const QString &status);
+    void _end(const QString &status, quint64 scannedCount);
 
     mutable std::mutex _mutex;
     std::condition_variable _taken;
     QObject *_context;
     const Receiver _receiver;
     FindResultItems _newResults;
+    LeftOut _leftOut;
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;
     quint64 _takenCount = 0; ///< on the main thread only

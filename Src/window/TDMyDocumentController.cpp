@@ -51,6 +51,10 @@ void TDMyDocumentController::_connectSearch()
     connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::_noteWhatRuns);
     connect(&_search, &SearchControl::errorOccured, this,
             [this](const TDError &error) { presentErrorSheet(&_window, error); });
+    connect(_results.get(), &ResultsPane::searchOfEverythingRequested, this, [this] {
+        if (!isReplacing())
+            _search.startSearchOfEverything();
+    });
     connect(_form.get(), &SearchForm::startRequested, this, [this] { startSearch(StartStopButton::On); });
 }
 

@@ -11,6 +11,7 @@
 #include "window/WindowedDocument.h"
 #include "window/form/BoundOptions.h"
 #include "window/form/FieldMessages.h"
+#include "window/form/LeaveOutForm.h"
 #include "window/locations/SearchLocationsController.h"
 #include "window/locations/TDTableViewDragDropArrayController.h"
 #include "window/results/ShiftedMatchesNotice.h"
@@ -100,6 +101,7 @@ void SearchForm::_setUpOptions()
     connect(_ui.regularExpressionCheckBox, &QCheckBox::toggled, this, enableUnicode);
     enableUnicode(_ui.regularExpressionCheckBox->isChecked());
     new FieldMessages(_document, _ui, this);
+    connect(new LeaveOutForm(_ui, this), &LeaveOutForm::startRequested, this, &SearchForm::startRequested);
     auto *notice = new ShiftedMatchesNotice(*_ui.shiftedMatchesLabel, _search, this);
     connect(notice, &ShiftedMatchesNotice::searchRequested, this, &SearchForm::startRequested);
     connect(_ui.fileTypesButton, &QPushButton::clicked, this, &SearchForm::showFileTypes);

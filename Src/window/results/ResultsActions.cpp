@@ -1,6 +1,7 @@
 #include "window/results/ResultsActions.h"
 
 #include "foundation/LocalizedText.h"
+#include "search/LeaveOutPattern.h"
 #include "window/Workspace.h"
 #include "window/results/ResultsNavigation.h"
 
@@ -20,7 +21,10 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
       _reveal(_addAction(localizedString("Reveal in Finder"), &ResultsActions::revealInFinder)),
       _copyLine(_addAction(localizedString("Copy Line"), &ResultsActions::copyLine)),
       _copyPath(_addAction(localizedString("Copy Path"), &ResultsActions::copyPath)),
-      _copyAs(_menu.addMenu(localizedString("Copy As")))
+      _copyAs(_menu.addMenu(localizedString("Copy As"))),
+      _leaveOutFolder(_addAction(localizedString("Leave Out This Folder"), &ResultsActions::leaveOutFolder)),
+      _leaveOutFilesLike(
+          _addAction(localizedString("Leave Out Files Like This"), &ResultsActions::leaveOutFilesLike))
 {
     const std::pair<const char *, ResultsFormat> formats[] = {
         {"Path, Line, Column and Text", ResultsFormat::Text},
@@ -30,6 +34,7 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
         connect(_copyAs->addAction(localizedString(text)), &QAction::triggered, this,
                 [this, wanted = format] { copyAs(wanted); });
     _menu.insertSeparator(_copyLine);
+    _menu.insertSeparator(_leaveOutFolder);
     _openAtMatch->setObjectName(QStringLiteral("openAtMatch"));
     _copyLine->setObjectName(QStringLiteral("copyLine"));
     connect(&_navigation, &ResultsNavigation::selectionChanged, this,
@@ -53,8 +58,9 @@ QMenu *ResultsActions::searchResultsOutLineViewMenu()
 void ResultsActions::validateUserInterfaceItems()
 {
     const auto item = _navigation.selection().currentlySelectedFindResultItem();
-    for (QAction *action : {_openAtMatch, _open, _reveal, _copyPath})
+    for (QAction *action : {_openAtMatch, _open, _reveal, _copyPath, _leaveOutFilesLike})
         action->setEnabled(item != nullptr);
+    _leaveOutFolder->setEnabled(!_patternForFolder().isEmpty());
     _copyAs->menuAction()->setEnabled(item != nullptr);
     // An error has no text of its own.
     _copyAs->actions().first()->setEnabled(item && (item->matchLine() != nullptr || item->matchCount() > 0));
@@ -95,6 +101,26 @@ void ResultsActions::copyLine()
     const QString lines = _navigation.selection().selectedLines();
     if (!lines.isNull())
         QGuiApplication::clipboard()->setText(lines);
+}
+
+QString ResultsActions::_patternForFolder() const
+{
+    const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
+    return path.isEmpty() || !_locations ? QString() : patternForFolderOf(path, _locations());
+}
+
+void ResultsActions::leaveOutFolder()
+{
+    const QString pattern = _patternForFolder();
+    if (!pattern.isEmpty())
+        Q_EMIT leaveOutRequested(pattern);
+}
+
+void ResultsActions::leaveOutFilesLike()
+{
+    const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
+    if (!path.isEmpty())
+        Q_EMIT leaveOutRequested(patternForFilesLike(path));
 }
 
 void ResultsActions::copyPath()

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "session/ResultsExport.h"
+#include "search/TDSearchLocation.h"
 
 #include <QMenu>
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 class QAction;
@@ -32,6 +34,13 @@ public:
     void copyPath();
     /// The selected files and lines.
     void copyAs(ResultsFormat format);
+    void leaveOutFolder();
+    void leaveOutFilesLike();
+    /// To which patterns for folders are relative.
+    void setLocations(std::function<QList<TDSearchLocation>()> locations)
+    {
+        _locations = std::move(locations);
+    }
 
     /// With the current selection's items enabled.
     QMenu *searchResultsOutLineViewMenu();
@@ -42,18 +51,24 @@ public:
     QAction *copyLineAction() const { return _copyLine; }
     QAction *copyPathAction() const { return _copyPath; }
     QMenu *copyAsMenu() const { return _copyAs; }
+    QAction *leaveOutFolderAction() const { return _leaveOutFolder; }
+    QAction *leaveOutFilesLikeAction() const { return _leaveOutFilesLike; }
 
     void validateUserInterfaceItems();
 
 Q_SIGNALS:
     /// A text for people.
     void failed(const QString &problem);
+    /// From the next search on.
+    void leaveOutRequested(const QString &pattern);
 
 private:
+    QString _patternForFolder() const;
     QAction *_addAction(const QString &text, void (ResultsActions::*command)());
 
     ResultsNavigation &_navigation;
     std::shared_ptr<Workspace> _workspace;
+    std::function<QList<TDSearchLocation>()> _locations;
     QMenu _menu;
     QAction *_openAtMatch;
     QAction *_open;
@@ -61,6 +76,8 @@ private:
     QAction *_copyLine;
     QAction *_copyPath;
     QMenu *_copyAs;
+    QAction *_leaveOutFolder;
+    QAction *_leaveOutFilesLike;
 };
 
 } // namespace tidemark

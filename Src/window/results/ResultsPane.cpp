@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "search/LeaveOutPattern.h"
 #include "session/IncludedKinds.h"
 #include "session/MyDocument.h"
 #include "session/SearchControl.h"
@@ -11,6 +12,7 @@
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
+#include "window/form/LeaveOutForm.h"
 #include "window/results/ShownReplacements.h"
 
 #include <QAction>
@@ -41,7 +43,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
       _replaceCommands(replace, search, _model, outlineView(), _navigation),
       _exportPanel(
           &window, [this] { return _replaceCommands.allItems(); },
-          [this] { return std::make_unique<TDReplacement>(_replace.replacement()); }, this)
+          [this] { return std::make_unique<TDReplacement>(_replace.replacement()); }, this),
+      _leftOutNotice(_ui, search)
 {
     _setUpToolTips();
     _setUpTexts();
@@ -51,6 +54,10 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpReplaceProgress();
     new ShownReplacements(_document, _replace, outlineView(), *_ui.showReplacementsCheckBox,
                           *_actions.showReplacements, this);
+    connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,
+            &ResultsPane::searchOfEverythingRequested);
+    connect(&_resultsActions, &ResultsActions::leaveOutRequested, this, &ResultsPane::_leaveOut);
+    _resultsActions.setLocations([this] { return _document.searchLocations(); });
     _noteResults();
     _showHint();
 }
@@ -214,6 +221,7 @@ void ResultsPane::_showReplacing(bool isReplacing)
     if (qobject_cast<QAbstractButton *>(outlineView().window()->focusWidget()) != nullptr)
         outlineView().setFocus(Qt::OtherFocusReason);
     _navigation.setRemovalEnabled(!isReplacing);
+    _leftOutNotice.hide();
     _ui.replaceProgressBar->setRange(0, 0);
     _ui.replaceProgressBar->setVisible(isReplacing);
     _ui.stopReplaceButton->setVisible(isReplacing);
@@ -262,12 +270,23 @@ void ResultsPane::searchFinished()
     outlineView().setFocus(Qt::OtherFocusReason);
 }
 
+/// The line on what is left out opens, so that the change is seen.
+void ResultsPane::_leaveOut(const QString &pattern)
+{
+    UserDefaults &settings = UserDefaults::standard();
+    const QString before = settings.stringForKey(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS);
+    settings.setObject(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS, withPattern(before, pattern));
+    settings.setObject(TD_USER_DEFAULTS_NAME_LEAVE_OUT_SHOWN, true);
+}
+
 void ResultsPane::_showHint()
 {
     QString hint;
     if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
         hint = localizedString("Lines with matches will appear here.");
-    else if (_document.findResults().isEmpty())
+    else if (_document.findResults().isEmpty() &&
+             !_leftOutNotice.showInEmptyResults(
+                 formatted(localizedString("Kinds of files searched in folders: %@"), {_kindsOfLastSearch})))
         hint = formatted(localizedString("No matches found.\nKinds of files searched in folders: %@"),
                          {_kindsOfLastSearch});
     outlineView().setHintText(hint);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "window/results/ExportPanel.h"
+#include "window/results/LeftOutNotice.h"
 #include "window/results/ReplaceCommands.h"
 #include "window/results/ResultsActions.h"
 #include "window/results/ResultsNavigation.h"
@@ -42,6 +43,9 @@ public:
     /// After it has ended: a match is selected and the results have the keyboard.
     void searchFinished();
 
+Q_SIGNALS:
+    void searchOfEverythingRequested();
+
 private:
     void _setUpToolTips();
     void _setUpTexts();
@@ -55,6 +59,7 @@ private:
     void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
     void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
     void _showHint();
+    void _leaveOut(const QString &pattern);
 
     MyDocument &_document;
     SearchControl &_search;
@@ -66,6 +71,7 @@ private:
     ResultsActions _resultsActions;
     ReplaceCommands _replaceCommands;
     ExportPanel _exportPanel;
+    LeftOutNotice _leftOutNotice;
     QString _kindsOfLastSearch;
     quint64 _linesOfSearch = 0; ///< that have arrived
     quint64 _countOfFilesToReplaceIn = 0;
