@@ -1,7 +1,9 @@
 #pragma once
 
+#include "replace/RewriteUndo.h"
 #include "replace/TDReplaceEngine.h"
 #include "replace/TDSelectedMatchReplacement.h"
+#include "replace/UndoJournal.h"
 
 #include <QObject>
 
@@ -59,6 +61,15 @@ public:
     void replaceMatches(const FindResultItems &items,
                         const std::function<void(const Outcome &)> &showEnd = {});
 
+    /// Undoes or redoes a step of the journal, as replaceMatches() replaces: with the same signals, and it
+    /// can be stopped. Results that are listed don't follow by themselves.
+    void takeBack(const QByteArray &stepId,
+                  const std::function<void(const RewriteUndo::Outcome &)> &showEnd = {});
+    /// The single replacements so far make one step, whose id it returns, if there were any: to be called
+    /// when the walk through the results is over, and before a step is undone or listed. Other replacements
+    /// end it, too.
+    QByteArray endWalk();
+
     bool isReplacing() const { return _isReplacing; }
     bool stopReplace() const { return *_stopReplace; }
     /// Asks a run to stop; the next one clears it at its start.
@@ -70,6 +81,8 @@ Q_SIGNALS:
     void progressed(quint64 filesDone, quint64 fileCount);
     /// Sent at the end of every run, before replacing(false).
     void finished(const tidemark::TDSelectedMatchReplacement::Outcome &outcome);
+    /// The same for takeBack().
+    void tookBack(const tidemark::RewriteUndo::Outcome &outcome);
 
 private:
     ReplaceRequest _request() const;
