@@ -16,6 +16,8 @@ inline const QString TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE =
 inline const QString TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING = QStringLiteral("defaultStringEncoding");
 inline const QString TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING =
     QStringLiteral("createBackupBeforeReplacing");
+/// In MB of a million bytes; 0 or less: nothing is kept for undoing.
+inline const QString TD_USER_DEFAULTS_NAME_UNDO_JOURNAL_SIZE = QStringLiteral("undoJournalSize");
 inline const QString TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS = QStringLiteral("searchPaths");
 inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT = QStringLiteral("findText");
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT = QStringLiteral("replaceText");

@@ -2,6 +2,8 @@
 
 #include "text/TextEncoding.h"
 
+#include <algorithm>
+
 namespace tidemark {
 
 TDMatchLine::TDMatchLine(qint64 lineNumber, QByteArrayView utf8, std::span<const TextRange> matchRanges)
@@ -23,7 +25,7 @@ TDMatchLine::Changed &TDMatchLine::_own()
     if (!_changed) {
         const QString text = _foundString();
         const QList<TextRange> ranges = matchRanges();
-        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges, ranges, {}});
+        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges, ranges, {}, {}});
     }
     return *_changed;
 }
@@ -38,6 +40,8 @@ void TDMatchLine::setSavedLineString(const QString &line)
 void TDMatchLine::setMatchRanges(const QList<TextRange> &ranges)
 {
     Changed &own = _own();
+    if (own.matchRanges.size() != ranges.size())
+        own.replaced.clear();
     own.matchRanges = ranges;
     if (own.foundRanges.size() != ranges.size())
         own.foundRanges = ranges;
@@ -56,6 +60,37 @@ void TDMatchLine::removeMatchRange(qsizetype index)
         own.savedMatchRanges.removeAt(index);
     own.matchRanges.removeAt(index);
     own.foundRanges.removeAt(index);
+    if (size_t(index) < own.replaced.size())
+        own.replaced.erase(own.replaced.begin() + index);
+}
+
+bool TDMatchLine::isReplaced(qsizetype index) const
+{
+    return size_t(index) < replacedMatches().size() && replacedMatches()[size_t(index)];
+}
+
+void TDMatchLine::setReplaced(qsizetype index)
+{
+    std::vector<bool> &replaced = _own().replaced;
+    replaced.resize(std::max(replaced.size(), size_t(index) + 1));
+    replaced[size_t(index)] = true;
+}
+
+quint64 TDMatchLine::numberOfReplacedMatches() const
+{
+    return quint64(std::count(replacedMatches().begin(), replacedMatches().end(), true));
+}
+
+const std::vector<bool> &TDMatchLine::replacedMatches() const
+{
+    static const std::vector<bool> NONE;
+    return _changed ? _changed->replaced : NONE;
+}
+
+void TDMatchLine::setReplacedMatches(const std::vector<bool> &replaced)
+{
+    if (_changed || !replaced.empty())
+        _own().replaced = replaced;
 }
 
 QString TDMatchLine::foundLineString() const

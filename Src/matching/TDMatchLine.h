@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace tidemark {
 
@@ -64,6 +65,14 @@ public:
         return _changed ? _changed->savedMatchRanges : matchRanges();
     }
 
+    /// Which of the matches were replaced, by their index. A run passes them over.
+    bool isReplaced(qsizetype index) const;
+    void setReplaced(qsizetype index);
+    quint64 numberOfReplacedMatches() const;
+    const std::vector<bool> &replacedMatches() const;
+    /// May be shorter than the matches: the others aren't. Empty for none.
+    void setReplacedMatches(const std::vector<bool> &replaced);
+
     /// Whether the line isn't the one in the file any more.
     bool isUnsaved() const { return _changed && _changed->matchLineString != _changed->savedLineString; }
 
@@ -83,7 +92,8 @@ private:
         QString savedLineString;
         QList<TextRange> savedMatchRanges;
         QList<TextRange> foundRanges; ///< as many as matchRanges, where the line was found by a search
-        QString foundLineString;      ///< null where the text it was found with tells it
+        std::vector<bool> replaced;
+        QString foundLineString; ///< null where the text it was found with tells it
     };
     bool _wasFound() const
     {

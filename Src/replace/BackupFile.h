@@ -53,6 +53,8 @@ public:
 
     const FilePath &path() const { return _path; }
     const ContentDigest &content() const { return _content; }
+    /// As it was made.
+    const FileState &state() const { return _state; }
     /// Open for reading and writing since the file was made; -1 after closeDescriptor().
     int descriptor() const { return _descriptor; }
     void closeDescriptor();

@@ -5,9 +5,11 @@
 #include "foundation/LocalizedText.h"
 #include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
+#include "replace/ContentDifference.h"
 #include "replace/FileModifierErrors.h"
 #include "replace/NewContent.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -71,7 +73,8 @@ void setTextEncodingAttribute(int file, StringEncoding encoding)
 } // namespace
 
 FileRewrite::FileRewrite(Request request, std::shared_ptr<RewriteRecord> record)
-    : _request(std::move(request)), _record(std::move(record)), _writtenEncoding(_request.encoding)
+    : _request(std::move(request)), _record(std::move(record)), _writtenEncoding(_request.encoding),
+      _setsEncodingAttribute(_request.undone.empty())
 {}
 
 bool FileRewrite::_fail(RewriteProblem problem, const TDError &error)
@@ -99,7 +102,7 @@ bool FileRewrite::prepare(Flush flush)
         return false;
     if (_copied.date != _request.originalFileModificationDate)
         (void)_fail(RewriteProblem::Changed, fileModifiedError(path()));
-    else if (_plan(original) && !_isUnchanged)
+    else if ((_request.undone.empty() ? _plan(original) : _planBack(original)) && !_isUnchanged)
         return true;
     abandon();
     return false;
@@ -120,6 +123,9 @@ bool FileRewrite::_fileIsWritableAtPath()
 bool FileRewrite::_fileModifiedSince()
 {
     const std::optional<FileDate> current = TDFileCommon::fileModificationDate(path());
+    // Contents tell what may be taken back.
+    if (!_request.undone.empty())
+        _request.originalFileModificationDate = current;
     if (current && current == _request.originalFileModificationDate)
         return false;
     (void)_fail(RewriteProblem::Changed, current ? fileModifiedError(path()) : modificationDateError(path()));
@@ -171,11 +177,41 @@ bool FileRewrite::_plan(const BackupFile::Original &original)
     return true;
 }
 
+/// The same for what is to be taken back.
+bool FileRewrite::_planBack(const BackupFile::Original &original)
+{
+    const std::vector<UndoEntry> undone = std::exchange(_request.undone, {});
+    const ContentDigest &wanted = undone.back().before;
+    _isUnchanged = _backup->content() == wanted;
+    if (_isUnchanged)
+        return true;
+    auto entry = std::find_if(undone.begin(), undone.end(),
+                              [&](const UndoEntry &each) { return each.after == _backup->content(); });
+    std::optional<RewritePlan> plan;
+    qint64 matches = 0;
+    for (bool isFirst = true; entry != undone.end() && (isFirst || plan); ++entry, isFirst = false) {
+        const auto back = planBack(entry->differences, entry->after.size, entry->before.size);
+        plan = isFirst || !back ? back : composedPlan(*plan, *back);
+        matches += entry->matches;
+    }
+    if (!plan)
+        return _fail(RewriteProblem::Changed, fileModifiedError(path()));
+    _request.matches = matches;
+    _newPlan = std::move(*plan);
+    if (!_produceNewContent(original))
+        return _fail(problemOfReading(_error), TDError(_error));
+    if (_newContent != wanted)
+        return _fail(RewriteProblem::Changed, fileModifiedError(path()));
+    if (original.isContentHeld())
+        _backup->closeDescriptor();
+    return true;
+}
+
 bool FileRewrite::_produceNewContent(const BackupFile::Original &original)
 {
     if (original.isContentHeld() && _newPlan.newSize() <= BackupFile::LONGEST_CONTENT_HELD) {
         _newContent = digestOfBytes(newContentInMemory(_newPlan, original.content));
-        return true;
+        return _noteDifferences();
     }
     ContentHasher hasher;
     const int errorNumber = handOutNewContent(_newPlan, _backup->descriptor(), [&](QByteArrayView bytes) {
@@ -185,12 +221,42 @@ bool FileRewrite::_produceNewContent(const BackupFile::Original &original)
     _newContent = hasher.digest();
     if (errorNumber != 0)
         _error = TDError::posixError(errorNumber, _backup->path());
-    return errorNumber == 0;
+    return errorNumber == 0 && _noteDifferences();
+}
+
+/// True when they aren't asked for.
+bool FileRewrite::_noteDifferences()
+{
+    if (!_request.isNoted)
+        return true;
+    const std::optional<QByteArray> differences = differencesOf(_newPlan, _backup->descriptor());
+    if (differences)
+        _differences = *differences;
+    else
+        _error = TDError::posixError(errno, _backup->path());
+    return differences.has_value();
 }
 
 RewriteRecord::Entry FileRewrite::recordEntry() const
 {
     return {path(), backup(), _copied, _backup->content(), _newContent, _isBackupKept};
+}
+
+UndoEntry FileRewrite::takeUndoEntry()
+{
+    return {path(),
+            _copied.device,
+            _copied.inode,
+            _backup->content(),
+            _newContent,
+            _request.matches,
+            _request.transientBackupFile,
+            std::exchange(_differences, {})};
+}
+
+KeptBackup FileRewrite::keptBackup() const
+{
+    return {_backup->path(), path(), _backup->state().inode, _backup->content()};
 }
 
 void FileRewrite::abandon()
@@ -290,7 +356,8 @@ bool FileRewrite::_replaceContent(int target, QByteArrayView oldBytes, Flush flu
     if (!*isWritten)
         return _fail(RewriteProblem::Damaged,
                      writeError(path(), backup(), differentContentText(), FileNow::Damaged));
-    setTextEncodingAttribute(target, _writtenEncoding);
+    if (_setsEncodingAttribute)
+        setTextEncodingAttribute(target, _writtenEncoding);
     if (flush == Flush::Yes && FileSystemCalls::current().sync(target) != 0) {
         noteFailedFlush(errno);
         return false;

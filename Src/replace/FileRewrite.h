@@ -8,6 +8,7 @@
 #include "replace/RewritePlan.h"
 #include "replace/RewriteProblem.h"
 #include "replace/RewriteRecord.h"
+#include "replace/UndoStep.h"
 #include "text/TextEncoding.h"
 
 #include <QByteArray>
@@ -31,6 +32,12 @@ public:
         StringEncoding encoding; ///< what the reader is given
         bool hadByteOrderMarker = false;
         bool transientBackupFile = false;
+        qint64 matches = 0; ///< that are replaced, for undoEntry()
+        /// Instead of the changes, which aren't looked at then, nor is the date: what was done to the file,
+        /// the latest first, each from what the one before it left. All from the one that left the present
+        /// content is taken back; any other content is refused as changed.
+        std::vector<UndoEntry> undone = {};
+        bool isNoted = false; ///< undoEntry() will be asked for
     };
 
     /// The record gets the names of backups, and what became of them; null: nothing is recorded.
@@ -76,6 +83,11 @@ public:
     RewriteProblem problem() const { return _problem; }
     /// After prepare().
     RewriteRecord::Entry recordEntry() const;
+    /// The same, once.
+    UndoEntry takeUndoEntry();
+    KeptBackup keptBackup() const;
+    /// How many matches are replaced, or taken back.
+    qint64 matches() const { return _request.matches; }
 
 private:
     bool _fileExistsAtPath();
@@ -83,7 +95,9 @@ private:
     bool _fileModifiedSince();
     bool _makeBackup(Flush flush, BackupFile::Original &original);
     bool _plan(const BackupFile::Original &original);
+    bool _planBack(const BackupFile::Original &original);
     bool _produceNewContent(const BackupFile::Original &original);
+    bool _noteDifferences();
 
     /// How far the writing came.
     struct Writing
@@ -110,7 +124,9 @@ private:
     FileState _copied; ///< the file as the backup has it
     RewritePlan _newPlan;
     ContentDigest _newContent;
+    QByteArray _differences; ///< as far as they are asked for
     StringEncoding _writtenEncoding;
+    bool _setsEncodingAttribute; ///< what is taken back leaves it as it is
     std::optional<FileDate> _newModificationDate;
     TDError _error;
     RewriteProblem _problem = RewriteProblem::None;

@@ -476,6 +476,16 @@ QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
     return failures;
 }
 
+QList<QByteArray> InterruptedRewrites::ownersOfRunsCutShort() const
+{
+    QList<QByteArray> owners;
+    for (auto run = _progressOfOwners.cbegin(); run != _progressOfOwners.cend(); ++run) {
+        if (run->total > 1 && run->done < run->total)
+            owners << run.key();
+    }
+    return owners;
+}
+
 void InterruptedRewrites::keep()
 {
     _files.clear();

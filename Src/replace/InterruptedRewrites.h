@@ -44,6 +44,9 @@ public:
     /// Of the runs that were cut short; no files in all when none was.
     RunProgress progress() const { return _progress; }
 
+    /// The processes of these runs, for UndoJournal::lastStepOf().
+    QList<QByteArray> ownersOfRunsCutShort() const;
+
     struct Failure
     {
         File file;

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace tidemark {
 
@@ -23,6 +24,21 @@ struct AppliedReplacement
 std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
                                                const TDReplacement &replacement, TDError &error);
 
+/// What a line becomes when its matches are replaced, but for those that were replaced before.
+struct ReplacedLine
+{
+    QString text;
+    QList<TextRange> ranges;    ///< of the matches in it
+    qint64 count = 0;           ///< of those replaced now
+    qint64 lastLength = 0;      ///< of the last replacement formed; meaningless when there was none
+    std::vector<bool> replaced; ///< by match, now and before
+};
+
+/// Changes nothing: what replaceMatches() would make of the line, up to the first match that can't be
+/// replaced, which leaves the error set, or until `shouldStop`, which is asked before each.
+ReplacedLine replacedLine(const TDMatchLine &line, const TDReplacement &replacement,
+                          const std::function<bool()> &shouldStop, TDError &error);
+
 /// How far a run over all matches of a line came.
 struct ReplacedMatches
 {
@@ -30,8 +46,9 @@ struct ReplacedMatches
     qint64 lastLength = 0; ///< of the last replacement formed; meaningless when there was none
 };
 
-/// The same for every match of the line from the first on, in one pass, until `shouldStop`, which is asked
-/// before each, says so. What was replaced before a failure or a stop stays replaced.
+/// The same for every match of the line from the first on that wasn't replaced before, in one pass, until
+/// `shouldStop`, which is asked before each, says so. What was replaced before a failure or a stop stays
+/// replaced.
 ReplacedMatches replaceMatches(TDMatchLine &line, const TDReplacement &replacement,
                                const std::function<bool()> &shouldStop, TDError &error);
 
@@ -41,7 +58,7 @@ class SavedMatchLine
 public:
     explicit SavedMatchLine(const TDMatchLine &line)
         : _text(line.matchLineString()), _ranges(line.matchRanges()), _foundRanges(line.foundRanges()),
-          _highlightedMatchIndex(line.highlightedMatchIndex())
+          _replaced(line.replacedMatches()), _highlightedMatchIndex(line.highlightedMatchIndex())
     {}
     void restore(TDMatchLine &line) const;
 
@@ -49,6 +66,7 @@ private:
     QString _text;
     QList<TextRange> _ranges;
     QList<TextRange> _foundRanges;
+    std::vector<bool> _replaced;
     qint64 _highlightedMatchIndex;
 };
 

@@ -43,6 +43,9 @@ public:
         bool isNew = false;
     };
 
+    RewritePlan() = default;
+    explicit RewritePlan(std::vector<Segment> segments) : _segments(std::move(segments)) {}
+
     /// Reads the old content to its end through the reader and puts the changes in place of the lines with
     /// their numbers. Lines whose text stays keep their bytes. False with the reader's error, or code 4
     /// when a new text can't be encoded exactly or mark and lines don't account for every byte of the

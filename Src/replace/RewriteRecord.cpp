@@ -151,8 +151,9 @@ private:
     bool _isBegun = false;
 };
 
-/// Whether the folder is there and this user's; errno otherwise. Folders above it are the user's own affair.
-bool makeFolder(const FilePath &folder)
+} // namespace
+
+bool makeUserFolder(const FilePath &folder)
 {
     if (::mkdir(folder.cString(), S_IRWXU) == 0 || errno == EEXIST)
         return true;
@@ -161,8 +162,6 @@ bool makeFolder(const FilePath &folder)
     const QString above = QFile::decodeName(folder.deletingLastPathComponent().bytes());
     return QDir().mkpath(above) && (::mkdir(folder.cString(), S_IRWXU) == 0 || errno == EEXIST);
 }
-
-} // namespace
 
 RewriteRecord::RewriteRecord(const FilePath &path, int descriptor, RecordLock lock)
     : _path(path), _descriptor(descriptor), _lock(std::move(lock))
@@ -173,7 +172,7 @@ std::shared_ptr<RewriteRecord> RewriteRecord::recordInFolder(const FilePath &fol
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     QByteArray name = folder.appendingPathComponent(QByteArrayLiteral("rewrites-XXXXXX")).bytes();
-    const int descriptor = makeFolder(folder) ? makeUniqueFile(name) : -1;
+    const int descriptor = makeUserFolder(folder) ? makeUniqueFile(name) : -1;
     if (descriptor < 0) {
         errorNumber = errno;
         return nullptr;

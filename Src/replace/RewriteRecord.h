@@ -13,6 +13,9 @@
 
 namespace tidemark {
 
+/// Makes a folder for this user only, and those above it, unless it is there; false with errno.
+bool makeUserFolder(const FilePath &folder);
+
 /// How many files of a run are written completely, of how many.
 struct RunProgress
 {

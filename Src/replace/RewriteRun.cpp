@@ -71,6 +71,7 @@ bool RewriteRun::isPathToModifiedFile(const FilePath &path)
 void RewriteRun::add(FileRewrite::Request request, Done done)
 {
     request.path = _resolvedPaths.resolving(request.path);
+    request.isNoted = _undoStep && _undoStep->isOpen();
     const std::optional<FileDate> dateBefore = request.originalFileModificationDate;
     struct stat status = {};
     const bool isThere = ::stat(request.path.cString(), &status) == 0;
@@ -231,8 +232,11 @@ void RewriteRun::_writeOnTheWay()
 
 void RewriteRun::_tellDone(const Group &group)
 {
-    for (const auto &job : group.jobs)
+    for (const auto &job : group.jobs) {
+        if (_undoStep && (job->isRewritten || job->rewrite.problem() == RewriteProblem::NotOnDisk))
+            _undoStep->noteDone(job->rewrite.matches());
         std::exchange(job->done, {})(job->rewrite, job->isRewritten);
+    }
 }
 
 /// The backups of the group, and what was written before, on the way to the disk, and then the group's
@@ -240,6 +244,8 @@ void RewriteRun::_tellDone(const Group &group)
 void RewriteRun::_beginFlush(const Group &group)
 {
     std::vector<RewriteRecord::Entry> entries;
+    std::vector<UndoEntry> undoEntries;
+    std::vector<KeptBackup> keptBackups;
     for (const auto &job : group.jobs) {
         if (!job->isPrepared)
             continue;
@@ -247,12 +253,20 @@ void RewriteRun::_beginFlush(const Group &group)
         rewrite.setBackupKept(_keepsBackups && !rewrite.isBackupTransient() &&
                               !isPathToModifiedFile(rewrite.path()));
         entries.push_back(rewrite.recordEntry());
+        if (_undoStep)
+            undoEntries.push_back(rewrite.takeUndoEntry());
+        if (_undoStep && rewrite.isBackupKept())
+            keptBackups.push_back(rewrite.keptBackup());
     }
-    _flushThread.start([this, entries = std::move(entries), record = group.record,
+    _flushThread.start([this, entries = std::move(entries), undoEntries = std::move(undoEntries),
+                        keptBackups = std::move(keptBackups), record = group.record,
                         fileSystems = _fileSystems.descriptors()] {
         _flushError = _flushing == Flushing::FileSystem ? flushFileSystems(fileSystems) : 0;
-        const bool isRecorded = record && !entries.empty() && _flushError == 0;
-        _listError = isRecorded ? record->noteRewrites(entries) : 0;
+        const bool isNoted = _undoStep && _flushError == 0;
+        _listError = isNoted ? _undoStep->append(undoEntries, keptBackups) : 0;
+        const bool isRecorded = record && !entries.empty() && _flushError == 0 && _listError == 0;
+        if (isRecorded)
+            _listError = record->noteRewrites(entries);
         _flushedCount.add();
     });
     _beingFlushed = std::exchange(_written, {});

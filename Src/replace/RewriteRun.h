@@ -6,6 +6,7 @@
 #include "replace/FlushedFileSystems.h"
 #include "replace/ResolvedPaths.h"
 #include "replace/RewriteRecord.h"
+#include "replace/UndoStepWriter.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -49,6 +50,9 @@ public:
     ~RewriteRun();
     RewriteRun(const RewriteRun &) = delete;
     RewriteRun &operator=(const RewriteRun &) = delete;
+
+    /// What is changed from now on is written to the step, ahead of each group.
+    void setUndoStep(std::shared_ptr<UndoStepWriter> step) { _undoStep = std::move(step); }
 
     /// The path needn't be resolved yet. `done` is called in the order of the files, in this call or a later
     /// one of this object's. Groups begin with a single file and grow. A file that was rewritten in this run
@@ -117,7 +121,7 @@ private:
     void _beginWriting();
     Group _takeFromTheWay();
     void _writeOnTheWay();
-    static void _tellDone(const Group &group);
+    void _tellDone(const Group &group);
     void _beginFlush(const Group &group);
     void _endFlush();
     bool _write(const Group &group);
@@ -136,6 +140,7 @@ private:
     WhileWaiting _whileWaiting;
     IsStopped _isStopped;
     ResolvedPaths _resolvedPaths;
+    std::shared_ptr<UndoStepWriter> _undoStep;
     FlushedFileSystems _fileSystems;
     QHash<Identity, OwnDate> _ownDates; ///< of the files rewritten in this run
 

@@ -3,6 +3,7 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "replace/RewriteProblem.h"
+#include "replace/RewriteRun.h"
 #include "replace/UndoJournal.h"
 
 #include <atomic>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace tidemark {
+
+class UndoStepReader;
 
 /// Takes a step of the journal back, in a run like that of replacing: with backups and records, group by
 /// group. A file whose content isn't what the step left is refused; one that already holds what it held
@@ -47,14 +50,16 @@ public:
         qint64 matches = 0;
         /// The step is still there, for files that a stop, the disk or missing rights held up.
         bool isStepLeft = false;
+        /// Some files of the step couldn't be told any more: they stay as they are, without a word.
+        bool isStepDamaged = false;
         /// Whether this can be taken back, and by which step.
         UndoKeeping keeping = UndoKeeping::Nothing;
         QByteArray newStep;
         /// For the user: a summary of the files that were refused.
         TDError error;
     };
-    /// Called now and then with the number of files done, of how many; may deliver events.
-    using BetweenFiles = std::function<void(quint64 filesDone, quint64 fileCount)>;
+    /// Called now and then with the number of files done; may deliver events.
+    using BetweenFiles = std::function<void(quint64 filesDone)>;
 
     /// `stop` is looked at before every file and every group.
     RewriteUndo(UndoJournal journal, const std::atomic<bool> &stop, BetweenFiles betweenFiles = {});
@@ -63,9 +68,19 @@ public:
     Outcome takeBack(const QByteArray &stepId);
 
 private:
+    void _takeBackFiles(UndoStepReader &reader, const std::shared_ptr<UndoStepWriter> &writer);
+    void _fileIsDone(const FileRewrite &rewrite, bool isRewritten);
+    void _noteLateProblem(const RewriteRun::LateProblem &late);
+    void _endStep(UndoStepReader &reader, const FilePath &path);
+    static bool _mayBeTriedAgain(const File &file);
+
     UndoJournal _journal;
     const std::atomic<bool> &_stop;
     BetweenFiles _betweenFiles;
+
+    Outcome _outcome;
+    qint64 _fileCount = 0;
+    qint64 _matchesLeft = 0;
 };
 
 } // namespace tidemark

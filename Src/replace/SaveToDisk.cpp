@@ -76,11 +76,12 @@ void noteSavedLines(TDFindResultItem &file, const MatchLines &lines)
 }
 
 bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
-                     const IsFileInSearchLocations &isFileInSearchLocations, TDError &error)
+                     const IsFileInSearchLocations &isFileInSearchLocations, TDError &error,
+                     const std::shared_ptr<UndoStepWriter> &undoStep)
 {
     if (!TDFileModifier::fileModifierWithFile(file.path(), file.modificationDate(), lines,
                                               TDStringEncoding::userDefaultsEncoding(), file.includesBOM(),
-                                              isFileInSearchLocations(file.path()), error))
+                                              isFileInSearchLocations(file.path()), error, undoStep))
         return false;
     noteSavedLines(file, lines);
     return true;

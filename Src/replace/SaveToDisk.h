@@ -6,8 +6,11 @@
 #include "replace/FileRewrite.h"
 
 #include <functional>
+#include <memory>
 
 namespace tidemark {
+
+class UndoStepWriter;
 
 /// Tells whether a path is that of a search location that is a single file; the backup of such a file is
 /// transient.
@@ -25,8 +28,10 @@ void noteSavedLines(TDFindResultItem &file, const MatchLines &lines);
 bool saveToDiskFindResultItem(TDFindResultItem &file, const IsFileInSearchLocations &isFileInSearchLocations,
                               TDError &error);
 
-/// The same for some of the node's lines only. The node's date isn't touched.
+/// The same for some of the node's lines only, as a part of the undo step if there is one. The node's date
+/// isn't touched.
 bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
-                     const IsFileInSearchLocations &isFileInSearchLocations, TDError &error);
+                     const IsFileInSearchLocations &isFileInSearchLocations, TDError &error,
+                     const std::shared_ptr<UndoStepWriter> &undoStep = {});
 
 } // namespace tidemark

@@ -11,6 +11,8 @@
 
 namespace tidemark {
 
+class UndoStepWriter;
+
 /// Rewrites one file in place, as a run of a single file. The file keeps its identity: links to it, owner,
 /// mode and attributes stay, as its content is overwritten and nothing else. The steps are those of
 /// FileRewrite and BackupFile.
@@ -30,12 +32,13 @@ public:
     ///
     /// `encoding` is what the reader is given, normally the request to detect it. A transient backup goes to
     /// the temporary folder and is always deleted; otherwise it lies beside the file and is kept, if the
-    /// settings say so, at the first rewrite of a file in this run of the program. Returns nothing, with the
-    /// error set, on any failure. Main thread.
+    /// settings say so, at the first rewrite of a file in this run of the program. The change becomes a part
+    /// of the undo step, if there is one. Returns nothing, with the error set, on any failure. Main thread.
     static std::unique_ptr<TDFileModifier>
     fileModifierWithFile(const FilePath &path, std::optional<FileDate> originalFileModificationDate,
                          const MatchLines &matchLines, StringEncoding encoding, bool hadByteOrderMarker,
-                         bool transientBackupFile, TDError &error);
+                         bool transientBackupFile, TDError &error,
+                         const std::shared_ptr<UndoStepWriter> &undoStep = {});
 
     /// With links resolved.
     const FilePath &path() const { return _path; }

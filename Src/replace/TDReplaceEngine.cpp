@@ -36,8 +36,9 @@ bool TDReplaceEngine::performReplaceWithSave(Save save, TDFindResultItem &item, 
         return false;
 
     TDFindResultItem &file = *item.parent();
-    const bool failed = save == Save::Yes && !saveLinesToDisk(file, {item.sharedMatchLine()},
-                                                              request.isFileInSearchLocations, error);
+    const bool failed =
+        save == Save::Yes && !saveLinesToDisk(file, {item.sharedMatchLine()}, request.isFileInSearchLocations,
+                                              error, request.undoStep);
     if (failed)
         before.restore(line);
     if (save == Save::Yes)

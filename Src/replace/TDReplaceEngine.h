@@ -4,6 +4,7 @@
 #include "matching/FindOptions.h"
 #include "matching/TDFindResultItem.h"
 #include "replace/SaveToDisk.h"
+#include "replace/UndoStepWriter.h"
 
 #include <QString>
 
@@ -17,6 +18,8 @@ struct ReplaceRequest
     QString replaceText;
     IsFileInSearchLocations isFileInSearchLocations;
     FindOptions options = FindOptions::withUserDefaults();
+    /// What a single replacement becomes a part of; null: it can't be undone. A run makes a step of its own.
+    std::shared_ptr<UndoStepWriter> undoStep = {};
 };
 
 /// Replaces the one highlighted match of a match line.

@@ -60,12 +60,32 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
     };
     _run = std::make_unique<RewriteRun>(RewriteRun::Flushing::FileSystem, filesOf(selectedObjects),
                                         whileWaiting, [this] { return _stopReplace.load(); });
+    _beginUndoStep(selectedObjects);
     _replaceInObjects(selectedObjects);
     for (const RewriteRun::LateProblem &late : _run->finish())
         _noteLateProblem(late);
+    if (_undoStep) {
+        _outcome.undo = _undoStep->close();
+        _outcome.undoStep = _undoStep->id();
+    }
     if (_outcome.error.isNull() && !_outcome.failures.empty())
         _outcome.error = failedFilesError(_outcome.failedPaths());
     return _outcome;
+}
+
+void TDSelectedMatchReplacement::_beginUndoStep(const FindResultItems &selectedObjects)
+{
+    _undoStep.reset();
+    const std::optional<UndoJournal> journal = UndoJournal::current();
+    if (!journal)
+        return;
+    // What was said to be too large before isn't kept either when it turns out smaller.
+    if (!journal->hasRoomFor(UndoJournal::estimatedSizeOf(selectedObjects))) {
+        _outcome.undo = UndoKeeping::TooLarge;
+        return;
+    }
+    _undoStep = journal->newStep(_request.findText, _request.replaceText);
+    _run->setUndoStep(_undoStep);
 }
 
 void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &selectedObjects)
@@ -128,10 +148,12 @@ void TDSelectedMatchReplacement::_saveCurrentFile()
     if (file == nullptr || file->matches() == nullptr || !_current->hasSomethingToSave())
         return;
     _waitingFiles.insert(file, _current);
-    _run->add(rewriteRequest(*file, file->matches()->lines, _request.isFileInSearchLocations),
-              [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
-                  _fileIsDone(*changed, rewrite, isRewritten);
-              });
+    FileRewrite::Request request =
+        rewriteRequest(*file, file->matches()->lines, _request.isFileInSearchLocations);
+    request.matches = qint64(_current->replacements);
+    _run->add(std::move(request), [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
+        _fileIsDone(*changed, rewrite, isRewritten);
+    });
 }
 
 void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRewrite &rewrite,

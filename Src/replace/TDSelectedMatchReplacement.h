@@ -38,6 +38,9 @@ public:
         quint64 unchangedFiles = 0;
         quint64 unchangedMatches = 0;
         bool stopped = false;
+        /// Whether the run can be undone, and by which step of the journal.
+        UndoKeeping undo = UndoKeeping::Off;
+        QByteArray undoStep;
         /// For the user: one summary of all failed files, or the faulty expression that ended the run.
         TDError error;
     };
@@ -73,6 +76,7 @@ private:
         bool hasSomethingToSave() const;
     };
 
+    void _beginUndoStep(const FindResultItems &selectedObjects);
     void _replaceInObjects(const FindResultItems &selectedObjects);
     bool _replaceInLine(const std::shared_ptr<TDFindResultItem> &item);
     void _changeToFile(TDFindResultItem *file);
@@ -94,6 +98,7 @@ private:
     QHash<FilePath, std::pair<TDFindResultItem *, quint64>> _rewritten; ///< replacements, by resolved path
     qint64 _lastReplacementLength = -1;                                 ///< -1 before the first replacement
     quint64 _filesDone = 0;
+    std::shared_ptr<UndoStepWriter> _undoStep;
     std::unique_ptr<RewriteRun> _run;
 };
 

@@ -45,8 +45,9 @@ public:
     static qint64 estimatedSizeOf(const FindResultItems &matchLines);
     bool hasRoomFor(qint64 size) const { return size <= _sizeLimit; }
 
-    /// A step that is to be written. Nothing is on the disk before its first file.
-    std::unique_ptr<UndoStepWriter> newStep(const UndoStepHeader &header) const;
+    /// A step of a replacement that is to be made. Nothing is on the disk before its first file; then what
+    /// was undone before can't be redone any more.
+    std::unique_ptr<UndoStepWriter> newStep(const QString &findText, const QString &replaceText) const;
 
     /// What replacements left beside files, run by run, the latest first: only backups that are still there,
     /// by their inode and size. Runs that have none left are forgotten.

@@ -3,7 +3,9 @@
 #include "replace/RecordLock.h"
 #include "replace/UndoJournal.h"
 #include "replace/UndoStep.h"
+#include "replace/UndoStepFormat.h"
 
+#include <atomic>
 #include <vector>
 
 namespace tidemark {
@@ -14,7 +16,11 @@ namespace tidemark {
 class UndoStepWriter
 {
 public:
-    UndoStepWriter(UndoJournal journal, UndoStepHeader header);
+    enum class Purpose {
+        Replacement, ///< after which nothing can be redone
+        TakingBack,
+    };
+    UndoStepWriter(UndoJournal journal, UndoStepHeader header, Purpose purpose);
     /// Closes it.
     ~UndoStepWriter();
     UndoStepWriter(const UndoStepWriter &) = delete;
@@ -29,35 +35,35 @@ public:
     /// As too large, say.
     void giveUp(UndoKeeping reason);
 
-    /// Lets the step go, with what really was changed: a stop may have left files that were appended. A step
-    /// about nothing is removed, and the journal cut to its limit. Returns whether it is kept.
-    UndoKeeping close(qint64 files, qint64 matches);
-    /// The same, when everything that was appended was changed.
-    UndoKeeping close() { return close(_files, _matches); }
+    /// A file that was appended has been changed: a stop may leave others.
+    void noteDone(qint64 matches);
+    /// Lets the step go. One about nothing is removed, and the journal is cut to its limit. Returns whether
+    /// it is kept.
+    UndoKeeping close();
 
-    /// Empty as long as nothing is written.
-    QByteArray id() const { return _step.path.lastPathComponent(); }
+    /// Of a step that is kept; else empty. Not while another thread appends.
+    QByteArray id() const;
 
 private:
     struct File
     {
         FilePath path;
-        int descriptor = -1;
+        int descriptor = -1; ///< owned
         RecordLock lock;
         qint64 size = 0;
     };
-    int _begin(File &file, const QByteArray &prefix) const;
-    int _appendTo(File &file, const QByteArray &bytes) const;
-    static void _end(File &file);
+    int _begin(File &file, const QByteArray &prefix);
+    int _appendTo(File &file, const QByteArray &prefix, const QByteArray &block);
+    static void _end(File &file, bool isKept);
 
     UndoJournal _journal;
     UndoStepHeader _header;
-    UndoKeeping _keeping = UndoKeeping::Nothing;
+    Purpose _purpose;
+    std::atomic<UndoKeeping> _keeping = UndoKeeping::Nothing;
     File _step;
-    File _backups; ///< the backups that the run leaves
-    qint64 _files = 0;
-    qint64 _matches = 0;
-    bool _isClosed = false;
+    File _backups; ///< what the run leaves beside files
+    UndoStepFormat::Counts _appended;
+    UndoStepFormat::Counts _done;
 };
 
 } // namespace tidemark

@@ -23,6 +23,7 @@ void registerUserDefaults(UserDefaults &store)
         {TD_USER_DEFAULTS_NAME_SEARCH_HIDDEN_FILES, false},
         {TD_USER_DEFAULTS_NAME_OBEY_IGNORE_FILES, false},
         {TD_USER_DEFAULTS_NAME_LARGEST_FILE_SIZE, 0},
+        {TD_USER_DEFAULTS_NAME_UNDO_JOURNAL_SIZE, 200},
         {kmIncludedKinds2Pref, archivedKinds(Kind::defaultKinds())},
         {QStringLiteral("UpdatesAvailableTrayIconEnabled"), true},
         {QStringLiteral("CrashReportsTrayIconEnabled"), true},

@@ -20,13 +20,23 @@ ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
     ReplaceExtent extent;
     QSet<const TDFindResultItem *> files;
     for (const auto &item : items) {
-        if (item->matchLine() == nullptr || item->matchLine()->numberOfMatches() == 0)
+        const quint64 open = item->matchLine() == nullptr ? 0
+                                                          : item->matchLine()->numberOfMatches() -
+                                                                item->matchLine()->numberOfReplacedMatches();
+        if (open == 0)
             continue;
-        extent.matches += item->matchLine()->numberOfMatches();
+        extent.matches += open;
         files.insert(item->parent());
     }
     extent.files = quint64(files.size());
+    extent.undoSize = UndoJournal::estimatedSizeOf(items);
     return extent;
+}
+
+bool ReplaceExtent::canBeUndone() const
+{
+    const std::optional<UndoJournal> journal = UndoJournal::current();
+    return journal && journal->hasRoomFor(undoSize);
 }
 
 ReplaceControl::ReplaceControl(ReplaceContext context, QObject *parent)
@@ -53,8 +63,10 @@ TDReplacement ReplaceControl::replacement() const
 bool ReplaceControl::replaceMatch(TDFindResultItem &item, TDError &error)
 {
     _context.increaseBusyWindowCount();
+    ReplaceRequest request = _request();
+    request.undoStep = _walk.step(request.findText, request.replaceText);
     const bool standsOnNextMatch =
-        TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, item, _request(), error);
+        TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, item, request, error);
     _context.decreaseBusyWindowCount();
     return standsOnNextMatch;
 }
@@ -84,24 +96,55 @@ void ReplaceControl::replaceMatches(const FindResultItems &items,
     request.isFileInSearchLocations = [self, asked = request.isFileInSearchLocations](const FilePath &path) {
         return self && asked(path);
     };
-    *stop = false;
+    _beginRun(fileCount);
+    const Outcome outcome =
+        TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(items);
+    if (self)
+        _endRun(outcome, showEnd, &ReplaceControl::finished);
+}
+
+void ReplaceControl::takeBack(const QByteArray &stepId,
+                              const std::function<void(const RewriteUndo::Outcome &)> &showEnd)
+{
+    const std::optional<UndoJournal> journal = UndoJournal::current();
+    if (_isReplacing || !journal)
+        return;
+    const QPointer self(this);
+    const auto stop = _stopReplace;
+    quint64 fileCount = 0;
+    for (const UndoStep &step : journal->steps())
+        fileCount += step.id == stepId ? quint64(step.files) : 0;
+    _beginRun(fileCount);
+    const RewriteUndo::Outcome outcome =
+        RewriteUndo(*journal, *stop, _deliverEvents(fileCount)).takeBack(stepId);
+    if (self)
+        _endRun(outcome, showEnd, &ReplaceControl::tookBack);
+}
+
+QByteArray ReplaceControl::endWalk()
+{
+    return _walk.end();
+}
+
+void ReplaceControl::_beginRun(quint64 fileCount)
+{
+    (void)endWalk();
+    *_stopReplace = false;
     _isReplacing = true;
     _context.increaseBusyWindowCount();
     Q_EMIT replacing(true);
     Q_EMIT progressed(0, fileCount);
-    const Outcome outcome =
-        TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(items);
-    if (self)
-        _endRun(outcome, showEnd);
 }
 
-void ReplaceControl::_endRun(const Outcome &outcome, const std::function<void(const Outcome &)> &showEnd)
+template <typename Ended, typename Signal>
+void ReplaceControl::_endRun(const Ended &outcome, const std::function<void(const Ended &)> &showEnd,
+                             Signal signal)
 {
     if (showEnd)
         showEnd(outcome);
     _isReplacing = false;
     _context.decreaseBusyWindowCount();
-    Q_EMIT finished(outcome);
+    Q_EMIT(this->*signal)(outcome);
     // The last thing: a window that waited for this may go away now.
     Q_EMIT replacing(false);
 }

@@ -26,8 +26,12 @@ struct ReplaceContext
 /// How much a replacement would change.
 struct ReplaceExtent
 {
-    quint64 matches = 0;
+    quint64 matches = 0; ///< without those that were replaced before
     quint64 files = 0;
+    qint64 undoSize = 0; ///< what keeping it for undoing takes at most, as far as that can be told
+
+    /// Whether a run over it would be kept for undoing, by the journal and the settings in force.
+    bool canBeUndone() const;
 
     /// Of the match lines among the nodes.
     static ReplaceExtent of(const FindResultItems &items);
@@ -87,12 +91,15 @@ Q_SIGNALS:
 private:
     ReplaceRequest _request() const;
     TDSelectedMatchReplacement::BetweenFiles _deliverEvents(quint64 fileCount);
-    void _endRun(const Outcome &outcome, const std::function<void(const Outcome &)> &showEnd);
+    void _beginRun(quint64 fileCount);
+    template <typename Ended, typename Signal>
+    void _endRun(const Ended &outcome, const std::function<void(const Ended &)> &showEnd, Signal signal);
 
     ReplaceContext _context;
     /// A run keeps it beyond the end of this object.
     std::shared_ptr<std::atomic<bool>> _stopReplace;
     bool _isReplacing = false;
+    UndoWalk _walk;
 };
 
 } // namespace tidemark

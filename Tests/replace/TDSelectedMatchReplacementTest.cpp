@@ -68,6 +68,31 @@ TEST_F(TDSelectedMatchReplacementTest, AFileSelectedInTwoStretchesIsSavedTwice)
     EXPECT_EQ(backupNames(_folder).size(), 2);
 }
 
+TEST_F(TDSelectedMatchReplacementTest, WhatWasReplacedIsReplacedAgainOnlyOneByOne)
+{
+    setMode(SearchMode::RegularExpression);
+    _folder.write("a.txt", "colour, colour\n");
+    const FindResultItems files = search(_folder.path(), u"c(o)lour"_s);
+    const FindResultItems lines = matchLinesOf(files);
+    TDMatchLine &line = *lines[0]->matchLine();
+    const ReplaceRequest single = request(u"c(o)lour"_s, u"[$&]"_s);
+    const auto replaceFirst = [&] {
+        TDError error;
+        line.setHighlightedMatchIndex(0);
+        TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, *lines[0], single, error);
+        EXPECT_TRUE(error.isNull());
+    };
+    replaceFirst();
+    EXPECT_EQ(line.numberOfReplacedMatches(), 1U);
+    EXPECT_EQ(run(lines, u"c(o)lour"_s, u"<$&>"_s).replacements, 1U);
+    EXPECT_EQ(_folder.read("a.txt"), "[colour], <colour>\n");
+    const Outcome outcome = run(lines, u"c(o)lour"_s, u"{$&}"_s);
+    EXPECT_EQ(std::pair(outcome.replacements, outcome.filesRewritten), std::pair(quint64(0), quint64(0)));
+    replaceFirst();
+    EXPECT_EQ(_folder.read("a.txt"), "[[colour]], <colour>\n");
+    EXPECT_TRUE(line.matchRanges() == (Ranges{{0, 10}, {12, 8}}));
+}
+
 TEST_F(TDSelectedMatchReplacementTest, FileNodesAndErrorNodesAloneReplaceNothing)
 {
     const auto file = searchOne(_folder.write("a.txt", "x--\n"), u"x"_s);

@@ -1,0 +1,155 @@
+#include "replace/UndoStepWriter.h"
+
+#include "foundation/FileSystemCalls.h"
+#include "foundation/UniqueFile.h"
+#include "replace/FileMetadata.h"
+#include "replace/NewContent.h"
+#include "replace/RewriteRecord.h"
+#include "replace/UndoStepFiles.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace tidemark {
+
+using namespace UndoStepFormat;
+
+namespace {
+
+/// Somebody who lists the steps has each for a moment.
+constexpr int LOCK_ATTEMPTS = 50;
+constexpr std::chrono::milliseconds TIME_BETWEEN_LOCK_ATTEMPTS(2);
+
+bool takeLock(RecordLock &lock, int descriptor, const FilePath &path)
+{
+    for (int attempt = 0; attempt < LOCK_ATTEMPTS; ++attempt) {
+        if (lock.take(descriptor, path))
+            return true;
+        std::this_thread::sleep_for(TIME_BETWEEN_LOCK_ATTEMPTS);
+    }
+    return false;
+}
+
+} // namespace
+
+UndoStepWriter::UndoStepWriter(UndoJournal journal, UndoStepHeader header, Purpose purpose)
+    : _journal(std::move(journal)), _header(std::move(header)), _purpose(purpose)
+{
+    _header.owner = undoStepOwner(identityOfThisProcess());
+}
+
+UndoStepWriter::~UndoStepWriter()
+{
+    (void)close();
+}
+
+int UndoStepWriter::append(const std::vector<UndoEntry> &entries, const std::vector<KeptBackup> &backups)
+{
+    if (!isOpen() || entries.empty())
+        return 0;
+    const std::optional<QByteArray> block = filesBlock(entries);
+    if (!block || !_journal.hasRoomFor(_step.size + block->size())) {
+        giveUp(UndoKeeping::TooLarge);
+        return 0;
+    }
+    if (_purpose == Purpose::Replacement && _step.descriptor < 0)
+        _journal._clearRedoSteps();
+    const QByteArray prefix = _header.kind == UndoStepKind::Undo ? UNDO_PREFIX : REDO_PREFIX;
+    if (const int error = _appendTo(_step, prefix, *block); error != 0) {
+        giveUp(UndoKeeping::Failed);
+        return error == EIO ? error : 0;
+    }
+    _keeping = UndoKeeping::Kept;
+    _appended.files += qint64(entries.size());
+    for (const UndoEntry &entry : entries)
+        _appended.matches += entry.matches;
+    // Without the list they only have to be deleted by hand.
+    if (!backups.empty())
+        (void)_appendTo(_backups, KEPT_PREFIX, backupsBlock(backups));
+    return 0;
+}
+
+/// 0, or errno.
+int UndoStepWriter::_begin(File &file, const QByteArray &prefix)
+{
+    if (!makeUserFolder(_journal.folder()))
+        return errno;
+    QByteArray path =
+        _journal.folder().appendingPathComponent(templateForUndoStepFile(_journal.folder(), prefix)).bytes();
+    file.descriptor = makeUniqueFile(path);
+    if (file.descriptor < 0)
+        return errno;
+    file.path = FilePath(path);
+    if (!takeLock(file.lock, file.descriptor, file.path))
+        return EAGAIN;
+    const QByteArray start = SIGNATURE.toByteArray() + headerBlock(_header);
+    file.size = start.size();
+    return writeAll(file.descriptor, start);
+}
+
+/// What is in it reaches the disk; 0, or errno.
+int UndoStepWriter::_appendTo(File &file, const QByteArray &prefix, const QByteArray &block)
+{
+    const bool isNew = file.descriptor < 0;
+    int error = isNew ? _begin(file, prefix) : 0;
+    if (error == 0)
+        error = writeAll(file.descriptor, block);
+    if (error == 0 && FileSystemCalls::current().sync(file.descriptor) != 0)
+        error = errno;
+    if (error == 0 && isNew)
+        error = flushFolder(_journal.folder());
+    file.size += block.size();
+    return error;
+}
+
+void UndoStepWriter::_end(File &file, bool isKept)
+{
+    if (file.descriptor < 0)
+        return;
+    if (!isKept)
+        (void)FileSystemCalls::current().remove(file.path.cString());
+    (void)FileSystemCalls::current().close(std::exchange(file.descriptor, -1));
+    file.lock = {};
+}
+
+void UndoStepWriter::giveUp(UndoKeeping reason)
+{
+    if (!isOpen())
+        return;
+    _keeping = reason;
+    _end(_step, false);
+}
+
+void UndoStepWriter::noteDone(qint64 matches)
+{
+    ++_done.files;
+    _done.matches += matches;
+}
+
+UndoKeeping UndoStepWriter::close()
+{
+    const bool wasBegun = _step.descriptor >= 0 || _backups.descriptor >= 0;
+    const bool isAboutNothing = _done.files == 0;
+    if (_keeping == UndoKeeping::Kept && isAboutNothing)
+        _keeping = UndoKeeping::Nothing;
+    const bool isWhole = _done.files == _appended.files && _done.matches == _appended.matches;
+    // Should that not get there, more is told than there is.
+    if (_step.descriptor >= 0 && !isAboutNothing && !isWhole)
+        (void)writeAll(_step.descriptor, totalsBlock(_done.files, _done.matches));
+    _end(_step, !isAboutNothing);
+    _end(_backups, !isAboutNothing);
+    if (wasBegun)
+        _journal._trim();
+    return _keeping;
+}
+
+QByteArray UndoStepWriter::id() const
+{
+    return _keeping == UndoKeeping::Kept ? _step.path.lastPathComponent() : QByteArray();
+}
+
+} // namespace tidemark
