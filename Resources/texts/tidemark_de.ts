@@ -222,6 +222,17 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Open at Match</source><translation>Beim Treffer öffnen</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Der Dateiname kann keinem anderen Programm übergeben werden, oder es ist kein Befehl eingestellt.</translation></message>
   <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>Der Editor konnte mit „%@“ nicht gestartet werden. Wählen Sie in den Einstellungen einen anderen.</translation></message>
+  <message><source>You can undo this with Edit &gt; Undo.</source><translation>Sie können dies mit Bearbeiten &gt; Rückgängig zurücknehmen.</translation></message>
+  <message><source>&amp;Undo Replacing</source><translation>Ersetzen &amp;rückgängig machen</translation></message>
+  <message><source>&amp;Undo Replacing in %@ File</source><translation>Ersetzen in %@ Datei &amp;rückgängig machen</translation></message>
+  <message><source>&amp;Undo Replacing in %@ Files</source><translation>Ersetzen in %@ Dateien &amp;rückgängig machen</translation></message>
+  <message><source>&amp;Redo Replacing</source><translation>Ersetzen &amp;wiederholen</translation></message>
+  <message><source>&amp;Redo Replacing in %@ File</source><translation>Ersetzen in %@ Datei &amp;wiederholen</translation></message>
+  <message><source>&amp;Redo Replacing in %@ Files</source><translation>Ersetzen in %@ Dateien &amp;wiederholen</translation></message>
+  <message><source>%@ file is as it was before</source><translation>%@ Datei ist, wie sie vorher war</translation></message>
+  <message><source>%@ files are as they were before</source><translation>%@ Dateien sind, wie sie vorher waren</translation></message>
+  <message><source>Stopped</source><translation>Angehalten</translation></message>
+  <message><source>What was noted of this replacement can't be read any more.</source><translation>Was über diese Ersetzung notiert wurde, ist nicht mehr lesbar.</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>

@@ -222,6 +222,17 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Open at Match</source><translation>Ouvrir à l’occurrence</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Le nom du fichier ne peut pas être transmis à un autre programme, ou aucune commande n’est définie.</translation></message>
   <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>L’éditeur n’a pas pu être lancé avec « %@ ». Choisissez-en un autre dans les préférences.</translation></message>
+  <message><source>You can undo this with Edit &gt; Undo.</source><translation>Vous pouvez l’annuler avec Édition &gt; Annuler.</translation></message>
+  <message><source>&amp;Undo Replacing</source><translation>&amp;Annuler le remplacement</translation></message>
+  <message><source>&amp;Undo Replacing in %@ File</source><translation>&amp;Annuler le remplacement dans %@ fichier</translation></message>
+  <message><source>&amp;Undo Replacing in %@ Files</source><translation>&amp;Annuler le remplacement dans %@ fichiers</translation></message>
+  <message><source>&amp;Redo Replacing</source><translation>&amp;Rétablir le remplacement</translation></message>
+  <message><source>&amp;Redo Replacing in %@ File</source><translation>&amp;Rétablir le remplacement dans %@ fichier</translation></message>
+  <message><source>&amp;Redo Replacing in %@ Files</source><translation>&amp;Rétablir le remplacement dans %@ fichiers</translation></message>
+  <message><source>%@ file is as it was before</source><translation>%@ fichier est comme avant</translation></message>
+  <message><source>%@ files are as they were before</source><translation>%@ fichiers sont comme avant</translation></message>
+  <message><source>Stopped</source><translation>Arrêté</translation></message>
+  <message><source>What was noted of this replacement can't be read any more.</source><translation>Ce qui a été noté de ce remplacement n’est plus lisible.</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>

@@ -144,6 +144,11 @@ void addEditMenu(QMenuBar *bar, TDMyDocumentController &controller, TDApplicatio
             copyLinesWith(action, menu, controller.resultsPane(), edited);
     }
     menu->addSeparator();
+    const SearchWindowActions &actions = controller.actions();
+    menu->addActions({actions.undoReplacing, actions.redoReplacing});
+    UndoCommands &undo = controller.resultsPane().undoCommands();
+    QObject::connect(menu, &QMenu::aboutToShow, &undo, &UndoCommands::update);
+    menu->addSeparator();
     addPreferences(menu, application);
 }
 

@@ -5,6 +5,7 @@
 #include "foundation/AbandonableWork.h"
 #include "foundation/UserDefaults.h"
 #include "replace/RewriteRecord.h"
+#include "replace/UndoJournal.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -67,6 +68,7 @@ int main(int argc, char **argv)
 
     const FilePath recordFolder = RewriteRecord::userFolder();
     const RewriteRecordFolder rewriteRecords(recordFolder);
+    const UndoJournalFolder undoJournal(UndoJournal::userFolder());
     TDApplicationController controller;
     controller.awakeFromNib();
     const RunningInstance running(instance);

@@ -68,6 +68,7 @@ bool ReplaceControl::replaceMatch(TDFindResultItem &item, TDError &error)
     const bool standsOnNextMatch =
         TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, item, request, error);
     _context.decreaseBusyWindowCount();
+    Q_EMIT replacedMatch();
     return standsOnNextMatch;
 }
 

@@ -81,6 +81,8 @@ public:
 
 Q_SIGNALS:
     void replacing(bool isReplacing);
+    /// After a single replacement, whether it failed or not.
+    void replacedMatch();
     /// Files done of the files with something to replace; what is listed agrees with them.
     void progressed(quint64 filesDone, quint64 fileCount);
     /// Sent at the end of every run, before replacing(false).

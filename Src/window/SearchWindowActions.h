@@ -43,6 +43,9 @@ struct SearchWindowActions
     QAction *replaceSelection = nullptr;
     QAction *replaceAll = nullptr;
 
+    QAction *undoReplacing = nullptr;
+    QAction *redoReplacing = nullptr;
+
     QAction *otherPane = nullptr;
 };
 

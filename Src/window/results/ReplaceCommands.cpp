@@ -97,7 +97,9 @@ bool ReplaceCommands::_performReplace()
 
 QString ReplaceCommands::_informativeText(ReplaceExtent extent) const
 {
-    QString text = localizedString("This operation cannot easily be undone.") + QStringLiteral("\n\n");
+    QString text = localizedString(extent.canBeUndone() ? "You can undo this with Edit > Undo."
+                                                        : "This operation cannot easily be undone.") +
+                   QStringLiteral("\n\n");
     if (extent.matches == 0)
         return text + localizedString("No match is selected, so nothing will change.");
     text += formatted(localizedString("%@ in %@ will change."),

@@ -44,6 +44,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
       _exportPanel(
           &window, [this] { return _replaceCommands.allItems(); },
           [this] { return std::make_unique<TDReplacement>(_replace.replacement()); }, this),
+      _undoCommands(document, replace, search, outlineView(), *actions.undoReplacing, *actions.redoReplacing,
+                    this),
       _leftOutNotice(_ui, search)
 {
     _setUpToolTips();

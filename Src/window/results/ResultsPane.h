@@ -6,6 +6,7 @@
 #include "window/results/ResultsActions.h"
 #include "window/results/ResultsNavigation.h"
 #include "window/results/ResultsTreeModel.h"
+#include "window/results/UndoCommands.h"
 
 #include <QObject>
 #include <QPointer>
@@ -34,6 +35,7 @@ public:
 
     TDSearchResultsOutlineView &outlineView() const;
     ResultsNavigation &navigation() { return _navigation; }
+    UndoCommands &undoCommands() { return _undoCommands; }
     ExportPanel &exportPanel() { return _exportPanel; }
     ReplaceCommands &replaceCommands() { return _replaceCommands; }
     ResultsActions &resultsActions() { return _resultsActions; }
@@ -71,6 +73,7 @@ private:
     ResultsActions _resultsActions;
     ReplaceCommands _replaceCommands;
     ExportPanel _exportPanel;
+    UndoCommands _undoCommands;
     LeftOutNotice _leftOutNotice;
     QString _kindsOfLastSearch;
     quint64 _linesOfSearch = 0; ///< that have arrived
