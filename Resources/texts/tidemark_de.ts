@@ -233,6 +233,25 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>%@ files are as they were before</source><translation>%@ Dateien sind, wie sie vorher waren</translation></message>
   <message><source>Stopped</source><translation>Angehalten</translation></message>
   <message><source>What was noted of this replacement can't be read any more.</source><translation>Was über diese Ersetzung notiert wurde, ist nicht mehr lesbar.</translation></message>
+  <message><source>&amp;History of Replacements…</source><translation>Ersetzungs&amp;verlauf …</translation></message>
+  <message><source>Delete &amp;Backups…</source><translation>&amp;Sicherungen löschen …</translation></message>
+  <message><source>In use</source><translation>In Arbeit</translation></message>
+  <message><source>Undone</source><translation>Rückgängig gemacht</translation></message>
+  <message><source>Done</source><translation>Ausgeführt</translation></message>
+  <message><source>&amp;Forget</source><translation>&amp;Vergessen</translation></message>
+  <message><source>History of Replacements</source><translation>Ersetzungsverlauf</translation></message>
+  <message><source>When</source><translation>Wann</translation></message>
+  <message><source>Find → Replace</source><translation>Suchen → Ersetzen</translation></message>
+  <message><source>Files</source><translation>Dateien</translation></message>
+  <message><source>Size</source><translation>Größe</translation></message>
+  <message><source>State</source><translation>Zustand</translation></message>
+  <message><source>A file that was changed since isn't touched. What is forgotten can't be taken back.</source><translation>Eine Datei, die seither geändert wurde, bleibt unberührt. Was vergessen wird, kann nicht mehr zurückgenommen werden.</translation></message>
+  <message><source>&amp;Delete Ticked</source><translation>Angekreuzte &amp;löschen</translation></message>
+  <message><source>Delete Backups</source><translation>Sicherungen löschen</translation></message>
+  <message><source>Backup</source><translation>Sicherung</translation></message>
+  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Eine Sicherung, die geändert wurde oder nicht die angelegte ist, bleibt, wo sie ist.</translation></message>
+  <message><source>%@ backups deleted.</source><translation>%@ Sicherungen gelöscht.</translation></message>
+  <message><source>%@ were not, as they were changed or are not permitted to go: %@</source><translation>%@ nicht, da sie geändert wurden oder nicht gelöscht werden dürfen: %@</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Erster Treffer der nächsten &amp;Datei</translation></message>

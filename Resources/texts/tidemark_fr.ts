@@ -233,6 +233,25 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>%@ files are as they were before</source><translation>%@ fichiers sont comme avant</translation></message>
   <message><source>Stopped</source><translation>Arrêté</translation></message>
   <message><source>What was noted of this replacement can't be read any more.</source><translation>Ce qui a été noté de ce remplacement n’est plus lisible.</translation></message>
+  <message><source>&amp;History of Replacements…</source><translation>&amp;Historique des remplacements…</translation></message>
+  <message><source>Delete &amp;Backups…</source><translation>Supprimer les &amp;sauvegardes…</translation></message>
+  <message><source>In use</source><translation>En cours</translation></message>
+  <message><source>Undone</source><translation>Annulé</translation></message>
+  <message><source>Done</source><translation>Effectué</translation></message>
+  <message><source>&amp;Forget</source><translation>&amp;Oublier</translation></message>
+  <message><source>History of Replacements</source><translation>Historique des remplacements</translation></message>
+  <message><source>When</source><translation>Quand</translation></message>
+  <message><source>Find → Replace</source><translation>Rechercher → Remplacer</translation></message>
+  <message><source>Files</source><translation>Fichiers</translation></message>
+  <message><source>Size</source><translation>Taille</translation></message>
+  <message><source>State</source><translation>État</translation></message>
+  <message><source>A file that was changed since isn't touched. What is forgotten can't be taken back.</source><translation>Un fichier modifié depuis n’est pas touché. Ce qui est oublié ne peut plus être annulé.</translation></message>
+  <message><source>&amp;Delete Ticked</source><translation>&amp;Supprimer les cochées</translation></message>
+  <message><source>Delete Backups</source><translation>Supprimer les sauvegardes</translation></message>
+  <message><source>Backup</source><translation>Sauvegarde</translation></message>
+  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Une sauvegarde modifiée, ou qui n’est pas celle qui a été créée, reste en place.</translation></message>
+  <message><source>%@ backups deleted.</source><translation>%@ sauvegardes supprimées.</translation></message>
+  <message><source>%@ were not, as they were changed or are not permitted to go: %@</source><translation>%@ ne l’ont pas été, car elles ont été modifiées ou ne peuvent pas être supprimées : %@</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>

@@ -23,6 +23,7 @@ void addFileMenu(QMenuBar *bar, const SearchWindowActions &actions, TDApplicatio
     menu->addAction(actions.removeLocation);
     menu->addSeparator();
     menu->addAction(actions.exportResults);
+    menu->addAction(actions.history);
     menu->addSeparator();
     menu->addAction(actions.close);
     QAction *quit = menu->addAction(localizedString("&Quit"), QKeySequence::Quit, &application,
@@ -58,6 +59,7 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});
     menu->addSeparator();
     menu->addActions({actions.expandCollapseAll, actions.removeSelected});
+    menu->addAction(actions.deleteBackups);
     menu->addSeparator();
     menu->addActions({results.openAtMatchAction(), results.openAction(), results.revealAction(),
                       results.copyLineAction(), results.copyPathAction(),

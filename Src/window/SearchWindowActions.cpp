@@ -88,6 +88,8 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.replace = maker.make("replace", "&Replace", {Qt::CTRL | Qt::Key_R});
     actions.replaceAndFind =
         maker.makeWithResultsKey("replaceAndFind", "Replace an&d Find", Qt::CTRL | Qt::Key_X);
+    actions.history = maker.make("history", "&History of Replacements…", {});
+    actions.deleteBackups = maker.make("deleteBackups", "Delete &Backups…", {});
     actions.undoReplacing = maker.make("undoReplacing", "&Undo Replacing", {QKeySequence::Undo});
     actions.redoReplacing = maker.make("redoReplacing", "&Redo Replacing", {QKeySequence::Redo});
     actions.replaceSelection = maker.make("replaceSelection", "Replace &Selection…", {Qt::CTRL | Qt::Key_S});

@@ -43,6 +43,8 @@ struct SearchWindowActions
     QAction *replaceSelection = nullptr;
     QAction *replaceAll = nullptr;
 
+    QAction *history = nullptr;
+    QAction *deleteBackups = nullptr;
     QAction *undoReplacing = nullptr;
     QAction *redoReplacing = nullptr;
 

@@ -8,7 +8,9 @@
 #include "session/SearchControl.h"
 #include "session/SearchStatusLine.h"
 #include "ui_MyDocument.h"
+#include "window/BackupsDialog.h"
 #include "window/ErrorSheet.h"
+#include "window/HistoryDialog.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
@@ -114,6 +116,15 @@ void ResultsPane::_setUpCommands()
             &ReplaceCommands::replaceSelection);
     connect(_actions.replaceAll, &QAction::triggered, &_replaceCommands, &ReplaceCommands::replaceAll);
     connect(_actions.exportResults, &QAction::triggered, &_exportPanel, &ExportPanel::open);
+    connect(_actions.history, &QAction::triggered, this, [this] {
+        (void)_replace.endWalk();
+        auto *history = new HistoryDialog(outlineView().window());
+        connect(history, &HistoryDialog::takeBackRequested, &_undoCommands, &UndoCommands::takeBack,
+                Qt::QueuedConnection);
+        history->open();
+    });
+    connect(_actions.deleteBackups, &QAction::triggered, this,
+            [this] { (new BackupsDialog(outlineView().window()))->open(); });
 }
 
 void ResultsPane::_setUpKeys()
@@ -215,6 +226,8 @@ void ResultsPane::_noteResults()
     _actions.replaceSelection->setEnabled(isComplete);
     _actions.replaceAll->setEnabled(isComplete);
     _actions.exportResults->setEnabled(isComplete);
+    _actions.history->setEnabled(isFree);
+    _actions.deleteBackups->setEnabled(isFree);
 }
 
 void ResultsPane::_showReplacing(bool isReplacing)
