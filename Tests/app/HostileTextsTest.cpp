@@ -108,7 +108,7 @@ protected:
     {
         controller().startSearch(StartStopButton::On);
         ASSERT_TRUE(waitFor([this] { return !controller().searching(); }));
-        document->setResultsStatusText(u"• Searching: /"_s + HOSTILE + QString(500, u'x'));
+        document->setResultsStatusText(u"• /"_s + HOSTILE + QString(500, u'x'));
     }
     void expectShown(QWidget &window, int atLeast)
     {

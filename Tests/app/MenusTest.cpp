@@ -84,8 +84,10 @@ public:
         }
         stream << QGuiApplication::clipboard()->text() << ui.ignoreCaseCheckBox->isChecked()
                << ui.regularExpressionCheckBox->isChecked() << ui.unicodeCheckBox->isChecked()
-               << ui.wholeWordsCheckBox->isChecked() << controller.searching()
-               << document.searchLocations().size() << controller.stopReplace() << outside.opened.join(u' ');
+               << ui.wholeWordsCheckBox->isChecked() << ui.showReplacementsCheckBox->isChecked()
+               << UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS)
+               << controller.searching() << document.searchLocations().size() << controller.stopReplace()
+               << outside.opened.join(u' ');
         const QWidget *focused = controller.window()->focusWidget();
         stream << (focused != nullptr ? focused->objectName() : QString());
         TDSearchResultsOutlineView &results = controller.resultsPane().outlineView();

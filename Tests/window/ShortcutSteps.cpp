@@ -59,9 +59,9 @@ void expectEveryShortcutEverywhere(ApplicationDelegate &application)
         for (const QKeySequence &sequence : action->shortcuts()) {
             for (QWidget *place : focusable) {
                 // Both copy in a field, and the results have something to copy as well.
-                const bool edits =
-                    (qobject_cast<QComboBox *>(place) != nullptr || place == window.outline()) &&
-                    editing.contains(sequence);
+                const bool isField = qobject_cast<QComboBox *>(place) != nullptr;
+                const bool copies = place == window.outline() && sequence == QKeySequence(QKeySequence::Copy);
+                const bool edits = copies || (isField && editing.contains(sequence));
                 const QSignalSpy triggered(action, &QAction::triggered);
                 press(place, sequence);
                 EXPECT_EQ(triggered.count(), edits ? 0 : 1)

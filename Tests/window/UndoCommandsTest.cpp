@@ -13,7 +13,7 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     const TemporaryFolder state;
     const UndoJournalFolder journal(state.path());
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, false);
-    const QByteArray contents[] = {"foo foo\nx\n", "a foo\r\n", "foo"};
+    const QByteArray contents[] = {"foo foo\nx\n", "a foo\r\n", "a foo"};
     for (int number = 0; number < 3; ++number)
         folder.write(QByteArray::number(number), contents[number]);
     OpenWindow window(application);
@@ -26,7 +26,7 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     ASSERT_NE(window.sheet(), nullptr);
     EXPECT_TRUE(window.sheet()->informativeText().startsWith(u"You can undo this with Edit > Undo.\n\n"_s));
     window.press(u"Replace All"_s);
-    ASSERT_TRUE(waitFor([&] { return folder.read("2") == "bar" && !window.controller().isReplacing(); }));
+    ASSERT_TRUE(waitFor([&] { return folder.read("2") == "a bar" && !window.controller().isReplacing(); }));
     EXPECT_EQ(actions.undoReplacing->text(), u"&Undo Replacing in 3 Files"_s);
 
     // Somebody's work is left alone.
@@ -44,7 +44,7 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
 
     actions.redoReplacing->trigger();
     EXPECT_EQ(folder.read("0"), "bar bar\nx\n");
-    EXPECT_EQ(folder.read("2"), "bar");
+    EXPECT_EQ(folder.read("2"), "a bar");
     EXPECT_EQ(window.document.findResults().count(), 1);
     actions.undoReplacing->trigger();
     EXPECT_EQ(folder.read("0"), contents[0]);

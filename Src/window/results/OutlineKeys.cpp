@@ -46,6 +46,10 @@ bool OutlineKeys::takes(const QKeyEvent &event)
     const int key = event.key();
     // Without Control it looks for a file, as every other letter but those of the commands.
     const bool isCopy = key == Qt::Key_C && event.modifiers() & Qt::ControlModifier;
+    // With both it is a command of the window.
+    constexpr Qt::KeyboardModifiers BOTH = Qt::ControlModifier | Qt::ShiftModifier;
+    if ((isCommand(key) || isCopy) && (event.modifiers() & BOTH) == BOTH)
+        return false;
     return (isCommand(key) || isArrow(key) || key == Qt::Key_Delete || isCopy || isReturn(event)) &&
            !hasForeignModifier(event.modifiers());
 }
