@@ -30,7 +30,8 @@ std::optional<AppliedReplacement> replaceMatch(TDMatchLine &line, qint64 index,
     line.setMatchLineString(newText);
     const AppliedReplacement applied = {replaced->size(), replaced->size() - range.length};
     line.replaceMatchRange(index, {range.location, applied.newLength});
-    line.setReplaced(index);
+    if (*replaced != matchedText)
+        line.setReplaced(index);
     line.offsetMatchRangesBy(applied.offset, quint64(index) + 1);
     return applied;
 }
@@ -63,7 +64,8 @@ ReplacedLine replacedLine(const TDMatchLine &line, const TDReplacement &replacem
         result.text += *replaced;
         if (isReplaced)
             continue;
-        result.replaced[size_t(index)] = true;
+        // What stays as it is, as when the find text was changed, may be replaced later.
+        result.replaced[size_t(index)] = *replaced != matched;
         ++result.count;
         result.lastLength = replaced->size();
     }

@@ -82,6 +82,8 @@ TEST_F(TDSelectedMatchReplacementTest, WhatWasReplacedIsReplacedAgainOnlyOneByOn
         TDReplaceEngine::performReplaceWithSave(TDReplaceEngine::Save::Yes, *lines[0], single, error);
         EXPECT_TRUE(error.isNull());
     };
+    EXPECT_EQ(run(lines, u"c(o)lour"_s, u"$&"_s).unchangedMatches, 2U);
+    EXPECT_EQ(line.numberOfReplacedMatches(), 0U) << "what stayed may be replaced later";
     replaceFirst();
     EXPECT_EQ(line.numberOfReplacedMatches(), 1U);
     EXPECT_EQ(run(lines, u"c(o)lour"_s, u"<$&>"_s).replacements, 1U);
