@@ -15,8 +15,21 @@ const char *const DRIVER_USAGE =
     "                      [--kind all|text|source|PATTERN]... [--no-subfolders]\n"
     "                      [--leave-out PATTERN]... [--hidden] [--ignore-files] [--largest-size BYTES]\n"
     "                      [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup] [--record FOLDER]\n"
-    "                      [--threads N] [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n"
-    "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n";
+    "                      [--journal FOLDER] [--preview] [--threads N] [--repeat N] [--list] [--errors]\n"
+    "                      [--quiet] [--json] LOCATION...\n"
+    "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n"
+    "       tidemark-bench --undo FOLDER | --redo FOLDER [--record FOLDER] [--no-backup]\n"
+    "       tidemark-bench --history FOLDER\n"
+    "\n"
+    "--preview prints PATH:LINE: and each line as --replace would write it, and changes nothing.\n"
+    "--undo and --redo take back the last step kept by --journal, or the last undoing: a line for each "
+    "file,\n"
+    "done or refused, a tab, the path percent-encoded. --history prints a line for each step, the latest "
+    "first:\n"
+    "undo or redo, date, files, matches, bytes, find text and replace text, between tabs.\n"
+    "Exit status: 0, or 1 for a malformed expression, files not put back, undone or redone, or nothing to "
+    "undo\n"
+    "or redo, or 2 for wrong usage.\n";
 
 namespace {
 
@@ -39,7 +52,8 @@ public:
     {
         while (_next < _arguments.size() && _problem.isEmpty())
             _takeArgument(_arguments[_next++]);
-        if (_problem.isEmpty() && _options.interruptedFolder.isEmpty())
+        if (_problem.isEmpty() && _options.interruptedFolder.isEmpty() &&
+            _options.journal == DriverOptions::Journal::None)
             _checkSearch();
         if (_options.kinds.isEmpty())
             _options.kinds << kindNamed(QStringLiteral("text"));
@@ -56,6 +70,8 @@ private:
             _problem = "no location given";
         else if (_options.isUnicode && !_options.isRegularExpression)
             _problem = "--unicode goes with --regex";
+        else if (_options.isPreview && !_options.replaceText)
+            _problem = "--preview goes with --replace";
     }
 
     void _takeArgument(const QByteArray &argument)
@@ -85,6 +101,7 @@ private:
             {"--errors", {&_options.listsErrors, true}},
             {"--quiet", {&_options.isQuiet, true}},
             {"--json", {&_options.printsJson, true}},
+            {"--preview", {&_options.isPreview, true}},
         };
         const auto flag = flags.constFind(name);
         if (flag == flags.cend())
@@ -107,11 +124,16 @@ private:
     /// Their values are bytes.
     bool _takeFolder(const QByteArray &name)
     {
-        FilePath *folder = name == "--record"        ? &_options.recordFolder
-                           : name == "--interrupted" ? &_options.interruptedFolder
-                                                     : nullptr;
+        using Journal = DriverOptions::Journal;
+        const QHash<QByteArray, Journal> commands = {
+            {"--undo", Journal::Undo}, {"--redo", Journal::Redo}, {"--history", Journal::History}};
+        FilePath *folder = name == "--record"                               ? &_options.recordFolder
+                           : name == "--interrupted"                        ? &_options.interruptedFolder
+                           : name == "--journal" || commands.contains(name) ? &_options.journalFolder
+                                                                            : nullptr;
         if (folder == nullptr)
             return false;
+        _options.journal = commands.value(name, _options.journal);
         if (_next == _arguments.size())
             _problem = name + " needs a value";
         else

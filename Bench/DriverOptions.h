@@ -21,6 +21,9 @@ struct DriverOptions
     QList<FilePath> locations;
     FilePath recordFolder;      ///< empty: nothing is recorded
     FilePath interruptedFolder; ///< of the records to look into instead of searching; empty: search
+    FilePath journalFolder;     ///< where what can be undone is kept; empty: nothing is
+    /// What to do with the journal instead of searching.
+    enum class Journal { None, Undo, Redo, History } journal = Journal::None;
     enum class Decision { None, PutBack, Keep } decision = Decision::None;
     int threads = 0; ///< 0: as many as suit the machine
     int repeat = 1;
@@ -36,6 +39,7 @@ struct DriverOptions
     bool listsErrors = false;
     bool isQuiet = false;
     bool printsJson = false;
+    bool isPreview = false;
 };
 
 /// Nothing, with what is wrong in `problem`, when the arguments aren't understood. Arguments that name files

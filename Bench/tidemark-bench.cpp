@@ -1,6 +1,7 @@
 #include "DriverOptions.h"
 #include "InterruptedCommand.h"
 #include "SearchRun.h"
+#include "UndoCommand.h"
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
@@ -26,7 +27,13 @@ using namespace tidemark;
 
 namespace {
 
-enum ExitStatus { SEARCH_ENDED = 0, MALFORMED_EXPRESSION = 1, WRONG_USAGE = 2, NOT_PUT_BACK = 1 };
+enum ExitStatus {
+    SEARCH_ENDED = 0,
+    MALFORMED_EXPRESSION = 1,
+    WRONG_USAGE = 2,
+    NOT_PUT_BACK = 1,
+    NOT_TAKEN_BACK = 1
+};
 
 int wrongUsage(const QByteArray &problem)
 {
@@ -162,6 +169,7 @@ void report(const DriverOptions &options, const SearchTotals &totals,
             object[QStringLiteral("replacements")] = qint64(replaced->replacements);
             object[QStringLiteral("filesFailed")] = qint64(replaced->failures.size());
             object[QStringLiteral("failures")] = failuresByReason(*replaced);
+            object[QStringLiteral("journal")] = QString::fromLatin1(nameOfUndoKeeping(replaced->undo));
             object[QStringLiteral("filesUnchanged")] = qint64(replaced->unchangedFiles);
         }
         std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
@@ -172,6 +180,8 @@ void report(const DriverOptions &options, const SearchTotals &totals,
             std::printf("%llu replacements, %llu files rewritten, %lld files failed\n",
                         replaced->replacements, replaced->filesRewritten,
                         static_cast<long long>(replaced->failures.size()));
+        if (replaced && (replaced->undo == UndoKeeping::TooLarge || replaced->undo == UndoKeeping::Failed))
+            std::printf("not kept for undoing: %s\n", nameOfUndoKeeping(replaced->undo));
     }
 }
 
@@ -179,6 +189,16 @@ void printError(const TDError &error)
 {
     std::fprintf(stderr, "%s\n%s\n", error.localizedDescription().toUtf8().constData(),
                  error.localizedRecoverySuggestion().toUtf8().constData());
+}
+
+int workOnJournal(DriverOptions::Journal command)
+{
+    if (command == DriverOptions::Journal::History) {
+        printHistory();
+        return SEARCH_ENDED;
+    }
+    const bool isUndo = command == DriverOptions::Journal::Undo;
+    return takeBackLastStep(isUndo ? UndoStepKind::Undo : UndoStepKind::Redo) ? SEARCH_ENDED : NOT_TAKEN_BACK;
 }
 
 /// Searches as often as asked for and returns the run of median time, with what the last one found.
@@ -218,6 +238,10 @@ int main(int argc, char **argv)
 
     if (!options->interruptedFolder.isEmpty())
         return decideInterruptedRewrites(*options) ? SEARCH_ENDED : NOT_PUT_BACK;
+    const RewriteRecordFolder recordFolder(options->recordFolder);
+    const UndoJournalFolder journalFolder(options->journalFolder);
+    if (options->journal != DriverOptions::Journal::None)
+        return workOnJournal(options->journal);
     const QList<TDSearchLocation> locations = searchLocations(*options);
     SearchTotals totals;
     const std::shared_ptr<SearchRun> search = searchRepeatedly(*options, locations, totals);
@@ -225,8 +249,14 @@ int main(int argc, char **argv)
         printError(totals.expressionError);
         return MALFORMED_EXPRESSION;
     }
+    if (options->isPreview) {
+        TDError error;
+        if (printPreview(search->files(), *options, error))
+            return SEARCH_ENDED;
+        printError(error);
+        return MALFORMED_EXPRESSION;
+    }
     std::optional<ReplaceControl::Outcome> replaced;
-    const RewriteRecordFolder recordFolder(options->recordFolder);
     if (options->replaceText)
         replaced = replaceAll(*search, *options, locations);
     report(*options, totals, replaced);

@@ -106,3 +106,34 @@ TEST(Driver, TellsMalformedExpressionsAndWrongUsageByItsExitStatus)
           "--find x --unicode /tmp", "--find x --encoding no-such-name /tmp", "--find '\xFF' /tmp"})
         EXPECT_EQ(run(arguments).exitStatus, 2) << arguments;
 }
+
+TEST(Driver, PreviewsReplacesUndoesAndRedoes)
+{
+    const TemporaryFolder folder;
+    const TemporaryFolder journal;
+    const QByteArray a = folder.write("a\xFF b.txt", "no\r\ncolour, colour\r\n").bytes();
+    const QByteArray b = folder.write("b.txt", "colour").bytes();
+    const QByteArray change = "--find 'c(o)l' --regex --replace 'k$1l' --no-backup --journal " +
+                              journal.path().bytes() + ' ' + folder.path().bytes();
+    EXPECT_EQ(run("--preview --quiet " + change).output, a + ":2:kolour, kolour\n" + b + ":1:kolour\n");
+    EXPECT_EQ(folder.read("b.txt"), "colour");
+    EXPECT_TRUE(journal.names().isEmpty());
+    EXPECT_NE(run("--json " + change).output.indexOf("\"journal\":\"kept\""), -1);
+    EXPECT_EQ(folder.read("a\xFF b.txt"), "no\r\nkolour, kolour\r\n");
+    const QByteArray steps = run("--history " + journal.path().bytes()).output;
+    EXPECT_TRUE(steps.startsWith("undo\t20")) << steps.data();
+    EXPECT_TRUE(steps.endsWith("\tc%28o%29l\tk%241l\n")) << steps.data();
+    EXPECT_EQ(steps.split('\t').sliced(2, 2), (QList<QByteArray>{"2", "3"}));
+
+    folder.write("b.txt", "kolour!");
+    const QByteArray encoded = folder.path().bytes() + "/a%FF%20b.txt";
+    const DriverRun undone = run("--undo " + journal.path().bytes());
+    EXPECT_EQ(undone.output, b + ": changed\nrefused\t" + b + "\ndone\t" + encoded + "\n");
+    EXPECT_EQ(undone.exitStatus, 1);
+    EXPECT_EQ(folder.read("a\xFF b.txt"), "no\r\ncolour, colour\r\n");
+    const DriverRun redone = run("--redo " + journal.path().bytes());
+    EXPECT_EQ(redone.output, "done\t" + encoded + "\n");
+    EXPECT_EQ(redone.exitStatus, 0);
+    EXPECT_EQ(run("--redo " + journal.path().bytes()).exitStatus, 1);
+    EXPECT_EQ(run("--preview --find x " + folder.path().bytes()).exitStatus, 2);
+}
