@@ -3,8 +3,6 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
-#include <QString>
-
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -28,15 +26,30 @@ using Run = std::pair<char32_t, char32_t>;
 constexpr Run SURROGATES = {0xD800, 0xDFFF};
 constexpr Run NOT_IN_LINES[] = {{'\n', '\n'}, {'\r', '\r'}, SURROGATES};
 
+char *appended(char *end, char32_t character)
+{
+    if (character < FIRST_BEYOND_ASCII) {
+        *end++ = char(character);
+        return end;
+    }
+    const int following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+    *end++ = char(0xFF80U >> following | character >> 6 * following);
+    for (int index = following - 1; index >= 0; --index)
+        *end++ = char(0x80 | (character >> 6 * index & 0x3F));
+    return end;
+}
+
+/// Whoever starts a search waits for them, so they don't go through UTF-16.
 QByteArray charactersLookedAt()
 {
-    std::vector<char32_t> all;
-    all.reserve(LAST_LOOKED_AT + 1);
+    QByteArray all(qsizetype(LAST_LOOKED_AT + 1) * 4, Qt::Uninitialized);
+    char *end = all.data();
     for (char32_t character = 0; character <= LAST_LOOKED_AT; ++character) {
         if (character < SURROGATES.first || character > SURROGATES.second)
-            all.push_back(character);
+            end = appended(end, character);
     }
-    return QString::fromUcs4(all.data(), qsizetype(all.size())).toUtf8();
+    all.truncate(end - all.constData());
+    return all;
 }
 
 char32_t characterAt(const QByteArray &utf8, size_t position)

@@ -3,6 +3,7 @@
 #include "matching/CharacterClasses.h"
 #include "matching/ExpressionReader.h"
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -142,11 +143,11 @@ bool isClassName(std::string_view item)
     return item.ends_with(":]") && name.find_first_not_of("^abcdefghijklmnopqrstuvwxyz") == name.npos;
 }
 
-/// A simple set stays.
+/// A simple set stays. Where the case is ignored, two letters beyond ASCII may belong to it.
 void Loosening::_readSet(const ExpressionToken &set)
 {
     const ExpressionReader::SetContent content = ExpressionReader::contentOf(set);
-    bool isSimple = !_ignoresCase;
+    bool isSimple = true;
     for (const ExpressionToken &item : content.items) {
         // These take more than one character behind them, or none.
         const bool isUncertain = item.kind == Kind::Escape && isOneOf(item.escaped(), "QEc");
@@ -158,8 +159,11 @@ void Loosening::_readSet(const ExpressionToken &set)
     }
     if (!content.isClosed)
         throw NotLoosened();
-    if (isSimple)
+    const char first = set.text[1];
+    if (isSimple && (!_ignoresCase || first == '^'))
         _add(set.text);
+    else if (isSimple && first != ']' && first != '-')
+        _add("[\\x{17F}\\x{212A}" + std::string(set.text.substr(1)));
     else
         _addClass(set.text);
 }
