@@ -18,7 +18,20 @@ void ElidedLabel::setWholeText(const QString &text)
 {
     _wholeText = text;
     setAccessibleName(text);
+    _hug();
     _elide();
+}
+
+void ElidedLabel::setHuggingText(bool hugs)
+{
+    _hugsText = hugs;
+    _hug();
+}
+
+void ElidedLabel::_hug()
+{
+    constexpr int MARGIN = 4;
+    setMaximumWidth(_hugsText ? fontMetrics().horizontalAdvance(_wholeText) + MARGIN : QWIDGETSIZE_MAX);
 }
 
 QSize ElidedLabel::minimumSizeHint() const

@@ -16,6 +16,9 @@ public:
     void setWholeText(const QString &text);
     const QString &wholeText() const { return _wholeText; }
 
+    /// Whether it is as wide as its text where there is room, so that what stands behind it follows the text.
+    void setHuggingText(bool hugs);
+
     QSize minimumSizeHint() const override;
 
 protected:
@@ -23,9 +26,11 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void _hug();
     void _elide();
 
     QString _wholeText;
+    bool _hugsText = false;
 };
 
 } // namespace tidemark

@@ -112,6 +112,8 @@ protected:
     }
     void expectShown(QWidget &window, int atLeast)
     {
+        // Texts are cut to the room that their labels get.
+        QCoreApplication::processEvents();
         const Inspection inspection(window);
         EXPECT_EQ(inspection.misshown, QStringList());
         EXPECT_GE(inspection.found, atLeast);

@@ -89,7 +89,7 @@ LeftOutNotice::LeftOutNotice(Ui::MyDocument &ui, SearchControl &search, QObject 
 void LeftOutNotice::hide()
 {
     _ui.leftOutButton->hide();
-    _ui.resultsStatusLabel->setMaximumWidth(QWIDGETSIZE_MAX);
+    _ui.resultsStatusLabel->setHuggingText(false);
 }
 
 void LeftOutNotice::_showStatus()
@@ -101,9 +101,7 @@ void LeftOutNotice::_showStatus()
     _ui.leftOutButton->setToolTip(plainToolTip(leftOutDetails(leftOut)));
     _ui.leftOutButton->show();
     // It stands right behind the text, which gives way where there is little room.
-    const QFontMetrics metrics = _ui.resultsStatusLabel->fontMetrics();
-    _ui.resultsStatusLabel->setMaximumWidth(metrics.horizontalAdvance(_ui.resultsStatusLabel->wholeText()) +
-                                            2);
+    _ui.resultsStatusLabel->setHuggingText(true);
 }
 
 void LeftOutNotice::_openDetails()
