@@ -92,14 +92,25 @@ TDSearchLocation largeFile(const TemporaryFolder &folder, const QByteArray &piec
 class StopLatency : public testing::Test
 {
 protected:
-    void TearDown() override { setExpression(false); }
+    void TearDown() override
+    {
+        setExpression(false);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, false);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, false);
+    }
     static void setExpression(bool isExpression)
     {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
     }
+    static void setUnicodeExpression()
+    {
+        setExpression(true);
+        UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, true);
+    }
 
     /// Stops searches at random moments, first of all once they are far too long.
-    static void expectQuickStops(const QString &findText, const TDSearchLocation &location, double longest)
+    static void expectQuickStops(const QString &findText, const TDSearchLocation &location, double longest,
+                                 qint64 allowed = 50)
     {
         std::mt19937 random(7);
         std::vector<double> times;
@@ -118,7 +129,7 @@ protected:
             std::printf(
                 "searching %.3f s; stopping, median %.1f ms, 99%% %.1f ms; work median %.1f, 99%% %.1f\n",
                 whole, times[times.size() / 2], times[almostWorst], work[work.size() / 2], work[almostWorst]);
-        EXPECT_LT(std::min(times[almostWorst], work[almostWorst]), double(timeLimit(50)))
+        EXPECT_LT(std::min(times[almostWorst], work[almostWorst]), double(timeLimit(allowed)))
             << findText.toStdString();
     }
 
@@ -147,4 +158,19 @@ TEST_F(StopLatency, IsShortWithinASlowExpression)
     TDSearchLocation location;
     location.setURL(folder.write("slow", QByteArray(20000, 'a') + "b\n").toUrl());
     expectQuickStops(u"(a|aa)+$|((a+)*c)"_s, location, 1);
+}
+
+TEST_F(StopLatency, IsShortWithinSlowExpressionsOverCharacters)
+{
+    setUnicodeExpression();
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, true);
+    const QByteArray word = "an aa прилив ";
+    const QByteArrayList contents = {QByteArray(1 << 20, 'a') + "b\n", word.repeated((1 << 20) / word.size()),
+                                     "aaa bb éé x\n" + QByteArray("aab яя y1\n").repeated(1'000'000)};
+    for (const QByteArray &content : contents) {
+        TDSearchLocation location;
+        location.setURL(folder.write("slow", content).toUrl());
+        for (const QString &findText : {u"(\\p{L}+\\s?)+$"_s, u"(a|aa)+$"_s, u"(?:\\X+)+!"_s})
+            expectQuickStops(findText, location, 0.3, 200);
+    }
 }
