@@ -24,11 +24,12 @@ qint64 nanoseconds(clockid_t clock)
 
 } // namespace
 
-SearchEffort::SearchEffort(qsizetype lineSize) : SearchEffort(lineSize, ALLOWED_PER_LINE) {}
+SearchEffort::SearchEffort(qsizetype lineSize) : SearchEffort(ALLOWED_PER_LINE)
+{
+    _allowed += lineSize * ALLOWED_PER_BYTE;
+}
 
-SearchEffort::SearchEffort(qsizetype lineSize, std::chrono::milliseconds allowed)
-    : _allowed(allowed.count() * MILLISECOND + lineSize * ALLOWED_PER_BYTE)
-{}
+SearchEffort::SearchEffort(std::chrono::milliseconds allowed) : _allowed(allowed.count() * MILLISECOND) {}
 
 void SearchEffort::_check()
 {

@@ -26,8 +26,8 @@ class SearchEffort
 {
 public:
     explicit SearchEffort(qsizetype lineSize);
-    /// With this time in place of the second and a half.
-    SearchEffort(qsizetype lineSize, std::chrono::milliseconds allowed);
+    /// This much computing, however long the line is.
+    explicit SearchEffort(std::chrono::milliseconds allowed);
 
     /// For whoever looks at the clock without a BoundedPosition.
     bool isSpent();

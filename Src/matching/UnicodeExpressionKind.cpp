@@ -22,10 +22,7 @@ public:
 
     TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const override;
     TextRange nextMatch(SearchedLine &line, TDError &error) const override;
-    SearchEffort effortFor(qsizetype lineSize) const override
-    {
-        return SearchEffort(lineSize, ALLOWED_PER_LINE);
-    }
+    SearchEffort effortFor(qsizetype) const override { return SearchEffort(ALLOWED_PER_LINE); }
     std::optional<TextFault> fault() const override { return _compiled().textFault; }
     const UnicodeExpression *expression() const override { return _compiled().expression.get(); }
 
