@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/ResultsExport.h"
 #include "search/TDSearchLocation.h"
+#include "session/ResultsExport.h"
 
 #include <QMenu>
 #include <QObject>
