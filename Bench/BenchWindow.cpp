@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QThreadPool>
 #include <QTimer>
@@ -108,6 +109,26 @@ Duration BenchWindow::close()
     controller().window()->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return stopwatch.duration();
+}
+
+void BenchWindow::confirm()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        auto *question = qobject_cast<QMessageBox *>(widget);
+        if (question == nullptr || !question->isVisible())
+            continue;
+        const QList<QAbstractButton *> buttons = question->buttons();
+        for (QAbstractButton *button : buttons) {
+            if (question->buttonRole(button) != QMessageBox::RejectRole)
+                return button->click();
+        }
+    }
+}
+
+void BenchWindow::stopReplaceAndQuit()
+{
+    _application.terminate();
+    confirm();
 }
 
 void BenchWindow::press(int key, Qt::KeyboardModifiers modifiers)

@@ -74,6 +74,11 @@ public:
     /// Until the window and its document are gone; the last thing to do with it.
     Duration close();
 
+    /// Answers the question that stands before the window by the button that does it.
+    void confirm();
+    /// Quits, and answers the question of a run in progress by stopping it.
+    void stopReplaceAndQuit();
+
     void press(int key, Qt::KeyboardModifiers modifiers = {});
     void click(QPoint position, Qt::KeyboardModifiers modifiers = {});
     void wheel(int notches);

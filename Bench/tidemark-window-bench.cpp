@@ -4,12 +4,15 @@
 #include "app/UserLanguage.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "replace/RewriteRecord.h"
+#include "replace/UndoJournal.h"
 #include "search/TDSearchEngine.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
@@ -31,6 +34,8 @@ constexpr int LINES_PER_FILE = 50;
 constexpr int ROUNDS = 5;
 constexpr int STARTS = 11;
 constexpr int STOPS = 200;
+constexpr int QUITS = 20;
+constexpr int LONGEST_RUN_MS = 2000;
 const QString FIND_TEXT = u"tide"_s;
 
 qint64 now()
@@ -160,6 +165,7 @@ std::pair<double, double> runChild(const QStringList &arguments)
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_CONFIG_HOME"_s, settings.path());
+    environment.insert(u"XDG_STATE_HOME"_s, settings.path());
     child.setProcessEnvironment(environment);
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const qint64 start = now();
@@ -222,6 +228,25 @@ int quitWithResults(const FilePath &folder, const QString &findText)
             QCoreApplication::exit();
         },
         Qt::QueuedConnection);
+    return QApplication::exec();
+}
+
+/// Lets a run of replacements go on for a while, stops it, and quits. What matches goes on matching.
+int quitWhileReplacing(const FilePath &folder, const QString &findText, int afterMilliseconds)
+{
+    const RewriteRecordFolder records(RewriteRecord::userFolder());
+    const UndoJournalFolder journal(UndoJournal::userFolder());
+    BenchWindow window(folder, findText);
+    window.document().setReplaceText(findText + QChar(u'a' + afterMilliseconds % 26));
+    window.search();
+    QTimer::singleShot(afterMilliseconds, qApp, [&window] {
+        printMoment();
+        window.stopReplaceAndQuit();
+    });
+    QTimer::singleShot(0, qApp, [&window] {
+        window.actions().replaceAll->trigger();
+        window.confirm();
+    });
     return QApplication::exec();
 }
 
@@ -293,9 +318,24 @@ int measureStops(const QString &location, const QString &findText)
     return 0;
 }
 
+int measureQuits(const QString &folder, const QString &findText)
+{
+    std::mt19937 random(42);
+    std::vector<double> durations;
+    for (int round = 0; round < QUITS; ++round) {
+        const int delay = std::uniform_int_distribution(100, LONGEST_RUN_MS)(random);
+        durations.push_back(
+            runChild({u"--quit-replacing"_s, folder, findText, QString::number(delay)}).second);
+    }
+    printNumber(u"stop replace and quit, median of %1"_s.arg(QUITS), percentile(durations, 0.5), 0, u" ms"_s);
+    printNumber(u"stop replace and quit, longest"_s, percentile(durations, 1), 0, u" ms"_s, 1000);
+    return 0;
+}
+
 const char *const USAGE = "usage: tidemark-window-bench start\n"
                           "       tidemark-window-bench results FOLDER    (made when it isn't there)\n"
-                          "       tidemark-window-bench stops LOCATION TEXT [--regex]\n";
+                          "       tidemark-window-bench stops LOCATION TEXT [--regex]\n"
+                          "       tidemark-window-bench quits FOLDER TEXT    (replaces in its files)\n";
 
 } // namespace
 
@@ -315,8 +355,11 @@ int main(int argc, char **argv)
     if (mode == u"--quit")
         return quitWithResults(FilePath::fromDisplayText(QFileInfo(arguments[2]).absoluteFilePath()),
                                arguments[3]);
+    if (mode == u"--quit-replacing")
+        return quitWhileReplacing(FilePath::fromDisplayText(QFileInfo(arguments[2]).absoluteFilePath()),
+                                  arguments[3], arguments[4].toInt());
     const bool isUsed = (mode == u"start" && argc == 2) || (mode == u"results" && argc == 3) ||
-                        (mode == u"stops" && argc >= 4);
+                        (mode == u"stops" && argc >= 4) || (mode == u"quits" && argc == 4);
     if (!isUsed) {
         std::fputs(USAGE, stderr);
         return 2;
@@ -325,6 +368,8 @@ int main(int argc, char **argv)
     std::puts("|---|---|---|");
     if (mode == u"start")
         return measureStart();
+    if (mode == u"quits")
+        return measureQuits(arguments[2], arguments[3]);
     return mode == u"results" ? measureResults(arguments[2], application)
                               : measureStops(arguments[2], arguments[3]);
 }

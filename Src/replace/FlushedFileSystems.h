@@ -25,6 +25,7 @@ public:
     int addFolder(const FilePath &folder);
     /// Whether the file system with that number is among them: a file can be one of its own.
     bool contains(dev_t device) const { return _descriptors.contains(device); }
+    QList<quint64> devices() const { return _descriptors.keys(); }
     /// One for each file system; they stay open as long as the object lives.
     QList<int> descriptors() const { return _descriptors.values(); }
 

@@ -239,8 +239,8 @@ void RewriteRun::_tellDone(const Group &group)
     }
 }
 
-/// The backups of the group, and what was written before, on the way to the disk, and then the group's
-/// record.
+/// The backups of the group, what takes it back, and what was written before, on the way to the disk, and
+/// then the group's record.
 void RewriteRun::_beginFlush(const Group &group)
 {
     std::vector<RewriteRecord::Entry> entries;
@@ -260,10 +260,12 @@ void RewriteRun::_beginFlush(const Group &group)
     }
     _flushThread.start([this, entries = std::move(entries), undoEntries = std::move(undoEntries),
                         keptBackups = std::move(keptBackups), record = group.record,
-                        fileSystems = _fileSystems.descriptors()] {
-        _flushError = _flushing == Flushing::FileSystem ? flushFileSystems(fileSystems) : 0;
-        const bool isNoted = _undoStep && _flushError == 0;
-        _listError = isNoted ? _undoStep->append(undoEntries, keptBackups) : 0;
+                        fileSystems = _fileSystems.descriptors(), devices = _fileSystems.devices()] {
+        const bool isWhole = _flushing == Flushing::FileSystem;
+        _listError = _undoStep ? _undoStep->append(undoEntries, keptBackups) : 0;
+        _flushError = isWhole ? flushFileSystems(fileSystems) : 0;
+        if (_undoStep && _listError == 0 && _flushError == 0)
+            _listError = _undoStep->flush(isWhole ? devices : QList<quint64>());
         const bool isRecorded = record && !entries.empty() && _flushError == 0 && _listError == 0;
         if (isRecorded)
             _listError = record->noteRewrites(entries);

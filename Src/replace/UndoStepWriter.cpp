@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -59,10 +60,8 @@ int UndoStepWriter::append(const std::vector<UndoEntry> &entries, const std::vec
     if (_purpose == Purpose::Replacement && _step.descriptor < 0)
         _journal._clearRedoSteps();
     const QByteArray prefix = _header.kind == UndoStepKind::Undo ? UNDO_PREFIX : REDO_PREFIX;
-    if (const int error = _appendTo(_step, prefix, *block); error != 0) {
-        giveUp(UndoKeeping::Failed);
-        return error == EIO ? error : 0;
-    }
+    if (const int error = _appendTo(_step, prefix, *block); error != 0)
+        return _giveUpAfter(error);
     _keeping = UndoKeeping::Kept;
     _appended.files += qint64(entries.size());
     for (const UndoEntry &entry : entries)
@@ -91,19 +90,49 @@ int UndoStepWriter::_begin(File &file, const QByteArray &prefix)
     return writeAll(file.descriptor, start);
 }
 
-/// What is in it reaches the disk; 0, or errno.
+/// 0, or errno.
 int UndoStepWriter::_appendTo(File &file, const QByteArray &prefix, const QByteArray &block)
 {
-    const bool isNew = file.descriptor < 0;
-    int error = isNew ? _begin(file, prefix) : 0;
+    int error = file.descriptor < 0 ? _begin(file, prefix) : 0;
     if (error == 0)
         error = writeAll(file.descriptor, block);
-    if (error == 0 && FileSystemCalls::current().sync(file.descriptor) != 0)
-        error = errno;
-    if (error == 0 && isNew)
-        error = flushFolder(_journal.folder());
     file.size += block.size();
+    file.isFlushed = false;
     return error;
+}
+
+/// What is to be told of a write that failed.
+int UndoStepWriter::_giveUpAfter(int error)
+{
+    giveUp(UndoKeeping::Failed);
+    return error == EIO ? error : 0;
+}
+
+int UndoStepWriter::flush(const QList<quint64> &flushedFileSystems)
+{
+    if (!isOpen())
+        return 0;
+    (void)_flush(_backups, flushedFileSystems);
+    const int error = _flush(_step, flushedFileSystems);
+    return error != 0 ? _giveUpAfter(error) : 0;
+}
+
+/// 0, or errno.
+int UndoStepWriter::_flush(File &file, const QList<quint64> &flushedFileSystems)
+{
+    if (file.descriptor < 0 || file.isFlushed)
+        return 0;
+    struct stat status;
+    if (::fstat(file.descriptor, &status) != 0)
+        return errno;
+    if (!flushedFileSystems.contains(status.st_dev)) {
+        if (FileSystemCalls::current().sync(file.descriptor) != 0)
+            return errno;
+        if (const int error = file.isFolderFlushed ? 0 : flushFolder(_journal.folder()); error != 0)
+            return error;
+    }
+    file.isFlushed = file.isFolderFlushed = true;
+    return 0;
 }
 
 void UndoStepWriter::_end(File &file, bool isKept)

@@ -5,6 +5,8 @@
 #include "replace/UndoStep.h"
 #include "replace/UndoStepFormat.h"
 
+#include <QList>
+
 #include <atomic>
 #include <vector>
 
@@ -28,10 +30,13 @@ public:
 
     /// Whether what is appended is kept: false when the step was given up.
     bool isOpen() const { return _keeping == UndoKeeping::Nothing || _keeping == UndoKeeping::Kept; }
-    /// Files about to be changed, and the backups of them that are to stay. All of it is on the disk when the
-    /// call returns. 0, also when the step is given up; an errno only where the disk itself fails, so that
-    /// nothing had better be changed.
+    /// Files about to be changed, and the backups of them that are to stay. All of it is on the disk after
+    /// flush(). 0, also when the step is given up; an errno only where the disk itself fails, so that nothing
+    /// had better be changed.
     int append(const std::vector<UndoEntry> &entries, const std::vector<KeptBackup> &backups);
+    /// Brings what was appended to the disk, unless it is on one of the file systems, by number, that were
+    /// flushed since. Returns what append() does.
+    int flush(const QList<quint64> &flushedFileSystems);
     /// As too large, say.
     void giveUp(UndoKeeping reason);
 
@@ -51,9 +56,13 @@ private:
         int descriptor = -1; ///< owned
         RecordLock lock;
         qint64 size = 0;
+        bool isFlushed = true;
+        bool isFolderFlushed = false; ///< its name is on the disk
     };
     int _begin(File &file, const QByteArray &prefix);
     int _appendTo(File &file, const QByteArray &prefix, const QByteArray &block);
+    int _giveUpAfter(int error);
+    int _flush(File &file, const QList<quint64> &flushedFileSystems);
     static void _end(File &file, bool isKept);
 
     UndoJournal _journal;
