@@ -4,7 +4,7 @@
 <context>
   <name>Localizable</name>
   <message><source>About Velkor Tidemark</source><translation>Über Velkor Tidemark</translation></message>
-  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Findet Text in vielen Dateien auf einmal und ersetzt ihn an Ort und Stelle.</translation></message>
+  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Sucht Text in vielen Dateien auf einmal und ersetzt ihn an Ort und Stelle.</translation></message>
   <message><source>&amp;Undo</source><translation>&amp;Rückgängig</translation></message>
   <message><source>&amp;Redo</source><translation>&amp;Wiederholen</translation></message>
   <message><source>Cu&amp;t</source><translation>&amp;Ausschneiden</translation></message>
@@ -34,7 +34,7 @@
   <message><source>&amp;Help</source><translation>&amp;Hilfe</translation></message>
   <message><source>Velkor Tidemark &amp;Help</source><translation>&amp;Hilfe zu Velkor Tidemark</translation></message>
   <message><source>Frequently Asked &amp;Questions</source><translation>Häufig gestellte &amp;Fragen</translation></message>
-  <message><source>Overview for &amp;New Users</source><translation>Überblick für &amp;neue Benutzer</translation></message>
+  <message><source>Overview for &amp;New Users</source><translation>Überblick für &amp;Einsteiger</translation></message>
   <message><source>&amp;Tidemark Home Page</source><translation>&amp;Tidemark im Web</translation></message>
   <message><source>&amp;Velkor Home Page</source><translation>&amp;Velkor im Web</translation></message>
   <message><source>&amp;About Velkor Tidemark</source><translation>&amp;Über Velkor Tidemark</translation></message>
@@ -68,7 +68,7 @@
   <message><source>Sorry, a problem occured whilst attempting to modify a file.</source><translation>Beim Ändern einer Datei ist leider ein Problem aufgetreten.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file from the automatic backup that was created.</source><translation>Beim Ändern einer Datei ist leider ein Problem aufgetreten. Sie müssen die Datei aus der automatisch angelegten Sicherungskopie wiederherstellen.</translation></message>
   <message><source>Perform the search again to refresh the search results.</source><translation>Führen Sie die Suche erneut durch, um die Suchergebnisse zu aktualisieren.</translation></message>
-  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Um die Datei wiederherzustellen, kopieren Sie in der Dateiverwaltung die Datei „%@“ auf die Datei „%@“. Löschen Sie danach die Sicherungskopie.</translation></message>
+  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Um die Datei wiederherzustellen, kopieren Sie in der Dateiverwaltung die Datei „%@“ über die Datei „%@“. Löschen Sie danach die Sicherungskopie.</translation></message>
   <message><source>Creating a temporary file for ‘%@’ was not possible due to the file permissions of the parent folder being too restrictive.</source><translation>Für „%@“ konnte keine temporäre Datei angelegt werden, da die Zugriffsrechte des übergeordneten Ordners zu streng sind.</translation></message>
   <message><source>Change permissions on the parent folder for the above mentioned file such that it is permissible to create new files in the folder.</source><translation>Ändern Sie die Zugriffsrechte des Ordners, in dem die genannte Datei liegt, so, dass darin neue Dateien angelegt werden dürfen.</translation></message>
   <message><source>Creating the temporary backup file for ‘%@’ gave error number ‘%d’.</source><translation>Das Anlegen der temporären Sicherungskopie für „%@“ ergab die Fehlernummer „%d“.</translation></message>
@@ -114,10 +114,10 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Enter text to find</source><translation>Zu suchenden Text eingeben</translation></message>
   <message><source>Enter text that replaces the find text</source><translation>Text eingeben, der den Suchtext ersetzt</translation></message>
   <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Die Suche starten oder anhalten. (Strg+Eingabe)</translation></message>
-  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Zeigt in den Suchergebnissen, was aus jedem Treffer würde. (Strg+Umschalt+R)</translation></message>
+  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Ankreuzen, um in den Suchergebnissen zu sehen, was aus jedem Treffer würde. (Strg+Umschalt+R)</translation></message>
   <message><source>S&amp;how Replacements</source><translation>Ersetzungen an&amp;zeigen</translation></message>
-  <message><source>Show replacements</source><translation>Ersetzungen zeigen</translation></message>
-  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Ankreuzen, um Groß- und Kleinschreibung zu unterscheiden. (Strg+C)</translation></message>
+  <message><source>Show replacements</source><translation>Ersetzungen anzeigen</translation></message>
+  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Ankreuzen, um Groß- und Kleinschreibung nicht zu unterscheiden. (Strg+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Ankreuzen, um im Suchtext reguläre Ausdrücke zu verwenden. (Strg+G)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Den hervorgehobenen Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen. (Strg+R)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Den hervorgehobenen Treffer in den Suchergebnissen durch den Ersetzungstext ersetzen und zum nächsten Treffer gehen. (Strg+X)</translation></message>
@@ -158,8 +158,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Replaced %@ matches</source><translation>%@ Treffer ersetzt</translation></message>
   <message><source> in %@ file</source><translation> in %@ Datei</translation></message>
   <message><source> in %@ files</source><translation> in %@ Dateien</translation></message>
-  <message><source>%@ match stayed as it was</source><translation>%@ Treffer blieb, wie er war</translation></message>
-  <message><source>%@ matches stayed as they were</source><translation>%@ Treffer blieben, wie sie waren</translation></message>
+  <message><source>%@ match stayed as it was</source><translation>%@ Treffer unverändert</translation></message>
+  <message><source>%@ matches stayed as they were</source><translation>%@ Treffer unverändert</translation></message>
   <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
   <message><source>%@ files failed</source><translation>%@ Dateien fehlgeschlagen</translation></message>
   <message><source>Files that failed</source><translation>Fehlgeschlagene Dateien</translation></message>
@@ -177,7 +177,7 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Matches</source><translation>Treffer</translation></message>
   <message><source>Folder</source><translation>Ordner</translation></message>
   <message><source>Generating search results…</source><translation>Suchergebnisse werden zusammengestellt …</translation></message>
-  <message><source>Review search results</source><translation>Suchergebnisse prüfen</translation></message>
+  <message><source>Review search results</source><translation>Suchergebnisse durchsehen</translation></message>
   <message><source>Drop files and folders here, or press + to add them.</source><translation>Dateien und Ordner hierher ziehen oder mit + hinzufügen.</translation></message>
   <message><source>%d match found in %d file</source><translation>%d Treffer in %d Datei gefunden</translation></message>
   <message><source>%d matches found in %d files</source><translation>%d Treffer in %d Dateien gefunden</translation></message>
@@ -201,12 +201,12 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>&amp;Next Match</source><translation>&amp;Nächster Treffer</translation></message>
   <message><source>&amp;Previous Match</source><translation>&amp;Vorheriger Treffer</translation></message>
   <message><source>Export Results</source><translation>Ergebnisse exportieren</translation></message>
-  <message><source>&amp;Export Results…</source><translation>Ergebnisse e&amp;xportieren …</translation></message>
+  <message><source>&amp;Export Results…</source><translation>Ergebnisse e&amp;xportieren …</translation></message>
   <message><source>Text (*.txt)</source><translation>Text (*.txt)</translation></message>
   <message><source>CSV (*.csv)</source><translation>CSV (*.csv)</translation></message>
   <message><source>JSON Lines (*.jsonl)</source><translation>JSON Lines (*.jsonl)</translation></message>
   <message><source>Markdown (*.md)</source><translation>Markdown (*.md)</translation></message>
-  <message><source>Writing results…</source><translation>Ergebnisse werden geschrieben …</translation></message>
+  <message><source>Writing results…</source><translation>Ergebnisse werden geschrieben …</translation></message>
   <message><source>The results could not be written to ‘%@’.</source><translation>Die Ergebnisse konnten nicht nach „%@“ geschrieben werden.</translation></message>
   <message><source>Copy As</source><translation>Kopieren als</translation></message>
   <message><source>Path, Line, Column and Text</source><translation>Pfad, Zeile, Spalte und Text</translation></message>
@@ -216,10 +216,10 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>&amp;Open a match with:</source><translation>Treffer ö&amp;ffnen mit:</translation></message>
   <message><source>Command of the editor</source><translation>Befehl des Editors</translation></message>
   <message><source>editor +%l:%c %f</source><translation>editor +%l:%c %f</translation></message>
-  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>In einem eigenen Befehl steht %f für die Datei, %l für die Zeile und %c für die Spalte. Wörter mit Leerzeichen stehen in doppelten Anführungszeichen. Die Eingabetaste oder ein Doppelklick auf eine Zeile der Ergebnisse öffnet sie.</translation></message>
-  <message><source>The desktop's default program, at the beginning</source><translation>Standardprogramm der Arbeitsumgebung, am Anfang</translation></message>
+  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>In einem eigenen Befehl steht %f für die Datei, %l für die Zeile und %c für die Spalte. Wörter mit Leerzeichen gehören in gerade doppelte Anführungszeichen. Die Eingabetaste oder ein Doppelklick auf eine Zeile der Ergebnisse öffnet die Fundstelle.</translation></message>
+  <message><source>The desktop's default program, at the beginning</source><translation>Standardprogramm des Desktops (am Dateianfang)</translation></message>
   <message><source>A command of my own</source><translation>Ein eigener Befehl</translation></message>
-  <message><source>Open at Match</source><translation>Beim Treffer öffnen</translation></message>
+  <message><source>Open at Match</source><translation>An der Fundstelle öffnen</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Der Dateiname kann keinem anderen Programm übergeben werden, oder es ist kein Befehl eingestellt.</translation></message>
   <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>Der Editor konnte mit „%@“ nicht gestartet werden. Wählen Sie in den Einstellungen einen anderen.</translation></message>
   <message><source>You can undo this with Edit &gt; Undo.</source><translation>Sie können dies mit Bearbeiten &gt; Rückgängig zurücknehmen.</translation></message>
@@ -229,12 +229,12 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>&amp;Redo Replacing</source><translation>Ersetzen &amp;wiederholen</translation></message>
   <message><source>&amp;Redo Replacing in %@ File</source><translation>Ersetzen in %@ Datei &amp;wiederholen</translation></message>
   <message><source>&amp;Redo Replacing in %@ Files</source><translation>Ersetzen in %@ Dateien &amp;wiederholen</translation></message>
-  <message><source>%@ file is as it was before</source><translation>%@ Datei ist, wie sie vorher war</translation></message>
-  <message><source>%@ files are as they were before</source><translation>%@ Dateien sind, wie sie vorher waren</translation></message>
+  <message><source>%@ file is as it was before</source><translation>%@ Datei wieder wie zuvor</translation></message>
+  <message><source>%@ files are as they were before</source><translation>%@ Dateien wieder wie zuvor</translation></message>
   <message><source>Stopped</source><translation>Angehalten</translation></message>
-  <message><source>What was noted of this replacement can't be read any more.</source><translation>Was über diese Ersetzung notiert wurde, ist nicht mehr lesbar.</translation></message>
-  <message><source>&amp;History of Replacements…</source><translation>Ersetzungs&amp;verlauf …</translation></message>
-  <message><source>Delete &amp;Backups…</source><translation>&amp;Sicherungen löschen …</translation></message>
+  <message><source>What was noted of this replacement can't be read any more.</source><translation>Die Aufzeichnungen über diese Ersetzung sind nicht mehr lesbar.</translation></message>
+  <message><source>&amp;History of Replacements…</source><translation>Ersetzungs&amp;verlauf …</translation></message>
+  <message><source>Delete &amp;Backups…</source><translation>&amp;Sicherungskopien löschen …</translation></message>
   <message><source>In use</source><translation>In Arbeit</translation></message>
   <message><source>Undone</source><translation>Rückgängig gemacht</translation></message>
   <message><source>Done</source><translation>Ausgeführt</translation></message>
@@ -247,10 +247,10 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>State</source><translation>Zustand</translation></message>
   <message><source>A file that was changed since isn't touched. What is forgotten can't be taken back.</source><translation>Eine Datei, die seither geändert wurde, bleibt unberührt. Was vergessen wird, kann nicht mehr zurückgenommen werden.</translation></message>
   <message><source>&amp;Delete Ticked</source><translation>Angekreuzte &amp;löschen</translation></message>
-  <message><source>Delete Backups</source><translation>Sicherungen löschen</translation></message>
-  <message><source>Backup</source><translation>Sicherung</translation></message>
-  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Eine Sicherung, die geändert wurde oder nicht die angelegte ist, bleibt, wo sie ist.</translation></message>
-  <message><source>%@ backups deleted.</source><translation>%@ Sicherungen gelöscht.</translation></message>
+  <message><source>Delete Backups</source><translation>Sicherungskopien löschen</translation></message>
+  <message><source>Backup</source><translation>Sicherungskopie</translation></message>
+  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Eine Sicherungskopie, die geändert wurde oder nicht die ursprünglich angelegte ist, bleibt, wo sie ist.</translation></message>
+  <message><source>%@ backups deleted.</source><translation>%@ Sicherungskopien gelöscht.</translation></message>
   <message><source>%@ were not, as they were changed or are not permitted to go: %@</source><translation>%@ nicht, da sie geändert wurden oder nicht gelöscht werden dürfen: %@</translation></message>
   <message><source>E&amp;xtend to Next Match</source><translation>Auswahl bis zum nächsten Treffer er&amp;weitern</translation></message>
   <message><source>Extend &amp;to Previous Match</source><translation>Auswahl bis zum vorherigen &amp;Treffer erweitern</translation></message>
@@ -295,16 +295,16 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Replace Se&amp;lection…</source><translation>&amp;Auswahl ersetzen …</translation></message>
   <message><source>Preferences</source><translation>Einstellungen</translation></message>
   <message><source>&amp;General</source><translation>&amp;Allgemein</translation></message>
-  <message><source>Reading files</source><translation>Dateien lesen</translation></message>
+  <message><source>Reading files</source><translation>Beim Lesen</translation></message>
   <message><source>&amp;Detect the encoding of each file</source><translation>Die Kodierung jeder Datei e&amp;rkennen</translation></message>
   <message><source>Default &amp;encoding</source><translation>Standard&amp;kodierung</translation></message>
   <message><source>Default encoding</source><translation>Standardkodierung</translation></message>
-  <message><source>Replacing</source><translation>Ersetzen</translation></message>
+  <message><source>Replacing</source><translation>Beim Ersetzen</translation></message>
   <message><source>Make a &amp;backup of each file before it is changed</source><translation>Jede Datei &amp;sichern, bevor sie geändert wird</translation></message>
-  <message><source>Backups lie beside their files; “.TDMBackup.” stands in their names.</source><translation>Sicherungskopien liegen neben ihren Dateien; „.TDMBackup.“ steht in ihren Namen.</translation></message>
+  <message><source>Backups lie beside their files; “.TDMBackup.” stands in their names.</source><translation>Sicherungskopien liegen neben ihren Dateien und haben „.TDMBackup.“ im Namen.</translation></message>
   <message><source>Histories</source><translation>Verlauf</translation></message>
-  <message><source>Find and replace texts to &amp;remember</source><translation>&amp;Zu merkende Such- und Ersetzungstexte</translation></message>
-  <message><source>Find and replace texts to remember</source><translation>Zu merkende Such- und Ersetzungstexte</translation></message>
+  <message><source>Find and replace texts to &amp;remember</source><translation>An&amp;zahl gemerkter Such- und Ersetzungstexte</translation></message>
+  <message><source>Find and replace texts to remember</source><translation>Anzahl gemerkter Such- und Ersetzungstexte</translation></message>
   <message><source>File &amp;types</source><translation>&amp;Dateitypen</translation></message>
   <message><source>&amp;Kinds of files that are searched in folders</source><translation>Arten von Dateien, die in &amp;Ordnern durchsucht werden</translation></message>
   <message><source>Kinds of files that are searched in folders</source><translation>Arten von Dateien, die in Ordnern durchsucht werden</translation></message>
@@ -476,33 +476,33 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
     alter Inhalt: %@
 </translation></message>
   <message><source>The old content of some files could not be put back.</source><translation>Der alte Inhalt einiger Dateien konnte nicht wiederhergestellt werden.</translation></message>
-  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Ihre Sicherungskopien sind noch da, und Tidemark fragt beim nächsten Start wieder.</translation></message>
-  <message><source>Tidemark ended while it was rewriting files.</source><translation>Tidemark wurde beendet, während es Dateien umschrieb.</translation></message>
+  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Ihre Sicherungskopien sind noch da, und Tidemark fragt beim nächsten Start noch einmal.</translation></message>
+  <message><source>Tidemark ended while it was rewriting files.</source><translation>Tidemark wurde beendet, während es Dateien schrieb.</translation></message>
   <message><source>These files may be written only in part:
 
 %@
-Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Diese Dateien sind vielleicht nur teilweise geschrieben:
+Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Diese Dateien wurden vielleicht nur teilweise geschrieben:
 
 %@
-Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestellt werden? Wenn Sie die Dateien lassen, wie sie sind, bleiben die Sicherungskopien erhalten.</translation></message>
+Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestellt werden? Wenn Sie die Dateien lassen, wie sie sind, bleiben Ihnen die Sicherungskopien erhalten.</translation></message>
   <message><source>Put Old Content Back</source><translation>Alten Inhalt wiederherstellen</translation></message>
-  <message><source>Keep Files As They Are</source><translation>Dateien so lassen</translation></message>
+  <message><source>Keep Files As They Are</source><translation>Dateien so lassen, wie sie sind</translation></message>
   <message><source>Decide Later</source><translation>Später entscheiden</translation></message>
   <message><source>%d of %d files were done.</source><translation>%d von %d Dateien waren fertig.</translation></message>
-  <message><source>All others are as they were, and none is damaged.</source><translation>Alle anderen sind, wie sie waren, und keine ist beschädigt.</translation></message>
-  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Was jetzt in ihnen steht, bleibt in neuen Sicherungskopien daneben erhalten.</translation></message>
+  <message><source>All others are as they were, and none is damaged.</source><translation>Alle anderen sind unverändert, und keine ist beschädigt.</translation></message>
+  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Ihr jetziger Inhalt bleibt in neuen Sicherungskopien neben ihnen erhalten.</translation></message>
   <message><source>These files may be written only in part, too, but their backups are gone or hold something else. They are left as they are:
 
-%@</source><translation>Auch diese Dateien sind vielleicht nur teilweise geschrieben, aber ihre Sicherungskopien fehlen oder enthalten etwas anderes. Sie bleiben, wie sie sind:
+%@</source><translation>Auch diese Dateien wurden vielleicht nur teilweise geschrieben, aber ihre Sicherungskopien fehlen oder enthalten etwas anderes. Sie bleiben, wie sie sind:
 
 %@</translation></message>
   <message><source>These files were being written and are not where they were. Nothing is changed at these places:
 
-%@</source><translation>Diese Dateien wurden gerade geschrieben und sind nicht mehr, wo sie waren. An diesen Orten wird nichts geändert:
+%@</source><translation>Diese Dateien wurden gerade geschrieben und sind nicht mehr da, wo sie waren. An diesen Orten wird nichts geändert:
 
 %@</translation></message>
-  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Die Datei ist, wie sie war; es muss nichts wiederhergestellt werden.</translation></message>
-  <message><source>File ‘%@’ was left as it is.</source><translation>Die Datei „%@“ wurde gelassen, wie sie ist.</translation></message>
+  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Die Datei ist unverändert; es muss nichts wiederhergestellt werden.</translation></message>
+  <message><source>File ‘%@’ was left as it is.</source><translation>Die Datei „%@“ blieb unverändert.</translation></message>
   <message><source>Written only in part</source><translation>Nur teilweise geschrieben</translation></message>
   <message><source>Written, but the disk reported a failure</source><translation>Geschrieben, aber der Datenträger meldete einen Fehler</translation></message>
   <message><source>Written, but its backup could not be deleted</source><translation>Geschrieben, aber die Sicherungskopie konnte nicht gelöscht werden</translation></message>
@@ -512,67 +512,67 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>No room on the disk</source><translation>Kein Platz auf dem Datenträger</translation></message>
   <message><source>The file's encoding cannot hold the new text, or not all of its bytes can be read</source><translation>Die Kodierung der Datei kann den neuen Text nicht aufnehmen, oder nicht alle ihre Bytes sind lesbar</translation></message>
   <message><source>No backup could be made</source><translation>Es konnte keine Sicherungskopie angelegt werden</translation></message>
-  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>Der Ordner für Notizen über unfertige Ersetzungen ist nicht beschreibbar</translation></message>
+  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>In den Ordner für Aufzeichnungen über unfertige Ersetzungen lässt sich nicht schreiben</translation></message>
   <message><source>The disk reported a failure</source><translation>Der Datenträger meldete einen Fehler</translation></message>
   <message><source>Not begun, as the disk failed or is full</source><translation>Nicht begonnen, da der Datenträger versagt hat oder voll ist</translation></message>
-  <message><source>The file holds something else than what was written.</source><translation>In der Datei steht etwas anderes, als geschrieben wurde.</translation></message>
+  <message><source>The file holds something else than what was written.</source><translation>Die Datei enthält etwas anderes, als geschrieben wurde.</translation></message>
   <message><source>Line %lu: the expression takes longer than a second there.</source><translation>Zeile %lu: Der Ausdruck braucht dort länger als eine Sekunde.</translation></message>
   <message><source>Line %lu: the expression takes too much memory there.</source><translation>Zeile %lu: Der Ausdruck braucht dort zu viel Speicher.</translation></message>
   <message><source>Line %lu: the expression caused an internal error there.</source><translation>Zeile %lu: Der Ausdruck hat dort einen internen Fehler verursacht.</translation></message>
-  <message><source>So it is on %lu lines in all.</source><translation>So ist es in insgesamt %lu Zeilen.</translation></message>
-  <message><source>a dollar sign stands for itself only as $$</source><translation>ein Dollarzeichen steht nur als $$ für sich selbst</translation></message>
-  <message><source>a number or a name and a closing brace are missing</source><translation>eine Nummer oder ein Name und eine schließende Klammer fehlen</translation></message>
-  <message><source>the find text has no such group</source><translation>der Suchtext hat keine solche Gruppe</translation></message>
-  <message><source>a backslash stands for itself only when it is doubled</source><translation>ein Rückstrich steht nur verdoppelt für sich selbst</translation></message>
-  <message><source>unknown character behind the backslash</source><translation>unbekanntes Zeichen nach dem Rückstrich</translation></message>
-  <message><source>this is no number of a character</source><translation>dies ist keine Nummer eines Zeichens</translation></message>
-  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Einschalten, um Zeichen aller Sprachen zu finden und die ganze Zeile zu sehen, auch beim Ersetzen. (Strg+U)</translation></message>
-  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Einschalten, um nur ganze Wörter zu finden. (Strg+D)</translation></message>
-  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Manche Zeilen enthalten Zeichen außerhalb von ASCII; ihre Fundstellen können verschoben sein.</translation></message>
-  <message><source>Search Again with Unicode</source><translation>Mit Unicode erneut suchen</translation></message>
-  <message><source>At character %d: %@</source><translation>An Zeichen %d: %@</translation></message>
+  <message><source>So it is on %lu lines in all.</source><translation>Das gilt für insgesamt %lu Zeilen.</translation></message>
+  <message><source>a dollar sign stands for itself only as $$</source><translation>ein Dollarzeichen muss als $$ geschrieben werden</translation></message>
+  <message><source>a number or a name and a closing brace are missing</source><translation>es fehlen eine Nummer oder ein Name und die schließende Klammer</translation></message>
+  <message><source>the find text has no such group</source><translation>diese Gruppe gibt es im Suchtext nicht</translation></message>
+  <message><source>a backslash stands for itself only when it is doubled</source><translation>ein Backslash muss verdoppelt werden</translation></message>
+  <message><source>unknown character behind the backslash</source><translation>unbekanntes Zeichen nach dem Backslash</translation></message>
+  <message><source>this is no number of a character</source><translation>das ist keine Zeichennummer</translation></message>
+  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Ankreuzen, damit Ausdrücke die Zeichen aller Sprachen kennen und die ganze Zeile sehen, auch beim Ersetzen. (Strg+U)</translation></message>
+  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Ankreuzen, um nur ganze Wörter zu finden. (Strg+D)</translation></message>
+  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Manche Zeilen enthalten Zeichen, die nicht zu ASCII gehören; Treffer können dort verschoben sein.</translation></message>
+  <message><source>Search Again with Unicode</source><translation>Erneut suchen, mit Unicode</translation></message>
+  <message><source>At character %d: %@</source><translation>Bei Zeichen %d: %@</translation></message>
   <message><source>&amp;Unicode</source><translation>Unic&amp;ode</translation></message>
   <message><source>Wh&amp;ole words</source><translation>Gan&amp;ze Wörter</translation></message>
   <message><source>&amp;Whole Words</source><translation>Gan&amp;ze Wörter</translation></message>
   <message><source>&amp;More</source><translation>&amp;Mehr</translation></message>
   <message><source>&amp;More •</source><translation>&amp;Mehr •</translation></message>
-  <message><source>Lea&amp;ve out</source><translation>A&amp;uslassen</translation></message>
+  <message><source>Lea&amp;ve out</source><translation>Auslasse&amp;n</translation></message>
   <message><source>Leave out</source><translation>Auslassen</translation></message>
   <message><source>Hidden files</source><translation>Versteckte Dateien</translation></message>
-  <message><source>Obe&amp;y ignore files</source><translation>Ignorierdateien be&amp;folgen</translation></message>
-  <message><source>S&amp;kip files over</source><translation>Höch&amp;stens</translation></message>
-  <message><source>Largest size of a file in megabytes</source><translation>Größe der größten Datei in Megabyte</translation></message>
+  <message><source>Obe&amp;y ignore files</source><translation>Ignore-Dateien &amp;verwenden</translation></message>
+  <message><source>S&amp;kip files over</source><translation>Ma&amp;x. Größe</translation></message>
+  <message><source>Largest size of a file in megabytes</source><translation>Maximale Dateigröße in Megabyte</translation></message>
   <message><source> MB</source><translation> MB</translation></message>
-  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Muster, durch Kommas oder Leerzeichen getrennt, wie in einer Ignorierdatei: node_modules/ *.min.js !keep.min.js</translation></message>
-  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Einschalten, um auch Dateien und Ordner zu durchsuchen, deren Namen mit einem Punkt beginnen.</translation></message>
-  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Einschalten, um auszulassen, was die Ignorierdateien von Git (.gitignore) und .ignore nennen.</translation></message>
-  <message><source>Show or hide what a search leaves out.</source><translation>Zeigt oder verbirgt, was eine Suche auslässt.</translation></message>
-  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>„%@“ passt auf nichts: Die eckige Klammer wird nicht geschlossen.</translation></message>
+  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Muster, durch Kommas oder Leerzeichen getrennt, wie in einer Ignore-Datei: node_modules/ *.min.js !keep.min.js</translation></message>
+  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Ankreuzen, um auch Dateien und Ordner zu durchsuchen, deren Namen mit einem Punkt beginnen.</translation></message>
+  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Ankreuzen, um auszulassen, was in den Ignore-Dateien von Git (.gitignore) und in .ignore steht.</translation></message>
+  <message><source>Show or hide what a search leaves out.</source><translation>Ein- oder ausblenden, was bei der Suche ausgelassen wird.</translation></message>
+  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>„%@“ passt auf nichts: Die eckige Klammer ist nicht geschlossen.</translation></message>
   <message><source>“%@” matches nothing: there is no such class.</source><translation>„%@“ passt auf nichts: Eine solche Klasse gibt es nicht.</translation></message>
-  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>„%@“ passt auf nichts: Es endet mit einem Rückstrich.</translation></message>
+  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>„%@“ passt auf nichts: Es endet mit einem Backslash.</translation></message>
   <message><source>“%@” matches nothing: it names no file.</source><translation>„%@“ passt auf nichts: Es nennt keine Datei.</translation></message>
   <message><source> • %@ left out</source><translation> • %@ ausgelassen</translation></message>
-  <message><source>Other kinds of files: %@</source><translation>Andere Arten von Dateien: %@</translation></message>
+  <message><source>Other kinds of files: %@</source><translation>Andere Dateiarten: %@</translation></message>
   <message><source>Pattern “%@”: %@</source><translation>Muster „%@“: %@</translation></message>
   <message><source>Other patterns: %@</source><translation>Andere Muster: %@</translation></message>
-  <message><source>Ignore file “%@”: %@</source><translation>Ignorierdatei „%@“: %@</translation></message>
-  <message><source>Other ignore files: %@</source><translation>Andere Ignorierdateien: %@</translation></message>
+  <message><source>Ignore file “%@”: %@</source><translation>Ignore-Datei „%@“: %@</translation></message>
+  <message><source>Other ignore files: %@</source><translation>Andere Ignore-Dateien: %@</translation></message>
   <message><source>Hidden: %@</source><translation>Versteckt: %@</translation></message>
-  <message><source>Larger than the limit: %@</source><translation>Größer als die Grenze: %@</translation></message>
-  <message><source>Links: %@</source><translation>Verweise: %@</translation></message>
+  <message><source>Larger than the limit: %@</source><translation>Zu groß: %@</translation></message>
+  <message><source>Links: %@</source><translation>Verknüpfungen: %@</translation></message>
   <message><source>Devices, pipes and sockets: %@</source><translation>Geräte, Pipes und Sockets: %@</translation></message>
-  <message><source>Backups of replaced files: %@</source><translation>Sicherungen ersetzter Dateien: %@</translation></message>
-  <message><source>Searched already by another path: %@</source><translation>Unter einem anderen Pfad schon durchsucht: %@</translation></message>
+  <message><source>Backups of replaced files: %@</source><translation>Sicherungskopien: %@</translation></message>
+  <message><source>Searched already by another path: %@</source><translation>Unter einem anderen Pfad bereits durchsucht: %@</translation></message>
   <message><source>Could not be read: %@</source><translation>Nicht lesbar: %@</translation></message>
-  <message><source>The ignore file “%@” could not be read.</source><translation>Die Ignorierdatei „%@“ war nicht zu lesen.</translation></message>
-  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>In der Ignorierdatei „%@“ passen diese Muster auf nichts: %@</translation></message>
+  <message><source>The ignore file “%@” could not be read.</source><translation>Die Ignore-Datei „%@“ konnte nicht gelesen werden.</translation></message>
+  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>In der Ignore-Datei „%@“ passen diese Muster auf nichts: %@</translation></message>
   <message><source>A folder that is left out counts once.</source><translation>Ein ausgelassener Ordner zählt einmal.</translation></message>
   <message><source>No matches in %@ file.</source><translation>Keine Treffer in %@ Datei.</translation></message>
   <message><source>No matches in %@ files.</source><translation>Keine Treffer in %@ Dateien.</translation></message>
-  <message><source>%@ file was left out…</source><translation>%@ Datei wurde ausgelassen …</translation></message>
-  <message><source>%@ files were left out…</source><translation>%@ Dateien wurden ausgelassen …</translation></message>
-  <message><source>Kinds of files searched in folders: %@</source><translation>In Ordnern durchsuchte Arten von Dateien: %@</translation></message>
-  <message><source>Search Again with Everything</source><translation>Noch einmal alles durchsuchen</translation></message>
+  <message><source>%@ file was left out…</source><translation>%@ Datei wurde ausgelassen …</translation></message>
+  <message><source>%@ files were left out…</source><translation>%@ Dateien wurden ausgelassen …</translation></message>
+  <message><source>Kinds of files searched in folders: %@</source><translation>In Ordnern durchsuchte Dateiarten: %@</translation></message>
+  <message><source>Search Again with Everything</source><translation>Erneut suchen, ohne etwas auszulassen</translation></message>
   <message><source>Leave Out This Folder</source><translation>Diesen Ordner auslassen</translation></message>
   <message><source>Leave Out Files Like This</source><translation>Solche Dateien auslassen</translation></message>
 </context>

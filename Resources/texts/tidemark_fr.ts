@@ -4,7 +4,7 @@
 <context>
   <name>Localizable</name>
   <message><source>About Velkor Tidemark</source><translation>À propos de Velkor Tidemark</translation></message>
-  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Trouve du texte dans de nombreux fichiers à la fois et le remplace sur place.</translation></message>
+  <message><source>Finds text in many files at once and replaces it in place.</source><translation>Recherche un texte dans de nombreux fichiers à la fois et le remplace sur place.</translation></message>
   <message><source>&amp;Undo</source><translation>&amp;Annuler</translation></message>
   <message><source>&amp;Redo</source><translation>&amp;Rétablir</translation></message>
   <message><source>Cu&amp;t</source><translation>&amp;Couper</translation></message>
@@ -21,11 +21,11 @@
   <message><source>A pattern is compared with file names, which never contain “/”: no file will match.</source><translation>Un motif est comparé aux noms de fichiers, qui ne contiennent jamais « / » : aucun fichier ne correspondra.</translation></message>
   <message><source>Neither a type nor a pattern: only files named exactly “%@” will match.</source><translation>Ni un type ni un motif : seuls les fichiers nommés exactement « %@ » correspondront.</translation></message>
   <message><source>Filter</source><translation>Filtre</translation></message>
-  <message><source>Do you want to restore the original list of kinds?</source><translation>Voulez-vous rétablir la liste d’origine des genres de fichiers ?</translation></message>
-  <message><source>Kinds that you added or changed will be lost.</source><translation>Les genres que vous avez ajoutés ou modifiés seront perdus.</translation></message>
+  <message><source>Do you want to restore the original list of kinds?</source><translation>Voulez-vous rétablir la liste d’origine des catégories de fichiers ?</translation></message>
+  <message><source>Kinds that you added or changed will be lost.</source><translation>Les catégories que vous avez ajoutées ou modifiées seront perdues.</translation></message>
   <message><source>Restore</source><translation>Rétablir</translation></message>
   <message><source>Cancel</source><translation>Annuler</translation></message>
-  <message><source>Kind</source><translation>Genre</translation></message>
+  <message><source>Kind</source><translation>Catégorie</translation></message>
   <message><source>&amp;File</source><translation>&amp;Fichier</translation></message>
   <message><source>&amp;New Window</source><translation>&amp;Nouvelle fenêtre</translation></message>
   <message><source>&amp;Quit</source><translation>&amp;Quitter</translation></message>
@@ -44,7 +44,7 @@
   <message><source>IDS_ProductNameAndVersion</source><translation>Velkor Tidemark %@</translation></message>
   <message><source>Files in this encoding are recognised, but it cannot be the default.</source><translation>Les fichiers dans cet encodage sont reconnus, mais il ne peut pas être l’encodage par défaut.</translation></message>
   <message><source>No usable encoding is chosen: files whose encoding is not detected cannot be read.</source><translation>Aucun encodage utilisable n’est choisi : les fichiers dont l’encodage n’est pas détecté ne peuvent pas être lus.</translation></message>
-  <message><source>For files whose encoding is not detected, and for all files while detection is off.</source><translation>Pour les fichiers dont l’encodage n’est pas détecté, et pour tous quand la détection est désactivée.</translation></message>
+  <message><source>For files whose encoding is not detected, and for all files while detection is off.</source><translation>Pour les fichiers dont l’encodage n’est pas détecté, et pour tous les fichiers quand la détection est désactivée.</translation></message>
   <message><source>&amp;Window</source><translation>Fe&amp;nêtre</translation></message>
   <message><source>&amp;Minimize</source><translation>&amp;Réduire</translation></message>
   <message><source>&amp;Zoom</source><translation>&amp;Zoom</translation></message>
@@ -60,7 +60,7 @@
   <message><source>Search results cannot be shown and replacements will not occur for this file as it contains lines of excessive length.</source><translation>Les résultats ne peuvent pas être affichés et aucun remplacement n’aura lieu dans ce fichier, car il contient des lignes d’une longueur excessive.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to open file ‘%@’.</source><translation>Désolé, un problème est survenu à l’ouverture du fichier « %@ ».</translation></message>
   <message><source>You do not have permission to open the file.</source><translation>Vous n’avez pas l’autorisation d’ouvrir ce fichier.</translation></message>
-  <message><source>It is a device, a pipe or a socket, and only files can be searched.</source><translation>C’est un périphérique, un tube ou un socket, et seuls des fichiers peuvent être parcourus.</translation></message>
+  <message><source>It is a device, a pipe or a socket, and only files can be searched.</source><translation>C’est un périphérique, un tube ou un socket ; la recherche ne porte que sur des fichiers.</translation></message>
   <message><source>Error %d occured.</source><translation>L’erreur %d s’est produite.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to read a file.</source><translation>Désolé, un problème est survenu à la lecture d’un fichier.</translation></message>
   <message><source>The chosen character encoding ‘%@’ is unable to read the contents of the file. Check in Preferences that the default character encoding is appropriate for this file.</source><translation>L’encodage choisi « %@ » ne permet pas de lire le contenu du fichier. Vérifiez dans les préférences que l’encodage par défaut convient à ce fichier.</translation></message>
@@ -68,7 +68,7 @@
   <message><source>Sorry, a problem occured whilst attempting to modify a file.</source><translation>Désolé, un problème est survenu lors de la modification d’un fichier.</translation></message>
   <message><source>Sorry, a problem occured whilst attempting to modify a file. You will need to restore the file from the automatic backup that was created.</source><translation>Désolé, un problème est survenu lors de la modification d’un fichier. Vous devrez restaurer le fichier à partir de la sauvegarde automatique qui a été créée.</translation></message>
   <message><source>Perform the search again to refresh the search results.</source><translation>Relancez la recherche pour actualiser les résultats.</translation></message>
-  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Pour restaurer le fichier, copiez avec le gestionnaire de fichiers le fichier « %@ » vers le fichier « %@ ». Supprimez ensuite la sauvegarde.</translation></message>
+  <message><source>To restore the file use Finder to copy file ‘%@’ to file ‘%@’. Afterwards delete the backup file.</source><translation>Pour restaurer le fichier, copiez dans le gestionnaire de fichiers le fichier « %@ » à la place du fichier « %@ ». Supprimez ensuite la sauvegarde.</translation></message>
   <message><source>Creating a temporary file for ‘%@’ was not possible due to the file permissions of the parent folder being too restrictive.</source><translation>Impossible de créer un fichier temporaire pour « %@ » : les permissions du dossier parent sont trop restrictives.</translation></message>
   <message><source>Change permissions on the parent folder for the above mentioned file such that it is permissible to create new files in the folder.</source><translation>Modifiez les permissions du dossier parent du fichier mentionné ci-dessus de façon à autoriser la création de fichiers dans ce dossier.</translation></message>
   <message><source>Creating the temporary backup file for ‘%@’ gave error number ‘%d’.</source><translation>La création du fichier de sauvegarde temporaire pour « %@ » a donné l’erreur numéro « %d ».</translation></message>
@@ -97,7 +97,7 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>IDS_Text</source><translation>Texte</translation></message>
   <message><source>IDS_Documents</source><translation>Documents</translation></message>
   <message><source>IDS_SourceCode</source><translation>Code source</translation></message>
-  <message><source>IDS_WildcardSample1</source><translation>Fichiers texte brut (exemple)</translation></message>
+  <message><source>IDS_WildcardSample1</source><translation>Fichiers en texte brut (exemple)</translation></message>
   <message><source>IDS_WildcardSample1Uti</source><translation>*.txt</translation></message>
   <message><source>IDS_WildcardSample2</source><translation>Sources et en-têtes C (exemple)</translation></message>
   <message><source>IDS_WildcardSample2Uti</source><translation>*.[ch]</translation></message>
@@ -110,14 +110,14 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Stop Search</source><translation>Arrêter la recherche</translation></message>
   <message><source>Locate a file or folder to search. (Cmd+O)</source><translation>Choisir un fichier ou un dossier où chercher. (Ctrl+O)</translation></message>
   <message><source>Remove the selected file or folder from the search. (Cmd+P)</source><translation>Retirer de la recherche le fichier ou dossier sélectionné. (Ctrl+P)</translation></message>
-  <message><source>Select kinds of files to include in search. (Cmd+F)</source><translation>Choisir les genres de fichiers à inclure dans la recherche. (Ctrl+F)</translation></message>
+  <message><source>Select kinds of files to include in search. (Cmd+F)</source><translation>Choisir les catégories de fichiers à inclure dans la recherche. (Ctrl+F)</translation></message>
   <message><source>Enter text to find</source><translation>Saisir le texte à rechercher</translation></message>
   <message><source>Enter text that replaces the find text</source><translation>Saisir le texte qui remplace le texte recherché</translation></message>
   <message><source>Start or stop the search. (Cmd+Enter)</source><translation>Lancer ou arrêter la recherche. (Ctrl+Entrée)</translation></message>
-  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Cochez pour voir dans les résultats ce que deviendrait chaque occurrence. (Ctrl+Maj+R)</translation></message>
+  <message><source>Check to see what each match would become in the search results. (Cmd+Shift+R)</source><translation>Cocher pour voir dans les résultats ce que deviendrait chaque occurrence. (Ctrl+Maj+R)</translation></message>
   <message><source>S&amp;how Replacements</source><translation>A&amp;fficher les remplacements</translation></message>
   <message><source>Show replacements</source><translation>Afficher les remplacements</translation></message>
-  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Cocher pour respecter la casse pendant la recherche. (Ctrl+C)</translation></message>
+  <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Cocher pour ignorer la casse pendant la recherche. (Ctrl+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Cocher pour utiliser des expressions régulières dans le texte recherché. (Ctrl+G)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement. (Ctrl+R)</translation></message>
   <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement et passer à la suivante. (Ctrl+X)</translation></message>
@@ -126,17 +126,17 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Highlight the previous match in the search results. (Up; Cmd+Up to move to the first match in previous file)</source><translation>Mettre en évidence l’occurrence précédente dans les résultats. (Haut ; Ctrl+Haut pour aller à la première occurrence du fichier précédent)</translation></message>
   <message><source>Highlight the next match in the search results. (Down; Cmd+Down to move to the first match in next file)</source><translation>Mettre en évidence l’occurrence suivante dans les résultats. (Bas ; Ctrl+Bas pour aller à la première occurrence du fichier suivant)</translation></message>
   <message><source>Remove selected items from search results. (Delete)</source><translation>Retirer des résultats les éléments sélectionnés. (Suppr)</translation></message>
-  <message><source>Expand or collapse all matches to either show or hide all matches. (Cmd+E)</source><translation>Développer ou réduire tout pour afficher ou masquer toutes les occurrences. (Ctrl+E)</translation></message>
+  <message><source>Expand or collapse all matches to either show or hide all matches. (Cmd+E)</source><translation>Tout développer ou réduire pour afficher ou masquer toutes les occurrences. (Ctrl+E)</translation></message>
   <message><source>Files and folders to search</source><translation>Fichiers et dossiers où chercher</translation></message>
   <message><source>Search results showing lines of files with matches</source><translation>Résultats montrant les lignes des fichiers qui contiennent des occurrences</translation></message>
   <message><source> (no longer exists)</source><translation> (n’existe plus)</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Cette opération ne peut pas être facilement annulée.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Aucune occurrence n’est sélectionnée : rien ne changera.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Modification à venir : %@ dans %@.</translation></message>
-  <message><source>Find text: ‘%@’</source><translation>Texte recherché : « %@ »</translation></message>
-  <message><source>Replace text: ‘%@’</source><translation>Texte de remplacement : « %@ »</translation></message>
-  <message><source>These results were found with ‘%@’.</source><translation>Ces résultats ont été trouvés avec « %@ ».</translation></message>
-  <message><source>‘%@’ was changed since the search.</source><translation>« %@ » a changé depuis la recherche.</translation></message>
+  <message><source>Find text: ‘%@’</source><translation>Texte recherché : « %@ »</translation></message>
+  <message><source>Replace text: ‘%@’</source><translation>Texte de remplacement : « %@ »</translation></message>
+  <message><source>These results were found with ‘%@’.</source><translation>Ces résultats ont été trouvés avec « %@ ».</translation></message>
+  <message><source>‘%@’ was changed since the search.</source><translation>« %@ » a changé depuis la recherche.</translation></message>
   <message><source>Matches that the find text doesn’t fit will stay as they are.</source><translation>Les occurrences auxquelles le texte recherché ne correspond pas resteront telles quelles.</translation></message>
   <message><source>%lu match</source><translation>%lu occurrence</translation></message>
   <message><source>%lu matches</source><translation>%lu occurrences</translation></message>
@@ -164,7 +164,7 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>%@ files failed</source><translation>%@ fichiers en échec</translation></message>
   <message><source>Files that failed</source><translation>Fichiers en échec</translation></message>
   <message><source>old content in %@</source><translation>ancien contenu dans %@</translation></message>
-  <message><source>%@ (%@):</source><translation>%@ (%@) :</translation></message>
+  <message><source>%@ (%@):</source><translation>%@ (%@) :</translation></message>
   <message><source>Error: %@</source><translation>Erreur : %@</translation></message>
   <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
   <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>
@@ -172,11 +172,11 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Les lignes contenant des occurrences apparaîtront ici.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Aucune occurrence trouvée.
-Genres de fichiers recherchés dans les dossiers : %@</translation></message>
+Catégories de fichiers recherchées dans les dossiers : %@</translation></message>
   <message><source>Name</source><translation>Nom</translation></message>
   <message><source>Matches</source><translation>Occurrences</translation></message>
   <message><source>Folder</source><translation>Dossier</translation></message>
-  <message><source>Generating search results…</source><translation>Constitution des résultats…</translation></message>
+  <message><source>Generating search results…</source><translation>Préparation des résultats…</translation></message>
   <message><source>Review search results</source><translation>Examiner les résultats</translation></message>
   <message><source>Drop files and folders here, or press + to add them.</source><translation>Déposez ici des fichiers et dossiers, ou ajoutez-les avec +.</translation></message>
   <message><source>%d match found in %d file</source><translation>%d occurrence trouvée dans %d fichier</translation></message>
@@ -207,21 +207,21 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>JSON Lines (*.jsonl)</source><translation>JSON Lines (*.jsonl)</translation></message>
   <message><source>Markdown (*.md)</source><translation>Markdown (*.md)</translation></message>
   <message><source>Writing results…</source><translation>Écriture des résultats…</translation></message>
-  <message><source>The results could not be written to ‘%@’.</source><translation>Les résultats n’ont pas pu être écrits dans « %@ ».</translation></message>
+  <message><source>The results could not be written to ‘%@’.</source><translation>Les résultats n’ont pas pu être écrits dans « %@ ».</translation></message>
   <message><source>Copy As</source><translation>Copier comme</translation></message>
   <message><source>Path, Line, Column and Text</source><translation>Chemin, ligne, colonne et texte</translation></message>
   <message><source>Paths Only</source><translation>Chemins seuls</translation></message>
   <message><source>Markdown</source><translation>Markdown</translation></message>
   <message><source>&amp;Editor</source><translation>É&amp;diteur</translation></message>
-  <message><source>&amp;Open a match with:</source><translation>&amp;Ouvrir une occurrence avec :</translation></message>
+  <message><source>&amp;Open a match with:</source><translation>&amp;Ouvrir une occurrence avec :</translation></message>
   <message><source>Command of the editor</source><translation>Commande de l’éditeur</translation></message>
   <message><source>editor +%l:%c %f</source><translation>editeur +%l:%c %f</translation></message>
-  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>Dans une commande personnelle, %f représente le fichier, %l la ligne et %c la colonne. Les mots contenant des espaces sont mis entre guillemets droits. La touche Entrée ou un double clic sur une ligne des résultats l’ouvre.</translation></message>
-  <message><source>The desktop's default program, at the beginning</source><translation>Le programme par défaut du bureau, au début</translation></message>
+  <message><source>In a command of your own %f stands for the file, %l for the line and %c for the column. Words with blanks are put in double quotes. Return or a double click on a line of the results opens it.</source><translation>Dans une commande personnelle, %f représente le fichier, %l la ligne et %c la colonne. Les mots contenant des espaces se mettent entre guillemets droits. La touche Entrée ou un double-clic sur une ligne des résultats l’ouvre.</translation></message>
+  <message><source>The desktop's default program, at the beginning</source><translation>Le programme par défaut du bureau (au début du fichier)</translation></message>
   <message><source>A command of my own</source><translation>Une commande personnelle</translation></message>
   <message><source>Open at Match</source><translation>Ouvrir à l’occurrence</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Le nom du fichier ne peut pas être transmis à un autre programme, ou aucune commande n’est définie.</translation></message>
-  <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>L’éditeur n’a pas pu être lancé avec « %@ ». Choisissez-en un autre dans les préférences.</translation></message>
+  <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>L’éditeur n’a pas pu être lancé avec « %@ ». Choisissez-en un autre dans les préférences.</translation></message>
   <message><source>You can undo this with Edit &gt; Undo.</source><translation>Vous pouvez l’annuler avec Édition &gt; Annuler.</translation></message>
   <message><source>&amp;Undo Replacing</source><translation>&amp;Annuler le remplacement</translation></message>
   <message><source>&amp;Undo Replacing in %@ File</source><translation>&amp;Annuler le remplacement dans %@ fichier</translation></message>
@@ -229,10 +229,10 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>&amp;Redo Replacing</source><translation>&amp;Rétablir le remplacement</translation></message>
   <message><source>&amp;Redo Replacing in %@ File</source><translation>&amp;Rétablir le remplacement dans %@ fichier</translation></message>
   <message><source>&amp;Redo Replacing in %@ Files</source><translation>&amp;Rétablir le remplacement dans %@ fichiers</translation></message>
-  <message><source>%@ file is as it was before</source><translation>%@ fichier est comme avant</translation></message>
-  <message><source>%@ files are as they were before</source><translation>%@ fichiers sont comme avant</translation></message>
+  <message><source>%@ file is as it was before</source><translation>%@ fichier revenu à son état antérieur</translation></message>
+  <message><source>%@ files are as they were before</source><translation>%@ fichiers revenus à leur état antérieur</translation></message>
   <message><source>Stopped</source><translation>Arrêté</translation></message>
-  <message><source>What was noted of this replacement can't be read any more.</source><translation>Ce qui a été noté de ce remplacement n’est plus lisible.</translation></message>
+  <message><source>What was noted of this replacement can't be read any more.</source><translation>Les données conservées sur ce remplacement ne sont plus lisibles.</translation></message>
   <message><source>&amp;History of Replacements…</source><translation>&amp;Historique des remplacements…</translation></message>
   <message><source>Delete &amp;Backups…</source><translation>Supprimer les &amp;sauvegardes…</translation></message>
   <message><source>In use</source><translation>En cours</translation></message>
@@ -245,25 +245,25 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Files</source><translation>Fichiers</translation></message>
   <message><source>Size</source><translation>Taille</translation></message>
   <message><source>State</source><translation>État</translation></message>
-  <message><source>A file that was changed since isn't touched. What is forgotten can't be taken back.</source><translation>Un fichier modifié depuis n’est pas touché. Ce qui est oublié ne peut plus être annulé.</translation></message>
-  <message><source>&amp;Delete Ticked</source><translation>&amp;Supprimer les cochées</translation></message>
+  <message><source>A file that was changed since isn't touched. What is forgotten can't be taken back.</source><translation>Un fichier modifié depuis n’est pas touché. Un remplacement oublié ne peut plus être annulé.</translation></message>
+  <message><source>&amp;Delete Ticked</source><translation>&amp;Supprimer les sauvegardes cochées</translation></message>
   <message><source>Delete Backups</source><translation>Supprimer les sauvegardes</translation></message>
   <message><source>Backup</source><translation>Sauvegarde</translation></message>
-  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Une sauvegarde modifiée, ou qui n’est pas celle qui a été créée, reste en place.</translation></message>
+  <message><source>A backup that was changed, or isn't the one that was made, stays where it is.</source><translation>Une sauvegarde modifiée entre-temps, ou qui n’est plus celle d’origine, reste en place.</translation></message>
   <message><source>%@ backups deleted.</source><translation>%@ sauvegardes supprimées.</translation></message>
-  <message><source>%@ were not, as they were changed or are not permitted to go: %@</source><translation>%@ ne l’ont pas été, car elles ont été modifiées ou ne peuvent pas être supprimées : %@</translation></message>
-  <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre jusqu’à l’occurrence suivante</translation></message>
-  <message><source>Extend &amp;to Previous Match</source><translation>Étendre jusqu’à l’&amp;occurrence précédente</translation></message>
+  <message><source>%@ were not, as they were changed or are not permitted to go: %@</source><translation>%@ ne l’ont pas été, car elles ont été modifiées ou ne peuvent pas être supprimées : %@</translation></message>
+  <message><source>E&amp;xtend to Next Match</source><translation>É&amp;tendre la sélection à l’occurrence suivante</translation></message>
+  <message><source>Extend &amp;to Previous Match</source><translation>Étendre la sélection à l’&amp;occurrence précédente</translation></message>
   <message><source>First Match in Next &amp;File</source><translation>Première occurrence du &amp;fichier suivant</translation></message>
   <message><source>First Match in Pre&amp;vious File</source><translation>Première occurrence du fichier pré&amp;cédent</translation></message>
   <message><source>&amp;Expand or Collapse All</source><translation>Tout &amp;développer ou réduire</translation></message>
   <message><source>Re&amp;move Selected from Results</source><translation>Ret&amp;irer la sélection des résultats</translation></message>
   <message><source>&amp;Replace</source><translation>&amp;Remplacer</translation></message>
-  <message><source>Replace an&amp;d Find</source><translation>Remplacer et s&amp;uivant</translation></message>
+  <message><source>Replace an&amp;d Find</source><translation>Remplacer et con&amp;tinuer</translation></message>
   <message><source>Replace &amp;Selection…</source><translation>Remplacer la sé&amp;lection…</translation></message>
   <message><source>Replace &amp;All…</source><translation>Remplacer t&amp;out…</translation></message>
   <message><source>Do you want to stop the replace that is in progress?</source><translation>Voulez-vous arrêter le remplacement en cours ?</translation></message>
-  <message><source>Stopping a replace before it finishes will leave files in an unknown state.</source><translation>Arrêter un remplacement avant la fin laissera des fichiers dans un état inconnu.</translation></message>
+  <message><source>Stopping a replace before it finishes will leave files in an unknown state.</source><translation>Arrêter un remplacement avant la fin laissera des fichiers dans un état indéterminé.</translation></message>
   <message><source>%@ no longer exists</source><translation>%@ n’existe plus</translation></message>
   <message><source>Subfolders</source><translation>Sous-dossiers</translation></message>
   <message><source>Tick to search the folders inside this folder, too</source><translation>Cocher pour chercher aussi dans les dossiers de ce dossier</translation></message>
@@ -291,7 +291,7 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Remove selected results</source><translation>Retirer les résultats sélectionnés</translation></message>
   <message><source>Files replaced</source><translation>Fichiers traités</translation></message>
   <message><source>Stop Replace</source><translation>Arrêter le remplacement</translation></message>
-  <message><source>Replace and Fi&amp;nd</source><translation>Remplacer et s&amp;uivant</translation></message>
+  <message><source>Replace and Fi&amp;nd</source><translation>Remplacer et con&amp;tinuer</translation></message>
   <message><source>Replace Se&amp;lection…</source><translation>Remplacer la sé&amp;lection…</translation></message>
   <message><source>Preferences</source><translation>Préférences</translation></message>
   <message><source>&amp;General</source><translation>&amp;Général</translation></message>
@@ -303,25 +303,25 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Make a &amp;backup of each file before it is changed</source><translation>&amp;Sauvegarder chaque fichier avant de le modifier</translation></message>
   <message><source>Backups lie beside their files; “.TDMBackup.” stands in their names.</source><translation>Les sauvegardes se trouvent à côté de leurs fichiers ; leur nom contient « .TDMBackup. ».</translation></message>
   <message><source>Histories</source><translation>Historiques</translation></message>
-  <message><source>Find and replace texts to &amp;remember</source><translation>Textes recherchés et de remplacement à &amp;mémoriser</translation></message>
-  <message><source>Find and replace texts to remember</source><translation>Textes recherchés et de remplacement à mémoriser</translation></message>
+  <message><source>Find and replace texts to &amp;remember</source><translation>Nombre de textes recherchés et de remplacement à &amp;mémoriser</translation></message>
+  <message><source>Find and replace texts to remember</source><translation>Nombre de textes recherchés et de remplacement à mémoriser</translation></message>
   <message><source>File &amp;types</source><translation>&amp;Types de fichiers</translation></message>
-  <message><source>&amp;Kinds of files that are searched in folders</source><translation>Ge&amp;nres de fichiers recherchés dans les dossiers</translation></message>
-  <message><source>Kinds of files that are searched in folders</source><translation>Genres de fichiers recherchés dans les dossiers</translation></message>
+  <message><source>&amp;Kinds of files that are searched in folders</source><translation>Catégories de fi&amp;chiers recherchées dans les dossiers</translation></message>
+  <message><source>Kinds of files that are searched in folders</source><translation>Catégories de fichiers recherchées dans les dossiers</translation></message>
   <message><source>&amp;Add</source><translation>&amp;Ajouter</translation></message>
-  <message><source>Add a kind below the selected one (Insert)</source><translation>Ajouter un genre sous celui qui est sélectionné (Inser)</translation></message>
+  <message><source>Add a kind below the selected one (Insert)</source><translation>Ajouter une catégorie sous celle qui est sélectionnée (Inser)</translation></message>
   <message><source>D&amp;uplicate</source><translation>&amp;Dupliquer</translation></message>
-  <message><source>Add a copy of the selected kind (Ctrl+D)</source><translation>Ajouter une copie du genre sélectionné (Ctrl+D)</translation></message>
+  <message><source>Add a copy of the selected kind (Ctrl+D)</source><translation>Ajouter une copie de la catégorie sélectionnée (Ctrl+D)</translation></message>
   <message><source>&amp;Remove</source><translation>&amp;Retirer</translation></message>
-  <message><source>Remove the selected kind (Delete)</source><translation>Retirer le genre sélectionné (Suppr)</translation></message>
+  <message><source>Remove the selected kind (Delete)</source><translation>Retirer la catégorie sélectionnée (Suppr)</translation></message>
   <message><source>Move U&amp;p</source><translation>&amp;Monter</translation></message>
-  <message><source>Move the selected kind up (Alt+Up)</source><translation>Monter le genre sélectionné (Alt+Haut)</translation></message>
+  <message><source>Move the selected kind up (Alt+Up)</source><translation>Monter la catégorie sélectionnée (Alt+Haut)</translation></message>
   <message><source>Move Do&amp;wn</source><translation>De&amp;scendre</translation></message>
-  <message><source>Move the selected kind down (Alt+Down)</source><translation>Descendre le genre sélectionné (Alt+Bas)</translation></message>
+  <message><source>Move the selected kind down (Alt+Down)</source><translation>Descendre la catégorie sélectionnée (Alt+Bas)</translation></message>
   <message><source>Restore &amp;List…</source><translation>Rétab&amp;lir la liste…</translation></message>
-  <message><source>Restore the original list of kinds</source><translation>Rétablir la liste d’origine des genres de fichiers</translation></message>
-  <message><source>Remark on the selected kind</source><translation>Remarque sur le genre sélectionné</translation></message>
-  <message><source>A filter is a pattern for file names, such as *.txt, or a type, such as uti:public.text. Files that match any ticked kind are searched.</source><translation>Un filtre est un motif de noms de fichiers, comme *.txt, ou un type, comme uti:public.text. La recherche porte sur les fichiers qui correspondent à l’un des genres cochés.</translation></message>
+  <message><source>Restore the original list of kinds</source><translation>Rétablir la liste d’origine des catégories de fichiers</translation></message>
+  <message><source>Remark on the selected kind</source><translation>Remarque sur la catégorie sélectionnée</translation></message>
+  <message><source>A filter is a pattern for file names, such as *.txt, or a type, such as uti:public.text. Files that match any ticked kind are searched.</source><translation>Un filtre est un motif de noms de fichiers, comme *.txt, ou un type, comme uti:public.text. La recherche porte sur les fichiers qui correspondent à l’une des catégories cochées.</translation></message>
   <message><source>&amp;Close</source><translation>&amp;Fermer</translation></message>
   <message><source>Western (Mac OS Roman)</source><translation>Occidental (Mac OS Roman)</translation></message>
   <message><source>Greek (Mac OS)</source><translation>Grec (Mac OS)</translation></message>
@@ -460,7 +460,7 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>Japanese (ISO 2022-JP-3)</source><translation>Japonais (ISO 2022-JP-3)</translation></message>
   <message><source>Chinese (ISO 2022-CN-EXT)</source><translation>Chinois (ISO 2022-CN-EXT)</translation></message>
   <message><source>Vietnamese (VISCII)</source><translation>Vietnamien (VISCII)</translation></message>
-  <message><source>Unicode (UTF-7 for mailboxes)</source><translation>Unicode (UTF-7 pour les boîtes aux lettres)</translation></message>
+  <message><source>Unicode (UTF-7 for mailboxes)</source><translation>Unicode (UTF-7 pour boîtes aux lettres)</translation></message>
   <message><source>Japanese (NextStep)</source><translation>Japonais (NextStep)</translation></message>
   <message><source>Non-lossy ASCII</source><translation>ASCII sans perte</translation></message>
   <message><source>Western (EBCDIC Latin 1)</source><translation>Occidental (EBCDIC Latin 1)</translation></message>
@@ -468,111 +468,111 @@ Genres de fichiers recherchés dans les dossiers : %@</translation></message>
   <message><source>%@
     old content: %@
 </source><translation>%@
-    ancien contenu : %@
+    ancien contenu : %@
 </translation></message>
   <message><source>%@: %@
     old content: %@
-</source><translation>%@ : %@
-    ancien contenu : %@
+</source><translation>%@ : %@
+    ancien contenu : %@
 </translation></message>
   <message><source>The old content of some files could not be put back.</source><translation>L’ancien contenu de certains fichiers n’a pas pu être rétabli.</translation></message>
-  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Leurs copies de sauvegarde sont toujours là, et Tidemark reposera la question au prochain démarrage.</translation></message>
+  <message><source>Their backups are still there, and Tidemark will ask again at its next start.</source><translation>Leurs sauvegardes sont toujours là, et Tidemark reposera la question au prochain démarrage.</translation></message>
   <message><source>Tidemark ended while it was rewriting files.</source><translation>Tidemark s’est arrêté pendant qu’il réécrivait des fichiers.</translation></message>
   <message><source>These files may be written only in part:
 
 %@
-Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Ces fichiers ne sont peut-être écrits qu’en partie :
+Their old content is complete in backups. Do you want to put it back? If you keep the files as they are, the backups are left for you.</source><translation>Ces fichiers n’ont peut-être été écrits qu’en partie :
 
 %@
-Leur ancien contenu est complet dans des copies de sauvegarde. Voulez-vous le rétablir ? Si vous laissez les fichiers tels quels, les copies de sauvegarde sont conservées.</translation></message>
+Des sauvegardes contiennent la totalité de leur ancien contenu. Voulez-vous le rétablir ? Si vous laissez les fichiers tels quels, les sauvegardes sont conservées.</translation></message>
   <message><source>Put Old Content Back</source><translation>Rétablir l’ancien contenu</translation></message>
   <message><source>Keep Files As They Are</source><translation>Laisser les fichiers tels quels</translation></message>
   <message><source>Decide Later</source><translation>Décider plus tard</translation></message>
   <message><source>%d of %d files were done.</source><translation>%d fichiers sur %d étaient terminés.</translation></message>
   <message><source>All others are as they were, and none is damaged.</source><translation>Tous les autres sont tels qu’ils étaient, et aucun n’est endommagé.</translation></message>
-  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Ce qu’ils contiennent maintenant est conservé dans de nouvelles copies de sauvegarde à côté d’eux.</translation></message>
+  <message><source>What stands in them now is kept in new backups beside them.</source><translation>Leur contenu actuel est conservé dans de nouvelles sauvegardes à côté d’eux.</translation></message>
   <message><source>These files may be written only in part, too, but their backups are gone or hold something else. They are left as they are:
 
-%@</source><translation>Ces fichiers ne sont peut-être aussi écrits qu’en partie, mais leurs copies de sauvegarde manquent ou contiennent autre chose. Ils restent tels quels :
+%@</source><translation>Ces fichiers-ci aussi n’ont peut-être été écrits qu’en partie, mais leurs sauvegardes manquent ou contiennent autre chose. Ils restent tels quels :
 
 %@</translation></message>
   <message><source>These files were being written and are not where they were. Nothing is changed at these places:
 
-%@</source><translation>Ces fichiers étaient en cours d’écriture et ne sont plus où ils étaient. Rien n’est modifié à ces emplacements :
+%@</source><translation>Ces fichiers étaient en cours d’écriture et ne se trouvent plus au même endroit. Rien n’est modifié à ces emplacements :
 
 %@</translation></message>
-  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Le fichier est tel qu’il était ; rien n’est à rétablir.</translation></message>
-  <message><source>File ‘%@’ was left as it is.</source><translation>Le fichier « %@ » a été laissé tel quel.</translation></message>
+  <message><source>The file is as it was; nothing needs to be restored.</source><translation>Le fichier est intact ; il n’y a rien à restaurer.</translation></message>
+  <message><source>File ‘%@’ was left as it is.</source><translation>Le fichier « %@ » a été laissé tel quel.</translation></message>
   <message><source>Written only in part</source><translation>Écrit seulement en partie</translation></message>
   <message><source>Written, but the disk reported a failure</source><translation>Écrit, mais le disque a signalé une erreur</translation></message>
-  <message><source>Written, but its backup could not be deleted</source><translation>Écrit, mais sa copie de sauvegarde n’a pas pu être supprimée</translation></message>
+  <message><source>Written, but its backup could not be deleted</source><translation>Écrit, mais sa sauvegarde n’a pas pu être supprimée</translation></message>
   <message><source>Changed since the search</source><translation>Modifié depuis la recherche</translation></message>
   <message><source>Not there any more</source><translation>N’existe plus</translation></message>
   <message><source>No permission</source><translation>Pas d’autorisation</translation></message>
   <message><source>No room on the disk</source><translation>Plus de place sur le disque</translation></message>
-  <message><source>The file's encoding cannot hold the new text, or not all of its bytes can be read</source><translation>L’encodage du fichier ne peut pas contenir le nouveau texte, ou tous ses octets ne sont pas lisibles</translation></message>
-  <message><source>No backup could be made</source><translation>Aucune copie de sauvegarde n’a pu être créée</translation></message>
-  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>Le dossier des notes sur les remplacements inachevés n’est pas accessible en écriture</translation></message>
+  <message><source>The file's encoding cannot hold the new text, or not all of its bytes can be read</source><translation>L’encodage du fichier ne permet pas d’écrire le nouveau texte, ou certains de ses octets sont illisibles</translation></message>
+  <message><source>No backup could be made</source><translation>Aucune sauvegarde n’a pu être créée</translation></message>
+  <message><source>The folder for notes on unfinished replacements cannot be written</source><translation>Le dossier qui consigne les remplacements inachevés n’est pas accessible en écriture</translation></message>
   <message><source>The disk reported a failure</source><translation>Le disque a signalé une erreur</translation></message>
   <message><source>Not begun, as the disk failed or is full</source><translation>Non commencé, car le disque est défaillant ou plein</translation></message>
   <message><source>The file holds something else than what was written.</source><translation>Le fichier contient autre chose que ce qui a été écrit.</translation></message>
-  <message><source>Line %lu: the expression takes longer than a second there.</source><translation>Ligne %lu : l’expression y demande plus d’une seconde.</translation></message>
-  <message><source>Line %lu: the expression takes too much memory there.</source><translation>Ligne %lu : l’expression y demande trop de mémoire.</translation></message>
-  <message><source>Line %lu: the expression caused an internal error there.</source><translation>Ligne %lu : l’expression y a provoqué une erreur interne.</translation></message>
-  <message><source>So it is on %lu lines in all.</source><translation>Il en est ainsi sur %lu lignes en tout.</translation></message>
-  <message><source>a dollar sign stands for itself only as $$</source><translation>un signe dollar ne vaut pour lui-même que sous la forme $$</translation></message>
-  <message><source>a number or a name and a closing brace are missing</source><translation>il manque un numéro ou un nom et une accolade fermante</translation></message>
-  <message><source>the find text has no such group</source><translation>le texte recherché n’a pas de tel groupe</translation></message>
-  <message><source>a backslash stands for itself only when it is doubled</source><translation>une barre oblique inverse ne vaut pour elle-même que doublée</translation></message>
+  <message><source>Line %lu: the expression takes longer than a second there.</source><translation>Ligne %lu : l’expression y prend plus d’une seconde.</translation></message>
+  <message><source>Line %lu: the expression takes too much memory there.</source><translation>Ligne %lu : l’expression y prend trop de mémoire.</translation></message>
+  <message><source>Line %lu: the expression caused an internal error there.</source><translation>Ligne %lu : l’expression y a provoqué une erreur interne.</translation></message>
+  <message><source>So it is on %lu lines in all.</source><translation>C’est le cas de %lu lignes au total.</translation></message>
+  <message><source>a dollar sign stands for itself only as $$</source><translation>un signe dollar s’écrit $$</translation></message>
+  <message><source>a number or a name and a closing brace are missing</source><translation>il manque un numéro ou un nom, et l’accolade fermante</translation></message>
+  <message><source>the find text has no such group</source><translation>ce groupe n’existe pas dans le texte recherché</translation></message>
+  <message><source>a backslash stands for itself only when it is doubled</source><translation>une barre oblique inverse doit être doublée</translation></message>
   <message><source>unknown character behind the backslash</source><translation>caractère inconnu après la barre oblique inverse</translation></message>
-  <message><source>this is no number of a character</source><translation>ce n’est pas un numéro de caractère</translation></message>
-  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Cochez pour trouver les caractères de toutes les langues et voir la ligne entière, aussi en remplaçant. (Ctrl+U)</translation></message>
-  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Cochez pour ne trouver que des mots entiers. (Ctrl+D)</translation></message>
-  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Certaines lignes contiennent des caractères hors ASCII ; leurs occurrences peuvent être décalées.</translation></message>
-  <message><source>Search Again with Unicode</source><translation>Chercher de nouveau avec Unicode</translation></message>
-  <message><source>At character %d: %@</source><translation>Au caractère %d : %@</translation></message>
+  <message><source>this is no number of a character</source><translation>ce n’est pas un numéro de caractère valable</translation></message>
+  <message><source>Check to match characters of all languages and to see the whole line, also when replacing. (Cmd+U)</source><translation>Cocher pour que les expressions connaissent les caractères de toutes les langues et voient la ligne entière, même au remplacement. (Ctrl+U)</translation></message>
+  <message><source>Check to find whole words only. (Cmd+D)</source><translation>Cocher pour ne trouver que des mots entiers. (Ctrl+D)</translation></message>
+  <message><source>Some lines hold characters beyond ASCII; their matches may be shifted.</source><translation>Certaines lignes contiennent des caractères non ASCII ; les occurrences peuvent y être décalées.</translation></message>
+  <message><source>Search Again with Unicode</source><translation>Relancer la recherche avec Unicode</translation></message>
+  <message><source>At character %d: %@</source><translation>Au caractère %d : %@</translation></message>
   <message><source>&amp;Unicode</source><translation>Un&amp;icode</translation></message>
   <message><source>Wh&amp;ole words</source><translation>&amp;Mots entiers</translation></message>
   <message><source>&amp;Whole Words</source><translation>&amp;Mots entiers</translation></message>
-  <message><source>&amp;More</source><translation>&amp;Plus</translation></message>
-  <message><source>&amp;More •</source><translation>&amp;Plus •</translation></message>
-  <message><source>Lea&amp;ve out</source><translation>Exc&amp;lure</translation></message>
+  <message><source>&amp;More</source><translation>Pl&amp;us</translation></message>
+  <message><source>&amp;More •</source><translation>Pl&amp;us •</translation></message>
+  <message><source>Lea&amp;ve out</source><translation>&amp;Exclure</translation></message>
   <message><source>Leave out</source><translation>Exclure</translation></message>
   <message><source>Hidden files</source><translation>Fichiers cachés</translation></message>
-  <message><source>Obe&amp;y ignore files</source><translation>Suivre les ex&amp;clusions</translation></message>
-  <message><source>S&amp;kip files over</source><translation>I&amp;gnorer au-delà de</translation></message>
+  <message><source>Obe&amp;y ignore files</source><translation>Sui&amp;vre les exclusions</translation></message>
+  <message><source>S&amp;kip files over</source><translation>&amp;Jusqu’à</translation></message>
   <message><source>Largest size of a file in megabytes</source><translation>Taille maximale d’un fichier en mégaoctets</translation></message>
   <message><source> MB</source><translation> Mo</translation></message>
-  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Motifs séparés par des virgules ou des espaces, comme dans un fichier d’exclusion : node_modules/ *.min.js !keep.min.js</translation></message>
-  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Cochez pour chercher aussi dans les fichiers et dossiers dont le nom commence par un point.</translation></message>
-  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Cochez pour exclure ce que nomment les fichiers d’exclusion de Git (.gitignore) et .ignore.</translation></message>
+  <message><source>Patterns separated by commas or spaces, as in an ignore file: node_modules/ *.min.js !keep.min.js</source><translation>Motifs séparés par des virgules ou des espaces, comme dans un fichier d’exclusion : node_modules/ *.min.js !keep.min.js</translation></message>
+  <message><source>Check to search files and folders whose names begin with a dot, too.</source><translation>Cocher pour chercher aussi dans les fichiers et dossiers dont le nom commence par un point.</translation></message>
+  <message><source>Check to leave out what the ignore files of Git (.gitignore) and .ignore name.</source><translation>Cocher pour exclure ce qui figure dans les fichiers d’exclusion de Git (.gitignore) et dans .ignore.</translation></message>
   <message><source>Show or hide what a search leaves out.</source><translation>Affiche ou masque ce qu’une recherche exclut.</translation></message>
-  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>« %@ » ne correspond à rien : le crochet n’est pas fermé.</translation></message>
-  <message><source>“%@” matches nothing: there is no such class.</source><translation>« %@ » ne correspond à rien : cette classe n’existe pas.</translation></message>
-  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>« %@ » ne correspond à rien : il finit par une barre oblique inverse.</translation></message>
-  <message><source>“%@” matches nothing: it names no file.</source><translation>« %@ » ne correspond à rien : il ne nomme aucun fichier.</translation></message>
+  <message><source>“%@” matches nothing: its bracket is not closed.</source><translation>« %@ » ne correspond à rien : le crochet n’est pas fermé.</translation></message>
+  <message><source>“%@” matches nothing: there is no such class.</source><translation>« %@ » ne correspond à rien : cette classe n’existe pas.</translation></message>
+  <message><source>“%@” matches nothing: it ends in a backslash.</source><translation>« %@ » ne correspond à rien : il finit par une barre oblique inverse.</translation></message>
+  <message><source>“%@” matches nothing: it names no file.</source><translation>« %@ » ne correspond à rien : il ne nomme aucun fichier.</translation></message>
   <message><source> • %@ left out</source><translation> • %@ exclus</translation></message>
-  <message><source>Other kinds of files: %@</source><translation>Autres types de fichiers : %@</translation></message>
-  <message><source>Pattern “%@”: %@</source><translation>Motif « %@ » : %@</translation></message>
-  <message><source>Other patterns: %@</source><translation>Autres motifs : %@</translation></message>
-  <message><source>Ignore file “%@”: %@</source><translation>Fichier d’exclusion « %@ » : %@</translation></message>
-  <message><source>Other ignore files: %@</source><translation>Autres fichiers d’exclusion : %@</translation></message>
-  <message><source>Hidden: %@</source><translation>Cachés : %@</translation></message>
-  <message><source>Larger than the limit: %@</source><translation>Au-delà de la taille limite : %@</translation></message>
-  <message><source>Links: %@</source><translation>Liens : %@</translation></message>
-  <message><source>Devices, pipes and sockets: %@</source><translation>Périphériques, tubes et sockets : %@</translation></message>
-  <message><source>Backups of replaced files: %@</source><translation>Sauvegardes de fichiers remplacés : %@</translation></message>
-  <message><source>Searched already by another path: %@</source><translation>Déjà examinés sous un autre chemin : %@</translation></message>
-  <message><source>Could not be read: %@</source><translation>Illisibles : %@</translation></message>
-  <message><source>The ignore file “%@” could not be read.</source><translation>Le fichier d’exclusion « %@ » n’a pas pu être lu.</translation></message>
-  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>Dans le fichier d’exclusion « %@ », ces motifs ne correspondent à rien : %@</translation></message>
+  <message><source>Other kinds of files: %@</source><translation>Autres catégories de fichiers : %@</translation></message>
+  <message><source>Pattern “%@”: %@</source><translation>Motif « %@ » : %@</translation></message>
+  <message><source>Other patterns: %@</source><translation>Autres motifs : %@</translation></message>
+  <message><source>Ignore file “%@”: %@</source><translation>Fichier d’exclusion « %@ » : %@</translation></message>
+  <message><source>Other ignore files: %@</source><translation>Autres fichiers d’exclusion : %@</translation></message>
+  <message><source>Hidden: %@</source><translation>Cachés : %@</translation></message>
+  <message><source>Larger than the limit: %@</source><translation>Au-delà de la taille limite : %@</translation></message>
+  <message><source>Links: %@</source><translation>Liens : %@</translation></message>
+  <message><source>Devices, pipes and sockets: %@</source><translation>Périphériques, tubes et sockets : %@</translation></message>
+  <message><source>Backups of replaced files: %@</source><translation>Sauvegardes : %@</translation></message>
+  <message><source>Searched already by another path: %@</source><translation>Déjà parcourus sous un autre chemin : %@</translation></message>
+  <message><source>Could not be read: %@</source><translation>Illisibles : %@</translation></message>
+  <message><source>The ignore file “%@” could not be read.</source><translation>Le fichier d’exclusion « %@ » n’a pas pu être lu.</translation></message>
+  <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>Dans le fichier d’exclusion « %@ », ces motifs ne correspondent à rien : %@</translation></message>
   <message><source>A folder that is left out counts once.</source><translation>Un dossier exclu compte une fois.</translation></message>
   <message><source>No matches in %@ file.</source><translation>Aucune occurrence dans %@ fichier.</translation></message>
   <message><source>No matches in %@ files.</source><translation>Aucune occurrence dans %@ fichiers.</translation></message>
   <message><source>%@ file was left out…</source><translation>%@ fichier a été exclu…</translation></message>
   <message><source>%@ files were left out…</source><translation>%@ fichiers ont été exclus…</translation></message>
-  <message><source>Kinds of files searched in folders: %@</source><translation>Types de fichiers cherchés dans les dossiers : %@</translation></message>
-  <message><source>Search Again with Everything</source><translation>Chercher de nouveau partout</translation></message>
+  <message><source>Kinds of files searched in folders: %@</source><translation>Catégories de fichiers recherchées dans les dossiers : %@</translation></message>
+  <message><source>Search Again with Everything</source><translation>Relancer la recherche sans rien exclure</translation></message>
   <message><source>Leave Out This Folder</source><translation>Exclure ce dossier</translation></message>
   <message><source>Leave Out Files Like This</source><translation>Exclure les fichiers de ce genre</translation></message>
 </context>

@@ -1,4 +1,5 @@
 #include "LanguageInstaller.h"
+#include "TextTable.h"
 #include "app/UserLanguage.h"
 #include "support/Testing.h"
 #include "text/TextEncodingTable.h"
@@ -91,23 +92,6 @@ QSet<QString> allKeys()
     return keys;
 }
 
-QMap<QString, QString> tableOf(const QString &language)
-{
-    QMap<QString, QString> table;
-    QXmlStreamReader reader(contentOf(SOURCES + u"/Resources/texts/tidemark_%1.ts"_s.arg(language)));
-    QString source;
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (reader.name() == u"source"_s)
-            source = reader.readElementText();
-        else if (reader.name() == u"translation"_s)
-            table[source] = reader.readElementText();
-    }
-    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
-    return table;
-}
-
 QStringList placeholdersIn(const QString &text)
 {
     static const QRegularExpression placeholder(u"%(@|lu|d)"_s);
@@ -127,7 +111,7 @@ class LocalizedTexts : public testing::TestWithParam<const char *>
 {
 protected:
     QString language = QString::fromLatin1(GetParam());
-    QMap<QString, QString> table = tableOf(language);
+    QMap<QString, QString> table = textTableOf(language);
 };
 
 TEST_P(LocalizedTexts, EveryShownTextIsTranslatedAndNothingElse)
@@ -159,7 +143,8 @@ TEST_P(LocalizedTexts, KeysOfThingsThatAreSeenTogetherDiffer)
     const QString groups[] = {
         u"&File|&Edit|&Search|&Results|&Window|&Help|Search &in|Fin&d|Re&place|Ignore &case|Regular "
         u"e&xpression|&Unicode|Wh&ole words|"
-        "File &Types…|Replace and Fi&nd|Replace Se&lection…|Replace &All…"_s,
+        "File &Types…|&More|Lea&ve out|Obe&y ignore files|S&kip files over|Replace and Fi&nd|"
+        "Replace Se&lection…|Replace &All…"_s,
         u"&General|File &types|&Close|&Detect the encoding of each file|Default &encoding|"
         "Make a &backup of each file before it is changed|Find and replace texts to &remember"_s,
         u"&General|File &types|&Close|&Kinds of files that are searched in folders|&Add|D&uplicate|&Remove|"
