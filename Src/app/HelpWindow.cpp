@@ -15,13 +15,14 @@ namespace tidemark {
 
 namespace {
 
-QUrl pageFor(const QString &topic)
+const QString PAGE = QStringLiteral("/help/%1/%2");
+
+/// The page itself, or the English one of that name where the language has none.
+QUrl existingPage(QUrl page)
 {
-    const QString folder = localizedString("IDS_HelpFolder");
-    const QString page = QStringLiteral(":/help/%1/%2.html");
-    const QString localized = page.arg(folder, topic);
-    return QUrl(QStringLiteral("qrc") +
-                (QFile::exists(localized) ? localized : page.arg(QStringLiteral("en"), topic)));
+    if (page.scheme() == QLatin1String("qrc") && !QFile::exists(u':' + page.path()))
+        page.setPath(PAGE.arg(QStringLiteral("en"), page.fileName()));
+    return page;
 }
 
 } // namespace
@@ -48,10 +49,16 @@ HelpWindow::HelpWindow(QWidget *parent) : QTextBrowser(parent)
 
 void HelpWindow::showTopic(const QString &topic)
 {
-    setSource(pageFor(topic));
+    setSource(QUrl(QStringLiteral("qrc:") +
+                   PAGE.arg(localizedString("IDS_HelpFolder"), topic + QStringLiteral(".html"))));
     show();
     raise();
     activateWindow();
+}
+
+void HelpWindow::doSetSource(const QUrl &name, QTextDocument::ResourceType type)
+{
+    QTextBrowser::doSetSource(existingPage(source().resolved(name)), type);
 }
 
 } // namespace tidemark

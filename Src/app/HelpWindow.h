@@ -4,8 +4,8 @@
 
 namespace tidemark {
 
-/// The help book: its pages, by name, in the language of the texts where there are such pages, otherwise in
-/// English.
+/// The help book: its pages, by name, each in the language of the texts where there is such a page, otherwise
+/// in English.
 class HelpWindow : public QTextBrowser
 {
     Q_OBJECT
@@ -15,6 +15,9 @@ public:
 
     /// The topic is a page's name.
     void showTopic(const QString &topic);
+
+protected:
+    void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
 };
 
 } // namespace tidemark
