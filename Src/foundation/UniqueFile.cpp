@@ -23,7 +23,8 @@ bool isFree(const QByteArray &path)
 
 } // namespace
 
-int makeUniqueFile(QByteArray &pathTemplate, const std::function<int(const QByteArray &path)> &beforeMaking)
+Descriptor makeUniqueFile(QByteArray &pathTemplate,
+                          const std::function<int(const QByteArray &path)> &beforeMaking)
 {
     const qsizetype letters =
         std::distance(pathTemplate.crbegin(), std::find_if(pathTemplate.crbegin(), pathTemplate.crend(),
@@ -37,15 +38,15 @@ int makeUniqueFile(QByteArray &pathTemplate, const std::function<int(const QByte
             continue;
         if (const int error = beforeMaking ? beforeMaking(pathTemplate) : 0; error != 0) {
             errno = error;
-            return -1;
+            return {};
         }
-        const int descriptor = FileSystemCalls::current().open(
-            pathTemplate.constData(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor >= 0 || errno != EEXIST)
+        Descriptor descriptor(FileSystemCalls::current().open(
+            pathTemplate.constData(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+        if (descriptor.isOpen() || errno != EEXIST)
             return descriptor;
     }
     errno = EEXIST;
-    return -1;
+    return {};
 }
 
 } // namespace tidemark

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
+
 #include <QByteArray>
 
 #include <functional>
@@ -8,9 +10,8 @@ namespace tidemark {
 
 /// Makes an empty file for this user only under a name that is free: the Xs at the end of the template become
 /// unique letters. `beforeMaking` gets each name that is tried, before it is made; an errno of it ends the
-/// trying. The descriptor, open for reading and writing and the caller's, with the path in the template; or
-/// -1 and errno.
-int makeUniqueFile(QByteArray &pathTemplate,
-                   const std::function<int(const QByteArray &path)> &beforeMaking = {});
+/// trying. The descriptor, open for reading and writing, with the path in the template; or none and errno.
+Descriptor makeUniqueFile(QByteArray &pathTemplate,
+                          const std::function<int(const QByteArray &path)> &beforeMaking = {});
 
 } // namespace tidemark

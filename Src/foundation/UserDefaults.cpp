@@ -1,5 +1,7 @@
 #include "foundation/UserDefaults.h"
 
+#include "foundation/Descriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,7 +11,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tidemark {
 
@@ -84,9 +85,8 @@ void keepPrivate(const QString &filePath)
         return;
     }
     QDir().mkpath(QFileInfo(filePath).path());
-    const int made = ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (made >= 0)
-        (void)::close(made);
+    const Descriptor made(
+        ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
 }
 
 std::unique_ptr<UserDefaults> &standardStore()

@@ -13,7 +13,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
-#include <utility>
 
 #ifdef __linux__
 #include <linux/magic.h>
@@ -62,53 +61,28 @@ QByteArray backupTemplate(const FilePath &path, BackupFile::Kind kind)
         .bytes();
 }
 
-/// The original, open for reading. On a layered file system it is brought to the layer on which it will be
-/// written first, since it is another file there.
-int openOriginal(const FilePath &path)
+/// The original, open for reading; none, with errno, when it can't be. On a layered file system it is brought
+/// to the layer on which it will be written first, since it is another file there.
+Descriptor openOriginal(const FilePath &path)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     constexpr int FLAGS = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    const int original = calls.open(path.cString(), O_RDONLY | FLAGS, 0);
+    Descriptor original(calls.open(path.cString(), O_RDONLY | FLAGS, 0));
 #ifdef __linux__
-    if (original < 0 || calls.fileSystemType(original) != OVERLAYFS_SUPER_MAGIC)
+    if (!original.isOpen() || calls.fileSystemType(original.number()) != OVERLAYFS_SUPER_MAGIC)
         return original;
-    (void)calls.close(original);
-    const int writable = calls.open(path.cString(), O_RDWR | FLAGS, 0);
-    if (writable < 0)
-        return -1;
-    (void)calls.close(writable);
-    return calls.open(path.cString(), O_RDONLY | FLAGS, 0);
+    (void)original.close();
+    Descriptor writable(calls.open(path.cString(), O_RDWR | FLAGS, 0));
+    if (!writable.isOpen())
+        return {};
+    (void)writable.close();
+    return Descriptor(calls.open(path.cString(), O_RDONLY | FLAGS, 0));
 #else
     return original;
 #endif
 }
 
 } // namespace
-
-BackupFile::BackupFile(BackupFile &&other) noexcept
-    : _path(std::move(other._path)), _descriptor(std::exchange(other._descriptor, -1)),
-      _content(other._content), _state(other._state)
-{}
-
-BackupFile &BackupFile::operator=(BackupFile &&other) noexcept
-{
-    std::swap(_path, other._path);
-    std::swap(_descriptor, other._descriptor);
-    _content = other._content;
-    _state = other._state;
-    return *this;
-}
-
-BackupFile::~BackupFile()
-{
-    closeDescriptor();
-}
-
-void BackupFile::closeDescriptor()
-{
-    if (_descriptor >= 0)
-        (void)FileSystemCalls::current().close(std::exchange(_descriptor, -1));
-}
 
 FilePath BackupFile::folderFor(const FilePath &path, Kind kind)
 {
@@ -122,21 +96,21 @@ std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind ki
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     QByteArray name = backupTemplate(path, kind);
-    const int file = openOriginal(path);
-    if (file < 0) {
+    const Descriptor file = openOriginal(path);
+    if (!file.isOpen()) {
         errorNumber = errno;
         error = backupCopyError(path, FilePath(name), errorNumber);
         return {};
     }
     std::optional<BackupFile> backup;
-    const int descriptor = makeUniqueFile(
+    Descriptor descriptor = makeUniqueFile(
         name, [&](const QByteArray &backupPath) { return beforeMaking(FilePath(backupPath)); });
-    if (descriptor < 0) {
+    if (!descriptor.isOpen()) {
         errorNumber = errno;
         error = backupCreationError(path, errorNumber);
     } else {
-        backup = BackupFile(FilePath(name), descriptor);
-        errorNumber = backup->_copyOriginalFileToBackupLocation(file, kind, flush, original);
+        backup = BackupFile(FilePath(name), std::move(descriptor));
+        errorNumber = backup->_copyOriginalFileToBackupLocation(file.number(), kind, flush, original);
         if (errorNumber != 0) {
             error = errorNumber == ESTALE ? fileModifiedError(path)
                                           : backupCopyError(path, backup->path(), errorNumber);
@@ -144,7 +118,6 @@ std::optional<BackupFile> BackupFile::backupFileOf(const FilePath &path, Kind ki
             backup.reset();
         }
     }
-    (void)calls.close(file);
     return backup;
 }
 
@@ -163,16 +136,16 @@ int BackupFile::_copyOriginalFileToBackupLocation(int file, Kind kind, Flush flu
     if (stateOfDescriptor(file) != original.state)
         return ESTALE;
     if (kind == Kind::Lasting)
-        copyMetadata(file, _descriptor, status);
+        copyMetadata(file, _descriptor.number(), status);
     else
-        copyAttributesAndDates(file, _descriptor, status);
+        copyAttributesAndDates(file, _descriptor.number(), status);
     if (flush == Flush::Yes) {
-        if (calls.sync(_descriptor) != 0)
+        if (calls.sync(_descriptor.number()) != 0)
             return errno;
         if (const int error = flushFolder(_path.deletingLastPathComponent()); error != 0)
             return error;
     }
-    const std::optional<FileState> state = stateOfDescriptor(_descriptor);
+    const std::optional<FileState> state = stateOfDescriptor(_descriptor.number());
     if (!state || state->size != original.state.size)
         return EIO;
     _state = *state;
@@ -184,10 +157,11 @@ bool BackupFile::_copyContentOf(int file, Original &original)
 {
     const qint64 size = original.state.size;
     original.content.resize(0);
-    if (FileSystemCalls::current().copyContent(file, _descriptor, {}) != 0)
+    if (FileSystemCalls::current().copyContent(file, _descriptor.number(), {}) != 0)
         return false;
     const std::optional<ContentDigest> digest = digestOfDescriptor(file, size);
-    const std::optional<ContentDigest> copy = digest ? digestOfDescriptor(_descriptor, size) : std::nullopt;
+    const std::optional<ContentDigest> copy =
+        digest ? digestOfDescriptor(_descriptor.number(), size) : std::nullopt;
     if (!copy)
         return false;
     _content = *copy;
@@ -202,10 +176,10 @@ bool BackupFile::_copyHeldContentOf(int file, Original &original)
     QByteArray &content = original.content;
     content.resize(original.state.size);
     const qint64 count = readFully(file, content.data(), content.size(), 0);
-    if (count < 0 || FileSystemCalls::current().copyContent(file, _descriptor, content) != 0)
+    if (count < 0 || FileSystemCalls::current().copyContent(file, _descriptor.number(), content) != 0)
         return false;
     copy.resize(content.size());
-    const qint64 copyCount = readFully(_descriptor, copy.data(), copy.size(), 0);
+    const qint64 copyCount = readFully(_descriptor.number(), copy.data(), copy.size(), 0);
     if (copyCount < 0)
         return false;
     _content = digestOfBytes(content);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "replace/FileMetadata.h"
@@ -21,11 +22,6 @@ public:
     };
     /// Gets the backup's path before there is anything at it; an errno ends the making.
     using BeforeMaking = std::function<int(const FilePath &backup)>;
-
-    BackupFile() = default;
-    BackupFile(BackupFile &&other) noexcept;
-    BackupFile &operator=(BackupFile &&other) noexcept;
-    ~BackupFile();
 
     /// Longer contents aren't held in memory.
     static constexpr qint64 LONGEST_CONTENT_HELD = 1 << 20;
@@ -56,20 +52,21 @@ public:
     /// As it was made.
     const FileState &state() const { return _state; }
     /// Open for reading and writing since the file was made; -1 after closeDescriptor().
-    int descriptor() const { return _descriptor; }
-    void closeDescriptor();
+    int descriptor() const { return _descriptor.number(); }
+    void closeDescriptor() { (void)_descriptor.close(); }
     /// Whether the path still leads to this very file, as it was made.
     bool isInPlace() const;
 
 private:
-    BackupFile(const FilePath &path, int descriptor) : _path(path), _descriptor(descriptor) {}
+    BackupFile(const FilePath &path, Descriptor descriptor) : _path(path), _descriptor(std::move(descriptor))
+    {}
 
     int _copyOriginalFileToBackupLocation(int file, Kind kind, Flush flush, Original &original);
     bool _copyContentOf(int file, Original &original);
     bool _copyHeldContentOf(int file, Original &original);
 
     FilePath _path;
-    int _descriptor = -1; ///< owned
+    Descriptor _descriptor;
     ContentDigest _content;
     FileState _state;
 };

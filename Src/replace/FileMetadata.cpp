@@ -1,5 +1,6 @@
 #include "replace/FileMetadata.h"
 
+#include "foundation/Descriptor.h"
 #include "foundation/FileSystemCalls.h"
 
 #include <QByteArray>
@@ -111,13 +112,11 @@ void copyAttributesAndDates(int from, int to, const struct stat &status)
 int flushFolder(const FilePath &folder)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
-    const int descriptor = calls.open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    const Descriptor descriptor(calls.open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     // One that may be written but not read; the flush of a new file brings its name along there.
-    if (descriptor < 0)
+    if (!descriptor.isOpen())
         return errno == EACCES ? 0 : errno;
-    const int error = calls.sync(descriptor) != 0 && errno != EINVAL ? errno : 0;
-    (void)calls.close(descriptor);
-    return error;
+    return calls.sync(descriptor.number()) != 0 && errno != EINVAL ? errno : 0;
 }
 
 } // namespace tidemark

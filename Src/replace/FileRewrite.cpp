@@ -281,14 +281,13 @@ void FileRewrite::refuse(RewriteProblem problem, int errorNumber)
 
 bool FileRewrite::carryOut(Flush flush)
 {
-    FileSystemCalls &calls = FileSystemCalls::current();
-    const int target = _truncateFile();
+    Descriptor target = _truncateFile();
     bool isDone = false;
-    if (target >= 0) {
+    if (target.isOpen()) {
         // The memory of the thread's last file.
         static thread_local QByteArray oldBytes;
-        isDone = _isAsItWas(target, oldBytes) && _replaceContent(target, oldBytes, flush);
-        if (calls.close(target) != 0 && isDone)
+        isDone = _isAsItWas(target.number(), oldBytes) && _replaceContent(target.number(), oldBytes, flush);
+        if (target.close() != 0 && isDone)
             isDone = _fail(RewriteProblem::Damaged, truncationCloseError(path()));
     }
     if (!isDone && _problem != RewriteProblem::Damaged && _problem != RewriteProblem::NotOnDisk)
@@ -299,19 +298,19 @@ bool FileRewrite::carryOut(Flush flush)
     return isDone;
 }
 
-/// Opens the file to change it, for nobody else if that can be had. -1, with the error, when it can't be
+/// Opens the file to change it, for nobody else if that can be had. None, with the error, when it can't be
 /// opened.
-int FileRewrite::_truncateFile()
+Descriptor FileRewrite::_truncateFile()
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     // The path has no links in it; where there is one now, somebody put it there.
-    const int target = calls.open(path().cString(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0);
-    if (target < 0) {
+    Descriptor target(calls.open(path().cString(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0));
+    if (!target.isOpen()) {
         (void)_fail(problemOfErrorNumber(errno, RewriteProblem::Changed),
                     truncationOpenError(path(), _backup->path()));
-        return -1;
+        return {};
     }
-    keepOthersOut(target);
+    keepOthersOut(target.number());
     if (_backup->descriptor() >= 0)
         keepOthersOut(_backup->descriptor());
     return target;
@@ -422,17 +421,16 @@ bool FileRewrite::_failWriting(int target, const Writing &writing)
 bool FileRewrite::_putOldContentBack(int target)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
-    const int old = calls.open(_backup->path().cString(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC, 0);
-    if (old < 0)
+    const Descriptor old(calls.open(_backup->path().cString(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!old.isOpen())
         return false;
     struct stat status;
-    const bool isBack = ::fstat(old, &status) == 0 &&
-                        digestOfDescriptor(old, status.st_size) == _backup->content() &&
-                        overwriteWithContentOf(old, target) == 0 && hasContent(target, _backup->content()) &&
-                        calls.sync(target) == 0;
+    const bool isBack = ::fstat(old.number(), &status) == 0 &&
+                        digestOfDescriptor(old.number(), status.st_size) == _backup->content() &&
+                        overwriteWithContentOf(old.number(), target) == 0 &&
+                        hasContent(target, _backup->content()) && calls.sync(target) == 0;
     if (isBack)
-        copyAttributesAndDates(old, target, status);
-    (void)calls.close(old);
+        copyAttributesAndDates(old.number(), target, status);
     return isBack;
 }
 

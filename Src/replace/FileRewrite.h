@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
@@ -106,7 +107,7 @@ private:
         bool hasChangedFile = false;
         bool hasFailedInCutting = false;
     };
-    int _truncateFile();
+    Descriptor _truncateFile();
     bool _isAsItWas(int target, QByteArray &oldBytes);
     bool _isOldContentHeld() const { return _copied.size <= BackupFile::LONGEST_CONTENT_HELD; }
     std::optional<ContentDigest> _digestOfOldContent(int target, QByteArray &oldBytes) const;

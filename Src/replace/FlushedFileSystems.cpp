@@ -39,12 +39,6 @@ bool isFlushedAsAWhole(int folder)
 
 } // namespace
 
-FlushedFileSystems::~FlushedFileSystems()
-{
-    for (const int descriptor : std::as_const(_descriptors))
-        (void)FileSystemCalls::current().close(descriptor);
-}
-
 int FlushedFileSystems::addFolder(const FilePath &folder)
 {
     if (_folders.contains(folder))
@@ -53,18 +47,24 @@ int FlushedFileSystems::addFolder(const FilePath &folder)
     if (::stat(folder.cString(), &status) != 0)
         return errno;
     if (!_descriptors.contains(status.st_dev)) {
-        const int descriptor =
-            FileSystemCalls::current().open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-        if (descriptor < 0)
+        Descriptor descriptor(
+            FileSystemCalls::current().open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
+        if (!descriptor.isOpen())
             return errno;
-        if (!isFlushedAsAWhole(descriptor)) {
-            (void)FileSystemCalls::current().close(descriptor);
+        if (!isFlushedAsAWhole(descriptor.number()))
             return ENOTSUP;
-        }
-        _descriptors.insert(status.st_dev, descriptor);
+        _descriptors.emplace(status.st_dev, std::move(descriptor));
     }
     _folders.insert(folder);
     return 0;
+}
+
+QList<int> FlushedFileSystems::descriptors() const
+{
+    QList<int> numbers;
+    for (const auto &[device, descriptor] : _descriptors)
+        numbers << descriptor.number();
+    return numbers;
 }
 
 int flushFileSystems(const QList<int> &descriptors)

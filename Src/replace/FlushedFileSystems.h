@@ -1,11 +1,12 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 
-#include <QHash>
 #include <QList>
 #include <QSet>
 
+#include <map>
 #include <sys/types.h>
 
 namespace tidemark {
@@ -15,11 +16,6 @@ namespace tidemark {
 class FlushedFileSystems
 {
 public:
-    FlushedFileSystems() = default;
-    ~FlushedFileSystems();
-    FlushedFileSystems(const FlushedFileSystems &) = delete;
-    FlushedFileSystems &operator=(const FlushedFileSystems &) = delete;
-
     /// Adds the file system of a folder; 0, or errno: ENOTSUP for one of which nobody knows whether flushing
     /// it as a whole reaches the disk, as with those that a program or another machine provides.
     int addFolder(const FilePath &folder);
@@ -27,11 +23,11 @@ public:
     bool contains(dev_t device) const { return _descriptors.contains(device); }
     QList<quint64> devices() const { return _descriptors.keys(); }
     /// One for each file system; they stay open as long as the object lives.
-    QList<int> descriptors() const { return _descriptors.values(); }
+    QList<int> descriptors() const;
 
 private:
-    QSet<FilePath> _folders;          ///< each is looked at once, unless that failed
-    QHash<quint64, int> _descriptors; ///< by device; owned
+    QSet<FilePath> _folders; ///< each is looked at once, unless that failed
+    std::map<dev_t, Descriptor> _descriptors;
 };
 
 /// Brings everything that was written to these file systems to the disk; 0, or the first errno. Any thread.

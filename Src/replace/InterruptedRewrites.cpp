@@ -2,6 +2,7 @@
 
 #include "foundation/BackupName.h"
 #include "foundation/FileSystemCalls.h"
+#include "foundation/FolderStream.h"
 #include "replace/BackupFile.h"
 #include "replace/ContentOverwrite.h"
 #include "replace/FileMetadata.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
@@ -45,35 +45,28 @@ public:
                                                       access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0))
     {
         _errorNumber = isOpen() ? 0 : errno;
-        if (isOpen() && (::fstat(_descriptor, &_status) != 0 || !S_ISREG(_status.st_mode))) {
-            close();
+        if (isOpen() && (::fstat(descriptor(), &_status) != 0 || !S_ISREG(_status.st_mode))) {
+            (void)close();
             _errorNumber = ESTALE;
         }
     }
-    ~OpenFile() { close(); }
-    OpenFile(const OpenFile &) = delete;
-    OpenFile &operator=(const OpenFile &) = delete;
 
-    bool isOpen() const { return _descriptor >= 0; }
+    bool isOpen() const { return _descriptor.isOpen(); }
     /// Why it isn't open.
     int errorNumber() const { return _errorNumber; }
-    int descriptor() const { return _descriptor; }
+    int descriptor() const { return _descriptor.number(); }
     const struct stat &status() const { return _status; }
     /// Nothing when it can't be read.
     std::optional<ContentDigest> digest() const
     {
-        return isOpen() ? digestOfDescriptor(_descriptor, _status.st_size) : std::nullopt;
+        return isOpen() ? digestOfDescriptor(descriptor(), _status.st_size) : std::nullopt;
     }
-    bool flush() const { return FileSystemCalls::current().sync(_descriptor) == 0; }
-    int close()
-    {
-        const int result = isOpen() ? FileSystemCalls::current().close(_descriptor) : 0;
-        _descriptor = -1;
-        return result == 0 ? 0 : errno;
-    }
+    bool flush() const { return FileSystemCalls::current().sync(descriptor()) == 0; }
+    /// 0, or errno.
+    int close() { return _descriptor.close(); }
 
 private:
-    int _descriptor;
+    Descriptor _descriptor;
     int _errorNumber = 0;
     struct stat _status = {};
 };
@@ -176,15 +169,13 @@ namespace {
 std::vector<FilePath> recordsIn(const FilePath &folder)
 {
     std::vector<std::pair<FileDate, FilePath>> records;
-    DIR *entries = ::opendir(folder.cString());
-    while (const dirent *entry = entries != nullptr ? ::readdir(entries) : nullptr) {
+    FolderStream entries(::opendir(folder.cString()));
+    while (const dirent *entry = entries.next()) {
         const QByteArray name(entry->d_name);
         const FilePath path = folder.appendingPathComponent(name);
         if (name.startsWith(RECORD_NAME) && !name.contains('.'))
             records.emplace_back(TDFileCommon::fileModificationDate(path).value_or(FileDate()), path);
     }
-    if (entries != nullptr)
-        (void)::closedir(entries);
     std::sort(records.begin(), records.end());
     std::vector<FilePath> paths;
     for (const auto &[date, path] : records)
@@ -213,27 +204,22 @@ InterruptedRewrites::InterruptedRewrites(const FilePath &folder)
         _removeRecords();
 }
 
-InterruptedRewrites::~InterruptedRewrites()
-{
-    for (const Record &record : _records)
-        (void)::close(record.descriptor);
-}
+InterruptedRewrites::~InterruptedRewrites() = default;
 
 void InterruptedRewrites::_lookInto(const FilePath &recordPath)
 {
-    const int descriptor = ::open(recordPath.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    struct stat status;
     RecordLock lock;
+    Descriptor descriptor(::open(recordPath.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    struct stat status;
     // A living process holds the lock of its record.
-    const bool isTaken = descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                         status.st_size <= LONGEST_RECORD && lock.take(descriptor, recordPath) &&
-                         ::fstat(descriptor, &status) == 0 && status.st_nlink > 0;
-    const std::optional<QByteArray> content = isTaken ? contentOf(descriptor, status.st_size) : std::nullopt;
-    if (!content) {
-        if (descriptor >= 0)
-            (void)::close(descriptor);
+    const bool isTaken = descriptor.isOpen() && ::fstat(descriptor.number(), &status) == 0 &&
+                         S_ISREG(status.st_mode) && status.st_size <= LONGEST_RECORD &&
+                         lock.take(descriptor.number(), recordPath) &&
+                         ::fstat(descriptor.number(), &status) == 0 && status.st_nlink > 0;
+    const std::optional<QByteArray> content =
+        isTaken ? contentOf(descriptor.number(), status.st_size) : std::nullopt;
+    if (!content)
         return;
-    }
     const RewriteRecord::Left left = RewriteRecord::read(*content);
     for (const Entry &entry : left.files) {
         if (entry.isBegun) {
@@ -247,7 +233,7 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
     RunProgress &run = _progressOfOwners[left.owner];
     run.done = std::max(run.done, left.progress.done);
     run.total = std::max(run.total, left.progress.total);
-    _records.push_back({recordPath, descriptor, std::move(lock)});
+    _records.push_back({recordPath, std::move(lock), std::move(descriptor)});
 }
 
 /// The backup was being made when the process ended, and its file wasn't touched; unless lines of the record
@@ -356,7 +342,7 @@ void InterruptedRewrites::_decideHalf(const OpenFile &file, const std::optional<
 void InterruptedRewrites::_noteFailedFlush(const FilePath &backup)
 {
     if (const auto record = _recordOfBackup.constFind(backup); record != _recordOfBackup.cend())
-        (void)RewriteRecord::noteFailedFlush(_records[*record].descriptor, backup);
+        (void)RewriteRecord::noteFailedFlush(_records[*record].descriptor.number(), backup);
 }
 
 void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<Entry> &entries)
@@ -495,9 +481,9 @@ void InterruptedRewrites::keep()
 
 void InterruptedRewrites::_removeRecords()
 {
-    for (const Record &record : _records) {
+    for (Record &record : _records) {
         (void)::unlink(record.path.cString());
-        (void)::close(record.descriptor);
+        (void)record.descriptor.close();
     }
     _records.clear();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "replace/BackupFile.h"
 #include "replace/RewriteRecord.h"
@@ -64,8 +65,8 @@ private:
     struct Record
     {
         FilePath path;
-        int descriptor = -1; ///< holds the lock
-        RecordLock lock;
+        RecordLock lock; ///< let go of behind the descriptor
+        Descriptor descriptor;
     };
     using Entry = RewriteRecord::Left::File;
     class OpenFile;

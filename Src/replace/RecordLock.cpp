@@ -1,5 +1,6 @@
 #include "replace/RecordLock.h"
 
+#include "foundation/Descriptor.h"
 #include "foundation/FileSystemCalls.h"
 #include "foundation/UniqueFile.h"
 #include "replace/NewContent.h"
@@ -54,12 +55,11 @@ bool isLockMissing(int errorNumber)
 
 QByteArray contentOf(const FilePath &path)
 {
-    const int descriptor = ::open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (descriptor < 0)
+    const Descriptor file(::open(path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!file.isOpen())
         return {};
     QByteArray content(1024, Qt::Uninitialized);
-    content.truncate(qMax(ssize_t(0), ::read(descriptor, content.data(), size_t(content.size()))));
-    (void)::close(descriptor);
+    content.truncate(qMax(ssize_t(0), ::read(file.number(), content.data(), size_t(content.size()))));
     return content;
 }
 
@@ -143,13 +143,13 @@ bool RecordLock::take(int descriptor, const FilePath &path)
 bool RecordLock::_takeByName(const FilePath &path)
 {
     QByteArray mine = path.bytes() + OWNER_SUFFIX + "-XXXXXX";
-    const int descriptor = makeUniqueFile(mine);
-    if (descriptor < 0)
+    Descriptor file = makeUniqueFile(mine);
+    if (!file.isOpen())
         return false;
     // It names its process from the moment on at which it has the name that counts.
     const QByteArray token = QUuid::createUuid().toByteArray(QUuid::Id128);
-    const bool isWritten = writeAll(descriptor, identityOfThisProcess() + '\n' + token) == 0;
-    (void)::close(descriptor);
+    const bool isWritten = writeAll(file.number(), identityOfThisProcess() + '\n' + token) == 0;
+    (void)file.close();
     bool isTaken = false;
     bool isFree = isWritten;
     for (int attempt = 0; isFree && !isTaken && attempt < ATTEMPTS; ++attempt) {

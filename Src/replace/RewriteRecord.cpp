@@ -163,65 +163,64 @@ bool makeUserFolder(const FilePath &folder)
     return QDir().mkpath(above) && (::mkdir(folder.cString(), S_IRWXU) == 0 || errno == EEXIST);
 }
 
-RewriteRecord::RewriteRecord(const FilePath &path, int descriptor, RecordLock lock)
-    : _path(path), _descriptor(descriptor), _lock(std::move(lock))
+RewriteRecord::RewriteRecord(const FilePath &path, Descriptor descriptor, RecordLock lock)
+    : _path(path), _lock(std::move(lock)), _descriptor(std::move(descriptor))
 {}
 
 std::shared_ptr<RewriteRecord> RewriteRecord::recordInFolder(const FilePath &folder, RunProgress progress,
                                                              int &errorNumber)
 {
-    FileSystemCalls &calls = FileSystemCalls::current();
     QByteArray name = folder.appendingPathComponent(QByteArrayLiteral("rewrites-XXXXXX")).bytes();
-    const int descriptor = makeUserFolder(folder) ? makeUniqueFile(name) : -1;
-    if (descriptor < 0) {
+    RecordLock lock;
+    Descriptor descriptor = makeUserFolder(folder) ? makeUniqueFile(name) : Descriptor();
+    if (!descriptor.isOpen()) {
         errorNumber = errno;
         return nullptr;
     }
-    (void)::fcntl(descriptor, F_SETFL, O_APPEND);
-    RecordLock lock;
+    (void)::fcntl(descriptor.number(), F_SETFL, O_APPEND);
     struct stat status;
     // Another process that starts just now may have taken the file for one that was left behind.
-    if (!lock.take(descriptor, FilePath(name)) || ::fstat(descriptor, &status) != 0 || status.st_nlink == 0) {
+    if (!lock.take(descriptor.number(), FilePath(name)) || ::fstat(descriptor.number(), &status) != 0 ||
+        status.st_nlink == 0) {
         errorNumber = EAGAIN;
-        (void)calls.close(descriptor);
         return nullptr;
     }
-    std::shared_ptr<RewriteRecord> record(new RewriteRecord(FilePath(name), descriptor, std::move(lock)));
+    std::shared_ptr<RewriteRecord> record(
+        new RewriteRecord(FilePath(name), std::move(descriptor), std::move(lock)));
     errorNumber = record->_append(line({OWNER_ENTRY, identityOfThisProcess()}) + progressLine(progress));
     return errorNumber == 0 ? record : nullptr;
 }
 
 RewriteRecord::~RewriteRecord()
 {
-    FileSystemCalls &calls = FileSystemCalls::current();
     if (_openBackups.isEmpty())
-        (void)calls.remove(_path.cString());
-    (void)calls.close(_descriptor);
+        (void)FileSystemCalls::current().remove(_path.cString());
 }
 
 int RewriteRecord::_append(const QByteArray &lines)
 {
-    const int error = writeAll(_descriptor, lines);
+    const int error = writeAll(_descriptor.number(), lines);
     if (error == 0) {
         _size += lines.size();
     } else {
         // Nothing half written: what follows must be readable.
-        (void)FileSystemCalls::current().truncate(_descriptor, off_t(_size));
+        (void)FileSystemCalls::current().truncate(_descriptor.number(), off_t(_size));
     }
     return error;
 }
 
 int RewriteRecord::_flush()
 {
-    if (FileSystemCalls::current().sync(_descriptor) != 0)
+    if (FileSystemCalls::current().sync(_descriptor.number()) != 0)
         return errno;
     if (const int error = flushFolder(_path.deletingLastPathComponent()); error != 0)
         return error;
     // Who looks for it must find it.
     struct stat own = {};
     struct stat found = {};
-    const bool isInPlace = ::fstat(_descriptor, &own) == 0 && ::lstat(_path.cString(), &found) == 0 &&
-                           own.st_dev == found.st_dev && own.st_ino == found.st_ino;
+    const bool isInPlace = ::fstat(_descriptor.number(), &own) == 0 &&
+                           ::lstat(_path.cString(), &found) == 0 && own.st_dev == found.st_dev &&
+                           own.st_ino == found.st_ino;
     return isInPlace ? 0 : ENOENT;
 }
 
@@ -248,7 +247,7 @@ int RewriteRecord::noteRewrites(const std::vector<Entry> &entries)
     if (error == 0)
         error = _flush();
     if (error != 0) {
-        (void)FileSystemCalls::current().truncate(_descriptor, off_t(sizeBefore));
+        (void)FileSystemCalls::current().truncate(_descriptor.number(), off_t(sizeBefore));
         return error;
     }
     for (const Entry &entry : entries)
@@ -272,7 +271,7 @@ int RewriteRecord::noteFailedFlushes(const std::vector<FilePath> &backups)
     const std::lock_guard lock(_mutex);
     if (const int error = backups.empty() ? 0 : _append(failedFlushLines(backups)); error != 0)
         return error;
-    return FileSystemCalls::current().sync(_descriptor) == 0 ? 0 : errno;
+    return FileSystemCalls::current().sync(_descriptor.number()) == 0 ? 0 : errno;
 }
 
 int RewriteRecord::noteFailedFlush(int leftRecord, const FilePath &backup)

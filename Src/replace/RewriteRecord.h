@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "replace/FileState.h"
 #include "replace/RecordLock.h"
@@ -87,14 +88,14 @@ public:
     static FilePath userFolder();
 
 private:
-    RewriteRecord(const FilePath &path, int descriptor, RecordLock lock);
+    RewriteRecord(const FilePath &path, Descriptor descriptor, RecordLock lock);
     int _append(const QByteArray &lines);
     int _flush();
 
     std::mutex _mutex;
     FilePath _path;
-    int _descriptor;
-    RecordLock _lock;
+    RecordLock _lock; ///< let go of behind the descriptor
+    Descriptor _descriptor;
     qint64 _size = 0;
     QSet<FilePath> _openBackups;
 };

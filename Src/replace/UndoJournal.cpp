@@ -1,6 +1,7 @@
 #include "replace/UndoJournal.h"
 
 #include "foundation/BackupName.h"
+#include "foundation/Descriptor.h"
 #include "foundation/FileSystemCalls.h"
 #include "foundation/UserDefaults.h"
 #include "replace/RewriteRecord.h"
@@ -46,13 +47,9 @@ bool removeStep(const FilePath &folder, const QByteArray &name)
 {
     const FilePath path = folder.appendingPathComponent(name);
     FileSystemCalls &calls = FileSystemCalls::current();
-    const int descriptor = calls.open(path.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
     RecordLock lock;
-    const bool isRemoved =
-        descriptor >= 0 && lock.take(descriptor, path) && calls.remove(path.cString()) == 0;
-    if (descriptor >= 0)
-        (void)calls.close(descriptor);
-    return isRemoved;
+    const Descriptor file(calls.open(path.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0));
+    return file.isOpen() && lock.take(file.number(), path) && calls.remove(path.cString()) == 0;
 }
 
 bool isThere(const KeptBackup &backup)
@@ -68,14 +65,13 @@ int deleteBackup(const KeptBackup &backup)
     FileSystemCalls &calls = FileSystemCalls::current();
     if (!isThere(backup))
         return ::access(backup.path.cString(), F_OK) != 0 ? errno : ESTALE;
-    const int descriptor =
-        calls.open(backup.path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
-    if (descriptor < 0)
+    Descriptor file(calls.open(backup.path.cString(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0));
+    if (!file.isOpen())
         return errno;
-    const std::optional<FileState> state = stateOfDescriptor(descriptor);
+    const std::optional<FileState> state = stateOfDescriptor(file.number());
     const bool isTheOne =
-        state && state->inode == ino_t(backup.inode) && hasContent(descriptor, backup.content);
-    (void)calls.close(descriptor);
+        state && state->inode == ino_t(backup.inode) && hasContent(file.number(), backup.content);
+    (void)file.close();
     if (!isTheOne)
         return ESTALE;
     return calls.remove(backup.path.cString()) == 0 ? 0 : errno;

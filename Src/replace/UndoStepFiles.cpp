@@ -1,7 +1,8 @@
 #include "replace/UndoStepFiles.h"
 
+#include "foundation/FolderStream.h"
+
 #include <algorithm>
-#include <dirent.h>
 
 namespace tidemark {
 
@@ -31,13 +32,11 @@ bool isUndoStepFile(const QByteArray &name)
 std::vector<QByteArray> undoStepFilesIn(const FilePath &folder)
 {
     std::vector<QByteArray> names;
-    DIR *entries = ::opendir(folder.cString());
-    while (const dirent *entry = entries != nullptr ? ::readdir(entries) : nullptr) {
+    FolderStream entries(::opendir(folder.cString()));
+    while (const dirent *entry = entries.next()) {
         if (const QByteArray name(entry->d_name); isUndoStepFile(name))
             names.push_back(name);
     }
-    if (entries != nullptr)
-        (void)::closedir(entries);
     std::sort(names.begin(), names.end(), [](const QByteArray &left, const QByteArray &right) {
         return std::pair(numberIn(left), left) < std::pair(numberIn(right), right);
     });

@@ -26,36 +26,32 @@ QByteArray bytesAt(int descriptor, qint64 offset, qint64 count)
 
 std::unique_ptr<UndoStepReader> UndoStepReader::open(const FilePath &path, UndoStepKind kind)
 {
-    const int descriptor =
-        FileSystemCalls::current().open(path.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
-    if (descriptor < 0)
+    Descriptor descriptor(
+        FileSystemCalls::current().open(path.cString(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0));
+    if (!descriptor.isOpen())
         return nullptr;
-    std::unique_ptr<UndoStepReader> reader(new UndoStepReader(path, descriptor));
+    std::unique_ptr<UndoStepReader> reader(new UndoStepReader(path, std::move(descriptor)));
     return reader->_readStructure(kind) ? std::move(reader) : nullptr;
-}
-
-UndoStepReader::~UndoStepReader()
-{
-    (void)FileSystemCalls::current().close(_descriptor);
 }
 
 bool UndoStepReader::lock()
 {
     struct stat status;
-    return _lock.take(_descriptor, _path) && ::fstat(_descriptor, &status) == 0 && status.st_nlink > 0;
+    return _lock.take(_descriptor.number(), _path) && ::fstat(_descriptor.number(), &status) == 0 &&
+           status.st_nlink > 0;
 }
 
 bool UndoStepReader::_readStructure(UndoStepKind kind)
 {
     struct stat status;
-    if (::fstat(_descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
-        bytesAt(_descriptor, 0, SIGNATURE.size()) != SIGNATURE)
+    if (::fstat(_descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        bytesAt(_descriptor.number(), 0, SIGNATURE.size()) != SIGNATURE)
         return false;
     _step.size = status.st_size;
     qint64 offset = SIGNATURE.size();
     bool hasHeader = false;
     while (offset < status.st_size) {
-        const auto head = blockHead(bytesAt(_descriptor, offset, BLOCK_HEAD_SIZE));
+        const auto head = blockHead(bytesAt(_descriptor.number(), offset, BLOCK_HEAD_SIZE));
         const Block block{head.value_or(BlockHead()), offset + BLOCK_HEAD_SIZE};
         if (!head || head->length > status.st_size - block.offset) {
             _step.isDamaged = true;
@@ -82,8 +78,8 @@ void UndoStepReader::_noteBlock(const Block &block)
         _backupBlocks.push_back(block);
     if (block.head.kind != BlockKind::Files && block.head.kind != BlockKind::Totals)
         return;
-    const auto counts =
-        countsOf(bytesAt(_descriptor, block.offset, std::min<qint64>(LONGEST_COUNTS, block.head.length)));
+    const auto counts = countsOf(
+        bytesAt(_descriptor.number(), block.offset, std::min<qint64>(LONGEST_COUNTS, block.head.length)));
     if (!counts) {
         _step.isDamaged = true;
     } else if (block.head.kind == BlockKind::Files) {
@@ -99,7 +95,7 @@ void UndoStepReader::_noteBlock(const Block &block)
 /// Nothing when it is damaged.
 std::optional<QByteArray> UndoStepReader::_bodyOf(const Block &block)
 {
-    const QByteArray body = bytesAt(_descriptor, block.offset, block.head.length);
+    const QByteArray body = bytesAt(_descriptor.number(), block.offset, block.head.length);
     return isWhole(block.head, body) ? std::optional(body) : std::nullopt;
 }
 
@@ -136,10 +132,10 @@ std::vector<KeptBackup> UndoStepReader::backups()
 void UndoStepReader::noteTotals(qint64 files, qint64 matches)
 {
     // Behind what was cut off nothing would be found.
-    if (FileSystemCalls::current().truncate(_descriptor, off_t(_end)) != 0 ||
-        ::lseek(_descriptor, 0, SEEK_END) != _end)
+    if (FileSystemCalls::current().truncate(_descriptor.number(), off_t(_end)) != 0 ||
+        ::lseek(_descriptor.number(), 0, SEEK_END) != _end)
         return;
-    (void)writeAll(_descriptor, totalsBlock(files, matches));
+    (void)writeAll(_descriptor.number(), totalsBlock(files, matches));
 }
 
 } // namespace tidemark

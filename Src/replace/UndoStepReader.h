@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "replace/RecordLock.h"
 #include "replace/UndoStep.h"
 #include "replace/UndoStepFormat.h"
@@ -17,7 +18,6 @@ class UndoStepReader
 public:
     /// Null when it isn't a step that can be read.
     static std::unique_ptr<UndoStepReader> open(const FilePath &path, UndoStepKind kind);
-    ~UndoStepReader();
     UndoStepReader(const UndoStepReader &) = delete;
     UndoStepReader &operator=(const UndoStepReader &) = delete;
 
@@ -40,14 +40,16 @@ private:
         UndoStepFormat::BlockHead head;
         qint64 offset = 0; ///< of the body
     };
-    UndoStepReader(const FilePath &path, int descriptor) : _path(path), _descriptor(descriptor) {}
+    UndoStepReader(const FilePath &path, Descriptor descriptor)
+        : _path(path), _descriptor(std::move(descriptor))
+    {}
     bool _readStructure(UndoStepKind kind);
     void _noteBlock(const Block &block);
     std::optional<QByteArray> _bodyOf(const Block &block);
 
     FilePath _path;
-    int _descriptor;
-    RecordLock _lock;
+    RecordLock _lock; ///< let go of behind the descriptor
+    Descriptor _descriptor;
     UndoStep _step;
     std::vector<Block> _blocks; ///< of files
     std::vector<Block> _backupBlocks;

@@ -9,11 +9,8 @@
 
 #include <cerrno>
 #include <chrono>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
-#include <utility>
 
 namespace tidemark {
 
@@ -57,7 +54,7 @@ int UndoStepWriter::append(const std::vector<UndoEntry> &entries, const std::vec
         giveUp(UndoKeeping::TooLarge);
         return 0;
     }
-    if (_purpose == Purpose::Replacement && _step.descriptor < 0)
+    if (_purpose == Purpose::Replacement && !_step.descriptor.isOpen())
         _journal._clearRedoSteps();
     const QByteArray prefix = _header.kind == UndoStepKind::Undo ? UNDO_PREFIX : REDO_PREFIX;
     if (const int error = _appendTo(_step, prefix, *block); error != 0)
@@ -80,22 +77,22 @@ int UndoStepWriter::_begin(File &file, const QByteArray &prefix)
     QByteArray path =
         _journal.folder().appendingPathComponent(templateForUndoStepFile(_journal.folder(), prefix)).bytes();
     file.descriptor = makeUniqueFile(path);
-    if (file.descriptor < 0)
+    if (!file.descriptor.isOpen())
         return errno;
     file.path = FilePath(path);
-    if (!takeLock(file.lock, file.descriptor, file.path))
+    if (!takeLock(file.lock, file.descriptor.number(), file.path))
         return EAGAIN;
     const QByteArray start = SIGNATURE.toByteArray() + headerBlock(_header);
     file.size = start.size();
-    return writeAll(file.descriptor, start);
+    return writeAll(file.descriptor.number(), start);
 }
 
 /// 0, or errno.
 int UndoStepWriter::_appendTo(File &file, const QByteArray &prefix, const QByteArray &block)
 {
-    int error = file.descriptor < 0 ? _begin(file, prefix) : 0;
+    int error = file.descriptor.isOpen() ? 0 : _begin(file, prefix);
     if (error == 0)
-        error = writeAll(file.descriptor, block);
+        error = writeAll(file.descriptor.number(), block);
     file.size += block.size();
     file.isFlushed = false;
     return error;
@@ -120,13 +117,13 @@ int UndoStepWriter::flush(const QList<quint64> &flushedFileSystems)
 /// 0, or errno.
 int UndoStepWriter::_flush(File &file, const QList<quint64> &flushedFileSystems)
 {
-    if (file.descriptor < 0 || file.isFlushed)
+    if (!file.descriptor.isOpen() || file.isFlushed)
         return 0;
     struct stat status;
-    if (::fstat(file.descriptor, &status) != 0)
+    if (::fstat(file.descriptor.number(), &status) != 0)
         return errno;
     if (!flushedFileSystems.contains(status.st_dev)) {
-        if (FileSystemCalls::current().sync(file.descriptor) != 0)
+        if (FileSystemCalls::current().sync(file.descriptor.number()) != 0)
             return errno;
         if (const int error = file.isFolderFlushed ? 0 : flushFolder(_journal.folder()); error != 0)
             return error;
@@ -137,11 +134,11 @@ int UndoStepWriter::_flush(File &file, const QList<quint64> &flushedFileSystems)
 
 void UndoStepWriter::_end(File &file, bool isKept)
 {
-    if (file.descriptor < 0)
+    if (!file.descriptor.isOpen())
         return;
     if (!isKept)
         (void)FileSystemCalls::current().remove(file.path.cString());
-    (void)FileSystemCalls::current().close(std::exchange(file.descriptor, -1));
+    (void)file.descriptor.close();
     file.lock = {};
 }
 
@@ -161,14 +158,14 @@ void UndoStepWriter::noteDone(qint64 matches)
 
 UndoKeeping UndoStepWriter::close()
 {
-    const bool wasBegun = _step.descriptor >= 0 || _backups.descriptor >= 0;
+    const bool wasBegun = _step.descriptor.isOpen() || _backups.descriptor.isOpen();
     const bool isAboutNothing = _done.files == 0;
     if (_keeping == UndoKeeping::Kept && isAboutNothing)
         _keeping = UndoKeeping::Nothing;
     const bool isWhole = _done.files == _appended.files && _done.matches == _appended.matches;
     // Should that not get there, more is told than there is.
-    if (_step.descriptor >= 0 && !isAboutNothing && !isWhole)
-        (void)writeAll(_step.descriptor, totalsBlock(_done.files, _done.matches));
+    if (_step.descriptor.isOpen() && !isAboutNothing && !isWhole)
+        (void)writeAll(_step.descriptor.number(), totalsBlock(_done.files, _done.matches));
     _end(_step, !isAboutNothing);
     _end(_backups, !isAboutNothing);
     if (wasBegun)

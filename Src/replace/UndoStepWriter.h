@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "replace/RecordLock.h"
 #include "replace/UndoJournal.h"
 #include "replace/UndoStep.h"
@@ -53,8 +54,8 @@ private:
     struct File
     {
         FilePath path;
-        int descriptor = -1; ///< owned
-        RecordLock lock;
+        RecordLock lock; ///< let go of behind the descriptor
+        Descriptor descriptor;
         qint64 size = 0;
         bool isFlushed = true;
         bool isFolderFlushed = false; ///< its name is on the disk

@@ -40,13 +40,9 @@ QByteArray contentOf(int descriptor, int &failure)
 
 QByteArray contentOfFile(const QByteArray &path)
 {
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (descriptor < 0)
-        return {};
+    const Descriptor file(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     int failure = 0;
-    const QByteArray content = contentOf(descriptor, failure);
-    (void)::close(descriptor);
-    return content;
+    return file.isOpen() ? contentOf(file.number(), failure) : QByteArray();
 }
 
 bool exists(const QByteArray &path)
@@ -201,7 +197,8 @@ std::shared_ptr<IgnoreRules::File> IgnoreRules::_readBeside(int folder, const ch
     file->path = path;
     file->origin = origin;
     // Git doesn't follow links here either.
-    const int descriptor = ::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const Descriptor descriptor(
+        ::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     _read(*file, descriptor);
     return _known[path] = file;
 }
@@ -211,8 +208,8 @@ std::shared_ptr<IgnoreRules::File> IgnoreRules::_readOnce(const QByteArray &path
 {
     if (const auto known = _known.find(path); known != _known.end())
         return known->second;
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
+    const Descriptor descriptor(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!descriptor.isOpen() && (errno == ENOENT || errno == ENOTDIR))
         return nullptr;
     const auto file = std::make_shared<File>();
     file->path = path;
@@ -220,16 +217,14 @@ std::shared_ptr<IgnoreRules::File> IgnoreRules::_readOnce(const QByteArray &path
     return _known[path] = file;
 }
 
-/// Closes the descriptor; a negative one left its reason in errno.
-void IgnoreRules::_read(File &file, int descriptor) const
+/// Where there is no descriptor its reason is in errno.
+void IgnoreRules::_read(File &file, const Descriptor &descriptor) const
 {
     QByteArray content;
-    if (descriptor < 0) {
+    if (descriptor.isOpen())
+        content = contentOf(descriptor.number(), file.errorNumber);
+    else
         file.errorNumber = errno;
-    } else {
-        content = contentOf(descriptor, file.errorNumber);
-        (void)::close(descriptor);
-    }
     file.patterns = IgnorePatterns::ofFile(content, _caseRule);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "search/FolderListing.h"
 #include "search/IgnorePatterns.h"
 #include "search/LeftOut.h"
@@ -59,7 +60,7 @@ private:
     std::shared_ptr<File> _readBeside(int folder, const char *name, const QByteArray &folderPath,
                                       Origin origin);
     std::shared_ptr<File> _readOnce(const QByteArray &path);
-    void _read(File &file, int descriptor) const;
+    void _read(File &file, const Descriptor &descriptor) const;
     void _use(const std::shared_ptr<File> &file, qsizetype base);
     void _useFoldersAbove(const QByteArray &root, QByteArrayView below);
     void _useExcludes(const QByteArray &repository, qsizetype base);
