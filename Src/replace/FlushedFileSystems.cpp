@@ -59,6 +59,11 @@ int FlushedFileSystems::addFolder(const FilePath &folder)
     return 0;
 }
 
+bool FlushedFileSystems::addFileSystemOf(const FilePath &path, dev_t device)
+{
+    return addFolder(path.deletingLastPathComponent()) == 0 && contains(device);
+}
+
 QList<int> FlushedFileSystems::descriptors() const
 {
     QList<int> numbers;

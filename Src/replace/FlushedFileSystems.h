@@ -19,6 +19,9 @@ public:
     /// Adds the file system of a folder; 0, or errno: ENOTSUP for one of which nobody knows whether flushing
     /// it as a whole reaches the disk, as with those that a program or another machine provides.
     int addFolder(const FilePath &folder);
+    /// Adds the file system of a file by its folder. Whether the file is on it: false when the folder's can't
+    /// be added, or `device`, which the file is on, is another one.
+    bool addFileSystemOf(const FilePath &path, dev_t device);
     /// Whether the file system with that number is among them: a file can be one of its own.
     bool contains(dev_t device) const { return _descriptors.contains(device); }
     QList<quint64> devices() const { return _descriptors.keys(); }

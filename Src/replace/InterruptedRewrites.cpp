@@ -3,11 +3,12 @@
 #include "foundation/BackupName.h"
 #include "foundation/FileSystemCalls.h"
 #include "foundation/FolderStream.h"
-#include "replace/BackupFile.h"
-#include "replace/ContentOverwrite.h"
 #include "replace/FileMetadata.h"
 #include "replace/FlushedFileSystems.h"
 #include "replace/NewContent.h"
+#include "replace/OpenRegularFile.h"
+#include "replace/PuttingBack.h"
+#include "replace/RewriteChain.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -27,52 +28,6 @@ constexpr qint64 BLOCK = 1 << 18;
 constexpr qint64 LONGEST_RECORD = 128 << 20;
 const QByteArray RECORD_NAME = QByteArrayLiteral("rewrites-");
 
-/// Whether an error number says what is at a path, or only that it couldn't be looked at this time.
-bool tellsWhatIsThere(int errorNumber)
-{
-    return errorNumber == ENOENT || errorNumber == ENOTDIR || errorNumber == ELOOP || errorNumber == ESTALE ||
-           errorNumber == ENXIO || errorNumber == EISDIR;
-}
-
-} // namespace
-
-/// A regular file that is open, or nothing: never by a link, and without waiting for anybody.
-class InterruptedRewrites::OpenFile
-{
-public:
-    explicit OpenFile(const FilePath &path, int access = O_RDONLY)
-        : _descriptor(FileSystemCalls::current().open(path.cString(),
-                                                      access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0))
-    {
-        _errorNumber = isOpen() ? 0 : errno;
-        if (isOpen() && (::fstat(descriptor(), &_status) != 0 || !S_ISREG(_status.st_mode))) {
-            (void)close();
-            _errorNumber = ESTALE;
-        }
-    }
-
-    bool isOpen() const { return _descriptor.isOpen(); }
-    /// Why it isn't open.
-    int errorNumber() const { return _errorNumber; }
-    int descriptor() const { return _descriptor.number(); }
-    const struct stat &status() const { return _status; }
-    /// Nothing when it can't be read.
-    std::optional<ContentDigest> digest() const
-    {
-        return isOpen() ? digestOfDescriptor(descriptor(), _status.st_size) : std::nullopt;
-    }
-    bool flush() const { return FileSystemCalls::current().sync(descriptor()) == 0; }
-    /// 0, or errno.
-    int close() { return _descriptor.close(); }
-
-private:
-    Descriptor _descriptor;
-    int _errorNumber = 0;
-    struct stat _status = {};
-};
-
-namespace {
-
 /// Nothing, with errno, when it can't be read to its end.
 std::optional<QByteArray> contentOf(int descriptor, qint64 size)
 {
@@ -82,8 +37,7 @@ std::optional<QByteArray> contentOf(int descriptor, qint64 size)
 }
 
 /// Whether everything in the copy is at the beginning of the file, too.
-template <typename File>
-bool beginsWithCopy(const File &file, const File &copy)
+bool beginsWithCopy(const OpenRegularFile &file, const OpenRegularFile &copy)
 {
     const qint64 size = copy.status().st_size;
     const std::optional<ContentDigest> digest = copy.digest();
@@ -97,53 +51,6 @@ void deleteBackup(const FilePath &backup)
     if (isBackupName(backup.lastPathComponent()) && ::lstat(backup.cString(), &status) == 0 &&
         S_ISREG(status.st_mode))
         (void)FileSystemCalls::current().remove(backup.cString());
-}
-
-/// Whether a rewrite found what the one before it found or left, so that nothing of the earlier one is open.
-bool follows(const Entry &later, const Entry &earlier)
-{
-    return later.oldContent == earlier.newContent || later.oldContent == earlier.oldContent;
-}
-
-/// The first of the rewrites that led to the one with the index without anything open between them.
-size_t beginningOfChain(const std::vector<Entry> &entries, size_t index)
-{
-    while (index > 0 && follows(entries[index], entries[index - 1]))
-        --index;
-    return index;
-}
-
-/// The rewrites that a chain settles nothing of: those in front of it, and such behind it as began with
-/// another content, since the dates of records aren't always in their order.
-std::vector<Entry> rewritesLeftOpen(const std::vector<Entry> &entries, size_t first, size_t last)
-{
-    std::vector<Entry> open(entries.begin(), entries.begin() + qsizetype(first));
-    std::vector<Entry> settled(entries.begin() + qsizetype(first), entries.begin() + qsizetype(last) + 1);
-    for (size_t index = last + 1; index < entries.size(); ++index) {
-        const Entry &later = entries[index];
-        const bool isSettled = std::any_of(settled.begin(), settled.end(),
-                                           [&](const Entry &earlier) { return follows(later, earlier); });
-        (isSettled ? settled : open).push_back(later);
-    }
-    return open;
-}
-
-/// Backups that nobody needs, of a file that holds what a rewrite found or left, on the disk.
-void clearBackups(const std::vector<Entry> &entries, size_t first, const ContentDigest &now)
-{
-    bool isFinished = false;
-    for (size_t index = entries.size(); index-- > first;) {
-        const Entry &entry = entries[index];
-        isFinished = isFinished || entry.newContent == now;
-        if (isFinished ? !entry.isBackupKept : entry.oldContent == now)
-            deleteBackup(entry.backup);
-    }
-}
-
-/// Whether a file is flushed with its file system, of which there are only those that are known.
-bool addFileSystemOf(FlushedFileSystems &fileSystems, const FilePath &path, dev_t device)
-{
-    return fileSystems.addFolder(path.deletingLastPathComponent()) == 0 && fileSystems.contains(device);
 }
 
 /// Writes a content once more where it stands, and brings it to the disk: after a failed flush the system may
@@ -161,10 +68,6 @@ bool writeOnceMore(int file, const struct stat &status, const ContentDigest &con
     copyAttributesAndDates(file, file, status);
     return hasContent(file, content) && calls.sync(file) == 0;
 }
-
-} // namespace
-
-namespace {
 
 std::vector<FilePath> recordsIn(const FilePath &folder)
 {
@@ -240,8 +143,8 @@ void InterruptedRewrites::_lookInto(const FilePath &recordPath)
 /// are lost, of which this file's may be one.
 void InterruptedRewrites::_lookAtUnbegun(const Entry &entry, bool lacksRewrites)
 {
-    const OpenFile file(entry.path);
-    const OpenFile copy(entry.backup);
+    const OpenRegularFile file(entry.path);
+    const OpenRegularFile copy(entry.backup);
     if (!file.isOpen() || !copy.isOpen())
         return;
     const bool isCopy = lacksRewrites ? file.status().st_size == copy.status().st_size &&
@@ -255,7 +158,7 @@ void InterruptedRewrites::_lookAtUnbegun(const Entry &entry, bool lacksRewrites)
 
 void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry> &entries)
 {
-    const OpenFile file(path);
+    const OpenRegularFile file(path);
     const std::optional<ContentDigest> now = file.digest();
     const auto whole = std::find_if(entries.rbegin(), entries.rend(), [&](const Entry &entry) {
         return now && (now == entry.oldContent || now == entry.newContent);
@@ -265,7 +168,7 @@ void InterruptedRewrites::_decide(const FilePath &path, const std::vector<Entry>
         return;
     }
     const size_t last = size_t(entries.rend() - whole) - 1;
-    _whole.push_back({path, beginningOfChain(entries, last), last, *now, file.status().st_ino, false});
+    _whole.push_back({path, RewriteChain::beginning(entries, last), last, *now, file.status().st_ino, false});
 }
 
 /// Clears the backups of all files that hold what they held or were to hold, once the disk has that.
@@ -273,9 +176,9 @@ void InterruptedRewrites::_settleWhole()
 {
     FlushedFileSystems fileSystems;
     for (Whole &whole : _whole) {
-        const OpenFile file(whole.path);
+        const OpenRegularFile file(whole.path);
         whole.isFlushedWithOthers = file.isOpen() && file.status().st_ino == whole.inode &&
-                                    addFileSystemOf(fileSystems, whole.path, file.status().st_dev);
+                                    fileSystems.addFileSystemOf(whole.path, file.status().st_dev);
     }
     const bool areFlushed = flushFileSystems(fileSystems.descriptors()) == 0;
     for (const Whole &whole : std::exchange(_whole, {})) {
@@ -283,11 +186,11 @@ void InterruptedRewrites::_settleWhole()
         if (_isOnDisk(whole, areFlushed)) {
             _clearBackups(whole);
             // A rewrite that began with what another one had left half written settles nothing of that.
-            if (const auto open = rewritesLeftOpen(entries, whole.first, whole.last); !open.empty())
+            if (const auto open = RewriteChain::leftOpen(entries, whole.first, whole.last); !open.empty())
                 _tellDamaged(whole.path, open);
         } else {
             _noteFailedFlush(entries.back().backup);
-            const OpenFile file(whole.path);
+            const OpenRegularFile file(whole.path);
             _decideHalf(file, file.digest(), whole.path, entries);
         }
     }
@@ -297,14 +200,14 @@ bool InterruptedRewrites::_isOnDisk(const Whole &whole, bool areOthersFlushed) c
 {
     const std::vector<Entry> &entries = *_begun.constFind(whole.path);
     if (std::any_of(entries.begin(), entries.end(), [](const Entry &entry) { return entry.isUnflushed; })) {
-        const OpenFile file(whole.path, O_RDWR);
+        const OpenRegularFile file(whole.path, O_RDWR);
         return file.isOpen() && file.status().st_ino == whole.inode &&
                writeOnceMore(file.descriptor(), file.status(), whole.now);
     }
     if (whole.isFlushedWithOthers && areOthersFlushed)
         return true;
     // What failed may have been another file's. What this one lost is gone from memory, too, then.
-    const OpenFile file(whole.path);
+    const OpenRegularFile file(whole.path);
     return file.isOpen() && file.status().st_ino == whole.inode && file.flush() && file.digest() == whole.now;
 }
 
@@ -315,15 +218,16 @@ void InterruptedRewrites::_clearBackups(const Whole &whole)
         if (whole.now == entry.newContent)
             ++_progressOfOwners[_owners.value(entry.backup)].done;
     }
-    clearBackups(entries, whole.first, whole.now);
+    for (const FilePath &backup : RewriteChain::unneededBackups(entries, whole.first, whole.now))
+        deleteBackup(backup);
 }
 
 /// A file that holds neither the one nor the other, or of which the disk doesn't confirm it.
-void InterruptedRewrites::_decideHalf(const OpenFile &file, const std::optional<ContentDigest> &now,
+void InterruptedRewrites::_decideHalf(const OpenRegularFile &file, const std::optional<ContentDigest> &now,
                                       const FilePath &path, const std::vector<Entry> &entries)
 {
     // What can't be looked at this time is looked at the next time.
-    if (file.isOpen() ? !now : !tellsWhatIsThere(file.errorNumber())) {
+    if (file.isOpen() ? !now : !file.isNotThere()) {
         _isUncertain = true;
         return;
     }
@@ -348,115 +252,42 @@ void InterruptedRewrites::_noteFailedFlush(const FilePath &backup)
 void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<Entry> &entries)
 {
     // What the last rewrite found is the old content, unless another one had left it half written.
-    size_t wanted = entries.size() - 1;
-    while (wanted > 0 && !follows(entries[wanted], entries[wanted - 1]))
-        --wanted;
+    const size_t wanted = RewriteChain::latestThatFoundWhole(entries);
     std::vector<Entry> candidates(entries.rbegin(), entries.rend());
     candidates.insert(candidates.begin(), entries[wanted]);
     for (const Entry &entry : candidates) {
-        const OpenFile backup(entry.backup);
+        const OpenRegularFile backup(entry.backup);
         const std::optional<ContentDigest> content = backup.digest();
         if (content == entry.oldContent) {
             _files.append({path, entry.backup, State::Damaged});
             _damaged.insert(path, entry);
             return;
         }
-        const bool isKnown = backup.isOpen() ? content.has_value() : tellsWhatIsThere(backup.errorNumber());
+        const bool isKnown = backup.isOpen() ? content.has_value() : backup.isNotThere();
         _isUncertain = _isUncertain || !isKnown;
     }
     _files.append({path, entries[wanted].backup, State::UnusableBackup});
 }
 
-/// What stands in the file now, beside it or, where that can't be, in the temporary folder.
-void InterruptedRewrites::_keepPresentContent(PuttingBack &file)
-{
-    for (const BackupFile::Kind kind : {BackupFile::Kind::Lasting, BackupFile::Kind::Transient}) {
-        const bool isFlushedWithOthers = file.isFlushedWithOthers && kind == BackupFile::Kind::Lasting;
-        TDError error;
-        BackupFile::Original present;
-        file.kept = BackupFile::backupFileOf(
-            file.entry.path, kind, isFlushedWithOthers ? Flush::No : Flush::Yes,
-            [](const FilePath &) { return 0; }, present, error, file.errorNumber);
-        if (file.kept) {
-            file.present = present.state;
-            file.kept->closeDescriptor();
-            file.errorNumber = 0;
-            return;
-        }
-    }
-    file.errorNumber = file.errorNumber != 0 ? file.errorNumber : ESTALE;
-}
-
-/// 0, or errno.
-int InterruptedRewrites::_overwriteWithOld(const PuttingBack &putting)
-{
-    const Entry &entry = putting.entry;
-    const OpenFile old(entry.backup);
-    OpenFile file(entry.path, O_RDWR);
-    if (!old.isOpen() || !file.isOpen())
-        return old.isOpen() ? file.errorNumber() : old.errorNumber();
-    (void)FileSystemCalls::current().takeLease(file.descriptor());
-    const bool isAsLookedAt = FileState::fromStatus(file.status()) == putting.present &&
-                              putting.present.inode == entry.file.inode && old.digest() == entry.oldContent &&
-                              (putting.kept->content() != entry.newContent || entry.isUnflushed);
-    if (!isAsLookedAt)
-        return ESTALE;
-    if (const int error = overwriteWithContentOf(old.descriptor(), file.descriptor()); error != 0)
-        return error;
-    if (!hasContent(file.descriptor(), entry.oldContent))
-        return EIO;
-    copyAttributesAndDates(old.descriptor(), file.descriptor(), old.status());
-    if (putting.isFlushedWithOthers || file.flush())
-        return file.close();
-    const int flushError = errno;
-    _noteFailedFlush(entry.backup);
-    return flushError;
-}
-
-/// In steps for all files at once, each of which is on the disk before the next one.
-void InterruptedRewrites::_putBackFiles(std::vector<PuttingBack> &files)
-{
-    FlushedFileSystems fileSystems;
-    for (PuttingBack &file : files) {
-        const OpenFile found(file.entry.path);
-        file.isFlushedWithOthers =
-            found.isOpen() && addFileSystemOf(fileSystems, file.entry.path, found.status().st_dev);
-        _keepPresentContent(file);
-    }
-    const QList<int> descriptors = fileSystems.descriptors();
-    int flushError = flushFileSystems(descriptors);
-    for (PuttingBack &file : files) {
-        if (file.errorNumber == 0)
-            file.errorNumber =
-                file.isFlushedWithOthers && flushError != 0 ? flushError : _overwriteWithOld(file);
-    }
-    flushError = flushError != 0 ? flushError : flushFileSystems(descriptors);
-    for (PuttingBack &file : files) {
-        if (flushError == 0 || !file.isFlushedWithOthers || file.errorNumber != 0)
-            continue;
-        file.errorNumber = flushError;
-        _noteFailedFlush(file.entry.backup);
-    }
-}
-
 QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
 {
-    std::vector<PuttingBack> puttingBack;
-    for (const File &file : std::as_const(_files)) {
-        if (file.state == State::Damaged)
-            puttingBack.push_back({file, _damaged.value(file.path), {}, {}, false, 0});
-    }
-    _putBackFiles(puttingBack);
+    std::erase_if(_files, [](const File &file) { return file.state != State::Damaged; });
+    std::vector<Entry> rewrites;
+    for (const File &file : std::as_const(_files))
+        rewrites.push_back(_damaged.value(file.path));
+    PuttingBack puttingBack(rewrites, [this](const FilePath &backup) { _noteFailedFlush(backup); });
+    const std::vector<int> errors = puttingBack.carryOut();
     QList<Failure> failures;
-    _files.clear();
-    for (const PuttingBack &put : puttingBack) {
-        if (put.errorNumber == 0) {
-            deleteBackup(put.file.backup);
-            continue;
-        }
-        failures.append({put.file, put.errorNumber});
-        _files.append(put.file);
+    for (qsizetype index = 0; index < _files.size(); ++index) {
+        const File &file = _files[index];
+        if (const int error = errors[size_t(index)]; error == 0)
+            deleteBackup(file.backup);
+        else
+            failures.append({file, error});
     }
+    _files.clear();
+    for (const Failure &failure : std::as_const(failures))
+        _files.append(failure.file);
     if (_files.isEmpty() && !_isUncertain)
         _removeRecords();
     return failures;

@@ -2,7 +2,6 @@
 
 #include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
-#include "replace/BackupFile.h"
 #include "replace/RewriteRecord.h"
 
 #include <QHash>
@@ -12,6 +11,8 @@
 #include <vector>
 
 namespace tidemark {
+
+class OpenRegularFile;
 
 /// The files that a process was rewriting when it ended in the middle, found in the records it left behind.
 /// What became of each is told from its content: the new one, the old one, or neither. Looking clears
@@ -69,7 +70,6 @@ private:
         Descriptor descriptor;
     };
     using Entry = RewriteRecord::Left::File;
-    class OpenFile;
 
     /// A file that holds what it held or was to hold.
     struct Whole
@@ -81,16 +81,6 @@ private:
         ino_t inode = 0;
         bool isFlushedWithOthers = false;
     };
-    /// A file on its way back to its old content.
-    struct PuttingBack
-    {
-        File file;
-        Entry entry;
-        std::optional<BackupFile> kept; ///< what stood there
-        FileState present;
-        bool isFlushedWithOthers = false;
-        int errorNumber = 0;
-    };
 
     void _lookInto(const FilePath &recordPath);
     void _lookAtUnbegun(const Entry &entry, bool lacksRewrites);
@@ -98,12 +88,9 @@ private:
     void _settleWhole();
     bool _isOnDisk(const Whole &whole, bool areOthersFlushed) const;
     void _clearBackups(const Whole &whole);
-    void _decideHalf(const OpenFile &file, const std::optional<ContentDigest> &now, const FilePath &path,
-                     const std::vector<Entry> &entries);
+    void _decideHalf(const OpenRegularFile &file, const std::optional<ContentDigest> &now,
+                     const FilePath &path, const std::vector<Entry> &entries);
     void _noteFailedFlush(const FilePath &backup);
-    static void _keepPresentContent(PuttingBack &file);
-    void _putBackFiles(std::vector<PuttingBack> &files);
-    int _overwriteWithOld(const PuttingBack &file);
     void _tellDamaged(const FilePath &path, const std::vector<Entry> &entries);
     void _removeRecords();
 

@@ -102,8 +102,7 @@ Flush RewriteRun::_flushFor(const FileRewrite::Request &request, dev_t device)
 {
     const auto kind = request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting;
     const bool isFlushedWithOthers = _flushing == Flushing::FileSystem &&
-                                     _fileSystems.addFolder(request.path.deletingLastPathComponent()) == 0 &&
-                                     _fileSystems.contains(device) &&
+                                     _fileSystems.addFileSystemOf(request.path, device) &&
                                      _fileSystems.addFolder(BackupFile::folderFor(request.path, kind)) == 0;
     return isFlushedWithOthers ? Flush::No : Flush::Yes;
 }
