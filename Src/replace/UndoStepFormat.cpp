@@ -88,6 +88,25 @@ bool isPlausible(const FilePath &path)
     return path.bytes().startsWith('/') && !path.bytes().contains('\0');
 }
 
+/// All that a compressed block lists; nothing where it makes no sense. `take` reads one from the fields,
+/// given the path of the one before, and returns its own path, which is empty when that isn't plausible.
+template <typename Listed, typename Take>
+std::optional<std::vector<Listed>> allOf(QByteArrayView body, const Take &take)
+{
+    Counts counts;
+    const QByteArray content = uncompressed(body, counts);
+    std::vector<Listed> all;
+    FieldReader fields(content);
+    FilePath previous;
+    while (!content.isNull() && !fields.isAtEnd()) {
+        previous = take(fields, previous, all.emplace_back());
+        if (!fields.isValid() || previous.isEmpty())
+            return {};
+    }
+    return fields.isValid() && qint64(all.size()) == counts.files ? std::optional(std::move(all))
+                                                                  : std::nullopt;
+}
+
 } // namespace
 
 QByteArray headerBlock(const UndoStepHeader &header)
@@ -193,13 +212,7 @@ std::optional<UndoStepHeader> headerOf(QByteArrayView body, UndoStepKind kind)
 
 std::optional<std::vector<UndoEntry>> entriesOf(QByteArrayView body)
 {
-    Counts counts;
-    const QByteArray content = uncompressed(body, counts);
-    std::vector<UndoEntry> entries;
-    FieldReader fields(content);
-    FilePath previous;
-    while (!content.isNull() && !fields.isAtEnd()) {
-        UndoEntry entry;
+    return allOf<UndoEntry>(body, [](FieldReader &fields, const FilePath &previous, UndoEntry &entry) {
         entry.path = takePath(fields, previous);
         entry.device = fields.number();
         entry.inode = fields.number();
@@ -208,35 +221,19 @@ std::optional<std::vector<UndoEntry>> entriesOf(QByteArrayView body)
         entry.matches = fields.size();
         entry.isBackupTransient = (fields.number() & TRANSIENT_BACKUP) != 0;
         entry.differences = fields.bytes().toByteArray();
-        if (!fields.isValid() || !isPlausible(entry.path))
-            return {};
-        previous = entry.path;
-        entries.push_back(std::move(entry));
-    }
-    return fields.isValid() && qint64(entries.size()) == counts.files ? std::optional(std::move(entries))
-                                                                      : std::nullopt;
+        return isPlausible(entry.path) ? entry.path : FilePath();
+    });
 }
 
 std::optional<std::vector<KeptBackup>> backupsOf(QByteArrayView body)
 {
-    Counts counts;
-    const QByteArray content = uncompressed(body, counts);
-    std::vector<KeptBackup> backups;
-    FieldReader fields(content);
-    FilePath previous;
-    while (!content.isNull() && !fields.isAtEnd()) {
-        KeptBackup backup;
+    return allOf<KeptBackup>(body, [](FieldReader &fields, const FilePath &previous, KeptBackup &backup) {
         backup.file = takePath(fields, previous);
         backup.path = takePath(fields, backup.file);
         backup.inode = fields.number();
         backup.content = takeDigest(fields);
-        if (!fields.isValid() || !isPlausible(backup.file) || !isPlausible(backup.path))
-            return {};
-        previous = backup.file;
-        backups.push_back(std::move(backup));
-    }
-    return fields.isValid() && qint64(backups.size()) == counts.files ? std::optional(std::move(backups))
-                                                                      : std::nullopt;
+        return isPlausible(backup.file) && isPlausible(backup.path) ? backup.file : FilePath();
+    });
 }
 
 } // namespace tidemark::UndoStepFormat
