@@ -1,21 +1,13 @@
 #include "matching/SearchedLine.h"
 
 #include "text/CharacterSets.h"
+#include "text/LineEnds.h"
 #include "text/TextEncoding.h"
 #include "text/Utf8.h"
 
 namespace tidemark {
 
 namespace {
-
-QByteArrayView withoutLineEnd(QByteArrayView line)
-{
-    if (line.endsWith('\n'))
-        line.chop(1);
-    if (line.endsWith('\r'))
-        line.chop(1);
-    return line;
-}
 
 /// With U+FFFD for each half of a surrogate pair.
 QByteArray wellFormedUtf8(QStringView text)

@@ -5,6 +5,7 @@
 #include "matching/SearchContext.h"
 #include "reading/TDFileReader.h"
 #include "text/ByteScan.h"
+#include "text/LineEnds.h"
 #include "text/TextEncoding.h"
 
 #include <QSemaphore>
@@ -300,12 +301,9 @@ void TDMatchLineHighlighter::_searchEveryLine(QByteArrayView block, qint64 &line
 {
     for (qsizetype start = 0; start < block.size() && !error && !shouldStop(); ++lineNumber) {
         const QByteArrayView rest = block.sliced(start);
-        const qsizetype lineEnd = indexOfLineEnd(rest);
-        qsizetype length = lineEnd < 0 ? rest.size() : lineEnd + 1;
-        if (lineEnd >= 0 && rest[lineEnd] == '\r' && length < rest.size() && rest[length] == '\n')
-            ++length;
-        _searchLineBytes(rest.first(length), lineNumber, context, error);
-        start += length;
+        const QByteArrayView line = rest.first(lengthOfFirstLine(rest));
+        _searchLineBytes(line, lineNumber, context, error);
+        start += line.size();
     }
 }
 

@@ -3,27 +3,13 @@
 #include "foundation/TDFileCommon.h"
 #include "reading/TDStringEncoding.h"
 #include "replace/TDFileModifier.h"
+#include "text/LineEnds.h"
 
 #include <QSet>
 
 namespace tidemark {
 
 namespace {
-
-/// Lines as the line reader would make them of the text.
-qint64 countLines(QStringView text)
-{
-    if (!text.contains(u'\r'))
-        return text.count(u'\n') + (text.isEmpty() || text.endsWith(u'\n') ? 0 : 1);
-    qint64 count = 0;
-    for (qsizetype index = 0; index < text.size(); ++index) {
-        const bool endsLine =
-            text[index] == u'\n' || (text[index] == u'\r' && text.mid(index + 1, 1) != u"\n");
-        if (endsLine || index + 1 == text.size())
-            ++count;
-    }
-    return count;
-}
 
 void forgetSavedLines(const MatchLines &lines)
 {

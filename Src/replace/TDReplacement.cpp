@@ -4,6 +4,7 @@
 #include "matching/BoundedSearch.h"
 #include "matching/RegularExpression.h"
 #include "replace/ReplacementFormat.h"
+#include "text/LineEnds.h"
 #include "text/TextEncoding.h"
 #include "text/Utf8.h"
 
@@ -12,13 +13,6 @@
 namespace tidemark {
 
 namespace {
-
-/// As the expression saw the line.
-QStringView withoutLineEnd(QStringView line)
-{
-    const qsizetype end = line.endsWith(u"\r\n") ? 2 : line.endsWith(u'\n') || line.endsWith(u'\r') ? 1 : 0;
-    return line.first(line.size() - end);
-}
 
 TDError replaceError(ExpressionFault fault)
 {

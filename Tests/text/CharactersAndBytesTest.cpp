@@ -1,6 +1,7 @@
 #include "support/Testing.h"
 #include "text/ByteScan.h"
 #include "text/CharacterSets.h"
+#include "text/LineEnds.h"
 #include "text/TextEncoding.h"
 #include "text/Utf8.h"
 
@@ -64,6 +65,14 @@ TEST(ByteScanTest, CountsLineEndsAndNeverOverlooksALongLine)
         ASSERT_EQ(countLineEnds(bytes), ends) << testing::PrintToString(bytes);
         ASSERT_TRUE(qMax(longest, bytes.size() - start) <= 8 || mayHoldLineLongerThan(bytes, 8))
             << testing::PrintToString(bytes);
+        qint64 lines = 0;
+        for (QByteArrayView rest = bytes; !rest.isEmpty(); ++lines) {
+            const QByteArrayView line = rest.first(lengthOfFirstLine(rest));
+            rest = rest.sliced(line.size());
+            ASSERT_EQ(indexOfLineEnd(withoutLineEnd(line)), -1) << testing::PrintToString(bytes);
+        }
+        ASSERT_EQ(lines, ends + (start < bytes.size() ? 1 : 0)) << testing::PrintToString(bytes);
+        ASSERT_EQ(countLines(QString::fromLatin1(bytes)), lines) << testing::PrintToString(bytes);
     }
 }
 
