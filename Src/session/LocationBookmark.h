@@ -8,7 +8,9 @@
 
 namespace tidemark {
 
-/// What finds a file again later: its URL as text. Nothing when the URL isn't that of a local file.
+/// What finds a file again later: its URL as text. Nothing when the URL isn't that of a local file. Programs
+/// need no leave to open a file that a person chose before, so a bookmark has no options and there is no
+/// question which version of the system offers them.
 std::optional<QByteArray> bookmarkData(const QUrl &url);
 /// Nothing when the item no longer exists.
 std::optional<QUrl> resolvedBookmark(const QByteArray &bookmark);

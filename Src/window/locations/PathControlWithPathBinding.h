@@ -8,7 +8,8 @@ namespace tidemark {
 
 /// Draws the path that is bound to a row as its folders in order, "home › anna › notes.txt", with the item's
 /// icon; where there is too little room the middle is left out. An item that no longer exists is greyed and
-/// says so.
+/// says so. The binding goes one way: a location's path is never edited in its row, so nothing is written
+/// back to the model.
 class PathControlWithPathBinding : public QStyledItemDelegate
 {
     Q_OBJECT
