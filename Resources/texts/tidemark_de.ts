@@ -16,6 +16,7 @@
   <message><source>&amp;Edit</source><translation>&amp;Bearbeiten</translation></message>
   <message><source>IDS_HelpFolder</source><translation>de</translation></message>
   <message><source>Velkor Tidemark Help</source><translation>Hilfe zu Velkor Tidemark</translation></message>
+  <message><source>Not found</source><translation>Nicht gefunden</translation></message>
   <message><source>The filter is empty: no file will match.</source><translation>Der Filter ist leer: Keine Datei passt dazu.</translation></message>
   <message><source>“%@” is not a known type: no file will match.</source><translation>„%@“ ist kein bekannter Typ: Keine Datei passt dazu.</translation></message>
   <message><source>A pattern is compared with file names, which never contain “/”: no file will match.</source><translation>Ein Muster wird mit Dateinamen verglichen, die nie „/“ enthalten: Keine Datei passt dazu.</translation></message>

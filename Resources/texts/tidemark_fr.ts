@@ -16,6 +16,7 @@
   <message><source>&amp;Edit</source><translation>É&amp;dition</translation></message>
   <message><source>IDS_HelpFolder</source><translation>fr</translation></message>
   <message><source>Velkor Tidemark Help</source><translation>Aide de Velkor Tidemark</translation></message>
+  <message><source>Not found</source><translation>Introuvable</translation></message>
   <message><source>The filter is empty: no file will match.</source><translation>Le filtre est vide : aucun fichier ne correspondra.</translation></message>
   <message><source>“%@” is not a known type: no file will match.</source><translation>« %@ » n’est pas un type connu : aucun fichier ne correspondra.</translation></message>
   <message><source>A pattern is compared with file names, which never contain “/”: no file will match.</source><translation>Un motif est comparé aux noms de fichiers, qui ne contiennent jamais « / » : aucun fichier ne correspondra.</translation></message>

@@ -4,8 +4,10 @@
 
 namespace tidemark {
 
+class HelpSearch;
+
 /// The help book: its pages, by name, each in the language of the texts where there is such a page, otherwise
-/// in English.
+/// in English. Ctrl+F finds in it.
 class HelpWindow : public QTextBrowser
 {
     Q_OBJECT
@@ -18,6 +20,13 @@ public:
 
 protected:
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void _addActions();
+    void _showSearch(bool isShown);
+
+    HelpSearch *_search = nullptr;
 };
 
 } // namespace tidemark

@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
 
@@ -150,6 +152,45 @@ TEST_F(HelpWindowTest, APageThatALanguageLacksOpensInEnglish)
     EXPECT_EQ(window.source(), QUrl(u"qrc:/help/en/index.html"_s));
     window.setSource(QUrl(u"../it/results.html#copy"_s));
     EXPECT_EQ(window.source(), QUrl(u"qrc:/help/en/results.html#copy"_s));
+}
+
+TEST_F(HelpWindowTest, FindsInTheWholeBookOnceRound)
+{
+    HelpWindow window;
+    window.showTopic(u"results"_s);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto place = [&window] {
+        return u"%1 %2 %3"_s.arg(window.source().fileName(), window.textCursor().selectedText())
+            .arg(window.textCursor().selectionStart());
+    };
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    QWidget *field = QApplication::focusWidget();
+    ASSERT_TRUE(qobject_cast<QLineEdit *>(field));
+    QTest::keyClicks(field, u"markdown"_s);
+    QStringList places = {place()};
+    EXPECT_TRUE(places.first().startsWith(u"results.html Markdown"_s)) << places.first().toStdString();
+    do {
+        QTest::keyClick(field, Qt::Key_Return);
+        places << place();
+    } while (places.last() != places.first() && places.size() < 50);
+    EXPECT_EQ(places.size(), window.toPlainText().count(u"markdown"_s, Qt::CaseInsensitive) + 1);
+
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(field, u"EUR"_s);
+    EXPECT_TRUE(place().contains(u".html EUR "_s)) << "on another page: " << place().toStdString();
+    const QString found = place();
+    QTest::keyClick(field, Qt::Key_F3);
+    EXPECT_NE(place(), found);
+    QTest::keyClick(field, Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(place(), found);
+
+    QTest::keyClicks(field, u"-nowhere"_s);
+    EXPECT_EQ(window.findChild<QLabel *>()->text(), u"Not found"_s);
+    EXPECT_EQ(window.source().fileName(), found.section(u' ', 0, 0));
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible() && window.hasFocus());
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(HelpWindowTest, TheExamplesDoWhatIsSaid)
