@@ -72,6 +72,14 @@ QList<int> FlushedFileSystems::descriptors() const
     return numbers;
 }
 
+QList<quint64> FlushedFileSystems::devices() const
+{
+    QList<quint64> devices;
+    for (const auto &[device, descriptor] : _descriptors)
+        devices << device;
+    return devices;
+}
+
 int flushFileSystems(const QList<int> &descriptors)
 {
     int error = 0;

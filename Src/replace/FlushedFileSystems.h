@@ -24,7 +24,7 @@ public:
     bool addFileSystemOf(const FilePath &path, dev_t device);
     /// Whether the file system with that number is among them: a file can be one of its own.
     bool contains(dev_t device) const { return _descriptors.contains(device); }
-    QList<quint64> devices() const { return _descriptors.keys(); }
+    QList<quint64> devices() const;
     /// One for each file system; they stay open as long as the object lives.
     QList<int> descriptors() const;
 

@@ -271,7 +271,7 @@ void InterruptedRewrites::_tellDamaged(const FilePath &path, const std::vector<E
 
 QList<InterruptedRewrites::Failure> InterruptedRewrites::putBack()
 {
-    std::erase_if(_files, [](const File &file) { return file.state != State::Damaged; });
+    _files.removeIf([](const File &file) { return file.state != State::Damaged; });
     std::vector<Entry> rewrites;
     for (const File &file : std::as_const(_files))
         rewrites.push_back(_damaged.value(file.path));
