@@ -38,6 +38,8 @@ public:
         /// the latest first, each from what the one before it left. All from the one that left the present
         /// content is taken back; any other content is refused as changed.
         std::vector<UndoEntry> undone = {};
+        /// A link has come into the path since the file was changed: what is there now isn't that file.
+        bool leadsElsewhere = false;
         bool isNoted = false; ///< undoEntry() will be asked for
     };
 
@@ -95,6 +97,7 @@ private:
     bool _fileIsWritableAtPath();
     bool _fileModifiedSince();
     bool _makeBackup(Flush flush, BackupFile::Original &original);
+    void _endUnmadeBackups(std::vector<FilePath> noted);
     bool _plan(const BackupFile::Original &original);
     bool _planBack(const BackupFile::Original &original);
     bool _produceNewContent(const BackupFile::Original &original);

@@ -70,7 +70,11 @@ bool RewriteRun::isPathToModifiedFile(const FilePath &path)
 
 void RewriteRun::add(FileRewrite::Request request, Done done)
 {
-    request.path = _resolvedPaths.resolving(request.path);
+    // What is taken back was resolved when it was changed: a link that leads elsewhere has come since.
+    if (request.undone.empty())
+        request.path = _resolvedPaths.resolving(request.path);
+    else
+        request.leadsElsewhere = _resolvedPaths.resolving(request.path) != request.path;
     request.isNoted = _undoStep && _undoStep->isOpen();
     const std::optional<FileDate> dateBefore = request.originalFileModificationDate;
     struct stat status = {};

@@ -8,6 +8,8 @@
 #include "replace/UndoStepWriter.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 #include <unistd.h>
 
 namespace tidemark {
@@ -18,6 +20,19 @@ UndoStepHeader headerForWayBack(UndoStepHeader header)
 {
     header.kind = header.kind == UndoStepKind::Undo ? UndoStepKind::Redo : UndoStepKind::Undo;
     return header;
+}
+
+/// Somebody who lists the steps has each for a moment.
+bool lockPatiently(UndoStepReader &reader)
+{
+    constexpr int ATTEMPTS = 50;
+    constexpr std::chrono::milliseconds BETWEEN(2);
+    for (int attempt = 0; attempt < ATTEMPTS; ++attempt) {
+        if (reader.lock())
+            return true;
+        std::this_thread::sleep_for(BETWEEN);
+    }
+    return false;
 }
 
 } // namespace
@@ -36,7 +51,7 @@ RewriteUndo::Outcome RewriteUndo::takeBack(const QByteArray &stepId)
     }
     const auto reader =
         UndoStepReader::open(path, stepId.startsWith(REDO_PREFIX) ? UndoStepKind::Redo : UndoStepKind::Undo);
-    if (!reader || !reader->lock()) {
+    if (!reader || !lockPatiently(*reader)) {
         _outcome.end = reader ? End::InUse : End::Unreadable;
         return _outcome;
     }
@@ -149,8 +164,12 @@ void RewriteUndo::_endStep(UndoStepReader &reader, const FilePath &path)
     _outcome.filesRefused = refused.size();
     if (!refused.isEmpty())
         _outcome.error = TDSelectedMatchReplacement::failedFilesError(refused);
-    _outcome.isStepLeft = filesLeft > 0;
+    // Files that were changed or moved for a moment may come back; who doesn't think so forgets the step.
+    const bool isUntouched = _outcome.filesDone == 0 && !refused.isEmpty();
+    _outcome.isStepLeft = filesLeft > 0 || isUntouched;
     _outcome.isStepDamaged = reader.step().isDamaged;
+    if (isUntouched)
+        return;
     if (filesLeft > 0)
         reader.noteTotals(filesLeft, std::max<qint64>(_matchesLeft, 0));
     else

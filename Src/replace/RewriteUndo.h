@@ -48,7 +48,8 @@ public:
         qint64 filesDone = 0; ///< changed by this run
         qint64 filesRefused = 0;
         qint64 matches = 0;
-        /// The step is still there, for files that a stop, the disk or missing rights held up.
+        /// The step is still there, for files that a stop, the disk or missing rights held up, or since
+        /// nothing of it could be taken back.
         bool isStepLeft = false;
         /// Some files of the step couldn't be told any more: they stay as they are, without a word.
         bool isStepDamaged = false;

@@ -116,7 +116,7 @@ QList<UndoStep> UndoJournal::steps() const
 std::optional<UndoStep> UndoJournal::lastStep(UndoStepKind kind) const
 {
     for (const UndoStep &step : steps()) {
-        if (step.kind == kind && step.files > 0 && !step.isInUse)
+        if (step.kind == kind && step.files > 0)
             return step;
     }
     return {};

@@ -30,7 +30,8 @@ public:
 
     /// All of them, the latest first.
     QList<UndoStep> steps() const;
-    /// What Undo, or Redo, is about: the latest of its kind that has files and isn't in use.
+    /// What Undo, or Redo, is about: the latest of its kind that has files, even while it is in use: what
+    /// came before it can't be taken back first.
     std::optional<UndoStep> lastStep(UndoStepKind kind) const;
     /// The latest step that one of these processes wrote, as their identities in left records tell
     /// (InterruptedRewrites::ownersOfRunsCutShort()).

@@ -57,13 +57,16 @@ TEST_F(UndoJournalTest, ARunIsUndoneAndRedoneWithEverythingElseOfTheFiles)
 
 TEST_F(UndoJournalTest, OnlyWhatTheRunLeftIsTakenBackAndTheRestIsNamed)
 {
-    const QList<QByteArray> names = {"changed", "gone", "moved", "same", "undone"};
+    const QList<QByteArray> names = {"changed", "gone", "linked", "moved", "same", "undone"};
     for (const QByteArray &name : names)
         _folder.write(name, "a needle\n");
     replace(u"needle"_s, u"thread"_s);
     _folder.write("changed", "a thread!\n");
     _folder.write("undone", "a needle\n");
     ::unlink(_folder.path("gone").cString());
+    ::unlink(_folder.path("linked").cString());
+    _folder.write("other's", "a thread\n");
+    EXPECT_EQ(::symlink("other's", _folder.path("linked").cString()), 0);
     // Saved by an editor that makes a new file.
     _folder.write("other", "a thread\n");
     EXPECT_EQ(::rename(_folder.path("other").cString(), _folder.path("moved").cString()), 0);
@@ -71,14 +74,26 @@ TEST_F(UndoJournalTest, OnlyWhatTheRunLeftIsTakenBackAndTheRestIsNamed)
     QMap<QByteArray, RewriteProblem> problems;
     for (const RewriteUndo::File &file : outcome.files)
         problems[file.path.lastPathComponent()] = file.problem;
-    EXPECT_EQ(problems.values(),
-              (QList<RewriteProblem>{RewriteProblem::Changed, RewriteProblem::Missing, RewriteProblem::None,
-                                     RewriteProblem::None, RewriteProblem::None}));
-    EXPECT_EQ(contents({"changed", "moved", "same", "undone"}),
-              (QList<QByteArray>{"a thread!\n", "a needle\n", "a needle\n", "a needle\n"}));
-    EXPECT_EQ(std::pair(outcome.filesDone, outcome.filesRefused), std::pair(qint64(2), qint64(2)));
+    EXPECT_EQ(problems.values(), (QList<RewriteProblem>{RewriteProblem::Changed, RewriteProblem::Missing,
+                                                        RewriteProblem::Changed, RewriteProblem::None,
+                                                        RewriteProblem::None, RewriteProblem::None}));
+    EXPECT_EQ(contents({"changed", "moved", "same", "undone", "other's"}),
+              (QList<QByteArray>{"a thread!\n", "a needle\n", "a needle\n", "a needle\n", "a thread\n"}));
+    EXPECT_EQ(std::pair(outcome.filesDone, outcome.filesRefused), std::pair(qint64(2), qint64(3)));
     EXPECT_FALSE(outcome.isStepLeft) << "what can't be undone any more isn't offered again";
     EXPECT_FALSE(outcome.error.isNull());
+}
+
+TEST_F(UndoJournalTest, AStepOfWhichNothingCanBeTakenBackStays)
+{
+    _folder.write("a", "a needle\n");
+    replace(u"needle"_s, u"thread"_s);
+    EXPECT_EQ(::rename(_folder.path("a").cString(), _folder.path("away").cString()), 0);
+    const Outcome refused = undo();
+    EXPECT_EQ(std::pair(refused.filesRefused, refused.isStepLeft), std::pair(qint64(1), true));
+    EXPECT_EQ(::rename(_folder.path("away").cString(), _folder.path("a").cString()), 0);
+    EXPECT_EQ(undo().filesDone, 1);
+    EXPECT_EQ(_folder.read("a"), "a needle\n");
 }
 
 TEST_F(UndoJournalTest, SingleReplacementsOfAWalkAreOneStep)
@@ -95,8 +110,7 @@ TEST_F(UndoJournalTest, SingleReplacementsOfAWalkAreOneStep)
                                                 error);
         EXPECT_TRUE(error.isNull());
     }
-    EXPECT_FALSE(journal().lastStep(UndoStepKind::Undo)) << "the walk goes on";
-    EXPECT_EQ(takeBack(journal().steps().value(0).id).end, End::InUse);
+    EXPECT_EQ(undo().end, End::InUse) << "the walk goes on";
     const QByteArray step = walk.end();
     EXPECT_EQ(journal().steps().value(0).matches, 3);
     const Outcome outcome = takeBack(step);
@@ -197,13 +211,14 @@ TEST_F(UndoJournalTest, AStepThatAnotherProcessWritesIsLeftAlone)
     const QByteArray others = journal().steps().value(0).id;
     ASSERT_NE(others, own.id);
     EXPECT_TRUE(journal().steps().value(0).isInUse);
-    EXPECT_EQ(takeBack(others).end, End::InUse);
     EXPECT_FALSE(journal().forget(others));
-    EXPECT_EQ(journal().lastStep(UndoStepKind::Undo)->id, own.id);
-    EXPECT_EQ(undo().filesDone, 1);
+    EXPECT_EQ(undo().end, End::InUse) << "what came before isn't taken back first";
+    EXPECT_EQ(_folder.read("a.txt"), "a thread\n");
     other.kill();
     // What it left is about a content that never was.
     EXPECT_EQ(undo().filesRefused, 1);
+    EXPECT_TRUE(journal().forget(others));
+    EXPECT_EQ(undo().filesDone, 1);
     EXPECT_EQ(_folder.read("a.txt"), "a needle\n");
 }
 
