@@ -96,6 +96,8 @@ bool FileRewrite::prepare(Flush flush)
         (void)_fileExistsAtPath();
         return false;
     }
+    if (_request.leadsElsewhere)
+        return _fail(RewriteProblem::Changed, fileModifiedError(path()));
     // The memory of the thread's last file.
     static thread_local BackupFile::Original original;
     if (_fileModifiedSince() || !_makeBackup(flush, original))
@@ -134,13 +136,16 @@ bool FileRewrite::_fileModifiedSince()
 
 bool FileRewrite::_makeBackup(Flush flush, BackupFile::Original &original)
 {
-    const auto note = [this](const FilePath &backup) {
+    std::vector<FilePath> noted;
+    const auto note = [&](const FilePath &backup) {
+        noted.push_back(backup);
         return _record ? _record->noteBackup(path(), backup) : 0;
     };
     int errorNumber = 0;
     _backup = BackupFile::backupFileOf(
         path(), _request.transientBackupFile ? BackupFile::Kind::Transient : BackupFile::Kind::Lasting, flush,
         note, original, _error, errorNumber);
+    _endUnmadeBackups(std::move(noted));
     if (_backup) {
         _copied = original.state;
         return true;
@@ -150,6 +155,15 @@ bool FileRewrite::_makeBackup(Flush flush, BackupFile::Original &original)
     _problem =
         _lacksBackup ? problemOfErrorNumber(errorNumber, RewriteProblem::NoBackup) : RewriteProblem::Changed;
     return false;
+}
+
+/// Of the names that were tried, one at most is that of a backup, or of what couldn't be removed again.
+void FileRewrite::_endUnmadeBackups(std::vector<FilePath> noted)
+{
+    if (!noted.empty() && (_backup || ::access(noted.back().cString(), F_OK) == 0))
+        noted.pop_back();
+    if (_record && !noted.empty())
+        (void)_record->noteEnds(noted);
 }
 
 bool FileRewrite::_plan(const BackupFile::Original &original)

@@ -4,6 +4,8 @@
 #include "replace/ReplaceTestSupport.h"
 #include "replace/TDSelectedMatchReplacement.h"
 
+#include <QDir>
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -121,6 +123,21 @@ TEST_F(RewriteRunTest, ARecordThatNobodyCouldFindIsNone)
     };
     EXPECT_EQ(problemsOf(run()), (QMap<RewriteProblem, int>{{RewriteProblem::NoRecord, FILE_COUNT}}));
     EXPECT_EQ(countRewritten(), 0);
+}
+
+TEST_F(RewriteRunTest, ABackupThatCouldNotBeMadeLeavesNoRecord)
+{
+    const FilePath path = _folder.write("sub/a.txt", "a needle here\n");
+    ASSERT_EQ(::chmod(path.cString(), 0666), 0);
+    ASSERT_EQ(::chmod(_folder.path("sub").cString(), 0555), 0);
+    _files = {searchOne(path, u"needle"_s)};
+    {
+        const OrdinaryUser user(_folder.path());
+        const RewriteRecordFolder records(_folder.path("records"));
+        EXPECT_EQ(problemsOf(run()), (QMap<RewriteProblem, int>{{RewriteProblem::NotPermitted, 1}}));
+    }
+    EXPECT_EQ(QDir(_folder.path("records").displayText()).entryList(QDir::Files), QStringList());
+    ASSERT_EQ(::chmod(_folder.path("sub").cString(), 0755), 0);
 }
 
 TEST_F(RewriteRunTest, AFileInAFolderThatCantBeOpenedIsFlushedByItself)
