@@ -115,6 +115,8 @@ private:
     {
         if (argument.isEmpty())
             return _refuse("a path is empty");
+        if (!argument.startsWith('/') && _currentFolder.isEmpty())
+            return _refuse("the current folder is gone");
         _line.request.paths << settledPath(
             argument.startsWith('/') ? argument : _currentFolder.appendingPathComponent(argument).bytes());
     }

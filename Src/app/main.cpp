@@ -61,8 +61,8 @@ int main(int argc, char **argv)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/com.velkor.Tidemark-256.png")));
     installUserLanguage();
     const QString settingsFile = UserDefaults::userFilePath();
-    const QString instance = RunningInstance::nameFor(settingsFile);
-    if (RunningInstance::takes(instance, line.request))
+    const RunningInstance running(RunningInstance::nameFor(settingsFile), line.request);
+    if (running.hasHandedOver())
         return DONE;
     UserDefaults::setStandard(UserDefaults::atPath(settingsFile));
 
@@ -71,7 +71,6 @@ int main(int argc, char **argv)
     const UndoJournalFolder undoJournal(UndoJournal::userFolder());
     TDApplicationController controller;
     controller.awakeFromNib();
-    const RunningInstance running(instance);
     QObject::connect(&running, &RunningInstance::requested, &controller,
                      &TDApplicationController::openDocument);
     controller.openDocument(line.request);

@@ -74,10 +74,10 @@ TEST(CommandLine, TellsWhatIsWrongInOneLine)
 TEST_F(AppTest, ARunningProgramOpensTheWindowOfASecondOne)
 {
     const QString name = folder.path("socket").displayText();
-    EXPECT_FALSE(RunningInstance::takes(name, {}));
     // Left by one that was ended hard.
     folder.write("socket", "");
-    const RunningInstance running(name);
+    const RunningInstance running(name, {});
+    EXPECT_FALSE(running.hasHandedOver());
     QObject::connect(&running, &RunningInstance::requested, &controller,
                      &TDApplicationController::openDocument);
     const int stranger = connectedTo(folder.path("socket").bytes());
@@ -87,7 +87,7 @@ TEST_F(AppTest, ARunningProgramOpensTheWindowOfASecondOne)
     request.paths = {folder.path(), folder.path("gone")};
     // The second program is another process; here it is another thread.
     bool isTaken = false;
-    std::thread second([&] { isTaken = RunningInstance::takes(name, request); });
+    std::thread second([&] { isTaken = RunningInstance(name, request).hasHandedOver(); });
     EXPECT_TRUE(waitFor([this] { return controller.documents().size() == 1; }));
     second.join();
     (void)::close(stranger);
@@ -96,6 +96,24 @@ TEST_F(AppTest, ARunningProgramOpensTheWindowOfASecondOne)
     EXPECT_EQ(document.findText(), u"text"_s);
     ASSERT_EQ(document.searchLocations().size(), 2);
     EXPECT_TRUE(document.searchLocations()[0].isFolder);
+}
+
+TEST_F(AppTest, ARunningProgramThatDoesNotAnswerKeepsItsSocketAndForgets)
+{
+    const QString name = folder.path("socket").displayText();
+    const RunningInstance running(name, {});
+    int requests = 0;
+    QObject::connect(&running, &RunningInstance::requested, &controller, [&requests] { ++requests; });
+    // It is busy: its event loop doesn't run.
+    EXPECT_FALSE(RunningInstance(name, {}, std::chrono::milliseconds(20)).hasHandedOver());
+    for (int turn = 0; turn < 10; ++turn)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(requests, 0);
+    bool isTaken = false;
+    std::thread second([&] { isTaken = RunningInstance(name, {}).hasHandedOver(); });
+    EXPECT_TRUE(waitFor([&requests] { return requests == 1; }));
+    second.join();
+    EXPECT_TRUE(isTaken);
 }
 
 } // namespace
