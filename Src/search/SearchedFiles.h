@@ -32,12 +32,18 @@ private:
     {
         dev_t device;
         ino_t inode;
+        qint64 birthTime; ///< in nanoseconds; 0 where it isn't known
         friend bool operator==(const Identity &, const Identity &) = default;
     };
     struct Hash
     {
-        size_t operator()(const Identity &file) const { return qHashMulti(0, file.device, file.inode); }
+        size_t operator()(const Identity &file) const
+        {
+            return qHashMulti(0, file.device, file.inode, file.birthTime);
+        }
     };
+
+    static Identity _identityOf(const FileToRead &file, const struct stat &status);
 
     bool _locationsOverlap = false;
     std::mutex _mutex;

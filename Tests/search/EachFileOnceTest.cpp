@@ -1,10 +1,12 @@
 #include "search/TDSearchEngine.h"
 
 #include "search/Kind.h"
+#include "search/SearchedFiles.h"
 #include "support/PlainUser.h"
 #include "support/Testing.h"
 
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -99,6 +101,36 @@ TEST_P(EachFileOnceTest, AlsoWhatCannotBeRead)
     EXPECT_EQ(listener->failed.join(' '), "b t");
     EXPECT_EQ(listener->leftOut[LeftOutReason::Unreadable], 2U);
     ASSERT_EQ(chmod(folder.path("w/t").cString(), 0700), 0);
+}
+
+TEST(SearchedFiles, AdmitsANewFileWithTheInodeOfOneThatIsGone)
+{
+    const TemporaryFolder folder;
+    SearchedFiles files;
+    files.setLocationsOverlap(true);
+    struct stat old = {}, now = {};
+    FileToRead file{folder.write("old", "")};
+    ASSERT_EQ(::stat(file.path.cString(), &old), 0);
+    EXPECT_TRUE(files.admits(file, old));
+    ASSERT_EQ(::unlink(file.path.cString()), 0);
+    // Two files of one tick of the system's clock are as old as each other.
+    const auto tick = [] {
+        struct timespec time = {};
+        (void)::clock_gettime(CLOCK_REALTIME_COARSE, &time);
+        return time.tv_nsec;
+    };
+    for (const long before = tick(); tick() == before;) {
+    }
+    for (int number = 0; number < 100 && now.st_ino != old.st_ino; ++number) {
+        file.path = folder.write("new" + QByteArray::number(number), "");
+        ASSERT_EQ(::stat(file.path.cString(), &now), 0);
+    }
+    if (now.st_ino != old.st_ino)
+        GTEST_SKIP() << "this file system doesn't use inodes again";
+    file.number = 1;
+    EXPECT_TRUE(files.admits(file, now));
+    file.number = 2;
+    EXPECT_FALSE(files.admits(file, now));
 }
 
 /// So many folders of a file each, far below what a path may be long, and deep ones beside them.
