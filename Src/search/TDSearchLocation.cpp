@@ -79,6 +79,14 @@ bool TDSearchLocation::isEqual(const TDSearchLocation &other) const
     return isSamePath(path(), other.path());
 }
 
+QByteArray TDSearchLocation::comparisonKey() const
+{
+    const FilePath ownPath = path();
+    if (!ownPath.bytes().isValidUtf8())
+        return ownPath.bytes();
+    return ownPath.displayText().normalized(QString::NormalizationForm_C).toUtf8();
+}
+
 bool TDSearchLocation::isInScopeOfLocations(const QList<TDSearchLocation> &locations) const
 {
     const FilePath ownPath = path();

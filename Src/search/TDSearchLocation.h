@@ -26,6 +26,8 @@ struct TDSearchLocation
 
     /// The same path up to canonical equivalence, whatever the flags.
     bool isEqual(const TDSearchLocation &other) const;
+    /// The same for equal locations, to find one among many.
+    QByteArray comparisonKey() const;
     /// True when the location is already covered by one of the given ones. For a folder with subfolders this
     /// is a plain test of the path's beginning: /a/bc counts as inside /a/b.
     bool isInScopeOfLocations(const QList<TDSearchLocation> &locations) const;

@@ -43,6 +43,8 @@ TEST(TDSearchLocation, EqualityGoesByPathUpToCanonicalEquivalence)
     EXPECT_TRUE(location("/a/b").isEqual(location("/a/b", Scope::FolderWithSubFolders)));
     EXPECT_TRUE(location("/a/b/").isEqual(location("/a/b")));
     EXPECT_TRUE(location("/caf\xC3\xA9").isEqual(location("/cafe\xCC\x81")));
+    EXPECT_EQ(location("/caf\xC3\xA9/").comparisonKey(), location("/cafe\xCC\x81").comparisonKey());
+    EXPECT_NE(location("/a\xFF").comparisonKey(), location("/a\xFE").comparisonKey());
     EXPECT_FALSE(location("/a/b").isEqual(location("/a/B")));
     // Both would show as the same text.
     EXPECT_FALSE(location("/a\xFF").isEqual(location("/a\xFE")));

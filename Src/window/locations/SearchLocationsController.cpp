@@ -3,7 +3,7 @@
 #include "search/VKFileSystemCommon.h"
 #include "session/MyDocument.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace tidemark {
 
@@ -14,42 +14,58 @@ bool isAliasOrSymbolicLink(const FilePath &path)
 
 SearchLocationsController::SearchLocationsController(MyDocument &document, QObject *parent)
     : QObject(parent), _document(document)
-{}
+{
+    connect(&_document, &MyDocument::searchLocationsChanged, this, [this] { _namedFiles.reset(); });
+}
 
 void SearchLocationsController::addSearchLocationToArrayController(const QUrl &url)
 {
-    if (_isReadOnly)
-        return;
-    TDSearchLocation location;
-    location.url = url;
-    QList<TDSearchLocation> locations = _document.searchLocations();
-    const bool isKnown =
-        std::any_of(locations.begin(), locations.end(),
-                    [&location](const TDSearchLocation &known) { return known.isEqual(location); });
-    if (isKnown || isAliasOrSymbolicLink(location.path()))
-        return;
-    location.setURL(url);
-    locations << location;
-    _document.setSearchLocations(locations);
+    addSearchLocations({url});
 }
 
 void SearchLocationsController::addSearchLocations(const QList<QUrl> &urls)
 {
-    for (const QUrl &url : urls)
-        addSearchLocationToArrayController(url);
+    if (_isReadOnly)
+        return;
+    QList<TDSearchLocation> locations = _document.searchLocations();
+    QSet<QByteArray> known;
+    for (const TDSearchLocation &location : std::as_const(locations))
+        known.insert(location.comparisonKey());
+    const qsizetype countBefore = locations.size();
+    for (const QUrl &url : urls) {
+        TDSearchLocation location;
+        location.url = url;
+        const QByteArray key = location.comparisonKey();
+        if (known.contains(key) || isAliasOrSymbolicLink(location.path()))
+            continue;
+        known.insert(key);
+        location.setURL(url);
+        locations << location;
+    }
+    if (locations.size() > countBefore)
+        _document.setSearchLocations(locations);
 }
 
 void SearchLocationsController::dropFiles(const QList<FilePath> &paths)
 {
     if (!_acceptsDrops)
         return;
+    QList<QUrl> urls;
     for (const FilePath &path : paths)
-        addSearchLocationToArrayController(path.toUrl());
+        urls << path.toUrl();
+    addSearchLocations(urls);
 }
 
 bool SearchLocationsController::isFileInSearchLocationsForPath(const FilePath &path) const
 {
-    return isFileAmong(_document.searchLocations(), path);
+    if (!_namedFiles) {
+        _namedFiles.emplace();
+        for (const TDSearchLocation &location : _document.searchLocations()) {
+            if (!location.isFolder)
+                _namedFiles->insert(location.path());
+        }
+    }
+    return _namedFiles->contains(path);
 }
 
 } // namespace tidemark

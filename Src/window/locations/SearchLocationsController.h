@@ -4,13 +4,16 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QUrl>
+
+#include <optional>
 
 namespace tidemark {
 
 class MyDocument;
 
-/// Adds to and takes from a document's list of files and folders to search.
+/// Adds to a document's list of files and folders to search.
 class SearchLocationsController : public QObject
 {
     Q_OBJECT
@@ -36,6 +39,7 @@ public:
 
 private:
     MyDocument &_document;
+    mutable std::optional<QSet<FilePath>> _namedFiles; ///< locations that are files, once asked for
     bool _acceptsDrops = true;
     bool _isReadOnly = false;
 };
