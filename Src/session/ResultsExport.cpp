@@ -3,6 +3,7 @@
 #include "reading/TDFileReader.h"
 #include "text/CharacterSets.h"
 
+#include <QByteArrayList>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -24,18 +25,18 @@ QByteArray csvField(const QByteArray &field)
     return '"' + quoted + '"';
 }
 
-QByteArray csvRow(const QList<QByteArray> &fields)
+QByteArray csvRow(QByteArrayList fields)
 {
-    QByteArray row;
-    for (const QByteArray &field : fields)
-        row +=
-            (row.isEmpty() && &field == &fields.front() ? QByteArray() : QByteArray(",")) + csvField(field);
-    return row + "\r\n";
+    for (QByteArray &field : fields)
+        field = csvField(field);
+    return fields.join(',') + "\r\n";
 }
 
 /// A code span that holds whatever the text holds.
 QByteArray markdownCode(const QByteArray &text)
 {
+    if (text.isEmpty())
+        return {};
     QByteArray fence("`");
     while (text.contains(fence))
         fence += '`';
@@ -62,6 +63,14 @@ QString withoutLineEnd(const QString &line)
     return line.mid(body.location, body.length);
 }
 
+/// For formats of lines: a replacement may have brought line ends into a match line.
+QString onOneLine(QString line)
+{
+    return line.replace(QStringLiteral("\r\n"), QStringLiteral("↵"))
+        .replace(u'\n', u'↵')
+        .replace(u'\r', u'↵');
+}
+
 } // namespace
 
 ResultsExport::ResultsExport(ResultsFormat format, const TDReplacement *replacement, QIODevice &device)
@@ -74,16 +83,13 @@ ResultsExport::ResultsExport(ResultsFormat format, const TDReplacement *replacem
 
 bool ResultsExport::write(const FindResultItems &nodes, const IsStopped &isStopped)
 {
+    _isStopped = isStopped;
     const TDFindResultItem *file = nullptr;
-    qsizetype files = 0;
-    for (qsizetype index = 0; index < nodes.size(); ++index) {
+    for (qsizetype index = 0; index < nodes.size() && !_hasEnded; ++index) {
         const TDFindResultItem &node = *nodes[index];
         const TDFindResultItem *owner = node.isMatchLine() ? node.parent() : &node;
         if (owner != file) {
-            if (_hasFailed || (isStopped && isStopped(files)))
-                return false;
             file = owner;
-            ++files;
             _beginFile(*file);
         }
         if (node.matchLine() != nullptr)
@@ -91,7 +97,7 @@ bool ResultsExport::write(const FindResultItems &nodes, const IsStopped &isStopp
         const bool standsForAll =
             !node.isMatchLine() && (index + 1 == nodes.size() || nodes[index + 1]->parent() != &node);
         for (const auto &child : standsForAll ? node.children() : FindResultItems()) {
-            if (child->matchLine() != nullptr)
+            if (child->matchLine() != nullptr && !_hasEnded)
                 _writeLine(*file, *child->matchLine());
         }
     }
@@ -100,6 +106,11 @@ bool ResultsExport::write(const FindResultItems &nodes, const IsStopped &isStopp
 
 void ResultsExport::_beginFile(const TDFindResultItem &file)
 {
+    if (_isStopped && _isStopped(_filesBegun)) {
+        _hasEnded = true;
+        return;
+    }
+    ++_filesBegun;
     if (_format == ResultsFormat::Paths)
         _pending += file.path().bytes() + '\n';
     else if (_format == ResultsFormat::Markdown)
@@ -110,12 +121,12 @@ void ResultsExport::_beginFile(const TDFindResultItem &file)
 
 void ResultsExport::_writeLine(const TDFindResultItem &file, const TDMatchLine &line)
 {
-    if (_format == ResultsFormat::Paths)
+    if (_format == ResultsFormat::Paths || _hasEnded)
         return;
-    ListedMatch match{file.path(), line.lineNumber(), {}, withoutLineEnd(line.matchLineString()), {}};
+    ListedMatch match{file.path(), line.lineNumber(), {}, withoutLineEnd(line.matchLineString()), {}, {}};
     if (_format == ResultsFormat::Markdown) {
-        _pending +=
-            "  - " + QByteArray::number(match.lineNumber) + ": " + markdownCode(match.line.toUtf8()) + '\n';
+        _pending += "  - " + QByteArray::number(match.lineNumber) + ": " +
+                    markdownCode(onOneLine(match.line).toUtf8()) + '\n';
         return;
     }
     const QList<TextRange> ranges = line.matchRanges();
@@ -130,10 +141,11 @@ void ResultsExport::_writeLine(const TDFindResultItem &file, const TDMatchLine &
         if (inLine && index < found.size())
             match.replacement = inLine->replacementFor(
                 found[index], QStringView(match.line).mid(match.range.location, match.range.length), error);
+        match.replacementProblem = error ? error.localizedFailureReason() : QString();
         _writeMatch(match);
     }
     if (_pending.size() >= OUTPUT_BLOCK)
-        (void)_flush();
+        _hasEnded = !_flush() || (_isStopped && _isStopped(_filesBegun - 1));
 }
 
 void ResultsExport::_writeMatch(const ListedMatch &match)
@@ -141,14 +153,16 @@ void ResultsExport::_writeMatch(const ListedMatch &match)
     const QByteArray line = QByteArray::number(match.lineNumber);
     const QByteArray column = QByteArray::number(match.range.location + 1);
     if (_format == ResultsFormat::Text) {
-        _pending += match.path.bytes() + ':' + line + ':' + column + ':' + match.line.toUtf8() + '\n';
+        _pending +=
+            match.path.bytes() + ':' + line + ':' + column + ':' + onOneLine(match.line).toUtf8() + '\n';
         return;
     }
     const QString text = match.line.mid(match.range.location, match.range.length);
     if (_format == ResultsFormat::Csv) {
-        _pending += csvRow({match.path.bytes(), line, column, QByteArray::number(match.range.location),
-                            QByteArray::number(match.range.length), text.toUtf8(), match.line.toUtf8(),
-                            _encoding.toUtf8(), match.replacement.value_or(QString()).toUtf8()});
+        _pending +=
+            csvRow({match.path.displayText().toUtf8(), line, column, QByteArray::number(match.range.location),
+                    QByteArray::number(match.range.length), text.toUtf8(), match.line.toUtf8(),
+                    _encoding.toUtf8(), match.replacement.value_or(QString()).toUtf8()});
         return;
     }
     QJsonObject object = {{QStringLiteral("path"), match.path.displayText()},
@@ -159,16 +173,20 @@ void ResultsExport::_writeMatch(const ListedMatch &match)
                           {QStringLiteral("match"), text},
                           {QStringLiteral("text"), match.line},
                           {QStringLiteral("encoding"), _encoding}};
-    if (match.replacement)
+    if (match.path.displayText().toUtf8() != match.path.bytes())
+        object[QStringLiteral("pathBytes")] = QString::fromLatin1(match.path.bytes().toPercentEncoding("/"));
+    if (!match.replacementProblem.isEmpty())
+        object[QStringLiteral("replacementProblem")] = match.replacementProblem;
+    else if (match.replacement)
         object[QStringLiteral("replacement")] = *match.replacement;
     _pending += QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
 bool ResultsExport::_flush()
 {
-    _hasFailed = _hasFailed || _device.write(_pending) != _pending.size();
+    _hasEnded = _hasEnded || _device.write(_pending) != _pending.size();
     _pending.clear();
-    return !_hasFailed;
+    return !_hasEnded;
 }
 
 } // namespace tidemark

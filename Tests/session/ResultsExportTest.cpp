@@ -57,12 +57,25 @@ TEST(ResultsExport, TellsWhatMatchesWouldBecome)
     EXPECT_EQ(row[u"offset"_s].toInt(), 2);
 }
 
-TEST(ResultsExport, StopsBetweenFilesAndTellsAFullDevice)
+TEST(ResultsExport, IsUtf8WhateverAFileIsCalled)
+{
+    const QByteArray csv = exported(ResultsFormat::Csv, filesAndLines({FILES[2]}));
+    EXPECT_TRUE(QUtf8StringView(csv).isValidUtf8());
+    const QByteArray json = exported(ResultsFormat::JsonLines, filesAndLines({FILES[2]}));
+    EXPECT_EQ(QJsonDocument::fromJson(json).object()[u"pathBytes"_s].toString(), u"/t/%FF"_s);
+}
+
+TEST(ResultsExport, StopsAndTellsAFullDevice)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     ResultsExport stopped(ResultsFormat::Paths, nullptr, buffer);
     EXPECT_FALSE(stopped.write(FILES, [](qsizetype files) { return files == 1; }));
+    ResultsExport stoppedWithin(ResultsFormat::Text, nullptr, buffer);
+    int asked = 0;
+    const FindResultItems large = {fileNode("/t/large", QStringList(20000, u"foo\n"_s))};
+    EXPECT_FALSE(stoppedWithin.write(large, [&asked](qsizetype) { return ++asked == 2; }));
+    EXPECT_LT(buffer.size(), 1 << 17);
     buffer.close();
     buffer.open(QIODevice::ReadOnly);
     EXPECT_FALSE(ResultsExport(ResultsFormat::Paths, nullptr, buffer).write(FILES));
