@@ -9,13 +9,14 @@ namespace tidemark {
 
 namespace {
 
-QStringView withoutLineEnd(QStringView line)
+/// The line end is the old line's; what stands in front of it is new, even if it looks like one.
+QStringView withoutLineEnd(QStringView newLine, QStringView oldLine)
 {
-    if (line.endsWith(u'\n'))
-        line.chop(1);
-    if (line.endsWith(u'\r'))
-        line.chop(1);
-    return line;
+    if (oldLine.endsWith(u"\r\n"))
+        newLine.chop(2);
+    else if (oldLine.endsWith(u'\n') || oldLine.endsWith(u'\r'))
+        newLine.chop(1);
+    return newLine;
 }
 
 const char *nameOf(UndoStepKind kind)
@@ -61,9 +62,9 @@ bool printPreview(const FindResultItems &files, const DriverOptions &options, TD
                 *item->matchLine(), replacement, [] { return false; }, error);
             if (error)
                 return false;
-            const QByteArray output = file->path().bytes() + ':' +
-                                      QByteArray::number(item->matchLine()->lineNumber()) + ':' +
-                                      withoutLineEnd(line.text).toUtf8() + '\n';
+            const QByteArray output =
+                file->path().bytes() + ':' + QByteArray::number(item->matchLine()->lineNumber()) + ':' +
+                withoutLineEnd(line.text, item->matchLine()->matchLineString()).toUtf8() + '\n';
             std::fwrite(output.constData(), 1, size_t(output.size()), stdout);
         }
     }
