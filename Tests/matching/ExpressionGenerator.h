@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QByteArrayList>
+#include <QByteArray>
+#include <QByteArrayView>
 
+#include <algorithm>
 #include <random>
-#include <vector>
 
 namespace tidemark {
 
@@ -31,10 +32,14 @@ public:
     QByteArray lineEnd() { return _oneOf("\n~\n~\r\n~\r"); }
 
 private:
-    QByteArray _oneOf(const char *pieces)
+    /// Of texts between tildes; millions are asked for.
+    QByteArray _oneOf(QByteArrayView pieces)
     {
-        const QByteArrayList all = QByteArray(pieces).split('~');
-        return all[below(unsigned(all.size()))];
+        const auto count = std::count(pieces.begin(), pieces.end(), '~') + 1;
+        for (unsigned skipped = below(unsigned(count)); skipped > 0; --skipped)
+            pieces = pieces.sliced(pieces.indexOf('~') + 1);
+        const qsizetype end = pieces.indexOf('~');
+        return (end < 0 ? pieces : pieces.first(end)).toByteArray();
     }
 
     QByteArray _choice(unsigned depth)

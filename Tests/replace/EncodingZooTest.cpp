@@ -84,20 +84,9 @@ struct ZooFile
 class EncodingZooTest : public ReplaceTest
 {
 protected:
-    /// Flushing is another test's concern; here it would take the most time.
-    class CallsWithoutSync : public FileSystemCalls
-    {
-        int sync(int) override { return 0; }
-    };
-
-    EncodingZooTest()
-    {
-        setKeepsBackups(false);
-        FileSystemCalls::setCurrent(&_calls);
-    }
+    EncodingZooTest() { setKeepsBackups(false); }
     ~EncodingZooTest() override
     {
-        FileSystemCalls::setCurrent(nullptr);
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_DEFAULT_STRING_ENCODING, {});
     }
 
@@ -108,7 +97,6 @@ protected:
                         TDFindResultItem &node, int matches);
     void checkRefused(const ZooFile &file, StringEncoding encoding, const FilePath &path);
 
-    CallsWithoutSync _calls;
     int _independentOracles = 0;
 };
 
