@@ -4,7 +4,7 @@ namespace tidemark {
 
 namespace {
 
-/// The length of the path without trailing slashes; the root keeps its one.
+/// The length of the path without trailing slashes; the root keeps its own.
 qsizetype significantLength(const QByteArray &bytes)
 {
     qsizetype length = bytes.size();

@@ -18,7 +18,8 @@ public:
 
     /// The path a person typed or a dialog returned.
     static FilePath fromDisplayText(const QString &text);
-    /// Every file name survives the round trip. Empty where none is named: not a valid URL, or a zero byte.
+    /// Every file name survives the way to a URL and back. Empty when the URL isn't valid or holds a zero
+    /// byte.
     static FilePath fromUrl(const QUrl &fileUrl);
     QUrl toUrl() const;
 

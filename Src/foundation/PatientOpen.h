@@ -9,7 +9,7 @@
 
 namespace tidemark {
 
-/// Whether something couldn't be opened only because too much is open.
+/// Whether opening failed only because too many files are open.
 inline bool lacksDescriptors(int errorNumber)
 {
     return errorNumber == EMFILE || errorNumber == ENFILE;
@@ -22,8 +22,8 @@ inline rlim_t mostDescriptors()
     return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 1024;
 }
 
-/// The descriptor that `open` returns, or -1 and errno. While too much is open it is called again, for two
-/// seconds or until a stop is asked for: what other threads opened for reading they soon close.
+/// The descriptor that `open` returns, or -1 and errno. While too many files are open it is called again, for
+/// two seconds or until a stop is asked for: other threads soon close what they read.
 template <typename Open>
 int openPatiently(const Open &open)
 {

@@ -4,12 +4,12 @@
 
 namespace tidemark {
 
-/// Thrown by checkForStop(), past everything between it and whoever opened the StopScope.
+/// Thrown by checkForStop(); to be caught by whoever opened the StopScope.
 struct WorkStopped
 {};
 
-/// While it lives, long work on this thread may be broken off by setting one of the flags, from any thread.
-/// The flags aren't owned; either may be null. A scope within another takes its place until it ends.
+/// While it lives, setting one of the flags, from any thread, breaks off long work on this thread. The flags
+/// aren't owned; either may be null. An inner scope stands in for the outer one until it ends.
 class StopScope
 {
 public:
@@ -25,9 +25,9 @@ private:
     const StopScope *_outer;
 };
 
-/// To be called every few milliseconds by work whose length depends on the user's data, and not at all by
-/// such work that is soon done: who asks for little need not reckon with an exception. Throws WorkStopped
-/// when the work is to be broken off, which outside any scope it never is.
+/// Throws WorkStopped when work on this thread is to be broken off; never outside a scope. Work whose length
+/// depends on the user's data calls it every few milliseconds. Work that is soon done doesn't call it at all,
+/// so that its callers need not expect the exception.
 void checkForStop();
 
 /// How much work, in bytes or in UTF-16 units, is done between two checks.

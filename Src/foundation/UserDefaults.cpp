@@ -73,7 +73,8 @@ const std::array<QString, 6> BOOLEAN_KEYS = {TD_USER_DEFAULTS_NAME_REGULAR_EXPRE
                                              TD_USER_DEFAULTS_NAME_AUTO_DETECT_FILE_ENCODING_FROM_FILE,
                                              TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING};
 
-/// What people looked for is nobody else's business. A file that is replaced hands its rights on.
+/// Keeps what people searched for from other users. The store replaces the file as a whole and takes over its
+/// rights.
 void keepPrivate(const QString &filePath)
 {
     constexpr mode_t OF_OTHERS = S_IRWXG | S_IRWXO;
@@ -200,8 +201,8 @@ bool UserDefaults::synchronize()
     if (!_file)
         return true;
     _file->sync();
-    // The first fault sticks to an object, also that of a damaged file which has been replaced since; a fresh
-    // one tells whether anything is left that can't be written now.
+    // An object keeps its first fault, even that of a damaged file that has been replaced since. A fresh one
+    // tells whether the file can be written now.
     return QSettings(_file->fileName(), QSettings::IniFormat).status() != QSettings::AccessError;
 }
 

@@ -10,11 +10,13 @@
 
 namespace tidemark {
 
-/// Adds a running thread to the list; false, with the list as it was, where the system has none left to give.
+/// Starts a thread and adds it to the list. False, with the list as it was, when the system gives no more
+/// threads.
 bool startThread(std::vector<std::thread> &threads, std::function<void()> body);
 
-/// A few threads that do tasks in the order in which they were given. Where the system gives fewer threads,
-/// those do the work; where it gives none, start() does each task itself before it returns.
+/// A few threads that take up tasks in the order in which they were given. Where the system gives fewer
+/// threads, those do the work; where it gives none, start() does each task itself before it returns. Tasks
+/// must not throw. Used from one thread.
 class WorkerThreads
 {
 public:
@@ -43,7 +45,8 @@ class StepCounter
 {
 public:
     void add();
-    /// Takes that many off as soon as they are done; false when they weren't in that time.
+    /// Waits until `count` steps are done and takes them off. False, with nothing taken, when that takes
+    /// longer than `longest`.
     bool take(int count, std::chrono::milliseconds longest);
 
 private:

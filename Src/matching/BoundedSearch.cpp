@@ -11,7 +11,7 @@ namespace {
 
 constexpr qint64 MILLISECOND = 1'000'000;
 constexpr std::chrono::milliseconds ALLOWED_PER_LINE(1500);
-/// Several times as long as the slowest expressions take that don't explode.
+/// In nanoseconds; several times what the slowest expressions take whose time grows with the line alone.
 constexpr qint64 ALLOWED_PER_BYTE = 500;
 constexpr qint64 SUSPICIOUS = 50 * MILLISECOND;
 
@@ -52,7 +52,8 @@ bool SearchEffort::isSpent()
         _start = now;
     if (now - _start < SUSPICIOUS)
         return false;
-    // On a busy machine much time can pass without being spent; but this clock is slower.
+    // On a busy machine time passes that this thread doesn't get. Asking its own clock tells, but takes
+    // longer.
     const qint64 computed = nanoseconds(CLOCK_THREAD_CPUTIME_ID);
     if (_computeStart == 0)
         _computeStart = computed;

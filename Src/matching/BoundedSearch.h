@@ -14,7 +14,7 @@
 
 namespace tidemark {
 
-/// Thrown where this program, not the library, gives an expression up.
+/// Thrown when this program, not the library, gives up on an expression.
 struct ExpressionLimitReached : std::runtime_error
 {
     ExpressionLimitReached() : std::runtime_error("the expression takes too long") {}
@@ -26,10 +26,10 @@ class SearchEffort
 {
 public:
     explicit SearchEffort(qsizetype lineSize);
-    /// This much computing, however long the line is.
+    /// Allows this much computing, however long the line is.
     explicit SearchEffort(std::chrono::milliseconds allowed);
 
-    /// For whoever looks at the clock without a BoundedPosition.
+    /// For searches that look at the clock without a BoundedPosition.
     bool isSpent();
 
     /// While it exists, what this thread does with a BoundedPosition counts for the effort.
@@ -58,11 +58,11 @@ private:
 
     qint64 _allowed;          ///< nanoseconds
     qint64 _start = 0;        ///< of the first check
-    qint64 _computeStart = 0; ///< this thread's own time, as soon as there is a suspicion
+    qint64 _computeStart = 0; ///< of this thread's own clock, once there is a suspicion
 };
 
-/// A position in bytes that ends a search when it takes too long, and stops it when that is asked for:
-/// matching can't go on for long without looking at bytes.
+/// A position in bytes that ends a search when it takes too long or a stop is asked for. That works because
+/// matching never goes on for long without looking at bytes.
 class BoundedPosition
 {
 public:

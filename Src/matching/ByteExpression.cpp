@@ -162,7 +162,7 @@ void ByteExpression::_trim(Side side)
 
 void ByteExpression::_trimSequence(Side side)
 {
-    // The sequence doesn't match the empty text, so one of its parts stops this.
+    // The sequence doesn't match the empty text, so one of its parts ends the loop.
     while (true) {
         const auto outermost = side == Side::Start ? _parts.begin() : _parts.end() - 1;
         outermost->_trim(side);

@@ -94,7 +94,8 @@ TextRange ByteExpressionKind::firstRange(SearchedLine &line, TextRange searchRan
     ExpressionFault fault = _compiled().fault;
     if (fault == ExpressionFault::None) {
         fault = expressionFaultOf([&] { found = _firstMatch(line, searchRange); });
-        // Of a line that the prefilter would have left out nobody would have known how long it takes.
+        // With the prefilter such a line is left out, and nobody learns that it takes long. It is the same
+        // without.
         if (fault != ExpressionFault::None && !_mayMatchIn(line))
             fault = ExpressionFault::None;
     }

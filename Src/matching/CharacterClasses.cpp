@@ -15,12 +15,12 @@ namespace {
 constexpr size_t MOST_PIECES = 16;
 /// More make the block matcher slow.
 constexpr size_t MOST_RUNS = 100;
-/// Behind it there is hardly anything; it is taken to belong to every class.
+/// Beyond it there is hardly anything, which is taken to belong to every class.
 constexpr char32_t LAST_LOOKED_AT = 0x323FF;
 constexpr char32_t LAST_CHARACTER = 0x10FFFF;
 constexpr char32_t FIRST_BEYOND_ASCII = 0x80;
 
-/// From the first to the last one, which is part of it.
+/// The first and the last character, both included.
 using Run = std::pair<char32_t, char32_t>;
 
 constexpr Run SURROGATES = {0xD800, 0xDFFF};
@@ -39,7 +39,7 @@ char *appended(char *end, char32_t character)
     return end;
 }
 
-/// Whoever starts a search waits for them, so they don't go through UTF-16.
+/// Made without a detour through UTF-16, since whoever starts a search waits for them.
 QByteArray charactersLookedAt()
 {
     QByteArray all(qsizetype(LAST_LOOKED_AT + 1) * 4, Qt::Uninitialized);
@@ -86,7 +86,7 @@ void addRun(std::vector<Run> &runs, Run run)
         runs.push_back(run);
 }
 
-/// Of all characters, those that the code matches in a row.
+/// The runs of neighbouring characters in `all` that the code matches.
 std::vector<Run> runsOf(const pcre2_code *code, const QByteArray &all)
 {
     const std::unique_ptr<pcre2_match_data, decltype(&pcre2_match_data_free)> data(

@@ -11,16 +11,16 @@
 
 namespace tidemark {
 
-/// Which characters are meant by a set, a property or another piece of an expression over characters that
-/// stands for one of them, for somebody who knows another version of Unicode.
+/// Spells out which characters a set, a property or another piece of an expression over characters stands
+/// for, for a matcher that knows another version of Unicode.
 class CharacterClasses
 {
 public:
     explicit CharacterClasses(CaseRule caseRule) : _caseRule(caseRule) {}
 
-    /// A set of the same characters by their numbers, without line ends. It may hold more beyond ASCII, and
-    /// holds all of these where they are too many to name. Nothing for a faulty piece, one that matches
-    /// nothing, and where there have been many already: each takes milliseconds.
+    /// A set that names the same characters by their numbers, without line ends. Beyond ASCII it may hold
+    /// more, and it holds all of them where there are too many to name. Nothing for a faulty piece, for one
+    /// that matches nothing, and after many calls, since each takes milliseconds.
     std::optional<QByteArray> explicitSet(std::string_view piece);
 
 private:

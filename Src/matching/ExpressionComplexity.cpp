@@ -13,7 +13,7 @@ namespace {
 
 /// As a power of two: a few thousand ways for each of the expression's states.
 constexpr double MOST_WAYS = 12;
-/// Of each, one may lie on the stack for every other one.
+/// They may be nested, and each level takes a piece of the stack.
 constexpr int MOST_GROUPS_AND_ASSERTIONS = 5000;
 
 /// As a power of two, what a search may take in steps without being watched: a fraction of a second.
@@ -140,7 +140,7 @@ void ComplexityEstimate::_repeat(char c)
     _reader.takeIf("?");
     if (!_reader.takeIf("+"))
         return;
-    // Behind a possessive repetition and a comment the library's compiler runs in circles.
+    // Behind a possessive repetition and a comment the library's compiler loops for ever.
     _reader.skipBlanks();
     _hangs = _hangs || _reader.rest().starts_with("(?#");
 }
@@ -207,7 +207,7 @@ ExpressionComplexity::ExpressionComplexity(QByteArrayView expression)
     const bool ignoresBlanks = mayChangeFlag(text, 'x');
     const ComplexityEstimate estimate(text, ignoresBlanks ? Blanks::Skipped : Blanks::Kept);
     isTooComplexToCompile = estimate.isTooMuch();
-    // Where comments begin and end isn't looked at closely: both readings have to be simple.
+    // Where comments begin and end isn't told exactly, so both readings have to be simple.
     if (ignoresBlanks)
         isTooComplexToCompile =
             isTooComplexToCompile || ComplexityEstimate(text, Blanks::SkippedWithComments).isTooMuch();

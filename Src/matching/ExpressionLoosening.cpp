@@ -103,7 +103,7 @@ void Loosening::_readLiteral(char c)
         _result += c;
 }
 
-/// What matches nothing itself is left out; repeated it would be missed.
+/// An assertion is left out. One that is repeated can't be: the repetition would apply to nothing.
 void Loosening::_addAssertion()
 {
     if (_reader.isNextOneOf("*+?{"))

@@ -29,7 +29,7 @@ TextRange FindKind::nextMatch(SearchedLine &line, TDError &error) const
             line.continueAt(positionBehindFailedWord(line, found));
             continue;
         }
-        // Behind an empty match the search would find it again for ever.
+        // Going on at an empty match would find it again for ever.
         if (!found.isFound() || found.end() == line.rest().end())
             line.finish();
         else

@@ -18,15 +18,15 @@ namespace tidemark {
 class UnicodeExpression;
 
 /// One way to read a find text, which it holds, prepared for searching. Immutable to its users: any number of
-/// threads may search with one object. What takes long is made when it is first needed, where a stop breaks
-/// it off.
+/// threads may search with one object. What takes long to prepare is made when it is first needed; a stop
+/// breaks that off.
 class FindKind
 {
 public:
     static std::shared_ptr<const FindKind> make(const QString &findText, const FindOptions &options);
     virtual ~FindKind() = default;
 
-    /// What chooses lines in which there may be a match; null when every line has to be searched.
+    /// Chooses lines in which there may be a match; null when every line has to be searched.
     const LinePrefilter *prefilter() const;
 
     /// The first match within the range of the line, or not found. An empty match at the very start of the
@@ -51,7 +51,7 @@ public:
 protected:
     explicit FindKind(const FindOptions &options) : _options(options) {}
     const FindOptions &options() const { return _options; }
-    /// The text that the ranges of firstRange() count in.
+    /// Whether a range that firstRange() found is a whole word, in the text in which its positions count.
     virtual bool isWholeWord(SearchedLine &line, TextRange range) const = 0;
     virtual qint64 positionBehindFailedWord(SearchedLine &line, TextRange range) const = 0;
     virtual std::unique_ptr<const LinePrefilter> makePrefilter() const = 0;

@@ -15,7 +15,7 @@ namespace tidemark {
 
 using MatchLines = QList<std::shared_ptr<TDMatchLine>>;
 
-/// Gives up lines, without waiting until they are gone where they are many.
+/// Lets go of lines. Where there are many, it doesn't wait until they are gone.
 void releaseLines(MatchLines lines);
 
 /// Collects the lines of a file in which something was found and makes match lines of them. These lie side by

@@ -19,16 +19,16 @@ namespace tidemark {
 
 namespace {
 
-/// Each costs the matcher time.
+/// Each literal costs the matcher time.
 constexpr size_t MOST_LITERALS = 32;
 
-/// Matches cost time of their own. This many are worth it, and after them one in so many bytes: searching a
-/// line for an expression takes far longer than searching it for a text.
+/// Each match costs time, too. The first ones are always worth it, and behind them one in so many bytes:
+/// searching a line for an expression takes far longer than searching it for a text.
 constexpr qsizetype FREE_MATCHES = 64;
 constexpr qsizetype BYTES_PER_TEXT_MATCH = 16;
 constexpr qsizetype BYTES_PER_EXPRESSION_MATCH = 4;
 
-/// Below these, lines left out save more than choosing costs.
+/// Choosing isn't given up before this many bytes are chosen: it costs little until then.
 constexpr qsizetype FREE_BYTES = 4096;
 bool areMostBytes(qsizetype chosen, qsizetype scanned)
 {
@@ -122,7 +122,7 @@ public:
         if (end > _line.start && end <= _line.end)
             return true;
         if (end <= _line.start) {
-            // Matches come in the order of their ends; this is for a matcher that takes it less strictly.
+            // Matches come in the order of their ends. This copes with a matcher that doesn't keep to it.
             _line = {};
             _lineFeed = -1;
             _isOrdered = false;

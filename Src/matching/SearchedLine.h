@@ -9,7 +9,7 @@
 
 namespace tidemark {
 
-/// What a search within a line came to.
+/// How a search within a line ended.
 enum class LineSearch {
     Found,
     NotFound,

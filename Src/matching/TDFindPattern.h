@@ -24,7 +24,8 @@ public:
     const FindOptions &options() const { return _options; }
     CaseRule caseRule() const { return _options.caseRule; }
 
-    /// What chooses lines; null when every line has to be searched. Made when first asked for.
+    /// Chooses lines in which there may be a match; null when every line has to be searched. Made when first
+    /// asked for.
     const LinePrefilter *prefilter() const { return _kind->prefilter(); }
 
     /// What is wrong with the find text; nothing when it can be searched for. Compiles it.

@@ -17,7 +17,7 @@ namespace tidemark {
 
 namespace {
 
-/// Behind so many bytes a file gets a second thread.
+/// Files larger than this, in bytes, are searched by a second thread.
 constexpr qint64 LARGE_FILE = 8 << 20;
 
 /// Hands over the lines of the block that may match, until it is told false, and makes the line number that

@@ -21,7 +21,8 @@ class TDFileReader;
 /// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
 inline constexpr qsizetype TD_LONGEST_LINE = 25000;
 
-/// Searches a file and lets go of what it found. Used by one thread at a time, but for the stop flag.
+/// Searches one file after the other and hands over what it found in each. Used by one thread at a time, but
+/// for the stop flag.
 class TDMatchLineHighlighter
 {
 public:

@@ -18,7 +18,7 @@ namespace {
 
 /// A line on which the machine code takes more steps from one position is searched again, watched.
 constexpr uint32_t QUICK_STEPS = 5000;
-/// Between two looks at the clock it may take so many steps of a byte each.
+/// What it may take between two looks at the clock, in steps of one byte each.
 constexpr qsizetype QUICK_BYTES = 200'000'000;
 constexpr qsizetype FEWEST_STARTS = 8;
 
@@ -84,7 +84,7 @@ private:
     MatchContextPointer _watched = matchContext(UINT32_MAX);
 };
 
-/// What the library asks now and then while it searches.
+/// What the library calls before each item of the watched expression.
 struct Watch
 {
     SearchEffort &effort;

@@ -23,11 +23,11 @@ namespace tidemark {
 
 namespace {
 
-/// What every file system has at least; only longer names need a look.
+/// Every file system takes names of this length; only longer ones need a look.
 constexpr qsizetype SHORT_NAME = 120;
 constexpr qsizetype LONGEST_NAME = 255;
 
-/// The temporary folder; where that is in memory only, and not the user's choice, the one that outlives a
+/// The temporary folder. Where that is held in memory, and not by the user's choice, the one that outlives a
 /// power cut.
 QString transientBackupFolder()
 {
@@ -169,7 +169,7 @@ bool BackupFile::_copyContentOf(int file, Original &original)
     return digest == copy && copy->size == size;
 }
 
-/// The same by way of memory, where the content then is.
+/// The same by way of memory, where the content stays.
 bool BackupFile::_copyHeldContentOf(int file, Original &original)
 {
     static thread_local QByteArray copy;

@@ -13,8 +13,8 @@ namespace tidemark {
 
 namespace {
 
-/// So many equal bytes count as the place where two contents go on alike. A stretch of its own takes about
-/// three bytes besides its old ones.
+/// So many equal bytes count as a place where two contents go on alike. Beginning a further stretch there
+/// costs about three bytes.
 constexpr qsizetype SURE = 8;
 constexpr qsizetype FIRST_WINDOW = 64;
 constexpr qsizetype WINDOW_GROWTH = 8;
@@ -59,7 +59,7 @@ struct Places
 class Resynchronisation
 {
 public:
-    /// Both begin with a difference; both to their ends where they don't agree any more.
+    /// Where the two go on alike; both begin with a difference. Their ends when they never do.
     Places find(QByteArrayView old, QByteArrayView now)
     {
         // Most matches are as long as the one before, and so are their replacements.
@@ -90,7 +90,7 @@ private:
     Places _findWithin(QByteArrayView old, QByteArrayView now)
     {
         const size_t mask = std::bit_ceil(size_t(old.size()) * 4 + 1) - 1;
-        // Some are lost where two share a slot; what is found behind one is followed back to it.
+        // Places are lost where two share a slot. What is found behind a lost one is followed back to it.
         _slots.assign(mask + 1, 0);
         for (qsizetype index = 0; index + SURE <= old.size(); ++index) {
             quint32 &slot = _slots[_slot(bytesAt(old, index), mask)];

@@ -2,7 +2,7 @@
 
 #include <xxhash.h>
 
-// Takes what the processor has beyond the least that all of its kind have.
+// Uses the vector instructions that this processor has beyond those that all have.
 #if defined(__x86_64__) && __has_include(<xxh_x86dispatch.h>)
 #include <xxh_x86dispatch.h>
 #endif

@@ -52,7 +52,7 @@ Difference nextDifference(QByteArrayView left, QByteArrayView right, qsizetype f
     return {from, end};
 }
 
-/// Whether the file system has to find no further block.
+/// Whether the new size needs no further block.
 bool hasRoomInLastBlock(int file, qint64 oldSize, qint64 newSize)
 {
     struct stat status;

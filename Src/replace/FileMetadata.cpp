@@ -66,7 +66,8 @@ void copyAttributes(int from, int to, bool withAccessControlList)
     }
 }
 
-/// Whether the copy belongs to the same group; if not, group rights would be somebody else's.
+/// Gives the copy owner, group and mode as far as that is allowed. Whether it belongs to the same group; if
+/// not, it has no rights for its group, which would be somebody else's.
 bool copyRights(int to, const struct stat &now, const struct stat &status)
 {
     mode_t mode = status.st_mode & 07777;
@@ -113,7 +114,7 @@ int flushFolder(const FilePath &folder)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
     const Descriptor descriptor(calls.open(folder.cString(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
-    // One that may be written but not read; the flush of a new file brings its name along there.
+    // A folder that may be written but not read. Flushing a new file in it brings its name along.
     if (!descriptor.isOpen())
         return errno == EACCES ? 0 : errno;
     return calls.sync(descriptor.number()) != 0 && errno != EINVAL ? errno : 0;

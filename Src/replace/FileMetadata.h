@@ -21,7 +21,8 @@ void copyMetadata(int from, int to, const struct stat &status);
 /// status.
 void copyAttributesAndDates(int from, int to, const struct stat &status);
 
-/// Brings the names in a folder to the disk; 0, or errno. File systems that can't do it are left alone.
+/// Brings the names in a folder to the disk; 0, or errno. Where the file system can't do that, it counts as
+/// done.
 int flushFolder(const FilePath &folder);
 
 } // namespace tidemark

@@ -33,8 +33,8 @@ RewriteProblem problemOfReading(const TDError &error)
                                                    : RewriteProblem::NotRepresentable;
 }
 
-/// Keeps others out of the file while it is changed. Who has it open is waited for a little; where the lease
-/// isn't to be had, the file is changed all the same.
+/// Keeps others out of the file while it is changed. Waits a little for those who have it open. Where there
+/// is no lease to be had, the file is changed all the same.
 void keepOthersOut(int file)
 {
     for (int attempt = 0; attempt < LEASE_ATTEMPTS; ++attempt) {
@@ -65,7 +65,7 @@ QString differentContentText()
 void setTextEncodingAttribute(int file, StringEncoding encoding)
 {
     const QString value = attributeValueForEncoding(encoding);
-    // A file system without attributes keeps the text all the same.
+    // Where there are no attributes the text is in place all the same.
     if (descriptorExtendedAttributeValueForKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING) != value)
         (void)setDescriptorValueForExtendedAttributeKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING, value, 0);
 }
@@ -92,7 +92,7 @@ bool FileRewrite::prepare(Flush flush)
     _problem = RewriteProblem::None;
     _lacksBackup = false;
     if (!_fileIsWritableAtPath()) {
-        // What can be written exists.
+        // Only a file that can't be written can be missing.
         (void)_fileExistsAtPath();
         return false;
     }
@@ -125,7 +125,7 @@ bool FileRewrite::_fileIsWritableAtPath()
 bool FileRewrite::_fileModifiedSince()
 {
     const std::optional<FileDate> current = TDFileCommon::fileModificationDate(path());
-    // Contents tell what may be taken back.
+    // What is taken back is told by contents, not by dates.
     if (!_request.undone.empty())
         _request.originalFileModificationDate = current;
     if (current && current == _request.originalFileModificationDate)
@@ -277,7 +277,7 @@ void FileRewrite::abandon()
 {
     if (!_backup)
         return;
-    // First: what stands in the file may be another's by now, and has no backup soon.
+    // First, since what stands in the file may be somebody else's by now and soon has no backup.
     if (_record)
         (void)_record->noteEnds({_backup->path()});
     (void)FileSystemCalls::current().remove(_backup->path().cString());
@@ -410,8 +410,8 @@ int FileRewrite::_putLongContent(ContentOverwrite &overwrite, QByteArrayView old
                                : handOutNewContent(_newPlan, _backup->descriptor(), sink);
 }
 
-/// What somebody who had the file open has put behind it meanwhile is theirs, and there. Nothing when that
-/// can't be told.
+/// Whether the file begins with the new content: somebody who had it open may have added to it meanwhile.
+/// Nothing when that can't be told.
 std::optional<bool> FileRewrite::_hasNewContent(int target) const
 {
     const std::optional<FileState> state = stateOfDescriptor(target);

@@ -86,7 +86,7 @@ public:
     RewriteProblem problem() const { return _problem; }
     /// After prepare().
     RewriteRecord::Entry recordEntry() const;
-    /// The same, once.
+    /// After prepare(), once: the differences are handed over.
     UndoEntry takeUndoEntry();
     KeptBackup keptBackup() const;
     /// How many matches are replaced, or taken back.

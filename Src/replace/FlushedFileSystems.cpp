@@ -12,7 +12,8 @@ namespace tidemark {
 
 namespace {
 
-/// The system's own, whose flush ends on a disk or, in memory, is none.
+/// The kernel's own file systems: flushing one of these ends on a disk or, where it is held in memory, has
+/// nothing to do.
 constexpr std::array<quint32, 15> KNOWN = {
     0xEF53,     // ext2 to ext4
     0x58465342, // XFS

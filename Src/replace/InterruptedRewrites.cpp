@@ -206,7 +206,8 @@ bool InterruptedRewrites::_isOnDisk(const Whole &whole, bool areOthersFlushed) c
     }
     if (whole.isFlushedWithOthers && areOthersFlushed)
         return true;
-    // What failed may have been another file's. What this one lost is gone from memory, too, then.
+    // The flush may have failed for another file. What this one lost would be gone from memory, too, so
+    // reading it tells.
     const OpenRegularFile file(whole.path);
     return file.isOpen() && file.status().st_ino == whole.inode && file.flush() && file.digest() == whole.now;
 }
@@ -231,8 +232,7 @@ void InterruptedRewrites::_decideHalf(const OpenRegularFile &file, const std::op
         _isUncertain = true;
         return;
     }
-    // Numbers of devices change from start to start; a backup of the right content beside the file tells
-    // enough.
+    // Device numbers change from start to start. A backup of the right content beside the file tells enough.
     if (file.isOpen() && file.status().st_ino == entries.back().file.inode) {
         _tellDamaged(path, entries);
         return;

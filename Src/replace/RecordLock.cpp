@@ -29,14 +29,13 @@ QByteArray machineName()
 }
 
 /// The time at which a process began, as the system counts it, so that a later one with its number isn't
-/// taken for it;
-/// "-" where that can't be told.
+/// taken for it; "-" where that can't be told.
 QByteArray beginningOf(qint64 process)
 {
     QFile file(QStringLiteral("/proc/%1/stat").arg(process));
     if (!file.open(QIODevice::ReadOnly))
         return QByteArrayLiteral("-");
-    // Behind the name, which may hold anything: the twenty-second field of all.
+    // The twenty-second field of all, counted from behind the name, which may hold anything.
     const QByteArray line = file.readAll();
     const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
     return fields.value(19, QByteArrayLiteral("-"));
@@ -70,13 +69,13 @@ struct Owner
     QByteArray token; ///< of its own
 };
 
-/// Where the one is named who takes over from an owner that ended.
+/// The file that names the process which takes over from an owner that ended.
 FilePath nameBehind(const FilePath &path, const Owner &owner)
 {
     return FilePath(path.bytes() + OWNER_SUFFIX + '.' + owner.token);
 }
 
-/// All owners, each of whom took over from the one in front.
+/// All owners, each of which took over from the one before it.
 std::vector<Owner> ownersOf(const FilePath &path)
 {
     std::vector<Owner> owners;
@@ -123,7 +122,7 @@ RecordLock::~RecordLock()
     if (_owners.empty())
         return;
     (void)::unlink(_owners.back().cString());
-    // Those in front tell where the next one has to look, as long as there is something to be kept.
+    // As long as the file is there, those of earlier owners lead the next one to its place.
     if (::access(_path.cString(), F_OK) == 0)
         return;
     for (const FilePath &owner : _owners)
@@ -146,7 +145,8 @@ bool RecordLock::_takeByName(const FilePath &path)
     Descriptor file = makeUniqueFile(mine);
     if (!file.isOpen())
         return false;
-    // It names its process from the moment on at which it has the name that counts.
+    // Written first and linked later: under the name that counts it names its process from the first moment
+    // on.
     const QByteArray token = QUuid::createUuid().toByteArray(QUuid::Id128);
     const bool isWritten = writeAll(file.number(), identityOfThisProcess() + '\n' + token) == 0;
     (void)file.close();

@@ -14,8 +14,8 @@ QByteArray identityOfThisProcess();
 bool livesProcess(const QByteArray &identity);
 
 /// Keeps a file for one process: by the system's lock or, on file systems without locks, by a file beside it
-/// that names the process. Who comes behind a process that ended makes a file whose name follows from that
-/// one's, which only one can. Let go of when the object or the process ends.
+/// that names the process. A process that takes over from one that ended makes a file whose name follows from
+/// that one's; only one can make it. Let go of when the object or the process ends.
 class RecordLock
 {
 public:

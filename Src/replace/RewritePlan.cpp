@@ -16,7 +16,7 @@ namespace tidemark {
 
 namespace {
 
-/// The reader may hand out other bytes than the file has only within its first four.
+/// Within the first four bytes the reader may hand out others than the file has.
 constexpr qsizetype CHECKED_FIRST_BYTES = 4;
 
 bool isValid(TextConverter &converter, QByteArrayView bytes)
@@ -45,8 +45,8 @@ std::optional<QByteArray> newBytesOf(TextConverter &converter, const QByteArray 
     return bytes;
 }
 
-/// Whether it does no harm that the file has no line with the change's number. A last line that was
-/// emptied is none any more.
+/// Whether it does no harm that the file has no line with the change's number: a last line that was emptied
+/// is gone.
 bool canBeLeftOut(const LineChange &change)
 {
     return change.oldText.isNull() || (change.oldText.isEmpty() && change.newText.isEmpty());
@@ -153,7 +153,7 @@ std::optional<LineBytes> RewritePlan::_nextLine(TDFileReader &reader, TDError &e
     return line;
 }
 
-/// Quickly, as far as that goes.
+/// Passes over them without decoding as far as they are ASCII.
 void RewritePlan::_keepLinesBefore(qint64 lineNumber, TDFileReader &reader)
 {
     if (_firstBytes.size() < CHECKED_FIRST_BYTES)

@@ -108,7 +108,8 @@ private:
         } else if (kind == REWRITE_ENTRY && fields.size() == 10) {
             _readRewrite(fields);
         } else if (kind == BEGIN_ENTRY && fields.size() == 2) {
-            // Lines that were damaged tell nothing that contents don't have to confirm, so the others count.
+            // The other lines count even when some are damaged: contents have to confirm what any of them
+            // says.
             _isBegun = true;
             _left.lacksRewrites = fields[1].toLongLong() != _rewriteCount;
         } else if (kind == UNFLUSHED_ENTRY && fields.size() == 2) {
@@ -215,7 +216,7 @@ int RewriteRecord::_flush()
         return errno;
     if (const int error = flushFolder(_path.deletingLastPathComponent()); error != 0)
         return error;
-    // Who looks for it must find it.
+    // The next start must find it under its name.
     struct stat own = {};
     struct stat found = {};
     const bool isInPlace = ::fstat(_descriptor.number(), &own) == 0 &&

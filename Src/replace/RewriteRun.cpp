@@ -119,7 +119,8 @@ RewriteRun::Group RewriteRun::_newGroup() const
     return group;
 }
 
-/// Another name of a file that this run has rewritten was searched before that.
+/// A file that comes again under another name was searched before this run rewrote it: gives the request the
+/// date that the run left.
 void RewriteRun::_useOwnDate(FileRewrite::Request &request, const Identity &identity) const
 {
     const auto own = _ownDates.constFind(identity);
@@ -127,7 +128,7 @@ void RewriteRun::_useOwnDate(FileRewrite::Request &request, const Identity &iden
         request.originalFileModificationDate = own->after;
 }
 
-/// Of the files that were added since the last time.
+/// Hands the files that were added since the last call to the threads.
 void RewriteRun::_startPreparing()
 {
     const Jobs jobs(_preparing.jobs.begin() + qsizetype(_startedCount), _preparing.jobs.end());
@@ -396,7 +397,7 @@ void RewriteRun::_noteUnflushed(const Group &group)
         (void)group.record->noteFailedFlushes(unflushed);
 }
 
-/// What the records of ended groups told goes with them.
+/// The records of ended groups are gone, and with them what they said of the progress.
 void RewriteRun::_noteProgress()
 {
     for (const Group *group : {&_onTheWay, &_preparing}) {
@@ -428,7 +429,7 @@ std::vector<RewriteRun::LateProblem> RewriteRun::finish()
     _endFlushed();
     _endFlush();
     _endFlushed();
-    // The end of a long run lasts: no record comes back with a power cut.
+    // So that no record of this run comes back after a power cut.
     const FilePath records = RewriteRecordFolder::current();
     if (_flushing == Flushing::FileSystem && !records.isEmpty())
         (void)flushFolder(records);

@@ -17,8 +17,8 @@ class UndoStepReader;
 
 /// Takes a step of the journal back, in a run like that of replacing: with backups and records, group by
 /// group. A file whose content isn't what the step left is refused; one that already holds what it held
-/// before needs nothing. What is done makes a step of the other kind. Nothing but contents is believed, so a
-/// run that was stopped or killed is gone on with by another one. Main thread.
+/// before needs nothing. What is done makes a step of the other kind. Only contents are believed, so another
+/// run can go on where one was stopped or killed. Main thread.
 class RewriteUndo
 {
 public:
@@ -51,7 +51,7 @@ public:
         /// The step is still there, for files that a stop, the disk or missing rights held up, or since
         /// nothing of it could be taken back.
         bool isStepLeft = false;
-        /// Some files of the step couldn't be told any more: they stay as they are, without a word.
+        /// Some files of the step can't be read from it any more. They stay as they are and aren't listed.
         bool isStepDamaged = false;
         /// Whether this can be taken back, and by which step.
         UndoKeeping keeping = UndoKeeping::Nothing;

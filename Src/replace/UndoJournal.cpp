@@ -27,7 +27,7 @@ constexpr qint64 BYTES_OF_MEGABYTE = 1000 * 1000;
 constexpr qint64 BYTES_OF_FILE = 64;
 constexpr qint64 BYTES_OF_MATCH = 6;
 
-/// A step that was made just now is about to be locked and written.
+/// An empty step may have been made just now, to be locked and written. An older one is nobody's.
 constexpr time_t SECONDS_UNTIL_ABANDONED = 3600;
 
 FilePath currentFolder;
@@ -42,7 +42,7 @@ std::unique_ptr<UndoStepReader> openStep(const FilePath &folder, const QByteArra
     return UndoStepReader::open(folder.appendingPathComponent(name), kindOf(name));
 }
 
-/// Unless somebody else has it.
+/// False when somebody else has it or it can't be removed.
 bool removeStep(const FilePath &folder, const QByteArray &name)
 {
     const FilePath path = folder.appendingPathComponent(name);
@@ -215,7 +215,7 @@ void UndoJournal::_clearRedoSteps() const
     }
 }
 
-/// The oldest go first, and what a process that ended began and never wrote.
+/// Removes what a process that ended began and never wrote, and then the oldest until the rest fits.
 void UndoJournal::_trim() const
 {
     std::vector<std::pair<QByteArray, qint64>> files;

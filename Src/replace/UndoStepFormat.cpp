@@ -11,7 +11,7 @@ namespace tidemark::UndoStepFormat {
 namespace {
 
 constexpr int FAST = 1;
-/// More than this no compression of the kind used gives; what claims to hold more is damaged.
+/// The compression used never gives more than this; what claims to hold more is damaged.
 constexpr qint64 BEST_COMPRESSION = 1100;
 /// qCompress() puts the size in front.
 constexpr qsizetype SIZE_OF_CONTENT = 4;
@@ -35,7 +35,7 @@ QByteArray compressedBlock(BlockKind kind, Counts counts, const QByteArray &cont
     return block(kind, body + qCompress(content, FAST));
 }
 
-/// Behind the counts; null when it is damaged.
+/// What stands behind the counts, uncompressed; null when it is damaged.
 QByteArray uncompressed(QByteArrayView body, Counts &counts)
 {
     FieldReader fields(body);

@@ -131,7 +131,7 @@ std::vector<KeptBackup> UndoStepReader::backups()
 
 void UndoStepReader::noteTotals(qint64 files, qint64 matches)
 {
-    // Behind what was cut off nothing would be found.
+    // A block behind one that was cut off would never be found.
     if (FileSystemCalls::current().truncate(_descriptor.number(), off_t(_end)) != 0 ||
         ::lseek(_descriptor.number(), 0, SEEK_END) != _end)
         return;

@@ -29,9 +29,10 @@ public:
     void noteTotals(qint64 files, qint64 matches);
 
     size_t blockCount() const { return _blocks.size(); }
-    /// The files of a group, by its index; none when they are damaged. Good until the next call but a few.
+    /// The files of a group, by its index; none when they are damaged. Valid until four other groups were
+    /// asked for.
     const std::vector<UndoEntry> &entries(size_t block);
-    /// All of them.
+    /// All that the file lists but for damaged blocks.
     std::vector<KeptBackup> backups();
 
 private:

@@ -18,7 +18,7 @@ using namespace UndoStepFormat;
 
 namespace {
 
-/// Somebody who lists the steps has each for a moment.
+/// Whoever lists the steps locks each for a moment.
 constexpr int LOCK_ATTEMPTS = 50;
 constexpr std::chrono::milliseconds TIME_BETWEEN_LOCK_ATTEMPTS(2);
 
@@ -87,7 +87,7 @@ int UndoStepWriter::_begin(File &file, const QByteArray &prefix)
     return writeAll(file.descriptor.number(), start);
 }
 
-/// 0, or errno.
+/// Appends a block; 0, or errno.
 int UndoStepWriter::_appendTo(File &file, const QByteArray &prefix, const QByteArray &block)
 {
     int error = file.descriptor.isOpen() ? 0 : _begin(file, prefix);
@@ -163,7 +163,7 @@ UndoKeeping UndoStepWriter::close()
     if (_keeping == UndoKeeping::Kept && isAboutNothing)
         _keeping = UndoKeeping::Nothing;
     const bool isWhole = _done.files == _appended.files && _done.matches == _appended.matches;
-    // Should that not get there, more is told than there is.
+    // Should this fail, the journal tells of more than was changed.
     if (_step.descriptor.isOpen() && !isAboutNothing && !isWhole)
         (void)writeAll(_step.descriptor.number(), totalsBlock(_done.files, _done.matches));
     _end(_step, !isAboutNothing);

@@ -32,13 +32,13 @@ public:
     /// Whether what is appended is kept: false when the step was given up.
     bool isOpen() const { return _keeping == UndoKeeping::Nothing || _keeping == UndoKeeping::Kept; }
     /// Files about to be changed, and the backups of them that are to stay. All of it is on the disk after
-    /// flush(). 0, also when the step is given up; an errno only where the disk itself fails, so that nothing
-    /// had better be changed.
+    /// flush(). 0, also when the step is given up; an errno only when the disk itself fails: nothing should
+    /// be changed then.
     int append(const std::vector<UndoEntry> &entries, const std::vector<KeptBackup> &backups);
     /// Brings what was appended to the disk, unless it is on one of the file systems, by number, that were
     /// flushed since. Returns what append() does.
     int flush(const QList<quint64> &flushedFileSystems);
-    /// As too large, say.
+    /// Drops the step for a reason such as its size; what was appended goes.
     void giveUp(UndoKeeping reason);
 
     /// A file that was appended has been changed: a stop may leave others.

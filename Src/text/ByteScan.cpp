@@ -193,7 +193,7 @@ bool mayHoldLineLongerThan(QByteArrayView bytes, qsizetype length)
 {
     qsizetype start = 0;
     while (bytes.size() - start > length) {
-        // One byte less, so that a CR at the very end can't be taken for the end of a line that an LF ends.
+        // One byte less: a CR at the very end may be the first half of a line end.
         const QByteArrayView window = bytes.sliced(start, length - 1);
         const qsizetype lineFeed = lastIndexOf('\n', window);
         const qsizetype end = lineFeed >= 0 ? lineFeed : lastIndexOf('\r', window);

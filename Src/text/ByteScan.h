@@ -10,7 +10,7 @@ bool isAscii(QByteArrayView bytes);
 /// The index of the first CR or LF byte, or -1.
 qsizetype indexOfLineEnd(QByteArrayView bytes);
 
-/// The index of the last such byte, or -1.
+/// The index of the last byte of that value, or -1.
 qsizetype lastIndexOf(char byte, QByteArrayView bytes);
 
 /// How many lines end in the bytes: at LF, at CR LF, or at a CR that no LF follows in them.

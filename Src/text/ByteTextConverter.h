@@ -15,7 +15,7 @@ class ByteTable
 public:
     /// The character of each byte.
     using Characters = std::array<char16_t, 256>;
-    /// Stands where a byte has none; no byte of any encoding means this character.
+    /// Stands for a byte without a character; no byte of any encoding means it.
     static constexpr char16_t NO_CHARACTER = 0xFFFF;
     static constexpr quint16 NO_BYTE = 0x100;
 

@@ -7,8 +7,8 @@
 
 namespace tidemark {
 
-/// Finds the places of a text where a match could begin, much faster than matching can be tried. It looks at
-/// the two places after the start of a match that hold the rarest characters. Immutable.
+/// Finds the places in a text where a match could begin, much faster than by trying to match there. It looks
+/// at the two places in a match that hold the rarest characters. Immutable.
 class CandidateScan
 {
 public:

@@ -18,7 +18,7 @@ QHash<QByteArray, CoreFoundationEncoding> makeEncodingsByName()
             encodings.insert(alias, row.coreFoundationEncoding);
     }
     for (const TextEncodingRow &row : allTextEncodings()) {
-        // A name with capitals differs from another one by case only, and is given out but not understood.
+        // A name with capitals differs from another one only in case: it is given out but not recognised.
         const QByteArray name = row.charSetName;
         if (name == name.toLower() && !encodings.contains(name))
             encodings.insert(name, row.coreFoundationEncoding);

@@ -8,7 +8,7 @@ namespace {
 
 /// Such as "\\u20ac".
 constexpr qsizetype LONGEST_CODE = 6;
-/// Decoding a code costs about as much as looking at so many bytes.
+/// Decoding a code costs about as much as looking at 1,024 bytes.
 constexpr qsizetype CODES_BETWEEN_STOP_CHECKS = WORK_BETWEEN_STOP_CHECKS / 1024;
 
 /// What encoding a text by itself gives, without the changes of state around it.

@@ -27,14 +27,14 @@ public:
     /// The bytes and their text must outlive the walk. It begins before the first code.
     CodeWalk(TextConverter &converter, QByteArrayView bytes, QStringView text);
 
-    /// On to the next code; behind the last one it stands on an empty code at the end. False when what
-    /// follows can't be taken apart.
+    /// Moves to the next code; behind the last one, to an empty code at the end. False when the bytes that
+    /// follow can't be taken apart.
     bool next();
     bool isAtEnd() const { return _isAtEnd; }
     const Code &code() const { return _code; }
 
-    /// The text's bytes when it stands between these states, without a change of state too many. Nothing
-    /// when the encoding can't hold it.
+    /// The bytes of a text that stands between these states, with no more changes of state than it takes.
+    /// Nothing when the encoding can't hold it.
     static std::optional<QByteArray> encodedBetween(TextConverter &converter, const ShiftState &before,
                                                     QStringView text, const ShiftState &after);
 

@@ -10,7 +10,7 @@ namespace tidemark {
 
 namespace {
 
-/// By encoding.
+/// Those for one encoding stand together.
 constexpr std::array CORRECTIONS = {
     CodeCorrection{0x400, 0xE6, u'\u00B5'}, // code page 437
     CodeCorrection{0x412, 0xAA, u'\u00AC'}, // 852

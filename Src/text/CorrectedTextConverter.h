@@ -14,7 +14,7 @@ struct CodeCorrection
     char16_t character;
 };
 
-/// Those of the encoding, maybe none.
+/// The corrections for the encoding, possibly none.
 std::span<const CodeCorrection> correctionsOf(CoreFoundationEncoding encoding);
 
 /// Puts the corrections for codes of two bytes around another converter, in whose encoding every byte below

@@ -17,7 +17,7 @@ constexpr const char *HOST_UTF16 = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? "UTF-16LE" 
 constexpr qsizetype LEAST_ROOM = 64;
 constexpr qsizetype ROOM_BETWEEN_STOP_CHECKS = WORK_BETWEEN_STOP_CHECKS / 16;
 
-/// One direction.
+/// A converter of the library, for one direction.
 class OpenIconv
 {
 public:
@@ -32,7 +32,7 @@ public:
 
     bool isOpen() const { return _iconv != iconv_t(-1); }
 
-    /// Of a whole text; nothing for a truncated one, and for characters that only come near.
+    /// Converts a whole text. Nothing when it is truncated, or has a character with no exact counterpart.
     std::optional<QByteArray> converted(QByteArrayView bytes)
     {
         (void)iconv(_iconv, nullptr, nullptr, nullptr, nullptr);
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    /// Without a source: what is still held back, and back to the initial state.
+    /// Without a source: puts out what is still held back and returns to the initial state.
     bool _convert(char **source, size_t *left)
     {
         for (;;) {

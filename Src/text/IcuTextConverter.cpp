@@ -125,7 +125,7 @@ std::optional<QString> decodeWith(const OpenConverter &converter, QByteArrayView
 
 bool findOutWhetherAsciiIsKept(const OpenConverter &converter)
 {
-    // Of the others an ASCII byte can change the state.
+    // In converters of other types an ASCII byte can change the state.
     if (ucnv_getType(converter.icu.get()) != UCNV_MBCS)
         return false;
     QByteArray allOfAscii(0x80, Qt::Uninitialized);
@@ -133,8 +133,8 @@ bool findOutWhetherAsciiIsKept(const OpenConverter &converter)
     return decodeWith(converter, allOfAscii) == QString::fromLatin1(allOfAscii);
 }
 
-/// For what can stand before a line end that's the lead byte of a longer character; the encodings whose
-/// characters have more than two bytes allow no control characters among them at all.
+/// Tries each byte in front of a line end, since it may be the lead byte of a longer character. Characters of
+/// more than two bytes need no look: the encodings that have them allow no control characters within.
 bool findOutWhetherLinesAreKept(const OpenConverter &converter)
 {
     if (ucnv_getType(converter.icu.get()) != UCNV_MBCS)

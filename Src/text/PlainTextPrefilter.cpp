@@ -148,7 +148,8 @@ PlainTextPrefilter::PlainTextPrefilter(const PlainTextPattern &pattern)
 {
     const CharacterFolding &folding = CharacterFolding::forRule(pattern.caseRule());
     const ComparisonKey key = folding.keyOf(pattern.findText());
-    // A match may begin with the second half of a pair, whose bytes no encoding shows by themselves.
+    // A match may begin with the second half of a surrogate pair, which has no bytes of its own in any
+    // encoding.
     if (key.empty() || hasSurrogate(key))
         return;
     const MatchLattice lattice(folding, key);

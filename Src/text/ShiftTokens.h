@@ -9,8 +9,9 @@
 
 namespace tidemark {
 
-/// Where an encoding stands that changes its meaning on the way: which character sets are designated, each by
-/// the bytes that do so, and which of them is in use. In other encodings it never changes.
+/// The state of an encoding whose bytes change their meaning on the way: which character sets are designated,
+/// each given by the bytes that designate it, and which of them is in use. In other encodings it never
+/// changes.
 struct ShiftState
 {
     std::array<QByteArray, 4> sets; ///< the first is empty for ASCII, the others while there is none
@@ -48,11 +49,12 @@ struct ShiftToken
     qsizetype length = 1;
 };
 
-/// Puts the state behind the token. The bytes must not be empty; not for ShiftFamily::None.
+/// The token at the start of the bytes, which must not be empty. Makes the state that behind the token. Not
+/// for ShiftFamily::None.
 ShiftToken takeShiftToken(ShiftFamily family, QByteArrayView bytes, ShiftState &state);
 
-/// The bytes that lead from one state to the other, and what the state is then: sets that the other doesn't
-/// have stay designated, as nothing takes that back.
+/// The bytes that lead from `state` to `wanted`. Makes `state` what holds behind them: sets that `wanted`
+/// doesn't have stay designated, since nothing undoes that.
 QByteArray takeTransition(ShiftFamily family, ShiftState &state, const ShiftState &wanted);
 
 } // namespace tidemark

@@ -10,7 +10,8 @@ namespace tidemark {
 /// number would have, so that it matches nothing but itself.
 QByteArray generalizedUtf8(QStringView text);
 
-/// As much as can be worked on between two checks for a stop, cut between characters where there are any.
+/// The first piece of the bytes, short enough for the time between two checks for a stop. It ends between two
+/// characters where there are any.
 QByteArrayView firstUtf8Piece(QByteArrayView bytes);
 
 /// Strict: no overlong forms, surrogates, numbers above U+10FFFF or cut sequences.
