@@ -157,8 +157,11 @@ TEST(LinePrefilter, PassesOverNoLineThatAnExpressionOverCharactersMatchesIn)
 {
     ExpressionGenerator generator(1969);
     int prefilters = 0;
-    for (int round = 0; round < 3000 && !HasFailure(); ++round) {
-        const QByteArray expression = generator.expression();
+    for (int round = 0; round < 1000 && !HasFailure(); ++round) {
+        QByteArray expression = generator.expression();
+        // Over characters the block matcher takes up to a second to compile one of these: a few are enough.
+        if (round % 32 != 0)
+            expression.replace("{70}", "{7}").replace("{0,200}", "{0,20}");
         const CaseRule caseRule = generator.below(2) ? CaseRule::Ignore : CaseRule::Exact;
         SCOPED_TRACE(expression.toPercentEncoding(" ()[]{}<>*+?.|^$:=!\\'").toStdString());
         TextFault fault;
@@ -168,7 +171,7 @@ TEST(LinePrefilter, PassesOverNoLineThatAnExpressionOverCharactersMatchesIn)
             continue;
         ++prefilters;
         Block block;
-        for (int i = 0; i < 40; ++i)
+        for (int i = 0; i < 100; ++i)
             block.add(generator.line(), generator.lineEnd());
         block.expectComplete(*prefilter, [&](const QByteArray &line) {
             SearchEffort effort(line.size());
@@ -176,7 +179,27 @@ TEST(LinePrefilter, PassesOverNoLineThatAnExpressionOverCharactersMatchesIn)
                    LineSearch::Found;
         });
     }
-    EXPECT_GT(prefilters, 150);
+    EXPECT_GT(prefilters, 100);
+}
+
+/// What chance seldom brings together.
+TEST(LinePrefilter, KnowsWhichCharactersBeyondAsciiCountAsAscii)
+{
+    const std::pair<const char *, const char *> cases[] = {{"1k2", "1\u212A2"},     {"1s2", "1\u017F2"},
+                                                           {"1[j-l]2", "1\u212A2"}, {"1\\w2", "1\u044F2"},
+                                                           {"1\\d2", "1\u06632"},   {"1\\s2", "1\u00A02"}};
+    for (const auto &[expression, line] : cases) {
+        SCOPED_TRACE(expression);
+        TextFault fault;
+        const auto compiled =
+            UnicodeExpression::compiled(QString::fromUtf8(expression), CaseRule::Ignore, fault);
+        const auto prefilter = LinePrefilter::forUnicodeExpression(expression, CaseRule::Ignore);
+        ASSERT_TRUE(compiled && prefilter);
+        SearchEffort effort(qsizetype(qstrlen(line)));
+        EXPECT_EQ(compiled->search(line, 0, UnicodeExpression::EmptyAtStart::Allowed, effort),
+                  LineSearch::Found);
+        EXPECT_EQ(candidates(prefilter.get(), QByteArrayView(line)).value().size(), 1U);
+    }
 }
 
 TEST(LinePrefilter, PassesOverNoLineThatHoldsAPlainText)
