@@ -1,6 +1,7 @@
 #include "session/ReplaceTexts.h"
 
 #include "foundation/LocalizedText.h"
+#include "text/CharacterSets.h"
 
 #include <QLocale>
 
@@ -16,8 +17,7 @@ constexpr qsizetype LONGEST_TEXT_SHOWN = 60;
 QString onOneLine(QString text)
 {
     for (QChar &character : text) {
-        if ((character >= u'\n' && character <= u'\r') || character == u'\x85' || character == u'\u2028' ||
-            character == u'\u2029')
+        if (isNewlineCharacter(character.unicode()))
             character = u'\u23CE';
     }
     return text;
