@@ -7,6 +7,7 @@
 #include "text/Utf8.h"
 
 #include <cstring>
+#include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -102,6 +103,11 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
         return Outcome::EndOfFile;
     _modificationDate = FileDate::fromStatus(status);
     _bytesLeft = bytesToRead(status);
+#ifdef POSIX_FADV_SEQUENTIAL
+    // The system then reads further ahead of us.
+    if (status.st_size > LARGEST_READ)
+        (void)::posix_fadvise(_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+#endif
     if (!_fill() || !_settleEncoding(encoding))
         return Outcome::NeedsLineReader;
     return Outcome::Block;

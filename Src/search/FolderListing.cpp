@@ -64,6 +64,17 @@ FolderListing::Entry FolderListing::takeNext()
     return {_names.data() + record.nameOffset, record.type};
 }
 
+QByteArrayList FolderListing::foldersToCome(const QByteArray &path, bool withHidden) const
+{
+    QByteArrayList paths;
+    for (size_t index = _next; index < _records.size(); ++index) {
+        const char *name = _names.data() + _records[index].nameOffset;
+        if (_records[index].type == EntryType::Folder && (withHidden || name[0] != '.'))
+            paths << path + '/' + name;
+    }
+    return paths;
+}
+
 void FolderListing::_append(const char *name, unsigned char directoryEntryType)
 {
     if (name[0] == '.') {

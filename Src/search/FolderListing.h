@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QByteArray>
+#include <QByteArrayList>
 
 #include <vector>
 
@@ -44,6 +45,8 @@ public:
     bool atEnd() const { return _next == _records.size(); }
     /// The name is valid until the next read() or clear().
     Entry takeNext();
+    /// The paths of the folders among what hasn't been taken, in a folder with this path.
+    QByteArrayList foldersToCome(const QByteArray &path, bool withHidden) const;
 
 private:
     struct Record

@@ -174,6 +174,12 @@ int OpenFolders::_reopenFromScope(size_t index)
     return _verified(descriptor, _levels[index]);
 }
 
+QByteArrayList OpenFolders::foldersToCome(int level, bool withHidden) const
+{
+    const Level &open = _levels[size_t(level)];
+    return open.listing.foldersToCome(_path.left(open.pathLength), withHidden);
+}
+
 QByteArray OpenFolders::path() const
 {
     const qsizetype length = _levels[_depth - 1].pathLength;

@@ -39,6 +39,10 @@ public:
     FolderListing &listing() { return _levels[_depth - 1].listing; }
     const FolderListing &listing() const { return _levels[_depth - 1].listing; }
 
+    /// The paths of the folders that lie in one of the open ones, counted from 0 in the scope's on, and
+    /// haven't been taken from its listing.
+    QByteArrayList foldersToCome(int level, bool withHidden) const;
+
     /// Of the innermost folder.
     QByteArray path() const;
     QByteArray pathOfEntry(const char *name) const;

@@ -14,8 +14,9 @@ namespace {
 
 /// Small enough that the first results come at once, large enough that handing over costs next to nothing.
 constexpr size_t FILES_IN_BATCH = 32;
-/// How far the workers run ahead of what is delivered.
-constexpr size_t MOST_OUTSTANDING = 24;
+/// How far the workers run ahead of what is delivered: so many batches, and more where many work.
+constexpr size_t FEWEST_OUTSTANDING = 24;
+constexpr size_t OUTSTANDING_FOR_EACH = 3;
 constexpr rlim_t FEWEST_SHARED_FOLDERS = 8;
 constexpr rlim_t MOST_SHARED_FOLDERS = 256;
 constexpr rlim_t SHARE_OF_DESCRIPTORS = 4;
@@ -52,15 +53,16 @@ bool SharedFolder::areFew()
     return sharedFolders <= mostSharedFolders() / 2;
 }
 
-SearchPipeline::SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
-                               SearchFile searchFile, std::function<void(const SearchJob &)> deliver)
+SearchPipeline::SearchPipeline(const TeamSize &team, const TDFindPattern &pattern,
+                               const std::atomic<bool> &shouldStop, SearchFile searchFile,
+                               std::function<void(const SearchJob &)> deliver)
     : _pattern(pattern), _shouldStop(shouldStop), _searchFile(std::move(searchFile)),
-      _deliver(std::move(deliver)), _filling(std::make_shared<Batch>()),
-      _ownContext(std::make_unique<SearchContext>(pattern))
+      _deliver(std::move(deliver)), _team(team), _isTeamFixed(team.isFixed()),
+      _filling(std::make_shared<Batch>()), _ownContext(std::make_unique<SearchContext>(pattern))
 {
-    // With fewer than asked for the search takes longer; its own thread helps wherever it would wait.
-    while (int(_workers.size()) + 1 < threads && startThread(_workers, [this] { _work(); })) {
-    }
+    Lock lock(_mutex);
+    _use = ProcessUse::now();
+    _fillTeam(lock);
 }
 
 SearchPipeline::~SearchPipeline()
@@ -71,31 +73,79 @@ SearchPipeline::~SearchPipeline()
         _outstanding.clear();
         _firstUntaken = 0;
     }
-    _batchAdded.notify_all();
+    _workAdded.notify_all();
+    _teamGrew.notify_all();
+    // Nobody adds to them any more.
     for (std::thread &worker : _workers)
         worker.join();
 }
 
-void SearchPipeline::_work()
+/// With fewer threads than it takes the search takes longer; its own thread helps wherever it would wait.
+void SearchPipeline::_fillTeam(Lock &)
 {
-    SearchContext context(_pattern);
-    std::unique_lock lock(_mutex);
-    for (;;) {
-        _batchAdded.wait(lock, [this] { return _isEnding || _firstUntaken < _outstanding.size(); });
-        if (_isEnding)
+    while (!_isEnding && int(_workers.size()) + 1 < _team.current()) {
+        const int number = int(_workers.size()) + 1;
+        if (!startThread(_workers, [this, number] { _work(number); }))
             return;
-        const SharedBatch batch = _takeWaiting(lock);
-        if (!batch)
-            continue;
-        lock.unlock();
-        _run(*batch, context);
-        lock.lock();
-        batch->state = Batch::State::Done;
-        _batchDone.notify_one();
     }
 }
 
-SearchPipeline::SharedBatch SearchPipeline::_takeWaiting(std::unique_lock<std::mutex> &)
+void SearchPipeline::_work(int number)
+{
+    SearchContext context(_pattern);
+    Lock lock(_mutex);
+    while (_awaitWork(lock, number)) {
+        if (_foldersAhead.hasNext()) {
+            _readFolderAhead(lock);
+            _look(lock);
+        } else if (const SharedBatch batch = _takeWaiting(lock)) {
+            _workOnBatch(lock, *batch, context);
+            _batchDone.notify_one();
+        }
+    }
+}
+
+/// False when there won't be any more. What is there may be gone by then.
+bool SearchPipeline::_awaitWork(Lock &lock, int number)
+{
+    while (!_isEnding) {
+        if (number >= _team.current()) {
+            // What woke this one is for another.
+            _workAdded.notify_one();
+            _teamGrew.wait(lock);
+        } else if (_foldersAhead.hasNext() || _firstUntaken < _outstanding.size()) {
+            return true;
+        } else {
+            _workAdded.wait(lock);
+        }
+    }
+    return false;
+}
+
+void SearchPipeline::_readFolderAhead(Lock &lock)
+{
+    const QByteArray path = _foldersAhead.takeNext();
+    const bool withHidden = _withHiddenFolders;
+    if (_foldersAhead.hasNext())
+        _workAdded.notify_one();
+    lock.unlock();
+    const QByteArrayList inside = _shouldStop ? QByteArrayList() : FoldersAhead::read(path, withHidden);
+    lock.lock();
+    _foldersAhead.didRead(path, inside);
+    if (_foldersAhead.hasNext())
+        _workAdded.notify_one();
+}
+
+void SearchPipeline::_workOnBatch(Lock &lock, Batch &batch, SearchContext &context)
+{
+    lock.unlock();
+    _run(batch, context);
+    lock.lock();
+    batch.state = Batch::State::Done;
+    _look(lock);
+}
+
+SearchPipeline::SharedBatch SearchPipeline::_takeWaiting(Lock &)
 {
     if (_firstUntaken == _outstanding.size())
         return nullptr;
@@ -104,13 +154,59 @@ SearchPipeline::SharedBatch SearchPipeline::_takeWaiting(std::unique_lock<std::m
     return batch;
 }
 
+/// On a slow disk a batch takes much longer than it may take until more threads come.
 void SearchPipeline::_run(Batch &batch, SearchContext &context)
 {
+    const auto dueFrom = [](Clock::time_point now) { return now + TeamSize::INTERVAL; };
+    Clock::time_point due = _isTeamFixed ? Clock::time_point::max() : dueFrom(Clock::now());
     for (SearchJob &job : batch.jobs) {
         if (_shouldStop)
             return;
         _searchJob(job, context);
+        if (_isTeamFixed || Clock::now() < due)
+            continue;
+        Lock lock(_mutex);
+        _look(lock);
+        due = dueFrom(Clock::now());
     }
+}
+
+void SearchPipeline::_look(Lock &lock)
+{
+    const Clock::time_point now = Clock::now();
+    if (_isTeamFixed || now - _lookedAt < TeamSize::INTERVAL)
+        return;
+    const ProcessUse use = ProcessUse::now();
+    const int before = _team.current();
+    _team.look({now - _lookedAt, use.processorTime - _use.processorTime, use.blocksRead > _use.blocksRead});
+    _lookedAt = now;
+    _use = use;
+    _readsFoldersAhead = _team.isGrown();
+    if (_team.current() <= before)
+        return;
+    _fillTeam(lock);
+    _teamGrew.notify_all();
+}
+
+size_t SearchPipeline::_mostOutstanding() const
+{
+    return std::max(FEWEST_OUTSTANDING, OUTSTANDING_FOR_EACH * size_t(_team.current()));
+}
+
+void SearchPipeline::willWalkScope(bool withHiddenFolders)
+{
+    const std::lock_guard lock(_mutex);
+    _foldersAhead.clear();
+    _withHiddenFolders = withHiddenFolders;
+}
+
+void SearchPipeline::didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome)
+{
+    const std::lock_guard lock(_mutex);
+    _foldersAhead.pass(path);
+    _foldersAhead.add(foldersToCome);
+    if (_foldersAhead.hasNext())
+        _workAdded.notify_one();
 }
 
 void SearchPipeline::_searchJob(SearchJob &job, SearchContext &context)
@@ -126,16 +222,18 @@ void SearchPipeline::add(SearchJob job)
     if (_filling->jobs.size() < FILES_IN_BATCH)
         return;
     _pushBatch();
-    _deliverUntil(MOST_OUTSTANDING);
+    _deliverUntil(_window);
 }
 
 void SearchPipeline::_pushBatch()
 {
     {
-        const std::lock_guard lock(_mutex);
+        Lock lock(_mutex);
         _outstanding.push_back(std::move(_filling));
+        _look(lock);
+        _window = _mostOutstanding();
     }
-    _batchAdded.notify_one();
+    _workAdded.notify_one();
     _filling = std::make_shared<Batch>();
     _filling->jobs.reserve(FILES_IN_BATCH);
 }
@@ -165,7 +263,7 @@ void SearchPipeline::searchAtOnce(SearchJob job)
 /// enough yet, works or waits.
 void SearchPipeline::_deliverUntil(size_t mostOutstanding, bool (*isEnough)())
 {
-    std::unique_lock lock(_mutex);
+    Lock lock(_mutex);
     while (!_shouldStop && !_outstanding.empty() && (isEnough == nullptr || !isEnough())) {
         if (_outstanding.front()->state == Batch::State::Done) {
             const SharedBatch batch = std::move(_outstanding.front());
@@ -181,10 +279,7 @@ void SearchPipeline::_deliverUntil(size_t mostOutstanding, bool (*isEnough)())
         } else if (_outstanding.size() <= mostOutstanding) {
             return;
         } else if (const SharedBatch batch = _takeWaiting(lock)) {
-            lock.unlock();
-            _run(*batch, *_ownContext);
-            lock.lock();
-            batch->state = Batch::State::Done;
+            _workOnBatch(lock, *batch, *_ownContext);
         } else {
             _batchDone.wait(lock);
         }

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "foundation/FilePath.h"
+#include "foundation/ProcessUse.h"
 #include "foundation/TDError.h"
 #include "matching/TDFindPattern.h"
 #include "matching/TDFindResultItem.h"
 #include "reading/FileToRead.h"
+#include "search/FoldersAhead.h"
+#include "search/TeamSize.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -55,12 +59,13 @@ using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(const FileToR
 
 /// Searches files on several threads, ahead of the thread that owns it but within a bounded window, and hands
 /// the outcomes out on that thread, in the order in which the files were added. That thread takes part in the
-/// work whenever it would have to wait.
+/// work whenever it would have to wait. While threads wait for the disk, more of them work, and read folders
+/// ahead of the walk as well.
 class SearchPipeline
 {
 public:
-    /// `threads` counts the owner's; at least 1. The pattern and the flag must outlive the pipeline.
-    SearchPipeline(int threads, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
+    /// The size of the team counts the owner; at least 1. The pattern and the flag must outlive the pipeline.
+    SearchPipeline(const TeamSize &team, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
                    SearchFile searchFile, std::function<void(const SearchJob &)> deliver);
     /// Abandons what isn't delivered and joins the workers.
     ~SearchPipeline();
@@ -77,7 +82,14 @@ public:
     /// as soon as it returns.
     void searchAtOnce(SearchJob job);
 
+    /// Whether the threads read folders ahead at the moment, which the following are about.
+    bool readsFoldersAhead() const { return _readsFoldersAhead; }
+    void willWalkScope(bool withHiddenFolders);
+    void didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome);
+
 private:
+    using Clock = std::chrono::steady_clock;
+    using Lock = std::unique_lock<std::mutex>;
     struct Batch
     {
         enum class State { Waiting, Running, Done };
@@ -86,12 +98,18 @@ private:
     };
     using SharedBatch = std::shared_ptr<Batch>;
 
-    void _work();
+    void _work(int number);
+    bool _awaitWork(Lock &lock, int number);
+    void _readFolderAhead(Lock &lock);
+    void _workOnBatch(Lock &lock, Batch &batch, SearchContext &context);
     void _pushBatch();
     void _deliverUntil(size_t mostOutstanding, bool (*isEnough)() = nullptr);
     void _searchJob(SearchJob &job, SearchContext &context);
-    SharedBatch _takeWaiting(std::unique_lock<std::mutex> &lock);
+    SharedBatch _takeWaiting(Lock &lock);
     void _run(Batch &batch, SearchContext &context);
+    size_t _mostOutstanding() const;
+    void _look(Lock &lock);
+    void _fillTeam(Lock &lock);
 
     const TDFindPattern &_pattern;
     const std::atomic<bool> &_shouldStop;
@@ -99,15 +117,27 @@ private:
     std::function<void(const SearchJob &)> _deliver;
 
     std::mutex _mutex;
-    std::condition_variable _batchAdded;
+    std::condition_variable _workAdded;
+    std::condition_variable _teamGrew; ///< those that aren't in the team wait for it
     std::condition_variable _batchDone;
-    std::deque<SharedBatch> _outstanding; ///< in the order of delivery; guarded by _mutex
-    size_t _firstUntaken = 0;             ///< all before it in _outstanding are taken; guarded by _mutex
-    bool _isEnding = false;               ///< guarded by _mutex
+    // All of these are guarded by _mutex.
+    std::deque<SharedBatch> _outstanding; ///< in the order of delivery
+    size_t _firstUntaken = 0;             ///< all before it in _outstanding are taken
+    bool _isEnding = false;
+    TeamSize _team;
+    std::vector<std::thread> _workers; ///< those of the team, and others that were in it
+    FoldersAhead _foldersAhead;
+    bool _withHiddenFolders = false;
+    Clock::time_point _lookedAt = Clock::now();
+    ProcessUse _use; ///< by then
 
+    const bool _isTeamFixed;
+    std::atomic<bool> _readsFoldersAhead = false;
+
+    // The owner's.
     SharedBatch _filling;
+    size_t _window = 0; ///< of batches
     std::unique_ptr<SearchContext> _ownContext;
-    std::vector<std::thread> _workers;
 };
 
 } // namespace tidemark

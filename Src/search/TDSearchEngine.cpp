@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <sys/stat.h>
-#include <thread>
 
 namespace tidemark {
 
@@ -98,8 +97,10 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _failedFolders.setLocationsOverlap(_searchedFiles.locationsOverlap());
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
-    _folderTraverser.setFilterOptions(_searchesEverything ? EntryFilterOptions::everything()
-                                                          : EntryFilterOptions::withUserDefaults());
+    const EntryFilterOptions filterOptions =
+        _searchesEverything ? EntryFilterOptions::everything() : EntryFilterOptions::withUserDefaults();
+    _folderTraverser.setFilterOptions(filterOptions);
+    _searchesHiddenFiles = filterOptions.searchesHiddenFiles;
     _addScopes();
     // A stop that was asked for before the walk began has to count as well.
     if (_shouldStopSearch)
@@ -113,14 +114,13 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
 
 void TDSearchEngine::_prepareThreads()
 {
-    const int threads =
-        _threadCount > 0 ? _threadCount : int(std::max(1U, std::thread::hardware_concurrency()));
-    if (threads == 1) {
+    if (_threadCount == 1) {
         _context = std::make_unique<SearchContext>(*_pattern);
         return;
     }
     _pipeline = std::make_unique<SearchPipeline>(
-        threads, *_pattern, _shouldStopSearch,
+        _threadCount > 0 ? TeamSize::fixed(_threadCount) : TeamSize::forThisMachine(), *_pattern,
+        _shouldStopSearch,
         [this](const FileToRead &file, SearchContext &context, TDError &error) {
             return _searchFile(file, context, error);
         },
@@ -229,6 +229,22 @@ void TDSearchEngine::didRunOutOfDescriptors()
     _lastFolder.reset();
     if (_pipeline)
         _pipeline->finish();
+}
+
+void TDSearchEngine::willWalkScope()
+{
+    if (_pipeline)
+        _pipeline->willWalkScope(_searchesHiddenFiles);
+}
+
+bool TDSearchEngine::readsFoldersAhead()
+{
+    return _pipeline && _pipeline->readsFoldersAhead();
+}
+
+void TDSearchEngine::didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome)
+{
+    _pipeline->didListFolder(path, foldersToCome);
 }
 
 void TDSearchEngine::didFailToReadFolder(const FilePath &path, int errorNumber)

@@ -50,7 +50,8 @@ public:
     void setDelegate(std::shared_ptr<TDSearchEngineDelegate> delegate) { _delegate = std::move(delegate); }
 
     /// How many threads search, the calling one included; 1 searches each file in its turn, between its two
-    /// messages, more of them read ahead. 0, the default: as many as the machine has cores.
+    /// messages, more of them read ahead. 0, the default: as many as the machine has cores, but at least two,
+    /// and more while they wait for the disk.
     void setThreadCount(int threads) { _threadCount = threads; }
 
     /// Whether what the settings leave out is searched nevertheless, of any kind.
@@ -92,6 +93,9 @@ private:
                              quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
     void didRunOutOfDescriptors() override;
+    void willWalkScope() override;
+    bool readsFoldersAhead() override;
+    void didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome) override;
     void didLeaveOut(const LeftOut &leftOut) override;
     void traversalFinished() override;
     void traversalStopped() override;
@@ -126,6 +130,7 @@ private:
     std::shared_ptr<SharedFolder> _lastFolder;
     int _threadCount = 0;
     bool _searchesEverything = false;
+    bool _searchesHiddenFiles = false;
     LeftOut _leftOut; ///< but for what the engine itself leaves out
     quint64 _foundBeforeCount = 0;
     quint64 _unreadableCount = 0;

@@ -4,6 +4,7 @@
 #include "search/FileTypes.h"
 #include "search/OpenFolders.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
@@ -62,6 +63,15 @@ void VKFolderTraverserDelegate::didFailToReadFolder(const FilePath &, int) {}
 
 void VKFolderTraverserDelegate::didRunOutOfDescriptors() {}
 
+void VKFolderTraverserDelegate::willWalkScope() {}
+
+bool VKFolderTraverserDelegate::readsFoldersAhead()
+{
+    return false;
+}
+
+void VKFolderTraverserDelegate::didListFolder(const QByteArray &, const QByteArrayList &) {}
+
 void VKFolderTraverserDelegate::didLeaveOut(const LeftOut &) {}
 
 void VKFolderTraverserDelegate::traversalFinished() {}
@@ -103,6 +113,7 @@ private:
     void _visit(const FolderListing::Entry &entry);
     void _enter(const char *name);
     void _leave();
+    void _tellOfFoldersToCome();
     FolderListing::EntryType _typeOf(const FolderListing::Entry &entry);
     bool _admits(const char *name);
     bool _isTooLarge(const char *name) const;
@@ -114,6 +125,7 @@ private:
     OpenFolders _folders;
     EntryFilter _entryFilter;
     const Scope *_scope = nullptr;
+    int _toldLevels = 0; ///< so many of the open folders, from the outermost on, have told what is in them
     std::optional<FileTypeFilter> _typeFilter;
     char _probeBuffer[PROBE_LENGTH];
 };
@@ -127,10 +139,14 @@ void VKFolderTraverser::Walk::_reportNamedFile(const FilePath &path)
 void VKFolderTraverser::Walk::_walkFolder(const Scope &scope)
 {
     _prepareFilter(scope);
+    _delegate.willWalkScope();
+    _toldLevels = 0;
     if (const int failure = _folders.enterScope(scope.path.bytes()))
         _delegate.didFailToReadFolder(scope.path, failure);
-    if (_folders.depth() > 0)
+    if (_folders.depth() > 0) {
         _entryFilter.enterLocation(_folders);
+        _tellOfFoldersToCome();
+    }
     while (_folders.depth() > 0 && !_shouldStop()) {
         if (_folders.listing().atEnd())
             _leave();
@@ -187,8 +203,10 @@ void VKFolderTraverser::Walk::_enter(const char *name)
     const int depth = _folders.depth();
     const int failure = _folders.enter(name);
     const bool isInside = _folders.depth() > depth;
-    if (isInside)
+    if (isInside) {
         _entryFilter.enterFolder(_folders);
+        _tellOfFoldersToCome();
+    }
     if (failure == 0)
         return;
     _delegate.didFailToReadFolder(FilePath(isInside ? _folders.path() : _folders.pathOfEntry(name)), failure);
@@ -199,6 +217,18 @@ void VKFolderTraverser::Walk::_leave()
     _entryFilter.leaveFolder();
     if (const int failure = _folders.leave())
         _delegate.didFailToReadFolder(FilePath(_folders.path()), failure);
+    _toldLevels = std::min(_toldLevels, _folders.depth());
+}
+
+/// Also what folders further out hold, when somebody has begun to listen since those were listed.
+void VKFolderTraverser::Walk::_tellOfFoldersToCome()
+{
+    if (!_scope->includeSubFolders || !_delegate.readsFoldersAhead())
+        return;
+    QByteArrayList folders;
+    for (; _toldLevels < _folders.depth(); ++_toldLevels)
+        folders << _folders.foldersToCome(_toldLevels, _traverser._filterOptions.searchesHiddenFiles);
+    _delegate.didListFolder(_folders.path(), folders);
 }
 
 bool VKFolderTraverser::Walk::_admits(const char *name)

@@ -40,6 +40,13 @@ public:
     virtual void didFailToReadFolder(const FilePath &path, int errorNumber);
     /// There is no descriptor left: a moment to close what can be closed.
     virtual void didRunOutOfDescriptors();
+    /// The walk of a folder scope begins.
+    virtual void willWalkScope();
+    /// Whether somebody reads folders from the disk before the walk comes to them.
+    virtual bool readsFoldersAhead();
+    /// Sent for each folder while somebody does: it has been listed, and those in the list, which weren't in
+    /// a list before, may come next. None of them is promised.
+    virtual void didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome);
     /// Once, before the end.
     virtual void didLeaveOut(const LeftOut &leftOut);
     virtual void traversalFinished();

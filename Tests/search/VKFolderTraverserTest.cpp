@@ -36,6 +36,14 @@ protected:
     {
         log << '!' + nameOf(path) + ' ' + QByteArray::number(errorNumber);
     }
+    bool readsFoldersAhead() override { return listens; }
+    void didListFolder(const QByteArray &path, const QByteArrayList &foldersToCome) override
+    {
+        QByteArray line = nameOf(FilePath(path)) + ':';
+        for (const QByteArray &next : foldersToCome)
+            line += ' ' + nameOf(FilePath(next));
+        toCome << line;
+    }
     void traversalFinished() override { log << "finished"; }
     void traversalStopped() override { log << "stopped"; }
 
@@ -71,10 +79,22 @@ protected:
     const TemporaryFolder folder;
     VKFolderTraverser traverser;
     QByteArrayList log;
+    bool listens = false;
+    QByteArrayList toCome;
     QList<int> levels;
     QList<qint64> sizes;
     std::function<void()> onFile;
 };
+
+TEST_F(VKFolderTraverserTest, TellsOfFoldersToComeOnceSomebodyReadsThemAhead)
+{
+    write({"a/1", "a/b/2", "a/c/3", "a/.h/4", "d/5", "e/f/6"});
+    onFile = [this] { listens = true; };
+    addFolder(".");
+    addFolder("e", {u"*"_s}, false);
+    walk();
+    EXPECT_EQ(toCome, QByteArrayList({"a/b: d e a/c", "a/c:", "d:", "e: e/f", "e/f:"}));
+}
 
 TEST_F(VKFolderTraverserTest, ReportsFilesDepthFirstInByteOrder)
 {
