@@ -5,6 +5,10 @@
 
 #include <cerrno>
 #include <sys/xattr.h>
+#ifdef __linux__
+#include <linux/magic.h>
+#include <sys/statfs.h>
+#endif
 
 namespace tidemark {
 
@@ -100,6 +104,22 @@ std::optional<QString> valueRead(Read read, const char *key)
     return longLength < 0 ? std::nullopt : textBeforeZero(QByteArrayView(value).first(longLength));
 }
 
+#ifdef __linux__
+/// Whether what one file lacks all others on its device lack, too: not where files come from other file
+/// systems.
+bool isOneFileSystem(int descriptor)
+{
+    struct statfs status = {};
+    return ::fstatfs(descriptor, &status) == 0 && status.f_type != OVERLAYFS_SUPER_MAGIC &&
+           status.f_type != FUSE_SUPER_MAGIC && status.f_type != ECRYPTFS_SUPER_MAGIC;
+}
+#else
+bool isOneFileSystem(int)
+{
+    return false;
+}
+#endif
+
 /// `file` is a path or a descriptor.
 template <typename File>
 bool valueWritten(File file, const char *key, const QString &value, int flag)
@@ -123,6 +143,17 @@ std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, co
     return valueRead([descriptor](const char *name, void *value,
                                   size_t size) { return readAttribute(descriptor, name, value, size); },
                      key);
+}
+
+std::optional<QString> UserAttributes::value(int descriptor, dev_t device, const char *key)
+{
+    if (areMissingOn(device))
+        return {};
+    errno = 0;
+    std::optional<QString> found = descriptorExtendedAttributeValueForKey(descriptor, key);
+    if (!found && errno == ENOTSUP && isOneFileSystem(descriptor))
+        _deviceWithout = device;
+    return found;
 }
 
 bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, const QString &value,

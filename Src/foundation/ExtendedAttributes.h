@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <optional>
+#include <sys/types.h>
 
 namespace tidemark {
 
@@ -17,6 +18,19 @@ std::optional<QString> pathExtendedAttributeValueForKey(const FilePath &path, co
 
 /// The same of an open file.
 std::optional<QString> descriptorExtendedAttributeValueForKey(int descriptor, const char *key);
+
+/// Reads attributes of many open files, and asks none twice on a file system that has no attributes for
+/// users. Not for several threads at once, nor for longer than file systems stay mounted.
+class UserAttributes
+{
+public:
+    /// The device is the file's.
+    std::optional<QString> value(int descriptor, dev_t device, const char *key);
+    bool areMissingOn(dev_t device) const { return _deviceWithout == device; }
+
+private:
+    std::optional<dev_t> _deviceWithout; ///< the last such one
+};
 
 /// Sets the attribute, following links. With the flag 1 a terminating zero byte is stored too. False on
 /// failure.

@@ -1,6 +1,5 @@
 #include "reading/EncodingDetection.h"
 
-#include "foundation/ExtendedAttributes.h"
 #include "reading/TDStringEncoding.h"
 
 #include <boost/regex.hpp>
@@ -230,18 +229,17 @@ QString attributeValueForEncoding(StringEncoding encoding)
     return convertEncodingToIANACharSetName(number) + u';' + QString::number(number);
 }
 
-StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes, int descriptor)
+StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
+                                 const std::function<std::optional<QString>()> &attribute)
 {
     if (mark.length > 0)
         return mark.encoding;
     const StringEncoding declared = declaredEncoding(bytes.first(qMin(bytes.size(), TD_CONTENT_PROBE_SIZE)));
     if (declared != TD_FILE_COMMON_UNKNOWN_ENCODING)
         return declared;
-    // The open file's, also where a link led to it: the path may lead elsewhere by now.
-    const std::optional<QString> attribute =
-        descriptorExtendedAttributeValueForKey(descriptor, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+    const std::optional<QString> value = attribute();
     const StringEncoding recorded =
-        attribute ? encodingFromAttributeValue(*attribute) : TD_FILE_COMMON_UNKNOWN_ENCODING;
+        value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
     return recorded != TD_FILE_COMMON_UNKNOWN_ENCODING ? recorded : defaultEncodingIdentifier();
 }
 

@@ -5,6 +5,9 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <functional>
+#include <optional>
+
 namespace tidemark {
 
 /// How many bytes of a file are examined for a declaration.
@@ -26,8 +29,10 @@ ByteOrderMark byteOrderMarkAt(QByteArrayView firstBytes);
 
 /// The encoding of an open file that nobody named: the mark's, the one that its first bytes declare, the one
 /// in its attribute, or the user's default, whichever there is first. `bytes` are those behind the mark, at
-/// least TD_CONTENT_PROBE_SIZE of them where the file has so many.
-StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes, int descriptor);
+/// least TD_CONTENT_PROBE_SIZE of them where the file has so many. The attribute's value is asked for when it
+/// comes to that.
+StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
+                                 const std::function<std::optional<QString>()> &attribute);
 
 /// The user's default encoding; 0 when the settings name none that can be used.
 StringEncoding defaultEncodingIdentifier();

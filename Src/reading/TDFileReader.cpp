@@ -1,6 +1,7 @@
 #include "reading/TDFileReader.h"
 
 #include "foundation/AssertionHandler.h"
+#include "foundation/ExtendedAttributes.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/StopFlag.h"
 #include "text/ByteScan.h"
@@ -177,8 +178,12 @@ void TDFileReader::_probeForEncoding()
         return;
     const ByteOrderMark mark = _takeByteOrderMark();
     _hadByteOrderMarker = mark.length > 0;
-    _stringEncoding = encodingOfContent(mark, _lookAhead(_hadByteOrderMarker ? 0 : TD_CONTENT_PROBE_SIZE),
-                                        _readBuffer.descriptor());
+    // The open file's attribute, also where a link led to it: the path may lead elsewhere by now.
+    _stringEncoding =
+        encodingOfContent(mark, _lookAhead(_hadByteOrderMarker ? 0 : TD_CONTENT_PROBE_SIZE), [this] {
+            return descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
+                                                          TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        });
 }
 
 ByteOrderMark TDFileReader::_takeByteOrderMark()

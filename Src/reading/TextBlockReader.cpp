@@ -102,6 +102,7 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     if (file.gate && !file.gate->admits(file, status))
         return Outcome::EndOfFile;
     _modificationDate = FileDate::fromStatus(status);
+    _device = status.st_dev;
     _bytesLeft = bytesToRead(status);
 #ifdef POSIX_FADV_SEQUENTIAL
     // The system then reads further ahead of us.
@@ -156,7 +157,9 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         const ByteOrderMark mark = byteOrderMarkAt(bytes);
         _hadByteOrderMarker = mark.length > 0;
         _start = mark.length;
-        encoding = encodingOfContent(mark, bytes.sliced(_start), _descriptor);
+        encoding = encodingOfContent(mark, bytes.sliced(_start), [this] {
+            return _attributes.value(_descriptor, _device, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+        });
     }
     if (encoding == TD_ENCODING_UTF8) {
         _converter.reset();

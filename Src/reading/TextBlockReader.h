@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/ExtendedAttributes.h"
 #include "foundation/TDFileCommon.h"
 #include "reading/FileToRead.h"
 #include "text/TextEncoding.h"
@@ -74,6 +75,8 @@ private:
     bool _endOfFile = false;
     bool _hadByteOrderMarker = false;
     std::optional<FileDate> _modificationDate;
+    dev_t _device = 0;
+    UserAttributes _attributes;
     StringEncoding _encoding = 0;
     std::unique_ptr<TextConverter> _converter; ///< null for UTF-8
     int _unitSize = 1;                         ///< bytes

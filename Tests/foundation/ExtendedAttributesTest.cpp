@@ -1,6 +1,8 @@
 #include "foundation/ExtendedAttributes.h"
 #include "support/Testing.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -49,6 +51,25 @@ TEST(ExtendedAttributesTest, AreWrittenThroughLinksAndReadFromTheFileItself)
 
     EXPECT_EQ(value(folder.path("missing")), std::nullopt);
     EXPECT_FALSE(setValue(folder.path("missing"), u"x;1"_s));
+}
+
+TEST(ExtendedAttributesTest, AFileSystemWithoutThemIsNotAskedAgain)
+{
+    const TemporaryFolder folder;
+    const FilePath file = folder.write("file", "");
+    if (!setValue(file, u"x;1"_s))
+        GTEST_SKIP() << "no extended attributes here";
+    UserAttributes attributes;
+    for (const char *path : {file.cString(), "/proc/self/comm", file.cString(), "/proc/self/stat"}) {
+        const int descriptor = open(path, O_RDONLY);
+        struct stat status = {};
+        ASSERT_EQ(fstat(descriptor, &status), 0);
+        const bool hasSome = path == file.cString();
+        EXPECT_EQ(attributes.value(descriptor, status.st_dev, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING),
+                  hasSome ? std::optional(u"x;1"_s) : std::nullopt);
+        EXPECT_EQ(attributes.areMissingOn(status.st_dev), !hasSome);
+        close(descriptor);
+    }
 }
 
 } // namespace
