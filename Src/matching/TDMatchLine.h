@@ -43,6 +43,8 @@ public:
 
     /// The whole line, with its line-end characters. Made anew at each call where it wasn't changed.
     QString matchLineString() const { return _changed ? _changed->matchLineString : _foundString(); }
+    /// The same as UTF-8 without a copy; null where that isn't at hand, as the line was changed.
+    QByteArrayView unchangedUtf8() const { return _changed ? QByteArrayView() : _foundText; }
     void setMatchLineString(const QString &line) { _own().matchLineString = line; }
 
     /// The line as it was searched, whatever was changed since. A line that wasn't found by a search is taken

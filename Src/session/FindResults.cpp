@@ -1,5 +1,7 @@
 #include "session/FindResults.h"
 
+#include "session/ResultsFilter.h"
+
 #include <QSet>
 #include <QThreadPool>
 
@@ -58,6 +60,9 @@ void stopReleasing()
 
 FindResults::~FindResults()
 {
+    releaseInBackground(std::exchange(_all, {}));
+    for (FindResultItems &lines : _allLines)
+        releaseInBackground(std::move(lines));
     releaseInBackground(std::exchange(_files, {}));
 }
 
@@ -65,6 +70,9 @@ void FindResults::clear()
 {
     Q_EMIT aboutToClear();
     FindResultItems old = std::exchange(_files, {});
+    old << std::exchange(_all, {});
+    for (const FindResultItems &lines : std::exchange(_allLines, {}))
+        old << lines;
     Q_EMIT cleared();
     releaseInBackground(std::move(old));
 }
@@ -73,21 +81,129 @@ void FindResults::append(const FindResultItems &files)
 {
     if (files.isEmpty())
         return;
+    const FindResultItems shown = _filter ? _filtered(files) : files;
+    if (_filter)
+        _all << files;
     const qsizetype first = _files.size();
-    Q_EMIT aboutToAppend(first, files.size());
-    _files << files;
+    if (shown.isEmpty())
+        return;
+    Q_EMIT aboutToAppend(first, shown.size());
+    _files << shown;
     for (qsizetype position = first; position < _files.size(); ++position)
         _files[position]->setPosition(position);
-    Q_EMIT appended(first, files.size());
+    Q_EMIT appended(first, shown.size());
 }
+
+// -- What shows
+
+bool FindResults::shows(const TDFindResultItem &node) const
+{
+    const TDFindResultItem *file = node.parent() != nullptr ? node.parent() : &node;
+    if (_files.value(file->position()).get() != file)
+        return false;
+    return file == &node || file->children().value(node.position()).get() == &node;
+}
+
+void FindResults::setFilter(std::shared_ptr<const ResultsFilter> filter)
+{
+    Q_EMIT aboutToFilter();
+    const FindResultItems all = _filter ? _all : _files;
+    _filter = std::move(filter);
+    _all = _filter ? all : FindResultItems();
+    _setSiblings(nullptr, _filtered(all));
+    Q_EMIT filtered();
+}
+
+/// Those of the files that show, each with those of its lines that do.
+FindResultItems FindResults::_filtered(const FindResultItems &files)
+{
+    FindResultItems shown;
+    shown.reserve(files.size());
+    for (const auto &file : files) {
+        const FindResultItems lines = _linesOf(file);
+        const auto part = _filter ? _filter->shownLines(*file, lines) : std::nullopt;
+        const bool showsInPart = part && !part->isEmpty();
+        if (!part || showsInPart)
+            shown << file;
+        if (showsInPart)
+            file->setChildren(*part);
+        else if (_allLines.contains(file.get()))
+            file->setChildren(lines);
+        if (showsInPart)
+            _allLines.insert(file.get(), lines);
+        else
+            _allLines.remove(file.get());
+    }
+    return shown;
+}
+
+/// Hidden ones, too.
+FindResultItems FindResults::_linesOf(const std::shared_ptr<TDFindResultItem> &file) const
+{
+    const auto lines = _allLines.constFind(file.get());
+    return lines != _allLines.cend() ? *lines : file->children();
+}
+
+/// What is removed of a filtered list is removed from everything; what is hidden stays.
+class FindResults::HiddenLines
+{
+public:
+    HiddenLines(FindResults &results, const FindResultItems &nodes) : _results(results)
+    {
+        for (const auto &node : nodes) {
+            if (!results._filter || !results.shows(*node))
+                continue;
+            const bool isFile = node->parent() == nullptr;
+            TDFindResultItem *file = isFile ? node.get() : node->parent();
+            if (!results._allLines.contains(file)) {
+                if (isFile)
+                    _goneFiles.insert(file);
+                continue;
+            }
+            _touched.insert(file);
+            const FindResultItems gone = isFile ? file->children() : FindResultItems{node};
+            for (const auto &line : gone)
+                _goneLines.insert(line.get());
+        }
+    }
+
+    void update()
+    {
+        for (TDFindResultItem *file : std::as_const(_touched))
+            _updateFile(*file);
+        if (!_goneFiles.isEmpty())
+            _results._all.removeIf([this](const auto &file) { return _goneFiles.contains(file.get()); });
+    }
+
+private:
+    void _updateFile(TDFindResultItem &file)
+    {
+        FindResultItems &lines = _results._allLines[&file];
+        lines.removeIf([this](const auto &line) { return _goneLines.contains(line.get()); });
+        if (_results.shows(file))
+            return;
+        // Nothing of it shows any more.
+        file.setChildren(lines);
+        _results._allLines.remove(&file);
+    }
+
+    FindResults &_results;
+    QSet<const TDFindResultItem *> _goneFiles;
+    QSet<const TDFindResultItem *> _goneLines;
+    QSet<TDFindResultItem *> _touched;
+};
+
+// -- Removing
 
 void FindResults::remove(const FindResultItems &nodes)
 {
     const QList<Removal> removals = _removals(nodes);
+    HiddenLines hidden(*this, nodes);
     if (removals.size() > MOST_SINGLE_RUNS)
         _thinOut(removals);
     else
         _removeRuns(removals);
+    hidden.update();
 }
 
 QList<FindResults::Removal> FindResults::_removals(const FindResultItems &nodes) const

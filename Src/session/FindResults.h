@@ -2,9 +2,14 @@
 
 #include "matching/TDFindResultItem.h"
 
+#include <QHash>
 #include <QObject>
 
+#include <memory>
+
 namespace tidemark {
+
+class ResultsFilter;
 
 /// Each of the files, followed by its lines.
 FindResultItems filesAndLines(const FindResultItems &files);
@@ -17,7 +22,9 @@ void releaseInBackground(FindResultItems nodes);
 void stopReleasing();
 
 /// The file nodes of one window's results, in arrival order, as an observable list. Main thread only. Each
-/// node's position() is its index in this list; children keep theirs in their file.
+/// node's position() is its index in this list; children keep theirs in their file. While a filter is set,
+/// the list and the files' children are those that show; the others are kept aside until they show again, and
+/// neither removed nor changed.
 class FindResults : public QObject
 {
     Q_OBJECT
@@ -29,6 +36,16 @@ public:
     const FindResultItems &files() const { return _files; }
     bool isEmpty() const { return _files.isEmpty(); }
     qsizetype count() const { return _files.size(); }
+    /// With those that a filter hides.
+    qsizetype countOfAll() const { return _filter ? _all.size() : _files.size(); }
+    /// Whether the node is in the list, or below a file in it.
+    bool shows(const TDFindResultItem &node) const;
+    /// Whether some lines of the file are hidden, and others aren't.
+    bool isPartlyHidden(const TDFindResultItem &file) const { return _allLines.contains(&file); }
+
+    /// Null: everything shows.
+    void setFilter(std::shared_ptr<const ResultsFilter> filter);
+    const std::shared_ptr<const ResultsFilter> &filter() const { return _filter; }
 
     void clear();
     void append(const FindResultItems &files);
@@ -49,6 +66,9 @@ Q_SIGNALS:
     /// Instead of very many removals.
     void aboutToThinOut();
     void thinnedOut();
+    /// Others show than before; every file may stand elsewhere.
+    void aboutToFilter();
+    void filtered();
 
 private:
     struct Removal
@@ -58,12 +78,18 @@ private:
         qsizetype count;
     };
     QList<Removal> _removals(const FindResultItems &nodes) const;
+    FindResultItems _filtered(const FindResultItems &files);
+    FindResultItems _linesOf(const std::shared_ptr<TDFindResultItem> &file) const;
+    class HiddenLines;
     void _removeRuns(const QList<Removal> &removals);
     void _thinOut(const QList<Removal> &removals);
     FindResultItems _siblings(const TDFindResultItem *parent) const;
     void _setSiblings(TDFindResultItem *parent, FindResultItems siblings);
 
     FindResultItems _files;
+    std::shared_ptr<const ResultsFilter> _filter;
+    FindResultItems _all;                                       ///< while there is a filter
+    QHash<const TDFindResultItem *, FindResultItems> _allLines; ///< of the files that show in part
 };
 
 } // namespace tidemark

@@ -25,10 +25,33 @@ public:
     QHash<FilePath, std::shared_ptr<TDFindResultItem>> files;
 };
 
+/// Those that a filter hides are listed as well.
+class EverythingShows
+{
+public:
+    explicit EverythingShows(FindResults &results) : _results(results), _filter(results.filter())
+    {
+        if (_filter)
+            _results.setFilter(nullptr);
+    }
+    ~EverythingShows()
+    {
+        if (_filter)
+            _results.setFilter(_filter);
+    }
+    EverythingShows(const EverythingShows &) = delete;
+    EverythingShows &operator=(const EverythingShows &) = delete;
+
+private:
+    FindResults &_results;
+    const std::shared_ptr<const ResultsFilter> _filter;
+};
+
 } // namespace
 
 void searchListedFilesAgain(FindResults &results, const QSet<FilePath> &changed, const QString &findText)
 {
+    const EverythingShows everythingShows(results);
     ResolvedPaths resolved;
     QList<TDSearchLocation> locations;
     QSet<FilePath> searched;

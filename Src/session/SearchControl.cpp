@@ -152,7 +152,7 @@ void SearchControl::_mergeNewResults()
     _document.setFilesWithMatchesCount(newResults.size());
     if (!newResults.isEmpty())
         _document.findResults().append(newResults);
-    _document.setFilesWithMatchesCount(_document.findResults().count());
+    _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
 }
 
 void SearchControl::_searchFinished(const QString &status)
@@ -163,7 +163,7 @@ void SearchControl::_searchFinished(const QString &status)
     if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
         _document.setFilesWithMatchesCount(0);
     _setSearching(false);
-    _document.setFilesWithMatchesCount(_document.findResults().count());
+    _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
     Q_EMIT searchFinished();
 }
 
