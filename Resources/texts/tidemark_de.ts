@@ -162,6 +162,9 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>%@ match stayed as it was</source><translation>%@ Treffer unverändert</translation></message>
   <message><source>%@ matches stayed as they were</source><translation>%@ Treffer unverändert</translation></message>
   <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
+  <message><source>%@ of %@ replaced</source><translation>%@ von %@ ersetzt</translation></message>
+  <message><source>%@ cannot hold ‘%@’</source><translation>%@ kann „%@“ nicht darstellen</translation></message>
+  <message><source>The expression takes too long to show what becomes of its matches</source><translation>Der Ausdruck braucht zu lange, um zu zeigen, was aus den Treffern wird</translation></message>
   <message><source>%@ files failed</source><translation>%@ Dateien fehlgeschlagen</translation></message>
   <message><source>Files that failed</source><translation>Fehlgeschlagene Dateien</translation></message>
   <message><source>old content in %@</source><translation>alter Inhalt in %@</translation></message>

@@ -162,6 +162,9 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>%@ match stayed as it was</source><translation>%@ occurrence inchangée</translation></message>
   <message><source>%@ matches stayed as they were</source><translation>%@ occurrences inchangées</translation></message>
   <message><source>%@ file failed</source><translation>%@ fichier en échec</translation></message>
+  <message><source>%@ of %@ replaced</source><translation>%@ sur %@ remplacées</translation></message>
+  <message><source>%@ cannot hold ‘%@’</source><translation>%@ ne peut pas contenir « %@ »</translation></message>
+  <message><source>The expression takes too long to show what becomes of its matches</source><translation>L’expression prend trop de temps pour montrer ce que deviennent ses occurrences</translation></message>
   <message><source>%@ files failed</source><translation>%@ fichiers en échec</translation></message>
   <message><source>Files that failed</source><translation>Fichiers en échec</translation></message>
   <message><source>old content in %@</source><translation>ancien contenu dans %@</translation></message>

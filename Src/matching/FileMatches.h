@@ -2,6 +2,7 @@
 
 #include "matching/FoundLines.h"
 #include "matching/SearchedLine.h"
+#include "text/TextEncoding.h"
 
 namespace tidemark {
 
@@ -20,6 +21,7 @@ struct FileMatches
     MatchLines lines; ///< in line order; shared by copies
     LimitedLines limitedLines;
     bool areBeyondAscii = false; ///< a line among them holds characters beyond ASCII
+    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING; ///< in which the file was read
 };
 
 } // namespace tidemark

@@ -171,6 +171,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
         return false;
     _includesBOM = reader->hadByteOrderMarker();
     _startAfresh(context);
+    _matches.encoding = reader->stringEncoding();
 
     try {
         _searchLines(*reader, context, error);
@@ -231,6 +232,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     if (opened != Outcome::Block)
         return opened == Outcome::EndOfFile ? BlockSearch::Done : BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
+    _matches.encoding = reader.encoding();
     std::atomic<bool> hasFailed = false;
     const auto searchBatch = [&](const LineBatch &batch) {
         const StopScope scope(&_shouldStop, _searchShouldStop);

@@ -45,8 +45,9 @@ public:
     /// True when the block delivered last was the last of the file.
     bool isAtEnd() const { return _endOfFile && _start == _end; }
 
-    /// Of the file opened last: its date before it was read, and whether it began with a mark.
+    /// Of the file opened last: its date before it was read, its encoding, and whether it began with a mark.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
+    StringEncoding encoding() const { return _encoding; }
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
 
 private:

@@ -1,7 +1,7 @@
 #include "window/results/MatchLineDisplay.h"
 
 #include "matching/TDMatchLine.h"
-#include "replace/TDReplacement.h"
+#include "session/ReplacementPreview.h"
 #include "support/Testing.h"
 
 #include <algorithm>
@@ -11,6 +11,7 @@ namespace {
 
 constexpr StyledColor YELLOW = {0.9450980392156862, 0.8784313725490196, 0.6627450980392157};
 constexpr StyledColor ORANGE = {1.0, 0.5764705882352941, 0.12549019607843137};
+constexpr StyledColor GREEN = {168 / 255.0, 222 / 255.0, 178 / 255.0};
 constexpr StyledColor GREY = {0.7058823529411765, 0.7058823529411765, 0.7058823529411765};
 
 TDMatchLine lineWith(qint64 number, const QString &text, const QList<TextRange> &ranges)
@@ -28,6 +29,7 @@ QString looks(const StyledText &text)
     const auto letter = [](const StyledColor &color) {
         return color == YELLOW           ? u'y'
                : color == ORANGE         ? u'o'
+               : color == GREEN          ? u'r'
                : color == GREY           ? u'g'
                : color == TD_COLOR_WHITE ? u'w'
                : color == TD_COLOR_BLACK ? u'b'
@@ -84,7 +86,12 @@ TEST(MatchLineDisplay, MatchesAreColouredOverBaseAndNumber)
     EXPECT_EQ(looks(buildMatchLineAttributedString(lineWith(3, u"\u2028abc"_s, {{1, 1}}), false)),
               u"gggbyb"_s);
 
+    line.setHighlightedMatchIndex(1);
+    line.setReplaced(0);
+    line.setReplaced(1);
     const StyledText text = buildMatchLineAttributedString(line, false);
+    EXPECT_EQ(looks(text), u"ggggbrrboo"_s);
+    EXPECT_TRUE(text.runs[1].underline && text.runs[2].underline) << "told apart without colours";
     EXPECT_EQ(text.font.family, u"Lucida Grande"_s);
     EXPECT_EQ(text.font.pointSize, 11);
     EXPECT_EQ(text.lineBreakMode, LineBreakMode::WrapByCharacter);
@@ -94,9 +101,9 @@ TEST(MatchLineDisplay, ReplacementsStandBehindTheirMatches)
 {
     const TDMatchLine line = lineWith(3, u"ab ab x"_s, {{0, 2}, {3, 2}, {7, 0}});
     const auto shownWith = [&line](const QString &replaceText) {
-        const TDReplacement replacement(u"ab"_s, replaceText, FindOptions(),
-                                        ReplacementExtent::EveryOccurrence);
-        const MatchLineLook look = matchLineLook(line, false, &replacement);
+        const LinePreview preview =
+            ReplacementPreview(u"ab"_s, replaceText, FindOptions()).ofLine(line, TD_ENCODING_ASCII);
+        const MatchLineLook look = matchLineLook(line, false, &preview);
         QString shown;
         for (qsizetype index = 0; index < look.styled.text.size(); ++index) {
             const bool isStruck =
@@ -114,6 +121,7 @@ TEST(MatchLineDisplay, ReplacementsStandBehindTheirMatches)
     EXPECT_EQ(shownWith(u"a\r\n\t\n"_s), u"3: --a↵•↵ --a↵•↵ xa↵•↵ 3 10 18"_s);
     // What stays as it is isn't a replacement.
     EXPECT_EQ(shownWith(u"ab"_s), u"3: ab ab xab 3 6 10"_s);
+    EXPECT_EQ(shownWith(u"é"_s), u"3: --é --é xé   ⚠ Western (ASCII) cannot hold ‘é’ 3 7 12"_s);
 }
 
 } // namespace

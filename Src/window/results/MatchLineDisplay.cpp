@@ -1,7 +1,7 @@
 #include "window/results/MatchLineDisplay.h"
 
 #include "matching/TDFindResultItem.h"
-#include "replace/TDReplacement.h"
+#include "session/ReplacementPreview.h"
 #include "text/CharacterSets.h"
 
 #include <algorithm>
@@ -14,8 +14,10 @@ namespace {
 constexpr double SMALL_SYSTEM_FONT_SIZE = 11;
 constexpr char16_t BULLET = u'\x2022';
 constexpr char16_t RETURN_ARROW = u'\x21B5';
+constexpr char16_t WARNING_SIGN = u'\x26A0';
 constexpr StyledColor MATCH_BACKGROUND = {241 / 255.0, 224 / 255.0, 169 / 255.0};
 constexpr StyledColor HIGHLIGHTED_MATCH_BACKGROUND = {1.0, 147 / 255.0, 32 / 255.0};
+constexpr StyledColor REPLACED_MATCH_BACKGROUND = {168 / 255.0, 222 / 255.0, 178 / 255.0};
 constexpr StyledColor REPLACEMENT_BACKGROUND = {203 / 255.0, 236 / 255.0, 206 / 255.0};
 constexpr StyledColor LINE_NUMBER_COLOR = {180 / 255.0, 180 / 255.0, 180 / 255.0};
 
@@ -38,25 +40,6 @@ QString withVisibleControls(QStringView text)
         }
     }
     return result;
-}
-
-/// What is written behind each match; nothing where the match stays as it is, or fails to be formed.
-QList<std::optional<QString>> replacementsOf(const TDMatchLine &line, const QString &text,
-                                             const TDReplacement &replacement)
-{
-    const QString foundLine = line.foundLineString();
-    const QList<TextRange> found = line.foundRanges();
-    const QList<TextRange> ranges = line.matchRanges();
-    TDReplacement::InLine inLine(replacement, foundLine);
-    QList<std::optional<QString>> replacements(ranges.size());
-    TDError error;
-    for (qsizetype index = 0; index < std::min(ranges.size(), found.size()) && !error; ++index) {
-        const QStringView matched = QStringView(text).mid(ranges[index].location, ranges[index].length);
-        const std::optional<QString> instead = inLine.replacementFor(found[index], matched, error);
-        if (instead && *instead != matched)
-            replacements[index] = instead;
-    }
-    return replacements;
 }
 
 QString shownReplacement(QString text)
@@ -82,16 +65,32 @@ qsizetype insertReplacement(StyledText &styled, const QString &replacement)
     return shown.size();
 }
 
+/// Text that was put in is underlined, before it is written and afterwards.
+StyledRun runOfMatch(const TDMatchLine &line, qsizetype index, TextRange range)
+{
+    const bool isReplaced = line.isReplaced(index);
+    const bool isHighlighted = index == line.highlightedMatchIndex();
+    const StyledColor background = isHighlighted ? HIGHLIGHTED_MATCH_BACKGROUND
+                                   : isReplaced  ? REPLACED_MATCH_BACKGROUND
+                                                 : MATCH_BACKGROUND;
+    return {range, TD_COLOR_BLACK, background, isReplaced, {}};
+}
+
+void appendProblem(StyledText &styled, const QString &problem)
+{
+    const qsizetype start = styled.text.size();
+    styled.text += QStringLiteral("   ") + QChar(WARNING_SIGN) + u' ' + problem;
+    styled.runs << StyledRun{{start, styled.text.size() - start}, PROBLEM_COLOR, {}, false, {}};
+}
+
 } // namespace
 
-MatchLineLook matchLineLook(const TDMatchLine &line, bool selected, const TDReplacement *replacement)
+MatchLineLook matchLineLook(const TDMatchLine &line, bool selected, const LinePreview *preview)
 {
     const QString prefix = QString::number(line.lineNumber()) + QStringLiteral(": ");
     const QString text = line.matchLineString();
     const QList<TextRange> ranges = line.matchRanges();
     const TextRange body = rangeWithoutNewlinesAtEnds(text);
-    const auto replacements =
-        replacement != nullptr ? replacementsOf(line, text, *replacement) : QList<std::optional<QString>>();
 
     MatchLineLook look;
     StyledText &styled = look.styled;
@@ -103,17 +102,13 @@ MatchLineLook matchLineLook(const TDMatchLine &line, bool selected, const TDRepl
     qsizetype moved = prefix.size();
     for (qsizetype index = 0; index < ranges.size(); ++index) {
         // Positions are those in the untrimmed line, also on a line that begins with line-break characters.
-        const StyledRun match{{moved + ranges[index].location, ranges[index].length},
-                              TD_COLOR_BLACK,
-                              index == line.highlightedMatchIndex() ? HIGHLIGHTED_MATCH_BACKGROUND
-                                                                    : MATCH_BACKGROUND,
-                              false,
-                              {}};
-        look.matches << match.range;
-        styled.runs << match;
-        if (const auto shown = replacements.value(index))
+        styled.runs << runOfMatch(line, index, {moved + ranges[index].location, ranges[index].length});
+        look.matches << styled.runs.last().range;
+        if (const auto shown = preview != nullptr ? preview->replacements.value(index) : std::nullopt)
             moved += insertReplacement(styled, *shown);
     }
+    if (preview != nullptr && !preview->problem.isEmpty())
+        appendProblem(styled, preview->problem);
     styled.runs.first().range = styled.wholeRange();
     if (!ranges.isEmpty())
         styled.runs << StyledRun{{0, prefix.size()}, LINE_NUMBER_COLOR, {}, false, {}};

@@ -17,6 +17,8 @@ constexpr int NUMBER_MARGIN = 20;
 /// How much of the highlight is left in a selection without the keyboard.
 constexpr float MUTED = 0.3F;
 constexpr int FOCUS_MARK_ALPHA = 170;
+constexpr int NOTE_GAP = 8;
+constexpr float SECONDARY_ALPHA = 0.75F;
 
 QColor mutedHighlight(const QPalette &palette)
 {
@@ -66,7 +68,10 @@ void OutlinePainter::_paintFileRow(QStyleOptionViewItem option, const QModelInde
             option.rect.adjust(indentation, 0, 0, 0);
         if (column == ResultsTreeModel::MatchesColumn)
             option.rect.adjust(0, 0, -NUMBER_MARGIN, 0);
-        _cell.paint(&_painter, option, file.siblingAtColumn(column));
+        if (column == ResultsTreeModel::NameColumn)
+            _paintName(option, file.siblingAtColumn(column));
+        else
+            _cell.paint(&_painter, option, file.siblingAtColumn(column));
     }
     QStyleOptionViewItem branch = option;
     branch.rect = QRect(_view.header()->sectionViewportPosition(0), row.top(), indentation, row.height());
@@ -75,6 +80,29 @@ void OutlinePainter::_paintFileRow(QStyleOptionViewItem option, const QModelInde
         branch.state |= QStyle::State_Children;
     branch.state.setFlag(QStyle::State_Open, _view.isExpanded(file));
     _view.style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, &_painter, &_view);
+}
+
+/// The name gives way to the note behind it.
+void OutlinePainter::_paintName(QStyleOptionViewItem option, const QModelIndex &file) const
+{
+    const QString note = file.data(ResultsTreeModel::NoteRole).toString();
+    const QRect whole = option.rect;
+    if (!note.isEmpty()) {
+        const int room = option.fontMetrics.horizontalAdvance(note) + NOTE_GAP;
+        option.rect.setWidth(qMin(_cell.sizeHint(option, file).width(), qMax(0, whole.width() - room)));
+    }
+    _cell.paint(&_painter, option, file);
+    if (note.isEmpty())
+        return;
+    const bool isSelected = option.state & QStyle::State_Selected;
+    QColor color =
+        option.palette.color(QPalette::Active, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    color.setAlphaF(SECONDARY_ALPHA);
+    const QRect rect = whole.adjusted(option.rect.width() + NOTE_GAP, 0, 0, 0);
+    _painter.setFont(option.font);
+    _painter.setPen(color);
+    _painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      option.fontMetrics.elidedText(note, Qt::ElideRight, rect.width()));
 }
 
 void OutlinePainter::paintFocusMark(const QRect &rect, QPalette::ColorRole role) const

@@ -30,6 +30,7 @@ public:
 
 private:
     void _paintFileRow(QStyleOptionViewItem option, const QModelIndex &file) const;
+    void _paintName(QStyleOptionViewItem option, const QModelIndex &file) const;
 
     const TDSearchResultsOutlineView &_view;
     const TDSearchResultsTextFieldCell &_cell;

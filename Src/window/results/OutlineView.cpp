@@ -425,9 +425,9 @@ void OutlineView::scrollToMatch(int row, qint64 match)
         _showPart(row, rect.top(), rect.bottom() + 1);
 }
 
-void OutlineView::setReplacement(std::shared_ptr<const TDReplacement> replacement)
+void OutlineView::setPreview(std::shared_ptr<const ReplacementPreview> preview)
 {
-    _cell->setReplacement(std::move(replacement));
+    _cell->setPreview(std::move(preview));
     _heights.clear();
     _rowsChanged();
     viewport()->update();

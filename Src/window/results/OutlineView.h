@@ -13,9 +13,9 @@ class QHeaderView;
 
 namespace tidemark {
 
+class ReplacementPreview;
 class ResultsTreeModel;
 class TDFindResultItem;
-class TDReplacement;
 class TDSearchResultsTextFieldCell;
 
 /// An outline of files and their lines: which rows there are, how high they are, and which are in sight. Rows
@@ -56,7 +56,7 @@ public:
     /// The same for a match of a match line; its start for one that there isn't.
     void scrollToMatch(int row, qint64 match);
     /// What every match would become is shown behind it from now on; null: no more.
-    void setReplacement(std::shared_ptr<const TDReplacement> replacement);
+    void setPreview(std::shared_ptr<const ReplacementPreview> preview);
 
     QRect visualRect(const QModelIndex &index) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;

@@ -56,8 +56,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpKeys();
     _setUpButtons();
     _setUpReplaceProgress();
-    new ShownReplacements(_document, _replace, outlineView(), *_ui.showReplacementsCheckBox,
-                          *_actions.showReplacements, this);
+    new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox, *_actions.showReplacements,
+                          this);
     connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,
             &ResultsPane::searchOfEverythingRequested);
     connect(&_resultsActions, &ResultsActions::leaveOutRequested, this, &ResultsPane::_leaveOut);

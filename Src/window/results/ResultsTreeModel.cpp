@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFont>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPalette>
 
 #include <algorithm>
@@ -220,7 +221,7 @@ void ResultsTreeModel::_endRemove()
         return;
     }
     // An address can come back as that of another node.
-    _matchCounts.clear();
+    _knownCounts.clear();
     endRemoveRows();
 }
 
@@ -233,7 +234,7 @@ void ResultsTreeModel::_beginReset()
 void ResultsTreeModel::_endReset()
 {
     _isResetting = false;
-    _matchCounts.clear();
+    _knownCounts.clear();
     _sortShownOrder();
     endResetModel();
 }
@@ -241,7 +242,7 @@ void ResultsTreeModel::_endReset()
 void ResultsTreeModel::noteChanged(const TDFindResultItem &item)
 {
     if (item.parent() == nullptr)
-        _matchCounts.remove(&item);
+        _knownCounts.remove(&item);
     else
         noteChanged(*item.parent());
     noteLooksChanged(item);
@@ -263,19 +264,32 @@ void ResultsTreeModel::noteFileChanged(const TDFindResultItem &file)
 
 void ResultsTreeModel::noteAllChanged()
 {
-    _matchCounts.clear();
+    _knownCounts.clear();
     if (!_results.isEmpty())
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, COLUMN_COUNT - 1));
 }
 
 // -- What is shown
 
-std::optional<qint32> ResultsTreeModel::_matchCount(const TDFindResultItem &file) const
+const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem &file) const
 {
-    const auto known = _matchCounts.constFind(&file);
-    if (known != _matchCounts.constEnd())
+    const auto known = _knownCounts.constFind(&file);
+    if (known != _knownCounts.constEnd())
         return *known;
-    return *_matchCounts.insert(&file, file.matchCount());
+    Counts counts{file.matchCount(), 0};
+    for (const auto &line : file.matches() != nullptr ? file.matches()->lines : MatchLines())
+        counts.replaced += qint32(line->numberOfReplacedMatches());
+    return *_knownCounts.insert(&file, counts);
+}
+
+QString ResultsTreeModel::_noteOf(const TDFindResultItem &file) const
+{
+    const Counts &counts = _counts(file);
+    const QLocale locale;
+    return counts.replaced == 0
+               ? QString()
+               : formatted(localizedString("%@ of %@ replaced"),
+                           {locale.toString(counts.replaced), locale.toString(counts.matches.value_or(0))});
 }
 
 QVariant ResultsTreeModel::data(const QModelIndex &index, int role) const
@@ -314,7 +328,9 @@ QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
         return formatted(localizedString("%@ in %@, couldn’t be searched"), {name, folder});
     const QString matches = formatted(
         *count == 1 ? localizedString("%lu match") : localizedString("%lu matches"), {quint64(*count)});
-    const QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
+    QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
+    if (const QString note = _noteOf(file); !note.isEmpty())
+        spoken += QStringLiteral(", ") + note;
     return file.remark().isEmpty() ? spoken : spoken + QStringLiteral(". ") + file.remark();
 }
 
@@ -349,6 +365,8 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
     switch (role) {
     case Qt::ToolTipRole:
         return plainToolTip(_tipOf(file));
+    case NoteRole:
+        return column == NameColumn ? QVariant(_noteOf(file)) : QVariant();
     case Qt::ForegroundRole:
         return column == FolderColumn && !file.remark().isEmpty() ? QVariant(remarkColor()) : QVariant();
     case Qt::AccessibleTextRole:

@@ -19,6 +19,8 @@ class ResultsTreeModel : public QAbstractItemModel
 public:
     enum Column { NameColumn, MatchesColumn, FolderColumn };
     static constexpr int COLUMN_COUNT = 3;
+    /// Of a file's name: what stands behind it in a secondary colour; empty for nothing.
+    static constexpr int NoteRole = Qt::UserRole + 1;
 
     explicit ResultsTreeModel(FindResults &results, QObject *parent = nullptr);
 
@@ -62,7 +64,14 @@ private:
     void _endReset();
     qsizetype _position(int row) const { return _shownOrder.isEmpty() ? row : _shownOrder[row]; }
     int _row(qsizetype position) const { return int(_rows.isEmpty() ? position : _rows[position]); }
-    std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
+    struct Counts
+    {
+        std::optional<qint32> matches;
+        qint32 replaced = 0;
+    };
+    const Counts &_counts(const TDFindResultItem &file) const;
+    std::optional<qint32> _matchCount(const TDFindResultItem &file) const { return _counts(file).matches; }
+    QString _noteOf(const TDFindResultItem &file) const;
     QString _displayText(const TDFindResultItem &item, int column) const;
     static QIcon _iconOf(const TDFindResultItem &file);
     static QString _tipOf(const TDFindResultItem &file);
@@ -75,7 +84,7 @@ private:
     Qt::SortOrder _sortOrder = Qt::AscendingOrder;
     QList<qsizetype> _shownOrder; ///< row to position in the results; empty: the same
     QList<qsizetype> _rows;       ///< the other way round
-    mutable QHash<const TDFindResultItem *, std::optional<qint32>> _matchCounts;
+    mutable QHash<const TDFindResultItem *, Counts> _knownCounts;
     bool _isResetting = false;
 };
 

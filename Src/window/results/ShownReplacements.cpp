@@ -2,17 +2,19 @@
 
 #include "foundation/UserDefaults.h"
 #include "session/MyDocument.h"
-#include "session/ReplaceControl.h"
+#include "session/ReplacementPreview.h"
 #include "window/results/OutlineView.h"
 
 #include <QAction>
 #include <QCheckBox>
 
+#include <utility>
+
 namespace tidemark {
 
-ShownReplacements::ShownReplacements(MyDocument &document, const ReplaceControl &replace, OutlineView &view,
-                                     QCheckBox &box, QAction &action, QObject *parent)
-    : QObject(parent), _document(document), _replace(replace), _view(view), _box(box), _action(action)
+ShownReplacements::ShownReplacements(MyDocument &document, OutlineView &view, QCheckBox &box, QAction &action,
+                                     QObject *parent)
+    : QObject(parent), _document(document), _view(view), _box(box), _action(action)
 {
     const auto store = [](bool shown) {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS, shown);
@@ -37,7 +39,15 @@ void ShownReplacements::_update()
     const bool areShown = ShownReplacements::areShown(_document.replaceText());
     _box.setChecked(areShown);
     _action.setChecked(areShown);
-    _view.setReplacement(areShown ? std::make_shared<const TDReplacement>(_replace.replacement()) : nullptr);
+    std::optional<Subject> subject;
+    if (areShown)
+        subject = Subject{_document.findText(), _document.replaceText(), FindOptions::withUserDefaults()};
+    // Most settings have nothing to do with it, and laying out anew costs what is laid out.
+    if (std::exchange(_shown, subject) == subject)
+        return;
+    _view.setPreview(subject ? std::make_shared<const ReplacementPreview>(
+                                   subject->findText, subject->replaceText, subject->options)
+                             : nullptr);
 }
 
 } // namespace tidemark

@@ -1,5 +1,7 @@
 #include "window/results/StyledLinePainter.h"
 
+#include "window/results/MatchLineDisplay.h"
+
 #include <QGlyphRun>
 #include <QPainter>
 #include <QTextLine>
@@ -16,6 +18,7 @@ QColor colorOf(const StyledColor &color)
 namespace {
 
 constexpr qreal MARK_WIDTH = 3;
+constexpr QColor PROBLEM_ON_DARK = QColor(255, 154, 150);
 
 /// Where characters of both directions meet a cursor has two places, so only the glyphs tell.
 QRect rectOfGlyphs(const QTextLine &line, qint64 start, qint64 end)
@@ -52,7 +55,7 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
     QRegion baseRegion = line.rect().toAlignedRect().adjusted(-2, 0, 2, 0).translated(origin);
     QRegion matchRegion;
     QRegion otherRegion;
-    std::optional<StyledColor> other;
+    QList<std::pair<StyledColor, QRect>> others;
     // The first run is the base colour of the whole text.
     for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
         const StyledRun &run = _styled.runs[index];
@@ -64,8 +67,8 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
         if (run.background) {
             _painter.fillRect(rect, colorOf(*run.background));
             matchRegion += rect;
-        } else {
-            other = run.foreground;
+        } else if (run.foreground) {
+            others.append({*run.foreground, rect});
             otherRegion += rect;
         }
     }
@@ -75,10 +78,19 @@ void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
     _paintForeground(line, origin, _base, _base == QColor(Qt::black) ? baseRegion : baseRegion - matchRegion);
     if (_base != QColor(Qt::black))
         _paintForeground(line, origin, Qt::black, matchRegion);
-    if (other)
-        _paintForeground(line, origin, _prefix.value_or(colorOf(*other)), otherRegion);
+    for (const auto &[color, rect] : std::as_const(others))
+        _paintForeground(line, origin, _colorOfOther(color), rect);
     for (const StyledRun &run : _styled.runs)
         _paintLines(rectOfRange(line, _directions, run.range, origin), run);
+}
+
+QColor StyledLinePainter::_colorOfOther(const StyledColor &color) const
+{
+    if (color != PROBLEM_COLOR)
+        return _prefix.value_or(colorOf(color));
+    if (_prefix)
+        return _base;
+    return _base.lightnessF() > 0.5F ? PROBLEM_ON_DARK : colorOf(color);
 }
 
 /// Through the middle of what goes, and under what comes: nobody has to tell colours apart.

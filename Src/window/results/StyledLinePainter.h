@@ -3,6 +3,7 @@
 #include "text/StyledText.h"
 
 #include <QColor>
+#include <QList>
 #include <QRegion>
 
 #include <optional>
@@ -22,7 +23,7 @@ class StyledLinePainter
 {
 public:
     /// `base` stands for the styled text's base colour, black or white; `prefix`, if given, for that of the
-    /// line number. Both references must outlive the object.
+    /// line number, as the row is selected then. Both references must outlive the object.
     StyledLinePainter(QPainter &painter, const StyledText &styled, Directions directions, const QColor &base,
                       std::optional<QColor> prefix = {})
         : _painter(painter), _styled(styled), _directions(directions), _base(base), _prefix(std::move(prefix))
@@ -34,6 +35,7 @@ public:
     static QRect rectOfRange(const QTextLine &line, Directions directions, TextRange range, QPoint origin);
 
 private:
+    QColor _colorOfOther(const StyledColor &color) const;
     void _paintLines(const QRect &rect, const StyledRun &run) const;
     void _paintMark(const QTextLine &line, const StyledRun &run, QPoint origin) const;
     void _paintForeground(const QTextLine &line, QPoint origin, const QColor &color,

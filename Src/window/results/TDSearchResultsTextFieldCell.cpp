@@ -1,8 +1,7 @@
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include "matching/TDFindResultItem.h"
-#include "replace/TDReplacement.h"
-#include "window/results/MatchLineDisplay.h"
+#include "session/ReplacementPreview.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -115,7 +114,7 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
     auto *made = new Layout;
     // The base colour is put over it when it is painted, as the row is selected then or not.
     if (item.matchLine() != nullptr) {
-        MatchLineLook look = matchLineLook(*item.matchLine(), false, _replacement.get());
+        MatchLineLook look = _lookOf(item);
         made->styled = std::move(look.styled);
         made->matches = std::move(look.matches);
     } else {
@@ -181,10 +180,20 @@ QRect TDSearchResultsTextFieldCell::rectOfMatch(const QStyleOptionViewItem &opti
     return rectOfText(option, item, exists ? matches[match] : TextRange{prefixLength(item), 0});
 }
 
-void TDSearchResultsTextFieldCell::setReplacement(std::shared_ptr<const TDReplacement> replacement)
+void TDSearchResultsTextFieldCell::setPreview(std::shared_ptr<const ReplacementPreview> preview)
 {
-    _replacement = std::move(replacement);
+    _preview = std::move(preview);
     forgetAll();
+}
+
+MatchLineLook TDSearchResultsTextFieldCell::_lookOf(const TDFindResultItem &item) const
+{
+    if (!_preview)
+        return matchLineLook(*item.matchLine(), false, nullptr);
+    const FileMatches *matches = item.parent() != nullptr ? item.parent()->matches() : nullptr;
+    const LinePreview preview = _preview->ofLine(
+        *item.matchLine(), matches != nullptr ? matches->encoding : TD_FILE_COMMON_UNKNOWN_ENCODING);
+    return matchLineLook(*item.matchLine(), false, &preview);
 }
 
 void TDSearchResultsTextFieldCell::paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/StyledText.h"
+#include "window/results/MatchLineDisplay.h"
 #include "window/results/StyledLinePainter.h"
 
 #include <QCache>
@@ -11,8 +12,8 @@
 
 namespace tidemark {
 
+class ReplacementPreview;
 class TDFindResultItem;
-class TDReplacement;
 
 /// Lays out and draws the results' rows: match lines wrapped by character over the whole width, errors, and
 /// the cells of a file's row. Only what is drawn or measured is laid out, and only the rows used last are
@@ -35,9 +36,8 @@ public:
     QRect rectOfText(const QStyleOptionViewItem &option, const TDFindResultItem &item, TextRange range) const;
     /// The same of a match. The start of the line for one that there isn't.
     QRect rectOfMatch(const QStyleOptionViewItem &option, const TDFindResultItem &item, qint64 match) const;
-    /// Shown behind each match from now on; null: none is. Shared, as what is laid out is made when it is
-    /// needed.
-    void setReplacement(std::shared_ptr<const TDReplacement> replacement);
+    /// Shown behind each match from now on; null: none is. Asked when something is laid out.
+    void setPreview(std::shared_ptr<const ReplacementPreview> preview);
     /// Drops what is laid out of the item, or of everything.
     void forget(const TDFindResultItem &item) { _layouts.remove(&item); }
     void forgetAll() { _layouts.clear(); }
@@ -67,7 +67,9 @@ private:
     void _paintError(QPainter &painter, const QStyleOptionViewItem &option,
                      const TDFindResultItem &item) const;
 
-    std::shared_ptr<const TDReplacement> _replacement;
+    MatchLineLook _lookOf(const TDFindResultItem &item) const;
+
+    std::shared_ptr<const ReplacementPreview> _preview;
     mutable QCache<const TDFindResultItem *, Layout> _layouts;
 };
 
