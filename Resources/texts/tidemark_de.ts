@@ -162,6 +162,10 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>%@ match stayed as it was</source><translation>%@ Treffer unverändert</translation></message>
   <message><source>%@ matches stayed as they were</source><translation>%@ Treffer unverändert</translation></message>
   <message><source>%@ file failed</source><translation>%@ Datei fehlgeschlagen</translation></message>
+  <message><source>Undo</source><translation>Rückgängig</translation></message>
+  <message><source>Redo</source><translation>Wiederholen</translation></message>
+  <message><source>Show Fai&amp;lures</source><translation>Fe&amp;hlschläge zeigen</translation></message>
+  <message><source>This replacement is being undone elsewhere.</source><translation>Diese Ersetzung wird gerade anderswo rückgängig gemacht.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ von %@ ersetzt</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ kann „%@“ nicht darstellen</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>Der Ausdruck braucht zu lange, um zu zeigen, was aus den Treffern wird</translation></message>

@@ -162,6 +162,10 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>%@ match stayed as it was</source><translation>%@ occurrence inchangée</translation></message>
   <message><source>%@ matches stayed as they were</source><translation>%@ occurrences inchangées</translation></message>
   <message><source>%@ file failed</source><translation>%@ fichier en échec</translation></message>
+  <message><source>Undo</source><translation>Annuler</translation></message>
+  <message><source>Redo</source><translation>Rétablir</translation></message>
+  <message><source>Show Fai&amp;lures</source><translation>Montrer les éc&amp;hecs</translation></message>
+  <message><source>This replacement is being undone elsewhere.</source><translation>Ce remplacement est en train d’être annulé ailleurs.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ sur %@ remplacées</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ ne peut pas contenir « %@ »</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>L’expression prend trop de temps pour montrer ce que deviennent ses occurrences</translation></message>

@@ -53,7 +53,7 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     ResultsActions &results = controller.resultsPane().resultsActions();
     QMenu *menu = bar->addMenu(localizedString("&Results"));
     menu->addActions({actions.nextMatch, actions.previousMatch, actions.firstMatchInNextFile,
-                      actions.firstMatchInPreviousFile});
+                      actions.firstMatchInPreviousFile, actions.showFailures});
     menu->addSeparator();
     menu->addAction(actions.showReplacements);
     menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});

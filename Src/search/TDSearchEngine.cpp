@@ -91,7 +91,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _searchLocations = searchLocations;
     _caseSensitive = caseSensitive;
     // The options are read here and nowhere below: a search is of one mind from its first file to its last.
-    _pattern = std::make_unique<TDFindPattern>(findText, FindOptions::withUserDefaults(_caseRule()));
+    _pattern = std::make_unique<TDFindPattern>(
+        findText, _options ? *_options : FindOptions::withUserDefaults(_caseRule()));
     _scannedCount = _fileMatchCount = _matchCount = 0;
     _searchedFiles.setLocationsOverlap(_locationsOverlap());
     _failedFolders.setLocationsOverlap(_searchedFiles.locationsOverlap());

@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 namespace tidemark {
 
@@ -53,6 +54,9 @@ public:
     /// messages, more of them read ahead. 0, the default: as many as the machine has cores, but at least two,
     /// and more while they wait for the disk.
     void setThreadCount(int threads) { _threadCount = threads; }
+
+    /// How the find text is read, whatever the settings say.
+    void setFindOptions(const FindOptions &options) { _options = options; }
 
     /// Whether what the settings leave out is searched nevertheless, of any kind.
     void setSearchesEverything(bool everything) { _searchesEverything = everything; }
@@ -119,6 +123,7 @@ private:
     QString _findText;
     QList<TDSearchLocation> _searchLocations;
     bool _caseSensitive = false;
+    std::optional<FindOptions> _options;
     std::unique_ptr<TDFindPattern> _pattern;
     VKFolderTraverser _folderTraverser;
     std::atomic<bool> _shouldStopSearch = false;

@@ -1,19 +1,26 @@
 #include "session/ListedFiles.h"
 
-#include "foundation/UserDefaults.h"
+#include "foundation/WorkerThreads.h"
 #include "replace/ResolvedPaths.h"
+#include "replace/RewriteProblem.h"
 #include "search/TDSearchEngine.h"
-#include "session/FindResults.h"
 
+#include <QCoreApplication>
 #include <QHash>
+#include <QSemaphore>
 
 #include <memory>
+#include <utility>
 
 namespace tidemark {
 
 namespace {
 
-/// What a search finds, by path.
+constexpr int MILLISECONDS_BETWEEN_EVENTS = 10;
+
+using FilesByPath = QHash<FilePath, std::shared_ptr<TDFindResultItem>>;
+
+/// What a search finds, by path; taken when it has ended.
 class FoundByPath : public TDSearchEngineDelegate
 {
 public:
@@ -21,63 +28,87 @@ public:
     {
         files.insert(file->path(), file);
     }
+    void didFinishSearch(quint64, quint64, quint64) override { isComplete = true; }
 
-    QHash<FilePath, std::shared_ptr<TDFindResultItem>> files;
+    FilesByPath files;
+    bool isComplete = false;
 };
 
-/// Those that a filter hides are listed as well.
-class EverythingShows
+/// Those that lead to one of the changed files.
+QList<FilePath> changedAmong(const FindResultItems &files, const QList<FilePath> &gone,
+                             const QSet<FilePath> &changed)
 {
-public:
-    explicit EverythingShows(FindResults &results) : _results(results), _filter(results.filter())
-    {
-        if (_filter)
-            _results.setFilter(nullptr);
-    }
-    ~EverythingShows()
-    {
-        if (_filter)
-            _results.setFilter(_filter);
-    }
-    EverythingShows(const EverythingShows &) = delete;
-    EverythingShows &operator=(const EverythingShows &) = delete;
-
-private:
-    FindResults &_results;
-    const std::shared_ptr<const ResultsFilter> _filter;
-};
-
-} // namespace
-
-void searchListedFilesAgain(FindResults &results, const QSet<FilePath> &changed, const QString &findText)
-{
-    const EverythingShows everythingShows(results);
     ResolvedPaths resolved;
-    QList<TDSearchLocation> locations;
-    QSet<FilePath> searched;
-    for (const auto &file : results.files()) {
-        if (!changed.contains(resolved.resolving(file->path())))
-            continue;
-        TDSearchLocation location;
-        location.url = file->path().toUrl();
-        locations << location;
-        searched.insert(file->path());
+    QList<FilePath> paths;
+    for (const auto &file : files) {
+        if (changed.contains(resolved.resolving(file->path())))
+            paths << file->path();
     }
-    if (locations.isEmpty())
-        return;
+    for (const FilePath &path : gone) {
+        if (changed.contains(resolved.resolving(path)))
+            paths << path;
+    }
+    return paths;
+}
+
+std::shared_ptr<FoundByPath> foundIn(const QList<FilePath> &paths, const SearchTerms &terms,
+                                     const std::function<bool()> &shouldStop)
+{
+    QList<TDSearchLocation> locations(paths.size());
+    for (qsizetype index = 0; index < paths.size(); ++index)
+        locations[index].url = paths[index].toUrl();
     const auto found = std::make_shared<FoundByPath>();
     TDSearchEngine engine;
     engine.setDelegate(found);
-    engine.startSearch(findText, locations,
-                       !UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_IGNORE_CASE));
-    FindResultItems files;
-    for (const auto &file : results.files()) {
-        const auto again = searched.contains(file->path()) ? found->files.value(file->path()) : file;
-        if (again)
-            files << again;
+    engine.setFindOptions(terms.options);
+    QSemaphore ended;
+    WorkerThreads thread(1);
+    thread.start([&] {
+        engine.startSearch(terms.findText, locations, terms.options.caseRule == CaseRule::Exact);
+        ended.release();
+    });
+    while (!ended.tryAcquire(1, MILLISECONDS_BETWEEN_EVENTS)) {
+        QCoreApplication::processEvents();
+        if (shouldStop())
+            engine.stopSearch();
     }
-    results.clear();
-    results.append(files);
+    return found;
+}
+
+} // namespace
+
+std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
+                                                          const QSet<FilePath> &changed,
+                                                          const SearchTerms &terms,
+                                                          const std::function<bool()> &shouldStop)
+{
+    const QList<FilePath> paths = changedAmong(files, _gone, changed);
+    if (paths.isEmpty() || shouldStop())
+        return {};
+    const std::shared_ptr<FoundByPath> found = foundIn(paths, terms, shouldStop);
+    const QSet<FilePath> searched(paths.begin(), paths.end());
+    FindResultItems now;
+    QList<FilePath> gone;
+    for (auto &file : files) {
+        if (!searched.contains(file->path())) {
+            now << std::move(file);
+        } else if (const auto again = found->files.take(file->path())) {
+            now << again;
+        } else if (found->isComplete) {
+            gone << file->path();
+        } else {
+            file->setRemark(textOfProblem(RewriteProblem::Changed));
+            now << std::move(file);
+        }
+    }
+    for (const FilePath &path : std::as_const(_gone)) {
+        if (const auto again = found->files.take(path))
+            now << again;
+        else
+            gone << path;
+    }
+    _gone = gone;
+    return now;
 }
 
 } // namespace tidemark

@@ -141,8 +141,12 @@ template <typename Ended, typename Signal>
 void ReplaceControl::_endRun(const Ended &outcome, const std::function<void(const Ended &)> &showEnd,
                              Signal signal)
 {
+    const QPointer self(this);
     if (showEnd)
         showEnd(outcome);
+    // It may have delivered events, too.
+    if (!self)
+        return;
     _isReplacing = false;
     _context.decreaseBusyWindowCount();
     Q_EMIT(this->*signal)(outcome);

@@ -61,7 +61,8 @@ public:
     /// the next match.
     bool replaceMatch(TDFindResultItem &item, TDError &error);
     /// Replaces all matches of the nodes, which the caller keeps alive. `showEnd` is called at the end while
-    /// isReplacing() still holds, and not at all if this object has gone away. Does nothing during a run.
+    /// isReplacing() still holds, and not at all if this object has gone away; it may deliver events. Does
+    /// nothing during a run.
     void replaceMatches(const FindResultItems &items,
                         const std::function<void(const Outcome &)> &showEnd = {});
 

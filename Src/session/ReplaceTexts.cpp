@@ -87,12 +87,16 @@ QString staleResultsText(const SearchTerms &searched, const SearchTerms &now)
     QStringList sentences;
     if (searched.findText != now.findText)
         sentences << withText("These results were found with ‘%@’.", searched.findText);
-    if (searched.isExpression != now.isExpression)
+    if (searched.isExpression() != now.isExpression())
         sentences << changedOption("Regular e&xpression");
-    if (searched.ignoresCase != now.ignoresCase)
+    else if (searched.options.mode != now.options.mode)
+        sentences << changedOption("&Unicode");
+    if (searched.options.caseRule != now.options.caseRule)
         sentences << changedOption("Ignore &case");
+    if (searched.options.wholeWords != now.options.wholeWords)
+        sentences << changedOption("Wh&ole words");
     // Without an expression a match is replaced whatever the find text.
-    if (now.isExpression && !sentences.isEmpty())
+    if (now.isExpression() && !sentences.isEmpty())
         sentences << localizedString("Matches that the find text doesn’t fit will stay as they are.");
     return sentences.join(u' ');
 }

@@ -46,14 +46,18 @@ QString replacedStatus(const ReplaceSummary &summary)
                                                  {grouped(summary.filesRewritten + summary.filesUnchanged),
                                                   grouped(summary.fileCount)})
                                      : countedReplacements(summary);
-    const auto append = [&status](quint64 count, const char *one, const char *many) {
-        if (count > 0)
-            status += localizedString(" • ") +
-                      formatted(localizedString(count == 1 ? one : many), {grouped(count)});
-    };
-    append(summary.unchangedMatches, "%@ match stayed as it was", "%@ matches stayed as they were");
-    append(summary.filesFailed, "%@ file failed", "%@ files failed");
+    if (summary.unchangedMatches > 0)
+        status += localizedString(" • ") + formatted(summary.unchangedMatches == 1
+                                                         ? localizedString("%@ match stayed as it was")
+                                                         : localizedString("%@ matches stayed as they were"),
+                                                     {grouped(summary.unchangedMatches)});
     return status;
+}
+
+QString failedFilesStatus(quint64 count)
+{
+    return formatted(count == 1 ? localizedString("%@ file failed") : localizedString("%@ files failed"),
+                     {grouped(count)});
 }
 
 QString statusLineTextScanning(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount)

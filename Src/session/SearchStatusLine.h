@@ -24,13 +24,13 @@ struct ReplaceSummary
 {
     quint64 replacements = 0;
     quint64 filesRewritten = 0;
-    quint64 filesFailed = 0;
     quint64 filesUnchanged = 0; ///< looked at, with nothing to write
     quint64 unchangedMatches = 0;
     quint64 fileCount = 0; ///< files with something to replace
     bool stopped = false;
 };
 QString replacedStatus(const ReplaceSummary &summary);
+QString failedFilesStatus(quint64 count);
 
 /// True at most once a second for the whole process, whichever windows search. From any thread; costs a look
 /// at the clock.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "matching/FindOptions.h"
+
 #include <QString>
 
 namespace tidemark {
@@ -8,8 +10,9 @@ namespace tidemark {
 struct SearchTerms
 {
     QString findText;
-    bool isExpression = false;
-    bool ignoresCase = false;
+    FindOptions options;
+
+    bool isExpression() const { return options.mode != SearchMode::PlainText; }
 
     /// The text with the settings as they are now.
     static SearchTerms withUserDefaults(const QString &findText);

@@ -77,6 +77,7 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
         maker.makeRepeating("firstMatchInNextFile", "First Match in Next &File", {Qt::CTRL | Qt::Key_Down});
     actions.firstMatchInPreviousFile = maker.makeRepeating(
         "firstMatchInPreviousFile", "First Match in Pre&vious File", {Qt::CTRL | Qt::Key_Up});
+    actions.showFailures = maker.makeRepeating("showFailures", "Show Fai&lures", {});
     actions.expandCollapseAll =
         maker.make("expandCollapseAll", "&Expand or Collapse All", {Qt::CTRL | Qt::Key_E});
     actions.removeSelected =

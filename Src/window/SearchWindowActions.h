@@ -35,6 +35,7 @@ struct SearchWindowActions
     QAction *extendToPreviousMatch = nullptr;
     QAction *firstMatchInNextFile = nullptr;
     QAction *firstMatchInPreviousFile = nullptr;
+    QAction *showFailures = nullptr;
     QAction *expandCollapseAll = nullptr;
     QAction *removeSelected = nullptr;
     QAction *showReplacements = nullptr;

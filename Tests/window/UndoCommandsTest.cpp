@@ -1,12 +1,36 @@
 #include "support/gui/OpenWindow.h"
 
 #include "replace/UndoJournal.h"
+#include "window/results/ResultsTreeModel.h"
+
+#include <QLabel>
 
 namespace tidemark::test {
 
 namespace {
 
 using UndoCommandsTest = WindowTest;
+
+QLabel *links(OpenWindow &window)
+{
+    return window.window()->findChild<QLabel *>(u"outcomeLinks"_s);
+}
+
+/// By the keyboard alone.
+void follow(OpenWindow &window, int number)
+{
+    QLabel *label = links(window);
+    ASSERT_TRUE(label->isVisible());
+    window.window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.window()));
+    label->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(label->hasFocus());
+    QCoreApplication::processEvents();
+    for (int step = 0; step < number; ++step)
+        QTest::keyClick(label, Qt::Key_Tab);
+    QTest::keyClick(label, Qt::Key_Return);
+    QCoreApplication::processEvents();
+}
 
 TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
 {
@@ -18,7 +42,6 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
         folder.write(QByteArray::number(number), contents[number]);
     OpenWindow window(application);
     const SearchWindowActions &actions = window.controller().actions();
-    EXPECT_FALSE(actions.undoReplacing->isEnabled());
     window.searchIn(folder.path(), u"foo"_s);
     window.search();
     window.document.setReplaceText(u"bar"_s);
@@ -37,7 +60,9 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     EXPECT_EQ(folder.read("2"), contents[2]);
     ASSERT_NE(window.sheet(), nullptr);
     window.sheet()->close();
-    EXPECT_EQ(window.ui().resultsStatusLabel->text(), u"2 files are as they were before • 1 file failed"_s);
+    EXPECT_EQ(window.ui().resultsStatusLabel->text(), u"2 files are as they were before"_s);
+    EXPECT_EQ(links(window)->accessibleName(), u"1 file failed, Redo"_s);
+    EXPECT_EQ(window.document.findResults().files()[1]->remark(), u"Changed since the search"_s);
     ASSERT_EQ(window.document.findResults().count(), 3);
     EXPECT_EQ(window.document.findResults().files()[0]->matchCount(), 2);
     EXPECT_FALSE(actions.undoReplacing->isEnabled());
@@ -48,7 +73,84 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     EXPECT_EQ(window.document.findResults().count(), 1);
     actions.undoReplacing->trigger();
     EXPECT_EQ(folder.read("0"), contents[0]);
+    EXPECT_EQ(window.document.findResults().count(), 3) << "with a match a file is listed again";
     EXPECT_EQ(application.countBusyWindows(), 0U);
+}
+
+TEST_F(UndoCommandsTest, TheStatusLeadsToTheFailuresAndBack)
+{
+    const TemporaryFolder state;
+    const UndoJournalFolder journal(state.path());
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, false);
+    for (const char *name : {"a", "b", "c", "d"})
+        folder.write(name, "foo foo\n");
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"foo"_s);
+    window.search();
+    window.outline()->collapseAll();
+    window.outline()->expandItem(window.outline()->indexAtRow(1));
+    window.outline()->selectRow(3);
+    EXPECT_FALSE(window.controller().actions().showFailures->isEnabled());
+    const QByteArray changed = "foo, changed outside\n";
+    folder.write("a", changed);
+    folder.write("d", changed);
+    window.replaceAll(u"bar"_s);
+    window.sheet()->close();
+    EXPECT_EQ(window.ui().resultsStatusLabel->text(), u"Replaced 4 matches in 2 files"_s);
+    EXPECT_EQ(links(window)->accessibleName(), u"2 files failed, Undo"_s);
+    EXPECT_EQ(window.window()->focusWidget(), window.outline());
+    const QAbstractItemModel &model = *window.outline()->model();
+    const QStringList notes = {{}, u"2 of 2 replaced"_s, u"2 of 2 replaced"_s, {}};
+    for (int row = 0; row < 4; ++row)
+        EXPECT_EQ(model.index(row, 0).data(ResultsTreeModel::NoteRole).toString(), notes[row]);
+
+    // One after the other, and round again.
+    for (const int row : {3, 0, 3}) {
+        follow(window, 0);
+        EXPECT_EQ(window.outline()->selectedIndex(), model.index(row, 0));
+        EXPECT_EQ(window.window()->focusWidget(), window.outline());
+    }
+    follow(window, 1);
+    ASSERT_TRUE(
+        waitFor([&] { return folder.read("c") == "foo foo\n" && !window.controller().isReplacing(); }));
+    EXPECT_EQ(window.ui().resultsStatusLabel->text(), u"2 files are as they were before"_s);
+    EXPECT_EQ(links(window)->accessibleName(), u"Redo"_s);
+    EXPECT_EQ(window.outline()->selectedIndex(), model.index(3, 0)) << "the outline stays as it was";
+    EXPECT_EQ(window.outline()->numberOfExpandedFiles(), 4);
+    const TDMatchLine &line = *window.document.findResults().files()[1]->children().first()->matchLine();
+    EXPECT_EQ(line.matchLineString(), u"foo foo\n"_s);
+    EXPECT_EQ(line.numberOfReplacedMatches(), 0U);
+
+    window.replaceAll(u"baz"_s);
+    window.sheet()->close();
+    EXPECT_EQ(folder.read("b"), "baz baz\n");
+    EXPECT_EQ(folder.read("a"), changed);
+    // What single replacements do isn't undone with the run.
+    window.outline()->selectRow(4);
+    window.controller().actions().replace->trigger();
+    EXPECT_EQ(links(window)->accessibleName(), u"2 files failed"_s);
+}
+
+TEST_F(UndoCommandsTest, TheJournalIsReadWhenSomebodyWantsToKnow)
+{
+    const TemporaryFolder state;
+    const UndoJournalFolder journal(state.path());
+    folder.write("a", "foo\n");
+    OpenWindow first(application);
+    first.searchIn(folder.path(), u"foo"_s);
+    first.search();
+    first.replaceAll(u"bar"_s);
+    OpenWindow second(application);
+    second.searchIn(folder.path(), u"foo"_s);
+    second.search();
+    QAction &undo = *second.controller().actions().undoReplacing;
+    EXPECT_EQ(undo.text(), u"&Undo Replacing"_s);
+    EXPECT_TRUE(undo.isEnabled());
+    second.controller().resultsPane().undoCommands().update();
+    EXPECT_EQ(undo.text(), u"&Undo Replacing in 1 File"_s);
+    undo.trigger();
+    EXPECT_EQ(folder.read("a"), "foo\n");
+    EXPECT_FALSE(undo.isEnabled());
 }
 
 TEST_F(UndoCommandsTest, ReplacementsOneByOneAreOneStep)

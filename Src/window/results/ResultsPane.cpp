@@ -19,6 +19,7 @@
 
 #include <QAction>
 #include <QHeaderView>
+#include <QLineEdit>
 
 namespace tidemark {
 
@@ -48,7 +49,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
           [this] { return std::make_unique<TDReplacement>(_replace.replacement()); }, this),
       _undoCommands(document, replace, search, outlineView(), *actions.undoReplacing, *actions.redoReplacing,
                     this),
-      _leftOutNotice(_ui, search)
+      _leftOutNotice(_ui, search), _outcomeNotice(_ui),
+      _failureWalk(_model, outlineView(), *actions.showFailures)
 {
     _setUpToolTips();
     _setUpTexts();
@@ -56,6 +58,7 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpKeys();
     _setUpButtons();
     _setUpReplaceProgress();
+    _setUpOutcome();
     new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox, *_actions.showReplacements,
                           this);
     connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,
@@ -171,6 +174,7 @@ void ResultsPane::_setUpButtons()
         connect(action, &QAction::enabledChanged, button, &QAbstractButton::setEnabled);
     }
     FindResults &results = _document.findResults();
+    connect(&results, &FindResults::cleared, this, [this] { _linesOfSearch = 0; });
     connect(&results, &FindResults::appended, this, &ResultsPane::_expandWhileFew);
     connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
@@ -191,6 +195,21 @@ void ResultsPane::_setUpReplaceProgress()
     connect(&_replace, &ReplaceControl::progressed, this, &ResultsPane::_showReplaceProgress);
     connect(&_replace, &ReplaceControl::finished, this, &ResultsPane::_showOutcome);
     connect(_ui.stopReplaceButton, &QPushButton::clicked, this, [this] { _replace.setStopReplace(true); });
+}
+
+void ResultsPane::_setUpOutcome()
+{
+    connect(&_outcomeNotice, &OutcomeNotice::failuresRequested, _actions.showFailures, &QAction::trigger);
+    connect(&_outcomeNotice, &OutcomeNotice::takeBackRequested, &_undoCommands, &UndoCommands::takeBack);
+    connect(&_undoCommands, &UndoCommands::tookBack, &_outcomeNotice, &OutcomeNotice::show);
+    connect(&_undoCommands, &UndoCommands::tookBack, this, [this] {
+        if (!_navigation.selection().hasSelection())
+            _navigation.selectFirstMatch();
+    });
+    connect(&_replace, &ReplaceControl::replacedMatch, &_outcomeNotice, &OutcomeNotice::forgetStep);
+    connect(&_replace, &ReplaceControl::replacedMatch, &_failureWalk, &FailureWalk::update);
+    connect(&_replace, &ReplaceControl::replacing, &_failureWalk, &FailureWalk::update);
+    connect(&_search, &SearchControl::searchWillStart, &_outcomeNotice, &OutcomeNotice::hide);
 }
 
 /// The lines of a small search are in sight without a further step.
@@ -230,13 +249,26 @@ void ResultsPane::_noteResults()
     _actions.deleteBackups->setEnabled(isFree);
 }
 
+/// Buttons that can't be pressed any more would hand the keyboard to whatever comes next; but somebody may be
+/// typing meanwhile.
+void ResultsPane::_focusResults()
+{
+    const QWidget *focused = outlineView().window()->focusWidget();
+    if (qobject_cast<const QLineEdit *>(focused) == nullptr &&
+        qobject_cast<const QComboBox *>(focused) == nullptr)
+        outlineView().setFocus(Qt::OtherFocusReason);
+}
+
 void ResultsPane::_showReplacing(bool isReplacing)
 {
-    // Buttons that can't be pressed any more would hand the keyboard to whatever comes next.
-    if (qobject_cast<QAbstractButton *>(outlineView().window()->focusWidget()) != nullptr)
+    if (isReplacing) {
+        _leftOutNotice.hide();
+        _outcomeNotice.hide();
         outlineView().setFocus(Qt::OtherFocusReason);
+    } else {
+        _focusResults();
+    }
     _navigation.setRemovalEnabled(!isReplacing);
-    _leftOutNotice.hide();
     _ui.replaceProgressBar->setRange(0, 0);
     _ui.replaceProgressBar->setVisible(isReplacing);
     _ui.stopReplaceButton->setVisible(isReplacing);
@@ -261,17 +293,17 @@ void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcom
         return;
     _document.setResultsStatusText(replacedStatus({.replacements = outcome.replacements,
                                                    .filesRewritten = outcome.filesRewritten,
-                                                   .filesFailed = quint64(outcome.failures.size()),
                                                    .filesUnchanged = outcome.unchangedFiles,
                                                    .unchangedMatches = outcome.unchangedMatches,
                                                    .fileCount = _countOfFilesToReplaceIn,
                                                    .stopped = outcome.stopped}));
+    _outcomeNotice.show(quint64(outcome.failures.size()),
+                        outcome.undo == UndoKeeping::Kept ? outcome.undoStep : QByteArray());
 }
 
 void ResultsPane::prepareForSearch()
 {
     _kindsOfLastSearch = includedKindTitles();
-    _linesOfSearch = 0;
     outlineView().header()->setSortIndicator(-1, Qt::AscendingOrder);
     _model.sort(-1);
     outlineView().setHintText({});

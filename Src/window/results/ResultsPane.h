@@ -1,7 +1,9 @@
 #pragma once
 
 #include "window/results/ExportPanel.h"
+#include "window/results/FailureWalk.h"
 #include "window/results/LeftOutNotice.h"
+#include "window/results/OutcomeNotice.h"
 #include "window/results/ReplaceCommands.h"
 #include "window/results/ResultsActions.h"
 #include "window/results/ResultsNavigation.h"
@@ -55,11 +57,13 @@ private:
     void _setUpKeys();
     void _setUpButtons();
     void _setUpReplaceProgress();
+    void _setUpOutcome();
     void _expandWhileFew(qsizetype first, qsizetype count);
     void _noteResults();
     void _showReplacing(bool isReplacing);
     void _showReplaceProgress(quint64 filesDone, quint64 fileCount);
     void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
+    void _focusResults();
     void _showHint();
     void _leaveOut(const QString &pattern);
 
@@ -75,8 +79,10 @@ private:
     ExportPanel _exportPanel;
     UndoCommands _undoCommands;
     LeftOutNotice _leftOutNotice;
+    OutcomeNotice _outcomeNotice;
+    FailureWalk _failureWalk;
     QString _kindsOfLastSearch;
-    quint64 _linesOfSearch = 0; ///< that have arrived
+    quint64 _linesOfSearch = 0; ///< that have arrived since the results were cleared
     quint64 _countOfFilesToReplaceIn = 0;
 };
 

@@ -1,0 +1,49 @@
+#include "window/results/FailureWalk.h"
+
+#include "window/results/ResultsTreeModel.h"
+#include "window/results/TDSearchResultsOutlineView.h"
+
+#include <QAction>
+
+#include <algorithm>
+
+namespace tidemark {
+
+FailureWalk::FailureWalk(const ResultsTreeModel &model, TDSearchResultsOutlineView &view,
+                         QAction &showFailures, QObject *parent)
+    : QObject(parent), _model(model), _view(view), _showFailures(showFailures)
+{
+    connect(&_showFailures, &QAction::triggered, this, &FailureWalk::showNext);
+    const FindResults &results = model.results();
+    connect(&results, &FindResults::cleared, this, &FailureWalk::update);
+    connect(&results, &FindResults::removed, this, &FailureWalk::update);
+    connect(&results, &FindResults::thinnedOut, this, &FailureWalk::update);
+    update();
+}
+
+void FailureWalk::update()
+{
+    const FindResultItems &files = _model.results().files();
+    _showFailures.setEnabled(
+        std::any_of(files.begin(), files.end(), [](const auto &file) { return !file->remark().isEmpty(); }));
+}
+
+void FailureWalk::showNext()
+{
+    const int count = _model.rowCount();
+    const QModelIndex selected = _view.selectedIndex();
+    const QModelIndex selectedFile = selected.parent().isValid() ? selected.parent() : selected;
+    const int start = selectedFile.isValid() ? selectedFile.row() + 1 : 0;
+    for (int step = 0; step < count; ++step) {
+        const int file = (start + step) % count;
+        if (_model.file(file)->remark().isEmpty())
+            continue;
+        const int row = _view.rowOfIndex(_model.index(file, 0));
+        _view.setFocus(Qt::OtherFocusReason);
+        _view.selectRow(row);
+        _view.scrollRowToVisible(row);
+        return;
+    }
+}
+
+} // namespace tidemark

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+
+class QLabel;
+
+namespace Ui {
+class MyDocument;
+}
+
+namespace tidemark {
+
+/// The links behind the status line after a run of replacements: to the files that failed, and to undo the
+/// run, or redo it. Main thread only.
+class OutcomeNotice : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The form must outlive the object.
+    explicit OutcomeNotice(Ui::MyDocument &ui, QObject *parent = nullptr);
+
+    /// `step` of the journal takes the run back; empty when nothing does.
+    void show(quint64 filesFailed, const QByteArray &step);
+    /// Undoing wouldn't be about what is shown any more.
+    void forgetStep();
+    /// The status line tells something else by now.
+    void hide();
+
+Q_SIGNALS:
+    void failuresRequested();
+    void takeBackRequested(const QByteArray &stepId);
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void _update();
+
+    Ui::MyDocument &_ui;
+    QLabel *_links;
+    quint64 _filesFailed = 0;
+    QByteArray _step;
+};
+
+} // namespace tidemark
