@@ -166,6 +166,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Redo</source><translation>Wiederholen</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Fe&amp;hlschläge zeigen</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Diese Ersetzung wird gerade anderswo rückgängig gemacht.</translation></message>
+  <message><source>Undo the Whole Run</source><translation>Ganzen Durchlauf rückgängig machen</translation></message>
+  <message><source>Undoing the whole run brings all files that it changed, %@, back to what they were before it.</source><translation>Den ganzen Durchlauf rückgängig zu machen, bringt alle Dateien, die er geändert hat, %@, auf den Stand davor zurück.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ von %@ ersetzt</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ kann „%@“ nicht darstellen</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>Der Ausdruck braucht zu lange, um zu zeigen, was aus den Treffern wird</translation></message>

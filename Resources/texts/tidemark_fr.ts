@@ -166,6 +166,8 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Redo</source><translation>Rétablir</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Montrer les éc&amp;hecs</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Ce remplacement est en train d’être annulé ailleurs.</translation></message>
+  <message><source>Undo the Whole Run</source><translation>Annuler tout le remplacement</translation></message>
+  <message><source>Undoing the whole run brings all files that it changed, %@, back to what they were before it.</source><translation>Annuler tout le remplacement ramène tous les fichiers qu’il a modifiés, %@, à leur état précédent.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ sur %@ remplacées</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ ne peut pas contenir « %@ »</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>L’expression prend trop de temps pour montrer ce que deviennent ses occurrences</translation></message>

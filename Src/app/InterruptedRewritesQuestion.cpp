@@ -2,13 +2,18 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/TDError.h"
+#include "replace/UndoJournal.h"
+#include "session/ReplaceTexts.h"
 #include "window/ErrorSheet.h"
 
+#include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace tidemark {
 
@@ -50,6 +55,15 @@ QString pathsWithBackups(const QList<File> &files)
 QString paragraph(const char *text, const QList<File> &files)
 {
     return files.isEmpty() ? QString() : formatted(localizedString(text), {pathsShown(files)}) + u'\n';
+}
+
+QString undoText(const UndoStep &step)
+{
+    return formatted(
+               localizedString("Undoing the whole run brings all files that it changed, %@, back to what "
+                               "they were before it."),
+               {QLocale().toString(step.files)}) +
+           u'\n' + findAndReplaceTexts(step.findText, step.replaceText);
 }
 
 QString informativeText(const InterruptedRewrites &rewrites)
@@ -97,15 +111,31 @@ void tellFailures(QWidget *window, const QList<InterruptedRewrites::Failure> &fa
     sheet->open();
 }
 
-void putBack(QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites, WorkerThreads &worker)
+/// `afterwards` is called on the main thread, if the window is still there.
+void putBack(QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites, WorkerThreads &worker,
+             const std::function<void()> &afterwards = {})
 {
-    worker.start([window = QPointer(window), rewrites] {
+    worker.start([window = QPointer(window), rewrites, afterwards] {
         const auto failures = rewrites->putBack();
-        if (failures.isEmpty() || window.isNull())
+        if (window.isNull())
             return;
         QMetaObject::invokeMethod(
-            window.data(), [window, failures] { tellFailures(window, failures); }, Qt::QueuedConnection);
+            window.data(),
+            [window, failures, afterwards] {
+                if (!failures.isEmpty())
+                    tellFailures(window, failures);
+                if (afterwards)
+                    afterwards();
+            },
+            Qt::QueuedConnection);
     });
+}
+
+/// Nothing when the journal doesn't have it.
+std::optional<UndoStep> stepOf(const InterruptedRewrites &rewrites)
+{
+    const std::optional<UndoJournal> journal = UndoJournal::current();
+    return journal ? journal->lastStepOf(rewrites.ownersOfRunsCutShort()) : std::nullopt;
 }
 
 void addQuestion(QMessageBox &sheet, QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites,
@@ -125,22 +155,36 @@ void addQuestion(QMessageBox &sheet, QWidget *window, const std::shared_ptr<Inte
 } // namespace
 
 void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRewrites> rewrites,
-                                 WorkerThreads &worker)
+                                 WorkerThreads &worker, std::function<void(const QByteArray &)> undo)
 {
     const QList<File> &files = rewrites->files();
     if (files.isEmpty() && rewrites->progress().total == 0)
         return;
-    QMessageBox *sheet = makePlainSheet(
-        window, localizedString("Tidemark ended while it was rewriting files."), informativeText(*rewrites));
+    const std::optional<UndoStep> step = undo ? stepOf(*rewrites) : std::nullopt;
+    QString text = informativeText(*rewrites);
+    if (step)
+        text += QStringLiteral("\n\n") + undoText(*step);
+    QMessageBox *sheet =
+        makePlainSheet(window, localizedString("Tidemark ended while it was rewriting files."), text);
     sheet->setObjectName(QStringLiteral("interruptedRewritesQuestion"));
     if (!files.isEmpty())
         sheet->setDetailedText(pathsWithBackups(files));
     if (filesInState(files, State::Damaged).isEmpty()) {
-        const QPushButton *seen = sheet->addButton(QMessageBox::Ok);
+        QPushButton *seen = sheet->addButton(QMessageBox::Ok);
+        sheet->setDefaultButton(seen);
+        sheet->setEscapeButton(seen);
         // There is nothing to put back: what couldn't be looked at is asked about again.
         QObject::connect(seen, &QPushButton::clicked, sheet, [rewrites] { (void)rewrites->putBack(); });
     } else {
         addQuestion(*sheet, window, rewrites, worker);
+    }
+    if (step) {
+        const QPushButton *undoAll =
+            sheet->addButton(localizedString("Undo the Whole Run"), QMessageBox::AcceptRole);
+        QObject::connect(undoAll, &QPushButton::clicked, sheet,
+                         [window, rewrites, &worker, undo = std::move(undo), id = step->id] {
+                             putBack(window, rewrites, worker, [undo, id] { undo(id); });
+                         });
     }
     sheet->open();
 }

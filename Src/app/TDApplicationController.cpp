@@ -13,9 +13,11 @@
 #include "window/StopReplaceQuestion.h"
 #include "window/TDMyDocumentController.h"
 #include "window/WindowedDocument.h"
+#include "window/results/ResultsPane.h"
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QPointer>
 #include <QUrl>
 
 #include <algorithm>
@@ -98,8 +100,15 @@ void TDApplicationController::askAboutInterruptedRewrites(const FilePath &folder
             this,
             [this, rewrites] {
                 WindowedDocument *document = documents().value(0);
-                QWidget *window = document != nullptr ? document->myDocumentController()->window() : nullptr;
-                tidemark::askAboutInterruptedRewrites(window, rewrites, _recovery);
+                if (document == nullptr)
+                    return tidemark::askAboutInterruptedRewrites(nullptr, rewrites, _recovery);
+                UndoCommands &undo = document->myDocumentController()->resultsPane().undoCommands();
+                tidemark::askAboutInterruptedRewrites(document->myDocumentController()->window(), rewrites,
+                                                      _recovery,
+                                                      [undo = QPointer(&undo)](const QByteArray &step) {
+                                                          if (undo)
+                                                              undo->takeBack(step);
+                                                      });
             },
             Qt::QueuedConnection);
     });

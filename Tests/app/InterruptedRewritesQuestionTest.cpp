@@ -1,6 +1,8 @@
 #include "app/InterruptedRewritesQuestion.h"
 
 #include "replace/RewriteRecord.h"
+#include "replace/UndoJournal.h"
+#include "replace/UndoStepWriter.h"
 #include "support/TemporaryFolder.h"
 #include "support/gui/WindowFixture.h"
 
@@ -121,6 +123,35 @@ TEST_F(InterruptedRewritesQuestionTest, WhatNobodyCanDecideIsTold)
     ASSERT_TRUE(waitFor([&] { return told.isNull(); }));
     EXPECT_EQ(contentOfFile(_file), "half");
     EXPECT_EQ(ask(), nullptr);
+}
+
+TEST_F(InterruptedRewritesQuestionTest, AllOfTheRunCanBeUndone)
+{
+    const TemporaryFolder undo;
+    const UndoJournalFolder folder(undo.path());
+    const auto writer = UndoJournal::current()->newStep(u"find %1"_s, u"instead"_s);
+    UndoEntry entry;
+    entry.path = _file;
+    EXPECT_EQ(writer->append({entry}, {}), 0);
+    writer->noteDone(1);
+    const QByteArray step = writer->id();
+    EXPECT_EQ(writer->close(), UndoKeeping::Kept);
+    record({1, 2});
+    QByteArrayList undone;
+    askAboutInterruptedRewrites(&_window, std::make_shared<InterruptedRewrites>(_state.path("state")),
+                                _worker, [&](const QByteArray &id) {
+                                    EXPECT_EQ(contentOfFile(_file), OLD) << "first of all";
+                                    undone << id;
+                                });
+    auto *box = _window.findChild<QMessageBox *>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->informativeText().contains(u"Find text: ‘find %1’\nReplace text: ‘instead’"_s));
+    EXPECT_EQ(box->defaultButton()->text(), u"Put Old Content Back"_s);
+    for (QAbstractButton *button : box->buttons()) {
+        if (button->text() == u"Undo the Whole Run"_s)
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
+    EXPECT_TRUE(waitFor([&] { return undone == QByteArrayList{step}; }));
 }
 
 } // namespace
