@@ -34,36 +34,39 @@ public:
     bool isComplete = false;
 };
 
-/// Those that lead to one of the changed files.
-QList<FilePath> changedAmong(const FindResultItems &files, const QList<FilePath> &gone,
-                             const QSet<FilePath> &changed)
+QList<FilePath> pathsOf(const FindResultItems &files)
 {
-    ResolvedPaths resolved;
     QList<FilePath> paths;
-    for (const auto &file : files) {
-        if (changed.contains(resolved.resolving(file->path())))
-            paths << file->path();
-    }
-    for (const FilePath &path : gone) {
-        if (changed.contains(resolved.resolving(path)))
-            paths << path;
-    }
+    for (const auto &file : files)
+        paths << file->path();
     return paths;
 }
 
-std::shared_ptr<FoundByPath> foundIn(const QList<FilePath> &paths, const SearchTerms &terms,
-                                     const std::function<bool()> &shouldStop)
+struct SearchedAgain
 {
-    QList<TDSearchLocation> locations(paths.size());
-    for (qsizetype index = 0; index < paths.size(); ++index)
-        locations[index].url = paths[index].toUrl();
-    const auto found = std::make_shared<FoundByPath>();
+    QSet<FilePath> searched; ///< of the paths, those that lead to a changed file
+    std::shared_ptr<FoundByPath> found = std::make_shared<FoundByPath>();
+};
+
+/// Tens of thousands of paths take a while to follow, too, so that isn't done on this thread either.
+SearchedAgain searchedAmong(const QList<FilePath> &paths, const QSet<FilePath> &changed,
+                            const SearchTerms &terms, const std::function<bool()> &shouldStop)
+{
+    SearchedAgain again;
     TDSearchEngine engine;
-    engine.setDelegate(found);
+    engine.setDelegate(again.found);
     engine.setFindOptions(terms.options);
     QSemaphore ended;
     WorkerThreads thread(1);
     thread.start([&] {
+        ResolvedPaths resolved;
+        QList<TDSearchLocation> locations;
+        for (const FilePath &path : paths) {
+            if (!changed.contains(resolved.resolving(path)))
+                continue;
+            again.searched.insert(path);
+            locations.emplaceBack().url = path.toUrl();
+        }
         engine.startSearch(terms.findText, locations, terms.options.caseRule == CaseRule::Exact);
         ended.release();
     });
@@ -72,7 +75,7 @@ std::shared_ptr<FoundByPath> foundIn(const QList<FilePath> &paths, const SearchT
         if (shouldStop())
             engine.stopSearch();
     }
-    return found;
+    return again;
 }
 
 } // namespace
@@ -82,11 +85,11 @@ std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
                                                           const SearchTerms &terms,
                                                           const std::function<bool()> &shouldStop)
 {
-    const QList<FilePath> paths = changedAmong(files, _gone, changed);
-    if (paths.isEmpty() || shouldStop())
+    if (changed.isEmpty() || shouldStop())
         return {};
-    const std::shared_ptr<FoundByPath> found = foundIn(paths, terms, shouldStop);
-    const QSet<FilePath> searched(paths.begin(), paths.end());
+    const auto [searched, found] = searchedAmong(pathsOf(files) + _gone, changed, terms, shouldStop);
+    if (searched.isEmpty())
+        return {};
     FindResultItems now;
     QList<FilePath> gone;
     for (auto &file : files) {

@@ -214,6 +214,13 @@ TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
         window->press(u"Cancel"_s);
         QCoreApplication::processEvents();
     }
+    setExpression(true);
+    window->search();
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, true);
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, true);
+    commands().replaceAll();
+    EXPECT_TRUE(window->sheet()->informativeText().endsWith(
+        u"‘Unicode’ was changed since the search. ‘Whole words’ was changed since the search."_s + fit));
 }
 
 TEST_F(ReplaceCommandsTest, TheStatusTellsWhichMatchesStayed)
