@@ -129,6 +129,7 @@ bool UndoCommands::_searchAgain(const RewriteUndo::Outcome &outcome)
     const std::optional<SearchTerms> terms = _search.searchedTerms();
     if (!terms)
         return true;
+    const EverythingShows everythingShows(_document.findResults());
     // A stop was about the files; whoever asks for another one doesn't want to wait for their lines.
     _replace.setStopReplace(false);
     const auto shouldStop = [self] {
