@@ -78,14 +78,15 @@ QString statusLineTextFinishedScan(quint64 matchCount, quint64 fileMatchCount, q
 
 QString scanningStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, const FilePath &path)
 {
-    return formatted(statusLineTextScanning(matchCount, fileMatchCount, scannedCount),
-                     {matchCount, fileMatchCount, scannedCount, path.displayText()});
+    return formatted(
+        statusLineTextScanning(matchCount, fileMatchCount, scannedCount),
+        {grouped(matchCount), grouped(fileMatchCount), grouped(scannedCount), path.displayText()});
 }
 
 QString finishedStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, SearchEnd end)
 {
     return formatted(statusLineTextFinishedScan(matchCount, fileMatchCount, scannedCount, end),
-                     {matchCount, fileMatchCount, scannedCount});
+                     {grouped(matchCount), grouped(fileMatchCount), grouped(scannedCount)});
 }
 
 bool scanningStatusIsDue()
