@@ -307,6 +307,15 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>&amp;General</source><translation>&amp;Allgemein</translation></message>
   <message><source>Reading files</source><translation>Beim Lesen</translation></message>
   <message><source>&amp;Detect the encoding of each file</source><translation>Die Kodierung jeder Datei e&amp;rkennen</translation></message>
+  <message><source>&amp;Larger Text</source><translation>&amp;Größere Schrift</translation></message>
+  <message><source>Smaller Te&amp;xt</source><translation>Kleinere Sch&amp;rift</translation></message>
+  <message><source>Standard Text Si&amp;ze</source><translation>Standard&amp;größe</translation></message>
+  <message><source>Add Folder…</source><translation>Ordner hinzufügen …</translation></message>
+  <message><source>Drop to search here</source><translation>Ablegen, um hier zu suchen</translation></message>
+  <message><source>Add a folder or a file to search first.</source><translation>Zuerst einen Ordner oder eine Datei hinzufügen, in denen gesucht wird.</translation></message>
+  <message><source>Type what to find first.</source><translation>Zuerst eingeben, was gesucht wird.</translation></message>
+  <message><source>Free software under the BSD 2-Clause License.</source><translation>Freie Software unter der BSD-2-Klausel-Lizenz.</translation></message>
+  <message><source>Built with %@.</source><translation>Gebaut mit %@.</translation></message>
   <message><source>Default &amp;encoding</source><translation>Standard&amp;kodierung</translation></message>
   <message><source>Default encoding</source><translation>Standardkodierung</translation></message>
   <message><source>Replacing</source><translation>Beim Ersetzen</translation></message>

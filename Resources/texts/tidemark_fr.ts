@@ -307,6 +307,15 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>&amp;General</source><translation>&amp;Général</translation></message>
   <message><source>Reading files</source><translation>Lecture des fichiers</translation></message>
   <message><source>&amp;Detect the encoding of each file</source><translation>&amp;Détecter l’encodage de chaque fichier</translation></message>
+  <message><source>&amp;Larger Text</source><translation>Te&amp;xte plus grand</translation></message>
+  <message><source>Smaller Te&amp;xt</source><translation>Texte plus pe&amp;tit</translation></message>
+  <message><source>Standard Text Si&amp;ze</source><translation>Ta&amp;ille standard</translation></message>
+  <message><source>Add Folder…</source><translation>Ajouter un dossier…</translation></message>
+  <message><source>Drop to search here</source><translation>Déposer pour chercher ici</translation></message>
+  <message><source>Add a folder or a file to search first.</source><translation>Ajoutez d’abord un dossier ou un fichier où chercher.</translation></message>
+  <message><source>Type what to find first.</source><translation>Tapez d’abord ce qu’il faut chercher.</translation></message>
+  <message><source>Free software under the BSD 2-Clause License.</source><translation>Logiciel libre sous licence BSD à deux clauses.</translation></message>
+  <message><source>Built with %@.</source><translation>Construit avec %@.</translation></message>
   <message><source>Default &amp;encoding</source><translation>&amp;Encodage par défaut</translation></message>
   <message><source>Default encoding</source><translation>Encodage par défaut</translation></message>
   <message><source>Replacing</source><translation>Remplacement</translation></message>

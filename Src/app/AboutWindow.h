@@ -5,7 +5,7 @@ class QWidget;
 
 namespace tidemark {
 
-/// Shows name and version in a window of its own; returns at once.
+/// Shows icon, name, version, licence and libraries in a window of its own; returns at once.
 void showAboutWindow(QWidget *parent, const QString &nameAndVersion, const QString &version);
 
 } // namespace tidemark

@@ -61,6 +61,8 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addActions({actions.expandCollapseAll, actions.removeSelected});
     menu->addAction(actions.deleteBackups);
     menu->addSeparator();
+    menu->addActions({actions.largerText, actions.smallerText, actions.standardTextSize});
+    menu->addSeparator();
     menu->addActions({results.openAtMatchAction(), results.openAction(), results.revealAction(),
                       results.copyLineAction(), results.copyPathAction(),
                       results.copyAsMenu()->menuAction()});

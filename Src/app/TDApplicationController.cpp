@@ -9,9 +9,9 @@
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "search/RegisterUserDefaults.h"
-#include "ui_MyDocument.h"
 #include "window/StopReplaceQuestion.h"
 #include "window/TDMyDocumentController.h"
+#include "window/WindowLayoutMemory.h"
 #include "window/WindowedDocument.h"
 #include "window/results/ResultsPane.h"
 
@@ -29,14 +29,6 @@ namespace {
 constexpr quint64 PRODUCT_YEAR = 2012;
 constexpr quint64 PRODUCT_BUILD = 234;
 constexpr int CASCADE = 24;
-
-/// Longer words than the English ones need more room, and so do larger letters.
-void keepTextsWhole(SearchWindow *window)
-{
-    const int room = qMax(window->ui().searchFormPane->minimumSizeHint().width(),
-                          window->ui().resultsPane->minimumSizeHint().width());
-    window->setMinimumSize(window->minimumSize().expandedTo({room, window->minimumSizeHint().height()}));
-}
 
 void cascadeFrom(const QWidget *window, QWidget *next)
 {
@@ -131,7 +123,7 @@ WindowedDocument *TDApplicationController::openUntitledDocument(const QString &d
     cascadeFrom(QApplication::activeWindow(), window);
     document->showWindows();
     // Only what is shown knows the size of its texts.
-    keepTextsWhole(window);
+    window->setMinimumSize(window->smallestSize());
     return document;
 }
 
@@ -206,8 +198,10 @@ TerminateReply TDApplicationController::applicationShouldTerminate()
 
 void TDApplicationController::_saveAllDocuments()
 {
-    for (auto document = _documents.rbegin(); document != _documents.rend(); ++document)
+    for (auto document = _documents.rbegin(); document != _documents.rend(); ++document) {
         (*document)->saveUserDefaultsForWindow();
+        saveLayout(*(*document)->myDocumentController()->window());
+    }
 }
 
 void TDApplicationController::_stopAndTerminate()

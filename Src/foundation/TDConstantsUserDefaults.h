@@ -31,6 +31,12 @@ inline const QString TD_USER_DEFAULTS_NAME_FIND_TEXT_HISTORY = QStringLiteral("f
 inline const QString TD_USER_DEFAULTS_NAME_REPLACE_TEXT_HISTORY = QStringLiteral("replaceTextHistory");
 /// Files of a small search arrive expanded.
 inline const QString TD_USER_DEFAULTS_NAME_EXPAND_RESULTS = QStringLiteral("expandResults");
+/// The family that lines of files are shown in; empty: the platform's own with letters of one width.
+inline const QString TD_USER_DEFAULTS_NAME_RESULTS_FONT = QStringLiteral("resultsFont");
+/// In points; 0: as large as the texts around.
+inline const QString TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE = QStringLiteral("resultsFontSize");
+/// Size, divider and columns of search windows, by screen.
+inline const QString TD_USER_DEFAULTS_NAME_WINDOW_LAYOUTS = QStringLiteral("windowLayouts");
 /// Which editor opens a file at a line: the id of a known one, "desktop" or "custom".
 inline const QString TD_USER_DEFAULTS_NAME_EDITOR = QStringLiteral("editor");
 /// The command of the custom one.

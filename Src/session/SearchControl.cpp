@@ -5,6 +5,7 @@
 #include "session/FindReplaceHistory.h"
 #include "session/MyDocument.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace tidemark {
@@ -36,11 +37,33 @@ void SearchControl::startSearch()
     _abandonSession();
     _joinEndedThreads();
     Q_EMIT searchWillStart();
+    _noteLocations();
     _resetDocument();
     _searchedTerms = SearchTerms::withUserDefaults(_document.findText());
     saveFindReplaceTextHistory(UserDefaults::standard(), _document.findText(), _document.replaceText());
     _setSectionTitle(localizedString("Generating search results…"));
     _beginSession();
+}
+
+std::optional<double> SearchControl::shareDone() const
+{
+    if (!_session || _knownFileCount.value_or(0) == 0)
+        return {};
+    return std::min(1.0, double(_session->scannedCount()) / double(*_knownFileCount));
+}
+
+/// The files are as many as the last time, more or less, where the same places are searched.
+void SearchControl::_noteLocations()
+{
+    const QList<TDSearchLocation> &locations = _document.searchLocations();
+    const bool areSame =
+        std::equal(locations.begin(), locations.end(), _locations.begin(), _locations.end(),
+                   [](const TDSearchLocation &one, const TDSearchLocation &other) {
+                       return one.url == other.url && one.includeSubFolders == other.includeSubFolders;
+                   });
+    if (!areSame)
+        _knownFileCount.reset();
+    _locations = locations;
 }
 
 void SearchControl::_resetDocument()
@@ -157,6 +180,9 @@ void SearchControl::_mergeNewResults()
 
 void SearchControl::_searchFinished(const QString &status)
 {
+    // Nobody stopped it.
+    if (_searching)
+        _knownFileCount = _searchedFileCount;
     _document.setResultsStatusText(status);
     _setSectionTitle(localizedString("Review search results"));
     _mergeNewResults();

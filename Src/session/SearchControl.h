@@ -66,6 +66,9 @@ public:
     /// Of the last search that ended.
     const LeftOut &leftOut() const { return _leftOut; }
     quint64 searchedFileCount() const { return _searchedFileCount; }
+    /// Of the files of the search that runs, from 0 to 1; known when the same locations were searched to the
+    /// end before.
+    std::optional<double> shareDone() const;
     /// Shows everything that has arrived.
     void updateSearchResultsOutlineView();
 
@@ -88,6 +91,7 @@ private:
         std::shared_ptr<std::atomic<bool>> hasEnded;
     };
 
+    void _noteLocations();
     void _resetDocument();
     void _beginSession();
     void _runOnThread(const SearchRequest &request);
@@ -108,7 +112,9 @@ private:
     std::optional<SearchTerms> _searchedTerms;
     LeftOut _leftOut;
     quint64 _searchedFileCount = 0;
-    bool _searchesEverything = false; ///< the one that is about to start
+    QList<TDSearchLocation> _locations;     ///< of the search that runs, or ran last
+    std::optional<quint64> _knownFileCount; ///< of those
+    bool _searchesEverything = false;       ///< the one that is about to start
     bool _searching = false;
 };
 

@@ -52,6 +52,7 @@ void SearchSession::_post(std::function<void()> delivery)
 void SearchSession::didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
                                 quint64 matchCount)
 {
+    _scannedCount.store(scannedCount, std::memory_order_relaxed);
     if (!scanningStatusIsDue())
         return;
     const QString status = scanningStatus(matchCount, fileMatchCount, scannedCount, path);

@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -41,6 +42,8 @@ public:
     FindResultItems takeArrived();
     /// Match lines that have arrived since the search started.
     quint64 addResultsMatchLineCount() const;
+    /// Files that the search has come to.
+    quint64 scannedCount() const { return _scannedCount.load(std::memory_order_relaxed); }
 
     // On the search thread.
     void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
@@ -65,6 +68,7 @@ private:
     LeftOut _leftOut;
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;
+    std::atomic<quint64> _scannedCount = 0;
     quint64 _takenCount = 0; ///< on the main thread only
 };
 

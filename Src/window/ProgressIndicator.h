@@ -1,11 +1,16 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QWidget>
+
+#include <functional>
+#include <optional>
 
 namespace tidemark {
 
-/// Turns while it is shown. Hidden it keeps its place in the layout, so that nothing moves.
+/// A thin bar that moves while it is shown: how much is done where that is known, else to and fro. Hidden it
+/// keeps its place in the layout, so that nothing moves.
 class ProgressIndicator : public QWidget
 {
     Q_OBJECT
@@ -13,7 +18,11 @@ class ProgressIndicator : public QWidget
 public:
     explicit ProgressIndicator(QWidget *parent = nullptr);
 
+    /// Asked again and again while it is shown; from 0 to 1, or nothing when nobody knows.
+    void setShareDone(std::function<std::optional<double>()> shareDone);
+
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -22,8 +31,11 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    QRectF _bar() const;
+
+    std::function<std::optional<double>()> _shareDone;
     QBasicTimer _timer;
-    int _step = 0;
+    QElapsedTimer _sinceShown;
 };
 
 } // namespace tidemark

@@ -7,6 +7,7 @@
 #include <QSplitterHandle>
 
 #include <cmath>
+#include <utility>
 
 namespace tidemark {
 
@@ -83,6 +84,14 @@ void SearchSplitView::resizeEvent(QResizeEvent *event)
     _topHeight = panes.top.height;
     const int topPixels = int(std::lround(panes.top.height));
     setSizes({topPixels, height() - handleWidth() - topPixels});
+}
+
+void SearchSplitView::showEvent(QShowEvent *event)
+{
+    QSplitter::showEvent(event);
+    // Only now everything around it has its place.
+    if (const int top = std::exchange(_openingTop, 0); top > 0)
+        setSizes({top, height() - handleWidth() - top});
 }
 
 } // namespace tidemark

@@ -1,6 +1,7 @@
 #include "window/SearchWindow.h"
 
 #include "ui_MyDocument.h"
+#include "window/WindowLayoutMemory.h"
 #include "window/WindowedDocument.h"
 
 #include <QCloseEvent>
@@ -9,13 +10,6 @@
 
 namespace tidemark {
 
-namespace {
-
-/// What a window manager puts around a window, roughly; nobody knows before it is shown.
-constexpr QSize FRAME = {16, 48};
-
-} // namespace
-
 SearchWindow::SearchWindow(WindowedDocument &document)
     : _document(document), _ui(std::make_unique<Ui::MyDocument>())
 {
@@ -23,7 +17,8 @@ SearchWindow::SearchWindow(WindowedDocument &document)
     setWindowTitle(MyDocument::displayName());
     resize(size().boundedTo(screen()->availableSize() - FRAME));
     // A few locations fit; the results get the rest.
-    const int formHeight = _ui->searchFormPane->sizeHint().height();
+    const int formHeight = qMin(_ui->searchFormPane->sizeHint().height(),
+                                qMax(_ui->searchFormPane->minimumSizeHint().height(), height() * 2 / 5));
     _ui->splitView->setSizes({formHeight, height() - formHeight});
     connect(&document, &WindowedDocument::closeConfirmed, this, &SearchWindow::_closeConfirmed);
 }
@@ -36,12 +31,27 @@ void SearchWindow::_closeConfirmed()
     close();
 }
 
+/// Narrow, the options take more rows.
+QSize SearchWindow::smallestSize() const
+{
+    const int room =
+        qMax(_ui->searchFormPane->minimumSizeHint().width(), _ui->resultsPane->minimumSizeHint().width());
+    const int width = qMax(minimumWidth(), room);
+    int height = minimumSizeHint().height();
+    for (const OptionsRow *row : {_ui->optionsRow, _ui->leaveOutOptions}) {
+        if (!row->isHidden())
+            height += qMax(0, row->heightAt(row->width() - (this->width() - width)) - row->height());
+    }
+    return minimumSize().expandedTo({width, height});
+}
+
 void SearchWindow::closeEvent(QCloseEvent *event)
 {
     if (!_isCloseConfirmed && !_document.windowShouldClose()) {
         event->ignore();
         return;
     }
+    saveLayout(*this);
     _document.windowWillClose();
     event->accept();
     Q_EMIT closed();

@@ -24,6 +24,11 @@ public:
     ~SearchWindow() override;
 
     Ui::MyDocument &ui() const { return *_ui; }
+    /// So small it may be made, with the texts and letters it has.
+    QSize smallestSize() const;
+
+    /// What a window manager puts around a window, roughly; nobody knows before it is shown.
+    static constexpr QSize FRAME = {16, 48};
 
 Q_SIGNALS:
     /// The window has closed for good.

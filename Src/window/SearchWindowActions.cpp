@@ -85,6 +85,10 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.showReplacements =
         maker.make("showReplacements", "S&how Replacements", {Qt::CTRL | Qt::SHIFT | Qt::Key_R});
     actions.showReplacements->setCheckable(true);
+    actions.largerText = maker.makeRepeating("largerText", "&Larger Text",
+                                             {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
+    actions.smallerText = maker.makeRepeating("smallerText", "Smaller Te&xt", {Qt::CTRL | Qt::Key_Minus});
+    actions.standardTextSize = maker.make("standardTextSize", "Standard Text Si&ze", {Qt::CTRL | Qt::Key_0});
     actions.exportResults = maker.make("exportResults", "&Export Results…", {});
     actions.replace = maker.make("replace", "&Replace", {Qt::CTRL | Qt::Key_R});
     actions.replaceAndFind =

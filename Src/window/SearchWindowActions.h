@@ -39,6 +39,9 @@ struct SearchWindowActions
     QAction *expandCollapseAll = nullptr;
     QAction *removeSelected = nullptr;
     QAction *showReplacements = nullptr;
+    QAction *largerText = nullptr;
+    QAction *smallerText = nullptr;
+    QAction *standardTextSize = nullptr;
     QAction *replace = nullptr;
     QAction *replaceAndFind = nullptr;
     QAction *replaceSelection = nullptr;

@@ -4,6 +4,7 @@
 #include "window/ApplicationDelegate.h"
 #include "window/ErrorSheet.h"
 #include "window/StopReplaceQuestion.h"
+#include "window/WindowLayoutMemory.h"
 #include "window/WindowedDocument.h"
 #include "window/locations/FilesAndFoldersPanel.h"
 #include "window/results/ResultsPane.h"
@@ -41,6 +42,8 @@ void TDMyDocumentController::_makePanes()
 {
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
     _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, _replace);
+    _form->takeDropsAnywhere(_window);
+    restoreLayout(_window);
 }
 
 void TDMyDocumentController::_connectSearch()

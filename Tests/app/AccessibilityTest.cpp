@@ -1,6 +1,7 @@
 #include "LanguageInstaller.h"
 #include "app/AppTest.h"
 #include "app/HelpWindow.h"
+#include "window/results/FolderTexts.h"
 #include "window/results/ResultsPane.h"
 #include "window/results/TDSearchResultsOutlineView.h"
 

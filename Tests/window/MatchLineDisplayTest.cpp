@@ -118,10 +118,39 @@ TEST(MatchLineDisplay, ReplacementsStandBehindTheirMatches)
     };
     EXPECT_EQ(shownWith(u"cde"_s), u"3: --cde --cde xcde 3 9 16"_s);
     EXPECT_EQ(shownWith(u""_s), u"3: -- -- x 3 6 10"_s);
-    EXPECT_EQ(shownWith(u"a\r\n\t\n"_s), u"3: --a↵•↵ --a↵•↵ xa↵•↵ 3 10 18"_s);
+    EXPECT_EQ(shownWith(u"a\r\n\t\n"_s), u"3: --a↵\t↵ --a↵\t↵ xa↵\t↵ 3 10 18"_s);
     // What stays as it is isn't a replacement.
     EXPECT_EQ(shownWith(u"ab"_s), u"3: ab ab xab 3 6 10"_s);
     EXPECT_EQ(shownWith(u"é"_s), u"3: --é --é xé   ⚠ Western (ASCII) cannot hold ‘é’ 3 7 12"_s);
+}
+
+TEST(MatchLineDisplay, LongLinesAreExcerptsAroundTheirFirstMatchUntilTheyAreWanted)
+{
+    const auto shown = [](const QString &text, TextRange match, LineExtent extent) {
+        return shownLine(lineWith(7, text, {match, {900, 2}}), nullptr, extent);
+    };
+    const QString line = QString(500, u'a') + u"foo"_s + QString(500, u'b');
+    const ShownLine excerpt = shown(line, {500, 3}, LineExtent::Excerpt);
+    EXPECT_TRUE(excerpt.isLong);
+    const StyledText &styled = excerpt.look.styled;
+    EXPECT_EQ(styled.text.size(), 202);
+    EXPECT_TRUE(styled.text.startsWith(u"…aaa"_s) && styled.text.endsWith(u"bb…"_s));
+    const TextRange match = excerpt.look.matches[0];
+    EXPECT_EQ(styled.text.mid(match.location, match.length), u"foo"_s);
+    EXPECT_EQ(styled.backgroundAt(match.location), YELLOW);
+    EXPECT_EQ(excerpt.look.matches[1], TextRange());
+    EXPECT_EQ(shown(line, {500, 3}, LineExtent::Whole).look.styled.text, line);
+    // At both ends nothing is left out, and characters stay whole.
+    EXPECT_EQ(shown(line, {0, 3}, LineExtent::Excerpt).look.styled.text, line.left(200) + u'…');
+    EXPECT_EQ(shown(line, {1000, 3}, LineExtent::Excerpt).look.styled.text, u'…' + line.right(200));
+    const QString pairs = u"x"_s + u"😀"_s.repeated(400);
+    for (const qint64 place : {301, 303}) {
+        const QString text = shown(pairs, {place, 2}, LineExtent::Excerpt).look.styled.text;
+        EXPECT_FALSE(text[1].isLowSurrogate() || text[text.size() - 2].isHighSurrogate());
+    }
+    const ShownLine brief = shown(u"\tfoo"_s, {1, 3}, LineExtent::Excerpt);
+    EXPECT_EQ(brief.look.styled.text, u"\tfoo"_s);
+    EXPECT_FALSE(brief.isLong);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "foundation/FileSystemCalls.h"
 #include "foundation/TDFileCommon.h"
+#include "window/results/FolderTexts.h"
 #include "window/results/ResultsTreeModel.h"
 
 #include <QDirIterator>

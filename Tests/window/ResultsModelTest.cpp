@@ -1,5 +1,6 @@
 #include "session/OutlineRows.h"
 #include "window/ResultsFixture.h"
+#include "window/results/FolderTexts.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

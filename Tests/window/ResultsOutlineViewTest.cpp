@@ -144,11 +144,11 @@ TEST_F(OutlineViewTest, TheKeyboardInTheResultsShows)
     const QColor highlight = window.view.palette().color(QPalette::Active, QPalette::Highlight);
     const auto picture = [&window] { return window.view.viewport()->grab().toImage(); };
     const QImage focused = picture();
-    EXPECT_GT(pixelsOf(window.view, 1, highlight), 500);
-    // Of two selected rows one is the current one.
-    EXPECT_LT(pixelsOf(window.view, 2, highlight) + window.view.width(), pixelsOf(window.view, 1, highlight));
-    window.find()->setFocus();
+    // Of two selected rows one is the current one, with a frame.
     EXPECT_EQ(pixelsOf(window.view, 1, highlight), 0);
+    EXPECT_GT(pixelsOf(window.view, 2, highlight), window.view.viewport()->width());
+    window.find()->setFocus();
+    EXPECT_EQ(pixelsOf(window.view, 2, highlight), 0);
     EXPECT_NE(picture(), focused);
     // Also where there is nothing to stand on.
     window.results.clear();
@@ -162,17 +162,18 @@ TEST_F(OutlineViewTest, NumbersStayAtTheLeftOfEveryLine)
     const QString hebrew(u"\u05E9\u05DC\u05D5\u05DD foo (\u05E2\u05D5\u05DC\u05DD)"_s);
     ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, hebrew})});
     window.navigation.selectFirstMatch();
-    const auto place = [&window](int row, qsizetype position, qsizetype length) {
-        QStyleOptionViewItem option;
-        option.font = window.view.font();
-        option.rect = QRect(0, 0, 500, 20);
-        const TDSearchResultsTextFieldCell cell;
+    QStyleOptionViewItem option;
+    option.font = window.view.font();
+    option.rect = QRect(0, 0, 500, 20);
+    const TDSearchResultsTextFieldCell cell;
+    const auto place = [&](int row, qsizetype position, qsizetype length) {
         return cell.rectOfText(option, *window.view.itemAtRow(row), {position, length});
     };
-    EXPECT_EQ(place(2, 0, 1).left(), place(1, 0, 1).left());
-    // The line behind it runs from right to left by itself: the first word is at the right of the match.
-    EXPECT_GT(place(2, 3, 4).left(), place(2, 3 + 5, 3).right());
-    EXPECT_EQ(place(2, 3 + 5, 3).width(), place(1, 3, 3).width());
+    EXPECT_LT(cell.gutterRect(option).right(), place(1, 0, 3).left());
+    // The line runs from right to left by itself: the first word is at the right of the match.
+    EXPECT_GT(place(2, 0, 4).left(), place(2, 5, 3).right());
+    EXPECT_GT(place(2, 9, 6).left(), cell.gutterRect(option).right());
+    EXPECT_NEAR(place(2, 5, 3).width(), place(1, 0, 3).width(), 1);
     EXPECT_GT(pixelsOf(window.view, 2, QColor(241, 224, 169)), 50);
 }
 
@@ -187,16 +188,42 @@ TEST_F(OutlineViewTest, RowsWrapByCharacterAndStayReachable)
     // The match stands at the end of a row that is higher than the view.
     EXPECT_LT(tall.top(), 0);
     EXPECT_LE(tall.bottom(), window.view.viewport()->height() + 1);
-    window.pressKey(Qt::Key_Down);
-    EXPECT_LE(window.view.visualRect(window.view.indexAtRow(2)).bottom(), window.view.viewport()->height());
     window.view.verticalScrollBar()->setValue(0);
     EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(0)).top(), 0);
     window.view.verticalScrollBar()->setValue(window.view.verticalScrollBar()->maximum());
     EXPECT_EQ(window.view.visualRect(window.view.indexAtRow(3)).bottom() + 1,
               window.view.viewport()->height());
-    const int heightBefore = tall.height();
+    window.pressKey(Qt::Key_Down);
+    EXPECT_LE(window.view.visualRect(window.view.indexAtRow(2)).bottom(), window.view.viewport()->height());
+    // What isn't selected is an excerpt, a click shows all of it.
+    EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(),
+              window.view.viewport()->height() / 2);
+    window.view.scrollRowToVisible(1);
+    QTest::mouseClick(window.view.viewport(), Qt::LeftButton, {},
+                      window.view.visualRect(window.view.indexAtRow(1)).center());
+    EXPECT_GE(window.view.visualRect(window.view.indexAtRow(1)).height(), tall.height());
     window.window()->resize(1200, 400);
-    EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), heightBefore);
+    EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), tall.height());
+}
+
+TEST_F(OutlineViewTest, TheTextSizeOfTheSettingsIsThatOfTheLines)
+{
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo\tbar"_s})});
+    window.navigation.selectFirstMatch();
+    const auto height = [&window](int row) {
+        return window.view.visualRect(window.view.indexAtRow(row)).height();
+    };
+    const SearchWindowActions &actions = window.controller().actions();
+    const int before = height(1);
+    EXPECT_FALSE(actions.standardTextSize->isEnabled());
+    for (int step = 0; step < 100; ++step)
+        actions.largerText->trigger();
+    EXPECT_FALSE(actions.largerText->isEnabled());
+    EXPECT_GT(height(1), 3 * before);
+    const int ofFile = height(0);
+    actions.standardTextSize->trigger();
+    EXPECT_EQ(height(1), before);
+    EXPECT_EQ(height(0), ofFile);
 }
 
 TEST_F(OutlineViewTest, RowsStayWhereTheyAreWhileResultsArrive)

@@ -5,15 +5,19 @@
 #include "session/SearchControl.h"
 #include "ui_MyDocument.h"
 #include "window/ApplicationDelegate.h"
+#include "window/DropTarget.h"
+#include "window/EmptyState.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
+#include "window/Symbols.h"
 #include "window/WindowedDocument.h"
 #include "window/form/BoundOptions.h"
 #include "window/form/FieldMessages.h"
 #include "window/form/LeaveOutForm.h"
 #include "window/locations/SearchLocationsController.h"
 #include "window/locations/TDTableViewDragDropArrayController.h"
+#include "window/results/ResultsFont.h"
 #include "window/results/ShiftedMatchesNotice.h"
 
 #include <QAction>
@@ -41,6 +45,7 @@ SearchForm::SearchForm(WindowedDocument &document, SearchWindow &window, const S
     : _document(document), _ui(window.ui()), _actions(actions), _search(search), _locations(locations),
       _locationsModel(new TDTableViewDragDropArrayController(document, this))
 {
+    _setUpLooks();
     _setUpToolTips();
     _setUpFields();
     _setUpOptions();
@@ -48,6 +53,20 @@ SearchForm::SearchForm(WindowedDocument &document, SearchWindow &window, const S
     _setUpStartStop();
     connect(&window, &SearchWindow::activated, _locationsModel,
             &TDTableViewDragDropArrayController::refreshExistence);
+}
+
+void SearchForm::_setUpLooks()
+{
+    showSymbol(_ui.addLocationButton, Symbol::Add);
+    showSymbol(_ui.removeLocationButton, Symbol::Remove);
+    for (HistoryComboBox *field : {_ui.findTextComboBox, _ui.replaceTextComboBox, _ui.leaveOutComboBox})
+        field->setFont(fixedPitchFont(field->font()));
+    _ui.optionsRow->setControls(
+        {_ui.ignoreCaseCheckBox, _ui.wholeWordsCheckBox, _ui.regularExpressionCheckBox, _ui.unicodeCheckBox},
+        {_ui.fileTypesButton, _ui.moreButton});
+    _ui.leaveOutOptions->setControls(
+        {_ui.hiddenFilesCheckBox, _ui.ignoreFilesCheckBox, _ui.largestSizeCheckBox, _ui.largestSizeSpinBox});
+    _ui.progressIndicator->setShareDone([this] { return _search.shareDone(); });
 }
 
 void SearchForm::_setUpToolTips()
@@ -113,6 +132,8 @@ void SearchForm::_setUpLocations()
     TDSearchLocationsTableView *table = _ui.searchLocationsTableView;
     table->setModel(_locationsModel);
     table->setHintText(localizedString("Drop files and folders here, or press + to add them."));
+    table->emptyState().setButton(localizedString("Add Folder…"), tooltipAddLocation());
+    connect(&table->emptyState(), &EmptyState::buttonClicked, this, &SearchForm::addLocationRequested);
     _locationsModel->setDropFilesReceiver(
         [this](const QList<FilePath> &paths) { _locations.dropFiles(paths); });
     connect(_ui.addLocationButton, &QToolButton::clicked, this, &SearchForm::addLocationRequested);
@@ -183,6 +204,11 @@ void SearchForm::focusFindText()
 {
     _ui.findTextComboBox->setFocus(Qt::OtherFocusReason);
     _ui.findTextComboBox->lineEdit()->selectAll();
+}
+
+void SearchForm::takeDropsAnywhere(SearchWindow &window)
+{
+    new DropTarget(window, *_locationsModel, _locations, this);
 }
 
 void SearchForm::showFileTypes()

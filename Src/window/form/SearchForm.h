@@ -35,12 +35,15 @@ public:
     /// While something depends on the locations.
     void setLocationsReadOnly(bool readOnly);
     void showFileTypes();
+    /// To be called when the window has all its fields.
+    void takeDropsAnywhere(SearchWindow &window);
 
 Q_SIGNALS:
     void addLocationRequested();
     void startRequested();
 
 private:
+    void _setUpLooks();
     void _setUpToolTips();
     void _setUpFields();
     void _setUpOptions();

@@ -1,6 +1,7 @@
 #include "window/locations/PathControlWithPathBinding.h"
 
 #include "foundation/LocalizedText.h"
+#include "window/results/FolderTexts.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -27,7 +28,7 @@ PathControlWithPathBinding::PathControlWithPathBinding(int pathRole, int existsR
 
 QString PathControlWithPathBinding::breadcrumb(const FilePath &path, const QFontMetrics &metrics, int width)
 {
-    const QStringList components = path.displayText().split(u'/', Qt::SkipEmptyParts);
+    const QStringList components = folderForPeople(path.displayText()).split(u'/', Qt::SkipEmptyParts);
     if (components.isEmpty())
         return QStringLiteral("/");
     QString text = components.join(SEPARATOR);

@@ -33,6 +33,7 @@ public:
     /// True only for a location that is itself a file, with exactly this path.
     bool isFileInSearchLocationsForPath(const FilePath &path) const;
 
+    bool acceptsDrops() const { return _acceptsDrops; }
     void setAcceptsDrops(bool accepts) { _acceptsDrops = accepts; }
     /// Nothing is added by any way, also not from a panel that was opened before.
     void setReadOnly(bool readOnly) { _isReadOnly = readOnly; }

@@ -1,5 +1,6 @@
 #include "window/locations/TDSearchLocationsTableView.h"
 
+#include "window/EmptyState.h"
 #include "window/locations/PathControlWithPathBinding.h"
 #include "window/locations/TDTableViewDragDropArrayController.h"
 
@@ -7,7 +8,6 @@
 #include <QDragMoveEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QPainter>
 
 #include <algorithm>
 
@@ -26,7 +26,8 @@ void refuseToMoveFiles(QDropEvent *event)
 
 } // namespace
 
-TDSearchLocationsTableView::TDSearchLocationsTableView(QWidget *parent) : QTableView(parent)
+TDSearchLocationsTableView::TDSearchLocationsTableView(QWidget *parent)
+    : QTableView(parent), _emptyState(new EmptyState(Symbol::Folder, viewport()))
 {
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
@@ -68,12 +69,25 @@ void TDSearchLocationsTableView::setModel(QAbstractItemModel *model)
                              new PathControlWithPathBinding(Model::PathRole, Model::ExistsRole, this));
     horizontalHeader()->setSectionResizeMode(Model::PathColumn, QHeaderView::Stretch);
     horizontalHeader()->setSectionResizeMode(Model::SubfoldersColumn, QHeaderView::ResizeToContents);
+    connect(model, &QAbstractItemModel::modelReset, this, &TDSearchLocationsTableView::_showHint);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &TDSearchLocationsTableView::_showHint);
+    _showHint();
 }
 
 void TDSearchLocationsTableView::setHintText(const QString &text)
 {
-    _hintText = text;
-    viewport()->update();
+    _emptyState->setSentence(text);
+    _showHint();
+}
+
+QString TDSearchLocationsTableView::hintText() const
+{
+    return _emptyState->sentence();
+}
+
+void TDSearchLocationsTableView::_showHint()
+{
+    _emptyState->setVisible(model() == nullptr || model()->rowCount() == 0);
 }
 
 QList<int> TDSearchLocationsTableView::selectedRowNumbers() const
@@ -141,16 +155,6 @@ void TDSearchLocationsTableView::_toggleSubfolders()
         const bool isTicked = tick.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         model()->setData(tick, isTicked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
     }
-}
-
-void TDSearchLocationsTableView::paintEvent(QPaintEvent *event)
-{
-    QTableView::paintEvent(event);
-    if (model() == nullptr || model()->rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(8, 0, -8, 0), Qt::AlignCenter | Qt::TextWordWrap, _hintText);
 }
 
 void TDSearchLocationsTableView::changeEvent(QEvent *event)

@@ -4,6 +4,8 @@
 
 namespace tidemark {
 
+class EmptyState;
+
 /// The list of locations: takes files from the file manager, lets its rows be dragged into another order, and
 /// says what to do while it is empty.
 class TDSearchLocationsTableView : public QTableView
@@ -14,9 +16,10 @@ public:
     explicit TDSearchLocationsTableView(QWidget *parent = nullptr);
 
     void setModel(QAbstractItemModel *model) override;
-    /// Stands in grey in the empty list.
+    /// Stands in the empty list, under an icon.
     void setHintText(const QString &text);
-    const QString &hintText() const { return _hintText; }
+    QString hintText() const;
+    EmptyState &emptyState() { return *_emptyState; }
 
     /// In ascending order.
     QList<int> selectedRowNumbers() const;
@@ -33,15 +36,15 @@ protected:
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
     void _setUpDragging();
     void _fitRowHeights();
     void _toggleSubfolders();
+    void _showHint();
 
-    QString _hintText;
+    EmptyState *_emptyState;
 };
 
 } // namespace tidemark

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPalette>
 #include <QRect>
 #include <QStyleOptionViewItem>
 
@@ -11,31 +10,37 @@ namespace tidemark {
 class TDSearchResultsOutlineView;
 class TDSearchResultsTextFieldCell;
 
-/// Paints what the results' outline shows: rows with their triangles, where the keyboard is, and the hint of
-/// an empty one. Places are in pixels of the viewport.
+/// Paints what the results' outline shows: rows with their triangles, and where the keyboard is. Places are
+/// in pixels of the viewport.
 class OutlinePainter
 {
 public:
     /// All must outlive the object; `option` is what every row begins with.
     OutlinePainter(const TDSearchResultsOutlineView &view, const TDSearchResultsTextFieldCell &cell,
-                   QPainter &painter, QStyleOptionViewItem option)
-        : _view(view), _cell(cell), _painter(painter), _option(std::move(option))
-    {}
+                   QPainter &painter, QStyleOptionViewItem option);
 
-    /// `textRect` is where the text of a match line goes.
+    /// `textRect` is where a match line goes.
     void paintRow(int row, const QRect &rect, const QRect &textRect) const;
     /// Nothing while the keyboard is elsewhere.
-    void paintFocusMark(const QRect &rect, QPalette::ColorRole role) const;
-    void paintHint() const;
+    void paintFocusMark(const QRect &rect) const;
 
 private:
-    void _paintFileRow(QStyleOptionViewItem option, const QModelIndex &file) const;
-    void _paintName(QStyleOptionViewItem option, const QModelIndex &file) const;
+    QColor _background(bool isSelected, bool isFile) const;
+    void _paintFileRow(const QStyleOptionViewItem &option, const QModelIndex &file) const;
+    void _paintTriangle(const QStyleOptionViewItem &option, const QModelIndex &file) const;
+    /// From the left edge of the room on; gives what is left of it.
+    QRect _paintIcon(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    QRect _paintName(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    QRect _paintBadge(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    QRect _paintNote(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    void _paintRemark(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    void _paintFolder(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    QRect _visual(const QStyleOptionViewItem &option, const QRect &rect) const;
 
     const TDSearchResultsOutlineView &_view;
     const TDSearchResultsTextFieldCell &_cell;
     QPainter &_painter;
-    const QStyleOptionViewItem _option;
+    QStyleOptionViewItem _option;
 };
 
 } // namespace tidemark

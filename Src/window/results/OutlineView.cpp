@@ -1,5 +1,6 @@
 #include "window/results/OutlineView.h"
 
+#include "foundation/UserDefaults.h"
 #include "window/results/ResultsTreeModel.h"
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr int NAME_WIDTH = 320;
 constexpr int MATCHES_WIDTH = 90;
-constexpr int FILE_ROW_PADDING = 2;
+constexpr int FILE_ROW_PADDING = 3;
 constexpr int LINE_MARGIN = 4;
 constexpr int MOST_KNOWN_HEIGHTS = 200000;
 constexpr int WHEEL_STEP = 120;
@@ -44,6 +45,10 @@ OutlineView::OutlineView(QWidget *parent)
     connect(_header, &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
         if (model() != nullptr)
             model()->sort(column, order);
+    });
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this](const QString &key) {
+        if (key == TD_USER_DEFAULTS_NAME_RESULTS_FONT || key == TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE)
+            _forgetHeights();
     });
 }
 
@@ -81,8 +86,11 @@ void OutlineView::reset()
     QAbstractItemView::reset();
     _cell->forgetAll();
     _heights.clear();
-    if (model() != nullptr)
-        _rebuildRows();
+    if (model() == nullptr)
+        return;
+    if (model()->rowCount() == 0)
+        _cell->setGutterDigits(0);
+    _rebuildRows();
 }
 
 void OutlineView::_rebuildRows()
@@ -109,9 +117,39 @@ void OutlineView::_rowsChanged()
     scheduleDelayedItemsLayout();
 }
 
+void OutlineView::rowHeightsChanged()
+{
+    _rowsChanged();
+}
+
+void OutlineView::_forgetHeights()
+{
+    _heights.clear();
+    _cell->forgetAll();
+    _rowsChanged();
+    viewport()->update();
+}
+
+/// The gutter has room for every line number; those of a file rise.
+void OutlineView::_fitGutter(int firstFile, int lastFile)
+{
+    qint64 greatest = 0;
+    for (int row = firstFile; row <= lastFile; ++row) {
+        const FindResultItems &lines = results()->file(row)->children();
+        if (!lines.isEmpty() && lines.last()->matchLine() != nullptr)
+            greatest = std::max(greatest, lines.last()->matchLine()->lineNumber());
+    }
+    const int digits = int(QString::number(greatest).size());
+    if (digits <= _cell->gutterDigits())
+        return;
+    _cell->setGutterDigits(digits);
+    _forgetHeights();
+}
+
 void OutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
 {
     QAbstractItemView::rowsInserted(parent, start, end);
+    _fitGutter(start, end);
     if (start != _rows.fileCount()) {
         _rebuildRows();
         return;
@@ -258,8 +296,7 @@ void OutlineView::toggleExpanded(const QModelIndex &file)
 int OutlineView::unit() const
 {
     const int iconHeight = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    return std::max({TDSearchResultsTextFieldCell::MINIMUM_ROW_HEIGHT,
-                     fontMetrics().height() + FILE_ROW_PADDING, iconHeight + FILE_ROW_PADDING});
+    return std::max(TDSearchResultsTextFieldCell::rowHeight(font()), iconHeight) + FILE_ROW_PADDING;
 }
 
 int OutlineView::rowHeight(int row) const
@@ -271,17 +308,27 @@ int OutlineView::rowHeight(int row) const
     const auto known = _heights.constFind(item);
     if (known != _heights.constEnd())
         return *known;
-    QStyleOptionViewItem option = rowOption();
-    option.rect = leafRect(QRect(0, 0, viewport()->width(), 0));
+    const QStyleOptionViewItem option = leafOption(*item);
+    const int height = _cell->sizeHint(option, index).height();
+    if (_cell->isLong(option, *item))
+        return height;
     if (_heights.size() >= MOST_KNOWN_HEIGHTS)
         _heights.clear();
-    return *_heights.insert(item, _cell->sizeHint(option, index).height());
+    return *_heights.insert(item, height);
 }
 
 QRect OutlineView::leafRect(const QRect &row) const
 {
     const int indentation = style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, this);
-    return row.adjusted(2 * indentation, 0, -LINE_MARGIN, 0);
+    return row.adjusted(indentation, 0, -LINE_MARGIN, 0);
+}
+
+QStyleOptionViewItem OutlineView::leafOption(const TDFindResultItem &item) const
+{
+    QStyleOptionViewItem option = rowOption();
+    option.rect = leafRect(QRect(0, 0, viewport()->width(), 0));
+    option.state.setFlag(QStyle::State_Selected, isRowSelected(item));
+    return option;
 }
 
 QStyleOptionViewItem OutlineView::rowOption() const
@@ -416,9 +463,8 @@ void OutlineView::scrollToMatch(int row, qint64 match)
     const QModelIndex index = indexAtRow(row);
     if (!index.parent().isValid())
         return;
-    QStyleOptionViewItem option = rowOption();
-    option.rect = leafRect(QRect(0, 0, viewport()->width(), 0));
-    const QRect rect = _cell->rectOfMatch(option, *results()->item(index), match);
+    const auto item = results()->item(index);
+    const QRect rect = _cell->rectOfMatch(leafOption(*item), *item, match);
     if (rowHeight(row) <= viewport()->height())
         scrollRowToVisible(row);
     else if (rect.isValid())

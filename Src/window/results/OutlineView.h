@@ -82,6 +82,7 @@ protected:
     virtual void noteRowsMoved() {}
     virtual void linesAboutToHide([[maybe_unused]] const QModelIndex &file) {}
     virtual void allLinesAboutToHide() {}
+    virtual bool isRowSelected([[maybe_unused]] const TDFindResultItem &item) const { return false; }
 
     const OutlineRows &rows() const { return _rows; }
     const ScrolledRows &scrolled() const { return _scrolled; }
@@ -90,9 +91,13 @@ protected:
     /// The height of a file's row, and what one row counts on the scroll bar; in pixels.
     int unit() const;
     int rowHeight(int row) const;
-    /// Where the text of a match line goes in its row.
+    /// Where a match line and its number go in their row.
     QRect leafRect(const QRect &row) const;
     QStyleOptionViewItem rowOption() const;
+    /// For a leaf in a row of the view's width, at its top.
+    QStyleOptionViewItem leafOption(const TDFindResultItem &item) const;
+    /// Some rows are higher or lower than before.
+    void rowHeightsChanged();
 
 protected Q_SLOTS:
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
@@ -103,6 +108,8 @@ private:
     void _rebuildRows();
     void _rowsWereRemoved(const QModelIndex &parent);
     void _rowsChanged();
+    void _forgetHeights();
+    void _fitGutter(int firstFile, int lastFile);
     void _setShownLines(int file, int shownLines);
     void _setTop(ScrolledRows::Top top);
     void _updateScrollBar();
@@ -113,7 +120,7 @@ private:
     OutlineRows _rows;
     ScrolledRows _scrolled;
     QSet<const TDFindResultItem *> _expanded;
-    mutable QHash<const TDFindResultItem *, int> _heights; ///< of lines at the present width
+    mutable QHash<const TDFindResultItem *, int> _heights; ///< of short lines at the present width
     int _wheelRemainder = 0;
     bool _setsScrollBar = false;
 };

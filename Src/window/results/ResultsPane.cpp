@@ -9,17 +9,21 @@
 #include "session/SearchStatusLine.h"
 #include "ui_MyDocument.h"
 #include "window/BackupsDialog.h"
+#include "window/EmptyState.h"
 #include "window/ErrorSheet.h"
 #include "window/HistoryDialog.h"
 #include "window/SearchWindow.h"
 #include "window/SearchWindowActions.h"
 #include "window/SearchWindowTexts.h"
+#include "window/Symbols.h"
 #include "window/form/LeaveOutForm.h"
+#include "window/results/ResultsFont.h"
 #include "window/results/ShownReplacements.h"
 
 #include <QAction>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QLocale>
 
 namespace tidemark {
 
@@ -52,6 +56,10 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
       _leftOutNotice(_ui, search), _outcomeNotice(_ui),
       _failureWalk(_model, outlineView(), *actions.showFailures)
 {
+    showSymbol(_ui.navigateUpButton, Symbol::Previous);
+    showSymbol(_ui.navigateDownButton, Symbol::Next);
+    showSymbol(_ui.expandCollapseButton, Symbol::ExpandCollapse);
+    showSymbol(_ui.removeSelectedButton, Symbol::Clear);
     _setUpToolTips();
     _setUpTexts();
     _setUpCommands();
@@ -59,12 +67,14 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpButtons();
     _setUpReplaceProgress();
     _setUpOutcome();
+    _setUpTextSize();
     new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox, *_actions.showReplacements,
                           this);
     connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,
             &ResultsPane::searchOfEverythingRequested);
     connect(&_resultsActions, &ResultsActions::leaveOutRequested, this, &ResultsPane::_leaveOut);
     _resultsActions.setLocations([this] { return _document.searchLocations(); });
+    connect(&outlineView().emptyState(), &EmptyState::buttonClicked, _actions.addLocation, &QAction::trigger);
     _noteResults();
     _showHint();
 }
@@ -212,6 +222,29 @@ void ResultsPane::_setUpOutcome()
     connect(&_search, &SearchControl::searchWillStart, &_outcomeNotice, &OutcomeNotice::hide);
 }
 
+void ResultsPane::_setUpTextSize()
+{
+    const std::pair<QAction *, int> steps[] = {
+        {_actions.largerText, 1}, {_actions.smallerText, -1}, {_actions.standardTextSize, 0}};
+    for (const auto &step : steps)
+        connect(step.first, &QAction::triggered, this,
+                [this, points = step.second] { changeResultsFontSize(points, outlineView().font()); });
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this](const QString &key) {
+        if (key == TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE)
+            _noteTextSize();
+    });
+    _noteTextSize();
+}
+
+void ResultsPane::_noteTextSize()
+{
+    const int size = resultsFont(outlineView().font()).pointSize();
+    _actions.largerText->setEnabled(size < LARGEST_RESULTS_FONT);
+    _actions.smallerText->setEnabled(size > SMALLEST_RESULTS_FONT);
+    _actions.standardTextSize->setEnabled(
+        UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE) > 0);
+}
+
 /// The lines of a small search are in sight without a further step.
 void ResultsPane::_expandWhileFew(qsizetype first, qsizetype count)
 {
@@ -282,7 +315,8 @@ void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
     _ui.replaceProgressBar->setRange(0, int(fileCount));
     _ui.replaceProgressBar->setValue(int(filesDone));
     _ui.resultsStatusLabel->setWholeText(
-        formatted(localizedString("Replacing: %d of %d files done"), {filesDone, fileCount}));
+        formatted(localizedString("Replacing: %d of %d files done"),
+                  {QLocale().toString(filesDone), QLocale().toString(fileCount)}));
 }
 
 void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
@@ -304,6 +338,12 @@ void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcom
 void ResultsPane::prepareForSearch()
 {
     _kindsOfLastSearch = includedKindTitles();
+    QStringList folders;
+    for (const TDSearchLocation &location : _document.searchLocations()) {
+        if (location.isFolder)
+            folders << location.path().displayText();
+    }
+    outlineView().setLocationFolders(folders);
     outlineView().header()->setSortIndicator(-1, Qt::AscendingOrder);
     _model.sort(-1);
     outlineView().setHintText({});
@@ -329,13 +369,21 @@ void ResultsPane::_leaveOut(const QString &pattern)
 void ResultsPane::_showHint()
 {
     QString hint;
-    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED)
+    const bool lacksLocations = _document.searchLocations().isEmpty();
+    outlineView().emptyState().setButton({}, {});
+    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED) {
         hint = localizedString("Lines with matches will appear here.");
-    else if (_document.findResults().isEmpty() &&
-             !_leftOutNotice.showInEmptyResults(
-                 formatted(localizedString("Kinds of files searched in folders: %@"), {_kindsOfLastSearch})))
+    } else if (lacksLocations) {
+        hint = localizedString("Add a folder or a file to search first.");
+        outlineView().emptyState().setButton(localizedString("Add Folder…"), tooltipAddLocation());
+    } else if (_document.findText().isEmpty()) {
+        hint = localizedString("Type what to find first.");
+    } else if (_document.findResults().isEmpty() &&
+               !_leftOutNotice.showInEmptyResults(formatted(
+                   localizedString("Kinds of files searched in folders: %@"), {_kindsOfLastSearch}))) {
         hint = formatted(localizedString("No matches found.\nKinds of files searched in folders: %@"),
                          {_kindsOfLastSearch});
+    }
     outlineView().setHintText(hint);
 }
 

@@ -58,6 +58,8 @@ private:
     void _setUpButtons();
     void _setUpReplaceProgress();
     void _setUpOutcome();
+    void _setUpTextSize();
+    void _noteTextSize();
     void _expandWhileFew(qsizetype first, qsizetype count);
     void _noteResults();
     void _showReplacing(bool isReplacing);

@@ -2,11 +2,12 @@
 
 #include "foundation/LocalizedText.h"
 #include "text/CharacterSets.h"
+#include "window/Colors.h"
 #include "window/PlainToolTip.h"
 #include "window/results/FileIcons.h"
+#include "window/results/FolderTexts.h"
 #include "window/results/MatchLineDisplay.h"
 
-#include <QDir>
 #include <QFont>
 #include <QGuiApplication>
 #include <QLocale>
@@ -26,25 +27,7 @@ QString reasonWithSystemText(const TDError &error)
     return underlying ? reason + u'\n' + underlying.localizedFailureReason() : reason;
 }
 
-QColor remarkColor()
-{
-    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
-    return isDark ? QColor(0xFF, 0x9A, 0x96) : QColor(0xA4, 0x26, 0x2C);
-}
-
 } // namespace
-
-QString folderForPeople(const QString &folder)
-{
-    const QString home = QDir::homePath();
-    // Also what stands for a home where there is none.
-    if (home == QLatin1String("/"))
-        return folder;
-    if (folder == home)
-        return QStringLiteral("~");
-    const bool isInHome = folder.startsWith(home + QLatin1Char('/'));
-    return isInHome ? QLatin1Char('~') + folder.mid(home.size()) : folder;
-}
 
 ResultsTreeModel::ResultsTreeModel(FindResults &results, QObject *parent)
     : QAbstractItemModel(parent), _results(results)
@@ -343,7 +326,7 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
     if (column == FolderColumn)
         return item.remark().isEmpty() ? folderForPeople(item.displayPath()) : item.remark();
     const std::optional<qint32> count = _matchCount(item);
-    return count ? QString::number(*count) : QString();
+    return count ? QLocale().toString(*count) : QString();
 }
 
 QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
@@ -368,7 +351,9 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
     case NoteRole:
         return column == NameColumn ? QVariant(_noteOf(file)) : QVariant();
     case Qt::ForegroundRole:
-        return column == FolderColumn && !file.remark().isEmpty() ? QVariant(remarkColor()) : QVariant();
+        return column == FolderColumn && !file.remark().isEmpty()
+                   ? QVariant(errorColor(QGuiApplication::palette()))
+                   : QVariant();
     case Qt::AccessibleTextRole:
         return _spokenFile(file);
     case Qt::DecorationRole:
@@ -390,7 +375,7 @@ QVariant ResultsTreeModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal)
         return {};
     if (role == Qt::TextAlignmentRole)
-        return int((section == MatchesColumn ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
+        return int((section == FolderColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
     switch (section) {

@@ -88,7 +88,4 @@ private:
     bool _isResetting = false;
 };
 
-/// "~/src" for a folder below the user's home.
-QString folderForPeople(const QString &folder);
-
 } // namespace tidemark

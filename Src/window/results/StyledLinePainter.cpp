@@ -1,12 +1,16 @@
 #include "window/results/StyledLinePainter.h"
 
+#include "window/Colors.h"
 #include "window/results/MatchLineDisplay.h"
 
 #include <QGlyphRun>
 #include <QPainter>
+#include <QRegion>
 #include <QTextLine>
 
 #include <algorithm>
+#include <array>
+#include <optional>
 
 namespace tidemark {
 
@@ -18,7 +22,6 @@ QColor colorOf(const StyledColor &color)
 namespace {
 
 constexpr qreal MARK_WIDTH = 3;
-constexpr QColor PROBLEM_ON_DARK = QColor(255, 154, 150);
 
 /// Where characters of both directions meet a cursor has two places, so only the glyphs tell.
 QRect rectOfGlyphs(const QTextLine &line, qint64 start, qint64 end)
@@ -40,8 +43,12 @@ QRect StyledLinePainter::rectOfRange(const QTextLine &line, Directions direction
     const qint64 end = std::min(range.end(), qint64(line.textStart()) + line.textLength());
     if (start >= end)
         return {};
-    if (directions == Directions::Mixed)
-        return rectOfGlyphs(line, start, end).translated(origin);
+    if (directions == Directions::Mixed) {
+        const QRect glyphs = rectOfGlyphs(line, start, end);
+        // Blanks have none.
+        if (!glyphs.isEmpty())
+            return glyphs.translated(origin);
+    }
     const int left = qRound(line.cursorToX(int(start)));
     const int right = qRound(line.cursorToX(int(end)));
     const QRectF lineRect = line.rect();
@@ -50,47 +57,58 @@ QRect StyledLinePainter::rectOfRange(const QTextLine &line, Directions direction
         .translated(origin);
 }
 
+LineColors LineColors::on(const QPalette &palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    if (isDark(palette))
+        return {text, QColor(0xFF, 0x9A, 0x96), QColor(0x4D, 0x24, 0x26), QColor(0x9B, 0xE3, 0xAE),
+                QColor(0x1F, 0x4A, 0x2B)};
+    return {text, QColor(0xA4, 0x26, 0x2C), QColor(0xFB, 0xE3, 0xE4), QColor(0x14, 0x63, 0x2A),
+            QColor(0xD9, 0xF2, 0xDF)};
+}
+
+std::pair<QColor, QColor> StyledLinePainter::_colorsOf(const StyledRun &run) const
+{
+    // The current match stays the current one.
+    if (run.underline && run.background != TD_HIGHLIGHTED_MATCH_BACKGROUND)
+        return {_colors.newText, _colors.newBackground};
+    if (run.strikeOut && run.background == TD_MATCH_BACKGROUND)
+        return {_colors.struckText, _colors.struckBackground};
+    return {Qt::black, colorOf(*run.background)};
+}
+
 void StyledLinePainter::paint(const QTextLine &line, QPoint origin) const
 {
-    QRegion baseRegion = line.rect().toAlignedRect().adjusted(-2, 0, 2, 0).translated(origin);
-    QRegion matchRegion;
-    QRegion otherRegion;
-    QList<std::pair<StyledColor, QRect>> others;
+    // A line with thousands of matches has few colours.
+    std::array<std::pair<QColor, QRegion>, 3> marked = {
+        {{Qt::black, {}}, {_colors.struckText, {}}, {_colors.newText, {}}}};
+    QRegion &problem = marked[1].second;
     // The first run is the base colour of the whole text.
     for (qsizetype index = 1; index < _styled.runs.size(); ++index) {
         const StyledRun &run = _styled.runs[index];
-        const QRect rect = rectOfRange(line, _directions, run.range, origin);
-        if (run.background && run.range.length == 0)
-            _paintMark(line, run, origin);
-        if (rect.isEmpty())
+        if (!run.background) {
+            if (run.foreground == PROBLEM_COLOR)
+                problem += rectOfRange(line, _directions, run.range, origin);
             continue;
-        if (run.background) {
-            _painter.fillRect(rect, colorOf(*run.background));
-            matchRegion += rect;
-        } else if (run.foreground) {
-            others.append({*run.foreground, rect});
-            otherRegion += rect;
+        }
+        const auto colors = _colorsOf(run);
+        if (run.range.length == 0)
+            _paintMark(line, run, origin);
+        const QRect rect = rectOfRange(line, _directions, run.range, origin);
+        _painter.fillRect(rect, colors.second);
+        for (auto &[color, region] : marked) {
+            if (color == colors.first)
+                region += rect;
         }
     }
-    // Where a highlight reaches into the prefix, the prefix keeps its own colour.
-    matchRegion -= otherRegion;
-    baseRegion -= otherRegion;
-    _paintForeground(line, origin, _base, _base == QColor(Qt::black) ? baseRegion : baseRegion - matchRegion);
-    if (_base != QColor(Qt::black))
-        _paintForeground(line, origin, Qt::black, matchRegion);
-    for (const auto &[color, rect] : std::as_const(others))
-        _paintForeground(line, origin, _colorOfOther(color), rect);
+    QRegion base = line.rect().toAlignedRect().adjusted(-2, 0, 2, 0).translated(origin);
+    for (const auto &[color, region] : marked)
+        base -= region;
+    _paintForeground(line, origin, _colors.text, base);
+    for (const auto &[color, region] : marked)
+        _paintForeground(line, origin, color, region);
     for (const StyledRun &run : _styled.runs)
         _paintLines(rectOfRange(line, _directions, run.range, origin), run);
-}
-
-QColor StyledLinePainter::_colorOfOther(const StyledColor &color) const
-{
-    if (color != PROBLEM_COLOR)
-        return _prefix.value_or(colorOf(color));
-    if (_prefix)
-        return _base;
-    return _base.lightnessF() > 0.5F ? PROBLEM_ON_DARK : colorOf(color);
 }
 
 /// Through the middle of what goes, and under what comes: nobody has to tell colours apart.
@@ -98,8 +116,8 @@ void StyledLinePainter::_paintLines(const QRect &rect, const StyledRun &run) con
 {
     if (rect.isEmpty() || !run.background || (!run.strikeOut && !run.underline))
         return;
-    const int y = run.strikeOut ? rect.center().y() : rect.bottom();
-    _painter.fillRect(QRect(rect.left(), y, rect.width(), 1), Qt::black);
+    const int y = run.strikeOut ? rect.center().y() + 1 : rect.bottom() - 1;
+    _painter.fillRect(QRect(rect.left(), y, rect.width(), 1), _colorsOf(run).first);
 }
 
 /// An empty match stands between two characters.

@@ -1,5 +1,8 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
+#include "matching/TDFindResultItem.h"
+#include "window/EmptyState.h"
+#include "window/results/FolderTexts.h"
 #include "window/results/OutlinePainter.h"
 #include "window/results/ResultsTreeModel.h"
 
@@ -14,8 +17,19 @@
 
 namespace tidemark {
 
-TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent) : OutlineView(parent)
+namespace {
+
+/// Narrower than so many times a text's height there is no room for the folders, and then none for the
+/// counts.
+constexpr int FOLDERS_FROM = 45;
+constexpr int COUNTS_FROM = 24;
+
+} // namespace
+
+TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
+    : OutlineView(parent), _emptyState(new EmptyState(Symbol::Search, viewport()))
 {
+    _emptyState->hide();
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
 }
@@ -27,6 +41,9 @@ void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
     if (newModel != nullptr)
         connect(newModel, &QAbstractItemModel::rowsAboutToBeRemoved, this,
                 &TDSearchResultsOutlineView::clearSelectedRows);
+    if (newModel != nullptr)
+        connect(newModel, &QAbstractItemModel::rowsInserted, this, &TDSearchResultsOutlineView::_showHint);
+    _showColumnsThatFit();
 }
 
 void TDSearchResultsOutlineView::reset()
@@ -34,12 +51,50 @@ void TDSearchResultsOutlineView::reset()
     // Nobody is told: the nodes may be gone.
     _selected = {};
     OutlineView::reset();
+    _showHint();
 }
 
 void TDSearchResultsOutlineView::setHintText(const QString &text)
 {
-    _hintText = text;
-    viewport()->update();
+    _emptyState->setSentence(text);
+    _showHint();
+}
+
+QString TDSearchResultsOutlineView::hintText() const
+{
+    return _emptyState->sentence();
+}
+
+void TDSearchResultsOutlineView::_showHint()
+{
+    _emptyState->setVisible(!hintText().isEmpty() && model() != nullptr && model()->rowCount() == 0);
+}
+
+QString TDSearchResultsOutlineView::folderText(const TDFindResultItem &file) const
+{
+    return folderInLocations(file.displayPath(), _locationFolders);
+}
+
+void TDSearchResultsOutlineView::_showColumnsThatFit()
+{
+    if (header()->count() == 0)
+        return;
+    const int unit = fontMetrics().height();
+    header()->setSectionHidden(ResultsTreeModel::FolderColumn, viewport()->width() < FOLDERS_FROM * unit);
+    header()->setSectionHidden(ResultsTreeModel::MatchesColumn, viewport()->width() < COUNTS_FROM * unit);
+}
+
+void TDSearchResultsOutlineView::resizeEvent(QResizeEvent *event)
+{
+    OutlineView::resizeEvent(event);
+    _showColumnsThatFit();
+}
+
+void TDSearchResultsOutlineView::changeEvent(QEvent *event)
+{
+    OutlineView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        _showColumnsThatFit();
 }
 
 void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
@@ -47,11 +102,6 @@ void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
     executeDelayedItemsLayout();
     QPainter painter(viewport());
     const OutlinePainter outline(*this, cell(), painter, rowOption());
-    if (rows().rowCount() == 0) {
-        outline.paintHint();
-        outline.paintFocusMark(viewport()->rect(), QPalette::Highlight);
-        return;
-    }
     painter.setClipRect(event->rect());
     int y = -scrolled().top().offset;
     for (int row = scrolled().top().row; row < rows().rowCount() && y < event->rect().bottom() + 1; ++row) {
@@ -61,7 +111,7 @@ void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
         y += rect.height();
     }
     if (!currentIndex().isValid())
-        outline.paintFocusMark(viewport()->rect(), QPalette::Highlight);
+        outline.paintFocusMark(viewport()->rect());
 }
 
 // -- Selection
@@ -126,6 +176,8 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
     if (rows == _selected)
         return;
     _selected = rows;
+    // Long lines are whole while they are selected.
+    rowHeightsChanged();
     viewport()->update();
     Q_EMIT selectedRowsChanged();
     if (!QAccessible::isActive())
@@ -325,7 +377,8 @@ void TDSearchResultsOutlineView::focusOutEvent(QFocusEvent *event)
 bool TDSearchResultsOutlineView::_isOnDisclosure(int row, int x) const
 {
     const int indentation = style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, this);
-    return x < indentation && !indexAtRow(row).parent().isValid();
+    const int fromEdge = isRightToLeft() ? viewport()->width() - 1 - x : x;
+    return fromEdge < indentation && !indexAtRow(row).parent().isValid();
 }
 
 void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)

@@ -6,6 +6,8 @@
 
 namespace tidemark {
 
+class EmptyState;
+
 /// The results as an outline of file rows and match lines, in which rows are selected. The selection is kept
 /// here, as selectionModel() can't hold rows of very many files; that one has the current index only.
 class TDSearchResultsOutlineView : public OutlineView
@@ -18,9 +20,13 @@ public:
     void setModel(QAbstractItemModel *model) override;
     void reset() override;
     void setKeys(const OutlineKeys &keys) { _keys = keys; }
-    /// Stands in grey in the empty pane.
+    /// Stands in the empty pane, under an icon.
     void setHintText(const QString &text);
-    QString hintText() const { return _hintText; }
+    QString hintText() const;
+    EmptyState &emptyState() { return *_emptyState; }
+    /// Folders are shown from these on.
+    void setLocationFolders(const QStringList &folders) { _locationFolders = folders; }
+    QString folderText(const TDFindResultItem &file) const;
 
     /// The row selected last, if it still is, else the lowest selected one; -1 for none.
     int selectedRow() const;
@@ -51,6 +57,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
@@ -59,6 +67,7 @@ protected:
     void noteRowsMoved() override;
     void linesAboutToHide(const QModelIndex &file) override;
     void allLinesAboutToHide() override;
+    bool isRowSelected(const TDFindResultItem &item) const override { return _selected.contains(item); }
 
 private:
     SelectedRows _rowsBetween(int first, int last) const;
@@ -68,9 +77,12 @@ private:
     bool _performCursorKey(const QKeyEvent &event);
     bool _rightMouseDownHelper(QPoint position, QPoint globalPosition);
     bool _isOnDisclosure(int row, int x) const;
+    void _showHint();
+    void _showColumnsThatFit();
 
     OutlineKeys _keys;
-    QString _hintText;
+    EmptyState *_emptyState;
+    QStringList _locationFolders;
     SelectedRows _selected;
     int _anchorRow = -1;
     bool _dragsSelection = false;

@@ -2,8 +2,9 @@
 
 #include "matching/TDFindResultItem.h"
 #include "session/ReplacementPreview.h"
+#include "window/Colors.h"
+#include "window/results/ResultsFont.h"
 
-#include <QFontDatabase>
 #include <QFontInfo>
 #include <QPainter>
 #include <QStyle>
@@ -15,44 +16,15 @@ namespace tidemark {
 namespace {
 
 constexpr int MOST_LAYOUTS = 256;
-constexpr double SYSTEM_FONT_SIZE = 13;
-constexpr double SMALLEST_POINT_SIZE = 8;
-constexpr QChar RIGHT_TO_LEFT_ISOLATE = QChar(0x2067);
-constexpr QColor RED_ON_DARK = QColor(255, 120, 110);
+constexpr double ROW_HEIGHT_OF_TEXT = 1.5;
+constexpr int LEAST_ROOM_AROUND_TEXT = 2;
+/// Columns between two tab stops.
+constexpr int TAB_WIDTH = 4;
+constexpr int GUTTER_GAP = 12;
 
 const TDFindResultItem &itemOf(const QModelIndex &index)
 {
     return *static_cast<const TDFindResultItem *>(index.internalPointer());
-}
-
-bool isInstalled(const QString &family)
-{
-    static QHash<QString, bool> known;
-    const auto found = known.constFind(family);
-    return found != known.constEnd() ? *found : *known.insert(family, QFontDatabase::hasFamily(family));
-}
-
-QPalette::ColorGroup colorGroup(const QStyleOptionViewItem &option)
-{
-    if (!(option.state & QStyle::State_Enabled))
-        return QPalette::Disabled;
-    return option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
-}
-
-QColor textColor(const QStyleOptionViewItem &option)
-{
-    const bool isSelected = option.state & QStyle::State_Selected;
-    return option.palette.color(colorGroup(option), isSelected ? QPalette::HighlightedText : QPalette::Text);
-}
-
-/// The given grey can't be read on a highlight.
-std::optional<QColor> selectedPrefixColor(const QStyleOptionViewItem &option)
-{
-    if (!(option.state & QStyle::State_Selected))
-        return {};
-    QColor color = textColor(option);
-    color.setAlphaF(0.75F);
-    return color;
 }
 
 Directions directionsOf(QStringView text)
@@ -65,25 +37,29 @@ Directions directionsOf(QStringView text)
     return isMixed ? Directions::Mixed : Directions::LeftToRight;
 }
 
-qsizetype prefixLength(const TDFindResultItem &item)
+/// A line runs as its first letters do, and begins at the left nevertheless: beside its number.
+QTextOption textOptionFor(const QString &text, const QFont &font)
 {
-    return item.matchLine() != nullptr ? QString::number(item.matchLine()->lineNumber()).size() + 2 : 0;
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::WrapAnywhere);
+    option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setTabStopDistance(TAB_WIDTH * QFontMetricsF(font).horizontalAdvance(u' '));
+    return option;
 }
 
-/// The number stays at the left of a line that is written from right to left, and the line is as it is by
-/// itself: an invisible character between the two parts them. Says where it stands, -1 for none.
-qsizetype partNumberFromLine(StyledText &styled, qsizetype prefix)
+/// Its height.
+int layOut(QTextLayout &text, int width)
 {
-    if (prefix == 0 || !QStringView(styled.text).sliced(prefix).isRightToLeft())
-        return -1;
-    styled.text.insert(prefix, RIGHT_TO_LEFT_ISOLATE);
-    for (StyledRun &run : styled.runs) {
-        if (run.range.location >= prefix)
-            ++run.range.location;
-        else if (run.range.end() > prefix)
-            ++run.range.length;
+    text.setCacheEnabled(true);
+    text.beginLayout();
+    qreal height = 0;
+    for (QTextLine line = text.createLine(); line.isValid(); line = text.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0, height});
+        height += line.height();
     }
-    return prefix;
+    text.endLayout();
+    return qCeil(height);
 }
 
 } // namespace
@@ -92,54 +68,56 @@ TDSearchResultsTextFieldCell::TDSearchResultsTextFieldCell(QObject *parent)
     : QStyledItemDelegate(parent), _layouts(MOST_LAYOUTS)
 {}
 
-QFont TDSearchResultsTextFieldCell::fontOf(const StyledFont &font, const QFont &viewFont)
+int TDSearchResultsTextFieldCell::rowHeight(const QFont &font)
 {
-    QFont result = viewFont;
-    if (!font.family.isEmpty() && isInstalled(font.family))
-        result.setFamily(font.family);
-    const double viewSize = QFontInfo(viewFont).pointSizeF();
-    const double smallest = std::min(SMALLEST_POINT_SIZE, viewSize);
-    result.setPointSizeF(std::max(smallest, viewSize * font.pointSize / SYSTEM_FONT_SIZE));
-    return result;
+    return std::max({MINIMUM_ROW_HEIGHT, qRound(ROW_HEIGHT_OF_TEXT * QFontInfo(font).pixelSize()),
+                     QFontMetrics(font).height() + LEAST_ROOM_AROUND_TEXT});
+}
+
+void TDSearchResultsTextFieldCell::setGutterDigits(int digits)
+{
+    _gutterDigits = std::max(LEAST_GUTTER_DIGITS, digits);
+    forgetAll();
+}
+
+QRect TDSearchResultsTextFieldCell::gutterRect(const QStyleOptionViewItem &option) const
+{
+    const int digit = QFontMetrics(resultsFont(option.font)).horizontalAdvance(u'0');
+    return {option.rect.left(), option.rect.top(), _gutterDigits * digit, option.rect.height()};
+}
+
+QRect TDSearchResultsTextFieldCell::_bodyRect(const QStyleOptionViewItem &option) const
+{
+    return option.rect.adjusted(gutterRect(option).width() + GUTTER_GAP, 0, 0, 0);
 }
 
 const TDSearchResultsTextFieldCell::Layout &
 TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const TDFindResultItem &item) const
 {
-    const int width = std::max(1, option.rect.width());
+    const int width = std::max(1, _bodyRect(option).width());
+    const bool isWhole = option.state & QStyle::State_Selected;
     Layout *known = _layouts.object(&item);
-    if (known != nullptr && known->width == width && known->font == option.font)
+    if (known != nullptr && known->width == width && known->font == option.font &&
+        (known->isWhole == isWhole || !known->isLong))
         return *known;
 
     auto *made = new Layout;
-    // The base colour is put over it when it is painted, as the row is selected then or not.
-    if (item.matchLine() != nullptr) {
-        MatchLineLook look = _lookOf(item);
-        made->styled = std::move(look.styled);
-        made->matches = std::move(look.matches);
-    } else {
-        made->styled = displayFilenameOrMatchLine(item, false);
-    }
-    made->parting = partNumberFromLine(made->styled, prefixLength(item));
+    ShownLine shown = _shown(item, isWhole ? LineExtent::Whole : LineExtent::Excerpt);
+    made->styled = std::move(shown.look.styled);
+    made->matches = std::move(shown.look.matches);
+    made->isLong = shown.isLong;
+    made->isWhole = isWhole;
     made->directions = directionsOf(made->styled.text);
     made->width = width;
     made->font = option.font;
-    made->text.setFont(fontOf(made->styled.font, option.font));
+    const QFont font = resultsFont(option.font);
+    made->text.setFont(font);
     made->text.setText(made->styled.text);
-    QTextOption textOption;
-    textOption.setWrapMode(QTextOption::WrapAnywhere);
-    textOption.setTextDirection(Qt::LeftToRight);
-    made->text.setTextOption(textOption);
-    made->text.setCacheEnabled(true);
-    made->text.beginLayout();
-    qreal height = 0;
-    for (QTextLine line = made->text.createLine(); line.isValid(); line = made->text.createLine()) {
-        line.setLineWidth(width);
-        line.setPosition({0, height});
-        height += line.height();
-    }
-    made->text.endLayout();
-    made->height = qCeil(height);
+    made->text.setTextOption(textOptionFor(made->styled.text, font));
+    const int textHeight = layOut(made->text, width);
+    const int roomAround = std::max(0, rowHeight(font) - QFontMetrics(font).height());
+    made->height = std::max(MINIMUM_ROW_HEIGHT, textHeight + roomAround);
+    made->above = roomAround / 2;
     _layouts.insert(&item, made);
     return *made;
 }
@@ -150,10 +128,15 @@ QSize TDSearchResultsTextFieldCell::sizeHint(const QStyleOptionViewItem &option,
     const TDFindResultItem &item = itemOf(index);
     if (!item.isMatchLine())
         return QStyledItemDelegate::sizeHint(option, index);
-    const int height = item.matchLine() != nullptr
-                           ? _layout(option, item).height
-                           : QFontMetrics(fontOf(item.displayError().font, option.font)).height() + 2;
-    return {option.rect.width(), std::max(MINIMUM_ROW_HEIGHT, height)};
+    const int height =
+        item.matchLine() != nullptr ? _layout(option, item).height : rowHeight(resultsFont(option.font));
+    return {option.rect.width(), height};
+}
+
+bool TDSearchResultsTextFieldCell::isLong(const QStyleOptionViewItem &option,
+                                          const TDFindResultItem &item) const
+{
+    return item.matchLine() != nullptr && _layout(option, item).isLong;
 }
 
 QRect TDSearchResultsTextFieldCell::rectOfText(const QStyleOptionViewItem &option,
@@ -162,22 +145,21 @@ QRect TDSearchResultsTextFieldCell::rectOfText(const QStyleOptionViewItem &optio
     if (item.matchLine() == nullptr)
         return {};
     const Layout &layout = _layout(option, item);
-    if (layout.parting >= 0 && range.location >= layout.parting)
-        ++range.location;
     const QTextLine line =
         layout.text.lineForTextPosition(int(std::min(range.location, qint64(layout.styled.text.size()))));
     if (!line.isValid())
         return {};
-    const QRect rect = StyledLinePainter::rectOfRange(line, layout.directions, range, {});
-    return rect.isValid() ? rect : line.rect().toAlignedRect();
+    const QPoint origin = _bodyRect(option).topLeft() + QPoint(0, layout.above);
+    const QRect rect = StyledLinePainter::rectOfRange(line, layout.directions, range, origin);
+    return rect.isValid() ? rect : line.rect().toAlignedRect().translated(origin);
 }
 
 QRect TDSearchResultsTextFieldCell::rectOfMatch(const QStyleOptionViewItem &option,
                                                 const TDFindResultItem &item, qint64 match) const
 {
-    const QList<TextRange> matches = _layout(option, item).matches;
-    const bool exists = match >= 0 && match < matches.size();
-    return rectOfText(option, item, exists ? matches[match] : TextRange{prefixLength(item), 0});
+    if (item.matchLine() == nullptr)
+        return {};
+    return rectOfText(option, item, _layout(option, item).matches.value(match));
 }
 
 void TDSearchResultsTextFieldCell::setPreview(std::shared_ptr<const ReplacementPreview> preview)
@@ -186,14 +168,14 @@ void TDSearchResultsTextFieldCell::setPreview(std::shared_ptr<const ReplacementP
     forgetAll();
 }
 
-MatchLineLook TDSearchResultsTextFieldCell::_lookOf(const TDFindResultItem &item) const
+ShownLine TDSearchResultsTextFieldCell::_shown(const TDFindResultItem &item, LineExtent extent) const
 {
     if (!_preview)
-        return matchLineLook(*item.matchLine(), false, nullptr);
+        return shownLine(*item.matchLine(), nullptr, extent);
     const FileMatches *matches = item.parent() != nullptr ? item.parent()->matches() : nullptr;
     const LinePreview preview = _preview->ofLine(
         *item.matchLine(), matches != nullptr ? matches->encoding : TD_FILE_COMMON_UNKNOWN_ENCODING);
-    return matchLineLook(*item.matchLine(), false, &preview);
+    return shownLine(*item.matchLine(), &preview, extent);
 }
 
 void TDSearchResultsTextFieldCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -212,34 +194,45 @@ void TDSearchResultsTextFieldCell::_paintMatchLine(QPainter &painter, const QSty
                                                    const TDFindResultItem &item) const
 {
     const Layout &layout = _layout(option, item);
-    const StyledLinePainter linePainter(painter, layout.styled, layout.directions, textColor(option),
-                                        selectedPrefixColor(option));
+    _paintNumber(painter, option, item, layout);
+    const StyledLinePainter linePainter(painter, layout.styled, layout.directions,
+                                        LineColors::on(option.palette));
+    const QPoint origin = _bodyRect(option).topLeft() + QPoint(0, layout.above);
     const QRectF clip = painter.clipBoundingRect();
     for (int number = 0; number < layout.text.lineCount(); ++number) {
         const QTextLine line = layout.text.lineAt(number);
-        const QRectF rect = line.rect().translated(option.rect.topLeft());
+        const QRectF rect = line.rect().translated(origin);
         if (clip.isEmpty() || (rect.bottom() >= clip.top() && rect.top() <= clip.bottom()))
-            linePainter.paint(line, option.rect.topLeft());
+            linePainter.paint(line, origin);
     }
+}
+
+void TDSearchResultsTextFieldCell::_paintNumber(QPainter &painter, const QStyleOptionViewItem &option,
+                                                const TDFindResultItem &item, const Layout &layout) const
+{
+    const QTextLine first = layout.text.lineAt(0);
+    const QFont font = resultsFont(option.font);
+    // On one line with the text, whatever other fonts that is in.
+    const qreal baseline = option.rect.top() + layout.above +
+                           (first.isValid() ? first.ascent() : qreal(QFontMetrics(font).ascent()));
+    const QString number = QString::number(item.matchLine()->lineNumber());
+    painter.setFont(font);
+    painter.setPen(
+        secondaryColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
+    painter.drawText(
+        QPointF(gutterRect(option).right() + 1 - QFontMetrics(font).horizontalAdvance(number), baseline),
+        number);
 }
 
 void TDSearchResultsTextFieldCell::_paintError(QPainter &painter, const QStyleOptionViewItem &option,
                                                const TDFindResultItem &item) const
 {
-    const StyledText styled = item.displayError();
-    const QFont font = fontOf(styled.font, option.font);
-    const bool isSelected = option.state & QStyle::State_Selected;
-    const bool isDark = option.palette.color(QPalette::Base).lightnessF() < 0.5F;
-    QColor color = isDark ? RED_ON_DARK : colorOf(styled.foregroundAt(0).value_or(TD_COLOR_RED));
-    if (isSelected)
-        color = textColor(option);
-    painter.save();
-    painter.setFont(font);
-    painter.setPen(color);
-    const QString line = QString(styled.text).replace(QLatin1Char('\n'), QLatin1Char(' '));
-    painter.drawText(option.rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     QFontMetrics(font).elidedText(line, Qt::ElideMiddle, option.rect.width()));
-    painter.restore();
+    const QRect rect = _bodyRect(option);
+    painter.setFont(option.font);
+    painter.setPen(errorColor(option.palette));
+    const QString line = item.displayError().text.simplified();
+    painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     QFontMetrics(option.font).elidedText(line, Qt::ElideMiddle, rect.width()));
 }
 
 } // namespace tidemark
