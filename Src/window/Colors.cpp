@@ -59,7 +59,9 @@ bool isDark(const QPalette &palette)
 
 QColor errorColor(const QPalette &palette)
 {
-    return isDark(palette) ? QColor(0xFF, 0x9A, 0x96) : QColor(0xA4, 0x26, 0x2C);
+    const QColor red = isDark(palette) ? QColor(0xFF, 0x9A, 0x96) : QColor(0xA4, 0x26, 0x2C);
+    const bool isReadable = contrastRatio(red, palette.color(QPalette::Base)) >= READABLE_CONTRAST;
+    return isReadable ? red : palette.color(QPalette::Text);
 }
 
 } // namespace tidemark

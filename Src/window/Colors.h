@@ -17,7 +17,7 @@ QColor mixed(const QColor &over, const QColor &under, double share);
 QColor secondaryColor(const QColor &text, const QColor &background);
 /// Whether texts are light on dark.
 bool isDark(const QPalette &palette);
-/// For what went wrong, on the palette's base.
+/// For what went wrong, on the palette's base; the text's where red can't be read on that.
 QColor errorColor(const QPalette &palette);
 
 } // namespace tidemark

@@ -45,6 +45,9 @@ TEST(Looks, EveryTextOfTheResultsCanBeRead)
             const double most = contrastRatio(colors.text, behind);
             EXPECT_GE(contrastRatio(faint, behind), std::min(READABLE_CONTRAST, most));
             EXPECT_LE(contrastRatio(faint, behind), most);
+            QPalette selected = palette;
+            selected.setColor(QPalette::Base, mixed(QColor(61, 174, 233), base, share));
+            EXPECT_GE(contrastRatio(errorColor(selected), selected.color(QPalette::Base)), READABLE_CONTRAST);
         }
     }
     EXPECT_NEAR(contrastRatio(Qt::black, Qt::white), 21, 0.01);
