@@ -1,6 +1,7 @@
 #include "SearchRun.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace tidemark {
 
@@ -28,12 +29,21 @@ void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearch
 
 void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
 {
+    if (file->matches() != nullptr && !_totals.firstResultSeconds)
+        _totals.firstResultSeconds = secondsOf(_timer);
+    _takeCurrent();
+    _current = file;
+}
+
+void SearchRun::_takeCurrent()
+{
+    const std::shared_ptr<TDFindResultItem> file = std::exchange(_current, nullptr);
+    if (!file || file->children().isEmpty())
+        return;
     const bool failed = file->matches() == nullptr;
     if (failed)
         ++_totals.errors;
-    else if (!_totals.firstResultSeconds)
-        _totals.firstResultSeconds = secondsOf(_timer);
-    if (!failed)
+    else
         _totals.matchLines += quint64(file->children().size());
     _list(*file);
     if (_options.replaceText && !failed)
@@ -72,6 +82,7 @@ void SearchRun::didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, qu
 
 void SearchRun::didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
 {
+    _takeCurrent();
     _totals.files = scannedCount;
     _totals.filesWithMatches = fileMatchCount;
     _totals.matches = matchCount;

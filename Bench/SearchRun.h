@@ -49,6 +49,7 @@ public:
     void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
 
 private:
+    void _takeCurrent();
     void _list(const TDFindResultItem &file);
     void _print(const QByteArray &text);
     void _flush();
@@ -56,6 +57,7 @@ private:
     const DriverOptions &_options;
     SearchTotals _totals;
     FindResultItems _files;
+    std::shared_ptr<TDFindResultItem> _current; ///< of which more may come
     QElapsedTimer _timer;
     QByteArray _pendingOutput;
 };

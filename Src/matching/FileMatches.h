@@ -22,6 +22,23 @@ struct FileMatches
     LimitedLines limitedLines;
     bool areBeyondAscii = false; ///< a line among them holds characters beyond ASCII
     StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING; ///< in which the file was read
+
+    quint64 count() const
+    {
+        quint64 count = 0;
+        for (const auto &line : lines)
+            count += line->numberOfMatches();
+        return count;
+    }
+
+    /// What was found further on in the same file.
+    void add(const FileMatches &further)
+    {
+        lines << further.lines;
+        if (limitedLines.count == 0)
+            limitedLines = further.limitedLines;
+        areBeyondAscii = areBeyondAscii || further.areBeyondAscii;
+    }
 };
 
 } // namespace tidemark

@@ -87,16 +87,28 @@ void TDFindResultItem::setMatchLines(FindResultItems items)
     _fileFields->matchLines = std::move(items);
 }
 
+void TDFindResultItem::add(const FoundPart &part)
+{
+    FileFields &fields = *_fileFields;
+    if (part.kind == FoundPart::Kind::Instead) {
+        fields.matches = part.matches;
+        setMatchLines(part.children);
+    } else if (part.kind == FoundPart::Kind::More) {
+        for (const auto &child : part.children) {
+            child->setPosition(fields.matchLines.size());
+            fields.matchLines << child;
+        }
+        fields.matches->add(*part.matches);
+    }
+}
+
 std::optional<qint32> TDFindResultItem::matchCount() const
 {
     if (_matchLine)
         return 0;
     if (matches() == nullptr || matches()->lines.isEmpty())
         return {};
-    quint64 count = 0;
-    for (const auto &line : matches()->lines)
-        count += line->numberOfMatches();
-    return static_cast<qint32>(count);
+    return static_cast<qint32>(matches()->count());
 }
 
 QString TDFindResultItem::filenameMatchLineSortKey() const

@@ -18,6 +18,22 @@ namespace tidemark {
 class TDFindResultItem;
 using FindResultItems = QList<std::shared_ptr<TDFindResultItem>>;
 
+/// A part of what was found in a large file, the rest of which is still searched. The file's node is handed
+/// over with the first one; each further one is for whoever uses the node by then to add.
+struct FoundPart
+{
+    enum class Kind {
+        First,   ///< is in the node already, and here for what counts it
+        More,    ///< comes behind those before
+        Instead, ///< takes the place of all before: the file came to be searched anew, or ended in an error
+    };
+
+    std::shared_ptr<TDFindResultItem> file;
+    Kind kind = Kind::First;
+    FindResultItems children;           ///< below the file's node
+    std::optional<FileMatches> matches; ///< none where the file ended in an error
+};
+
 /// A node of the results tree: a file, or below it one of its match lines or the error that it ended in. Made
 /// on the search thread and handed over as a whole; used by one thread at a time.
 class TDFindResultItem
@@ -68,6 +84,8 @@ public:
     /// All that was found in the file, whatever nodes are left; null on leaves and on files that failed.
     const FileMatches *matches() const { return _file().matches ? &*_file().matches : nullptr; }
     void setMatches(FileMatches matches) { _fileFields->matches = std::move(matches); }
+    /// Of this file; the first one is there already.
+    void add(const FoundPart &part);
 
     /// 0 for a match line; for a file the sum over matches(), counted anew at every call; nothing for errors
     /// and for files without match lines.

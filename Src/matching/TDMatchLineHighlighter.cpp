@@ -11,7 +11,9 @@
 #include <QSemaphore>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
+#include <mutex>
 
 namespace tidemark {
 
@@ -61,6 +63,41 @@ struct TDMatchLineHighlighter::LineBatch
     }
 };
 
+/// What was found in a large file, on its way from the thread that searches to the one that reads.
+class TDMatchLineHighlighter::Parts
+{
+public:
+    /// On the thread that searches: what has been found since the last part makes the next one, unless that
+    /// was just before.
+    void take(FoundLines &lines, bool areBeyondAscii)
+    {
+        const Clock::time_point now = Clock::now();
+        if (lines.isEmpty() || now < _due)
+            return;
+        _due = now + INTERVAL;
+        FileMatches part;
+        part.lines = lines.take();
+        part.areBeyondAscii = areBeyondAscii;
+        const std::lock_guard lock(_mutex);
+        _taken.push_back(std::move(part));
+    }
+
+    /// Those that weren't given back before.
+    std::vector<FileMatches> taken()
+    {
+        const std::lock_guard lock(_mutex);
+        return std::exchange(_taken, {});
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::milliseconds INTERVAL{10};
+
+    Clock::time_point _due; ///< of the thread that searches
+    std::mutex _mutex;
+    std::vector<FileMatches> _taken;
+};
+
 /// Chooses lines of a large file's blocks, which are searched on a second thread in the same order.
 class TDMatchLineHighlighter::SecondThread
 {
@@ -77,7 +114,9 @@ public:
             _chosen.add(line, lineNumber);
             return true;
         });
-        if (!isChosen || _chosen.bytes.size() > BYTES_IN_BATCH)
+        // What is rare isn't kept for long either.
+        _bytesSincePassing += block.size();
+        if (!isChosen || _chosen.bytes.size() > BYTES_IN_BATCH || _bytesSincePassing > MOST_BYTES_BETWEEN)
             passOn();
         if (!isChosen) {
             _start({{block.begin(), block.end()}, {}, lineNumber});
@@ -88,6 +127,7 @@ public:
     /// What was chosen and hasn't been passed on.
     void passOn()
     {
+        _bytesSincePassing = 0;
         if (!_chosen.lines.empty())
             _start(std::exchange(_chosen, {}));
     }
@@ -106,10 +146,12 @@ private:
 
     static constexpr size_t BYTES_IN_BATCH = 1 << 16;
     static constexpr int MOST_BYTES_WAITING = 1 << 22;
+    static constexpr qsizetype MOST_BYTES_BETWEEN = 1 << 23;
 
     SearchContext &_context;
     Search _search;
     LineBatch _chosen;
+    qsizetype _bytesSincePassing = 0; ///< of the file
     QSemaphore _room{MOST_BYTES_WAITING};
     WorkerThreads _thread{1}; ///< ends first
 };
@@ -135,12 +177,13 @@ bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncodin
 bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncoding encoding, TDError &error,
                                              SearchContext &context)
 {
-    _shouldStop = false;
+    _shouldStop = _wasSearchedAnew = false;
     const StopScope scope(&_shouldStop, _searchShouldStop);
     try {
         const BlockSearch outcome = _searchBlocks(file, encoding, error, context);
         context.reader().close();
         _modificationDate = context.reader().modificationDate();
+        _wasSearchedAnew = outcome == BlockSearch::NeedsLineReader || error;
         if (outcome == BlockSearch::NeedsLineReader)
             return _processByLines(file, encoding, error, context);
         if (error)
@@ -234,6 +277,11 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     _includesBOM = reader.hadByteOrderMarker();
     _matches.encoding = reader.encoding();
     std::atomic<bool> hasFailed = false;
+    Parts parts;
+    const auto takePart = [&] {
+        if (_partReceiver && !_hasExcessiveMatch() && !error && !shouldStop())
+            parts.take(context.foundLines(), _matches.areBeyondAscii);
+    };
     const auto searchBatch = [&](const LineBatch &batch) {
         const StopScope scope(&_shouldStop, _searchShouldStop);
         try {
@@ -243,6 +291,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
             return; // the reading thread sees the same flags
         }
         hasFailed = hasFailed || error;
+        takePart();
     };
     std::optional<SecondThread> secondThread;
     qint64 lineNumber = 1;
@@ -254,10 +303,13 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
         // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
         _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
         bytesRead += block.size();
-        if (!secondThread && bytesRead > LARGE_FILE)
+        if (!secondThread && bytesRead > LARGE_FILE) {
+            takePart();
             secondThread.emplace(context, searchBatch);
+        }
         if (secondThread) {
             secondThread->addBlock(block, lineNumber);
+            _handOver(parts);
         } else {
             _searchBlock(block, lineNumber, error, context);
             hasFailed = !error.isNull();
@@ -268,9 +320,19 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
     secondThread.reset();
     if (error)
         return BlockSearch::Done;
+    if (outcome != Outcome::NeedsLineReader)
+        _handOver(parts);
     const bool isInDoubt = _hasExcessiveMatch() && !shouldStop();
     return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
                                                             : BlockSearch::Done;
+}
+
+void TDMatchLineHighlighter::_handOver(Parts &parts)
+{
+    for (FileMatches &part : parts.taken()) {
+        if (!shouldStop() && !_hasExcessiveMatch())
+            _partReceiver(std::move(part));
+    }
 }
 
 void TDMatchLineHighlighter::_searchBatch(const LineBatch &batch, TDError &error, SearchContext &context)

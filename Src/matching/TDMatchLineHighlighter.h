@@ -9,6 +9,7 @@
 #include "text/TextEncoding.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -50,6 +51,13 @@ public:
     const MatchLines &matchLines() const { return _matches.lines; }
     FileMatches takeMatches() { return std::exchange(_matches, {}); }
 
+    /// Is given lines of a large file while the rest is still searched, on the thread that called
+    /// processWithFile(): what matches() holds in the end is what came behind them, unless
+    /// wasSearchedAnew().
+    void setPartReceiver(std::function<void(FileMatches)> receiver) { _partReceiver = std::move(receiver); }
+    /// Whether what was handed over before counts no more: matches() holds everything, or there is an error.
+    bool wasSearchedAnew() const { return _wasSearchedAnew; }
+
     /// From any thread: the file being searched is abandoned.
     void setShouldStop(bool shouldStop) { _shouldStop = shouldStop; }
     bool shouldStop() const { return _shouldStop || (_searchShouldStop != nullptr && *_searchShouldStop); }
@@ -66,6 +74,7 @@ private:
     enum class BlockSearch { Done, NeedsLineReader };
     struct LineBatch;
     class SecondThread;
+    class Parts;
 
     void _startAfresh(SearchContext &context);
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
@@ -75,6 +84,7 @@ private:
                               SearchContext &context);
     void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchBatch(const LineBatch &batch, TDError &error, SearchContext &context);
+    void _handOver(Parts &parts);
     void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
     void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
     void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
@@ -85,6 +95,8 @@ private:
     bool _hasExcessiveMatch() const { return _hasExcessiveLines && _hasFound; }
 
     FileMatches _matches;
+    std::function<void(FileMatches)> _partReceiver;
+    bool _wasSearchedAnew = false;
     std::atomic<bool> _shouldStop = false;
     const std::atomic<bool> *_searchShouldStop = nullptr;
     std::optional<FileDate> _modificationDate;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -55,9 +56,9 @@ bool SharedFolder::areFew()
 
 SearchPipeline::SearchPipeline(const TeamSize &team, const TDFindPattern &pattern,
                                const std::atomic<bool> &shouldStop, SearchFile searchFile,
-                               std::function<void(const SearchJob &)> deliver)
+                               SearchDelivery delivery)
     : _pattern(pattern), _shouldStop(shouldStop), _searchFile(std::move(searchFile)),
-      _deliver(std::move(deliver)), _team(team), _isTeamFixed(team.isFixed()),
+      _delivery(std::move(delivery)), _team(team), _isTeamFixed(team.isFixed()),
       _filling(std::make_shared<Batch>()), _ownContext(std::make_unique<SearchContext>(pattern))
 {
     Lock lock(_mutex);
@@ -159,10 +160,12 @@ void SearchPipeline::_run(Batch &batch, SearchContext &context)
 {
     const auto dueFrom = [](Clock::time_point now) { return now + TeamSize::INTERVAL; };
     Clock::time_point due = _isTeamFixed ? Clock::time_point::max() : dueFrom(Clock::now());
-    for (SearchJob &job : batch.jobs) {
+    size_t index = 0;
+    const HandOverPart handOver = [&](FoundPart part) { _takePart(batch, index, std::move(part)); };
+    for (; index < batch.jobs.size(); ++index) {
         if (_shouldStop)
             return;
-        _searchJob(job, context);
+        _searchJob(batch.jobs[index], context, handOver);
         if (_isTeamFixed || Clock::now() < due)
             continue;
         Lock lock(_mutex);
@@ -209,10 +212,23 @@ void SearchPipeline::didListFolder(const QByteArray &path, const QByteArrayList 
         _workAdded.notify_one();
 }
 
-void SearchPipeline::_searchJob(SearchJob &job, SearchContext &context)
+/// The owner may be the one who searches this batch, and then has to deliver it as well.
+void SearchPipeline::_takePart(Batch &batch, size_t job, FoundPart part)
+{
+    Lock lock(_mutex);
+    batch.parts.emplace_back(job, std::move(part));
+    if (std::this_thread::get_id() != _owner) {
+        _batchDone.notify_one();
+        return;
+    }
+    while (!_shouldStop && _deliverNext(lock)) {
+    }
+}
+
+void SearchPipeline::_searchJob(SearchJob &job, SearchContext &context, const HandOverPart &handOver)
 {
     if (job.folderErrorNumber == 0)
-        job.result = _searchFile(job.file, context, job.error);
+        job.result = _searchFile(job.file, context, handOver, job.error);
     job.folder.reset();
 }
 
@@ -255,35 +271,62 @@ void SearchPipeline::searchAtOnce(SearchJob job)
     finish();
     if (_shouldStop)
         return;
-    _searchJob(job, *_ownContext);
-    _deliver(job);
+    _searchJob(job, *_ownContext, [&](const FoundPart &part) { _delivery.part(job, part); });
+    _delivery.outcome(job);
 }
 
-/// Delivers every batch that is done from the front on; while more than so many are outstanding and it isn't
-/// enough yet, works or waits.
+/// Delivers what is done from the front on; while more than so many are outstanding and it isn't enough yet,
+/// works or waits.
 void SearchPipeline::_deliverUntil(size_t mostOutstanding, bool (*isEnough)())
 {
     Lock lock(_mutex);
     while (!_shouldStop && !_outstanding.empty() && (isEnough == nullptr || !isEnough())) {
-        if (_outstanding.front()->state == Batch::State::Done) {
-            const SharedBatch batch = std::move(_outstanding.front());
-            _outstanding.pop_front();
-            --_firstUntaken;
-            lock.unlock();
-            for (const SearchJob &job : batch->jobs) {
-                if (_shouldStop)
-                    return;
-                _deliver(job);
-            }
-            lock.lock();
-        } else if (_outstanding.size() <= mostOutstanding) {
+        if (_deliverNext(lock))
+            continue;
+        if (_outstanding.size() <= mostOutstanding)
             return;
-        } else if (const SharedBatch batch = _takeWaiting(lock)) {
+        if (const SharedBatch batch = _takeWaiting(lock))
             _workOnBatch(lock, *batch, *_ownContext);
-        } else {
+        else
             _batchDone.wait(lock);
-        }
     }
+}
+
+/// False when nothing is at the front that could be delivered.
+bool SearchPipeline::_deliverNext(Lock &lock)
+{
+    if (_outstanding.empty())
+        return false;
+    const SharedBatch batch = _outstanding.front();
+    const bool isDone = batch->state == Batch::State::Done;
+    const std::vector<std::pair<size_t, FoundPart>> parts = std::exchange(batch->parts, {});
+    if (!isDone && parts.empty())
+        return false;
+    if (isDone) {
+        _outstanding.pop_front();
+        --_firstUntaken;
+    }
+    lock.unlock();
+    _deliverParts(*batch, parts);
+    if (isDone)
+        _deliverJobs(*batch, batch->jobs.size());
+    lock.lock();
+    return true;
+}
+
+void SearchPipeline::_deliverParts(Batch &batch, const std::vector<std::pair<size_t, FoundPart>> &parts)
+{
+    for (const auto &part : parts) {
+        _deliverJobs(batch, part.first);
+        if (!_shouldStop)
+            _delivery.part(batch.jobs[part.first], part.second);
+    }
+}
+
+void SearchPipeline::_deliverJobs(Batch &batch, size_t end)
+{
+    for (; batch.delivered < end && !_shouldStop; ++batch.delivered)
+        _delivery.outcome(batch.jobs[batch.delivered]);
 }
 
 } // namespace tidemark

@@ -48,14 +48,26 @@ struct SearchJob
     quint64 scannedCount = 0;
     int folderErrorNumber = 0; ///< not 0: a folder that couldn't be read, which isn't counted as a file
 
-    // The outcome.
+    // The outcome, but for what was handed over in parts.
     std::shared_ptr<TDFindResultItem> result;
     TDError error;
+
+    bool isAnnounced = false; ///< of whoever delivers
 };
 
-/// Searches one file; on the search's own thread or on a worker.
-using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(const FileToRead &file,
-                                                                   SearchContext &context, TDError &error)>;
+/// Takes a part of what is found in a file that is still searched.
+using HandOverPart = std::function<void(FoundPart part)>;
+
+/// Searches one file; on the search's own thread or on a worker. Parts are handed over on the same thread.
+using SearchFile = std::function<std::shared_ptr<TDFindResultItem>(
+    const FileToRead &file, SearchContext &context, const HandOverPart &handOver, TDError &error)>;
+
+/// Both are called on the search's own thread.
+struct SearchDelivery
+{
+    std::function<void(SearchJob &job)> outcome;
+    std::function<void(SearchJob &job, const FoundPart &part)> part; ///< before the outcome
+};
 
 /// Searches files on several threads, ahead of the thread that owns it but within a bounded window, and hands
 /// the outcomes out on that thread, in the order in which the files were added. That thread takes part in the
@@ -66,7 +78,7 @@ class SearchPipeline
 public:
     /// The size of the team counts the owner; at least 1. The pattern and the flag must outlive the pipeline.
     SearchPipeline(const TeamSize &team, const TDFindPattern &pattern, const std::atomic<bool> &shouldStop,
-                   SearchFile searchFile, std::function<void(const SearchJob &)> deliver);
+                   SearchFile searchFile, SearchDelivery delivery);
     /// Abandons what isn't delivered and joins the workers.
     ~SearchPipeline();
     SearchPipeline(const SearchPipeline &) = delete;
@@ -95,6 +107,9 @@ private:
         enum class State { Waiting, Running, Done };
         std::vector<SearchJob> jobs;
         State state = State::Waiting; ///< guarded by _mutex
+        /// With the job that they are of, before which all are done; guarded by _mutex.
+        std::vector<std::pair<size_t, FoundPart>> parts;
+        size_t delivered = 0; ///< jobs; the owner's
     };
     using SharedBatch = std::shared_ptr<Batch>;
 
@@ -104,7 +119,11 @@ private:
     void _workOnBatch(Lock &lock, Batch &batch, SearchContext &context);
     void _pushBatch();
     void _deliverUntil(size_t mostOutstanding, bool (*isEnough)() = nullptr);
-    void _searchJob(SearchJob &job, SearchContext &context);
+    bool _deliverNext(Lock &lock);
+    void _deliverJobs(Batch &batch, size_t end);
+    void _deliverParts(Batch &batch, const std::vector<std::pair<size_t, FoundPart>> &parts);
+    void _takePart(Batch &batch, size_t job, FoundPart part);
+    void _searchJob(SearchJob &job, SearchContext &context, const HandOverPart &handOver);
     SharedBatch _takeWaiting(Lock &lock);
     void _run(Batch &batch, SearchContext &context);
     size_t _mostOutstanding() const;
@@ -114,7 +133,7 @@ private:
     const TDFindPattern &_pattern;
     const std::atomic<bool> &_shouldStop;
     SearchFile _searchFile;
-    std::function<void(const SearchJob &)> _deliver;
+    SearchDelivery _delivery;
 
     std::mutex _mutex;
     std::condition_variable _workAdded;
@@ -135,6 +154,7 @@ private:
     std::atomic<bool> _readsFoldersAhead = false;
 
     // The owner's.
+    const std::thread::id _owner = std::this_thread::get_id();
     SharedBatch _filling;
     size_t _window = 0; ///< of batches
     std::unique_ptr<SearchContext> _ownContext;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <sys/stat.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -54,6 +55,11 @@ TDError errorOfLimits(const FilePath &path, const FileMatches::LimitedLines &lin
 
 void TDSearchEngineDelegate::didFindFile(const FilePath &, quint64, quint64, quint64) {}
 void TDSearchEngineDelegate::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &) {}
+void TDSearchEngineDelegate::didFindMoreInFile(const FoundPart &part)
+{
+    part.file->add(part);
+}
+
 void TDSearchEngineDelegate::errorOccured(const TDError &) {}
 void TDSearchEngineDelegate::didLeaveOut(const LeftOut &) {}
 void TDSearchEngineDelegate::didFinishSearch(quint64, quint64, quint64) {}
@@ -122,13 +128,14 @@ void TDSearchEngine::_prepareThreads()
     _pipeline = std::make_unique<SearchPipeline>(
         _threadCount > 0 ? TeamSize::fixed(_threadCount) : TeamSize::forThisMachine(), *_pattern,
         _shouldStopSearch,
-        [this](const FileToRead &file, SearchContext &context, TDError &error) {
-            return _searchFile(file, context, error);
+        [this](const FileToRead &file, SearchContext &context, const HandOverPart &handOver, TDError &error) {
+            return _searchFile(file, context, handOver, error);
         },
-        [this](const SearchJob &job) {
-            _announce(job);
-            _deliver(job);
-        });
+        SearchDelivery{[this](SearchJob &job) {
+                           _announce(job);
+                           _deliver(job);
+                       },
+                       [this](SearchJob &job, const FoundPart &part) { _deliverPart(job, part); }});
 }
 
 void TDSearchEngine::_addScopes()
@@ -207,8 +214,9 @@ void TDSearchEngine::_take(SearchJob job)
         return;
     }
     _announce(job);
+    const HandOverPart handOver = [&](const FoundPart &part) { _deliverPart(job, part); };
     if (job.folderErrorNumber == 0)
-        job.result = _searchFile(job.file, *_context, job.error);
+        job.result = _searchFile(job.file, *_context, handOver, job.error);
     _deliver(job);
 }
 
@@ -269,9 +277,10 @@ void TDSearchEngine::didLeaveOut(const LeftOut &leftOut)
     _leftOut = leftOut;
 }
 
-void TDSearchEngine::_announce(const SearchJob &job)
+/// Once for each file.
+void TDSearchEngine::_announce(SearchJob &job)
 {
-    if (job.folderErrorNumber != 0)
+    if (job.folderErrorNumber != 0 || std::exchange(job.isAnnounced, true))
         return;
     ++_scannedCount;
     if (_delegate)
@@ -300,13 +309,42 @@ void TDSearchEngine::_deliver(const SearchJob &job)
         _deliverError(job);
     } else if (job.result && !_shouldStopSearch) {
         ++_fileMatchCount;
-        _matchCount += quint64(job.result->matchCount().value_or(0));
-        if (_pattern->options().mode == SearchMode::RegularExpression &&
-            job.result->matches()->areBeyondAscii)
-            _matchesMayBeShifted = true;
+        _countFound(*job.result->matches());
         if (_delegate)
             _delegate->didFindMatchInFile(job.result);
     }
+}
+
+quint64 TDSearchEngine::_countFound(const FileMatches &matches)
+{
+    const quint64 count = matches.count();
+    _matchCount += count;
+    if (_pattern->options().mode == SearchMode::RegularExpression && matches.areBeyondAscii)
+        _matchesMayBeShifted = true;
+    return count;
+}
+
+void TDSearchEngine::_deliverPart(SearchJob &job, const FoundPart &part)
+{
+    _announce(job);
+    if (_shouldStopSearch || _isFoundBefore(job))
+        return;
+    if (part.kind != FoundPart::Kind::More) {
+        const bool isFirst = part.kind == FoundPart::Kind::First;
+        _matchCount -= isFirst ? 0 : _matchesInParts;
+        _matchesInParts = 0;
+        _fileMatchCount += isFirst ? 1 : 0;
+        if (!part.matches) {
+            --_fileMatchCount;
+            _unreadableCount += part.children.isEmpty() ? 0 : 1;
+        }
+    }
+    if (part.matches)
+        _matchesInParts += _countFound(*part.matches);
+    if (_delegate && part.kind == FoundPart::Kind::First)
+        _delegate->didFindMatchInFile(part.file);
+    else if (_delegate)
+        _delegate->didFindMoreInFile(part);
 }
 
 void TDSearchEngine::_deliverError(const SearchJob &job)
@@ -327,18 +365,95 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
 {
     const TDFindPattern pattern(_findText, FindOptions::withUserDefaults(_caseRule()));
     SearchContext context(pattern);
-    return _searchFile(FileToRead{path}, context, error);
+    std::shared_ptr<TDFindResultItem> first;
+    const HandOverPart handOver = [&first](const FoundPart &part) {
+        first = part.file;
+        first->add(part);
+    };
+    const auto item = _searchFile(FileToRead{path}, context, handOver, error);
+    return item ? item : first;
+}
+
+/// What is handed over of one file while it is searched.
+class TDSearchEngine::PartsOfFile
+{
+public:
+    PartsOfFile(const TDSearchEngine &engine, const FileToRead &file, TextBlockReader &reader,
+                const HandOverPart &handOver)
+        : _engine(engine), _file(file), _reader(reader), _handOver(handOver)
+    {}
+
+    bool areThere() const { return _node != nullptr; }
+
+    void handOver(const FileMatches &matches)
+    {
+        if (_node) {
+            _handOver({_node, FoundPart::Kind::More, childrenOf(*_node, matches, {}), matches});
+            return;
+        }
+        _node =
+            _engine._newNode(_file, _reader.modificationDate(), _reader.hadByteOrderMarker(), matches, {});
+        _handOver({_node, FoundPart::Kind::First, {}, matches});
+    }
+
+    void handOverRest(const FileMatches &matches, const TDError &limitError, bool isAll)
+    {
+        const FindResultItems children = childrenOf(*_node, matches, limitError);
+        if (isAll && matches.lines.isEmpty())
+            _handOver({_node, FoundPart::Kind::Instead, children, {}});
+        else if (isAll || !children.isEmpty())
+            _handOver({_node, isAll ? FoundPart::Kind::Instead : FoundPart::Kind::More, children, matches});
+    }
+
+    void handOverFailure(const TDError &error)
+    {
+        _handOver(
+            {_node, FoundPart::Kind::Instead, {TDFindResultItem::initWithError(error, _node.get())}, {}});
+    }
+
+    static FindResultItems childrenOf(TDFindResultItem &node, const FileMatches &matches,
+                                      const TDError &limitError)
+    {
+        FindResultItems children = TDFindResultItem::initWithMatchLines(matches.lines, &node);
+        if (limitError)
+            children << TDFindResultItem::initWithError(limitError, &node);
+        return children;
+    }
+
+private:
+    const TDSearchEngine &_engine;
+    const FileToRead &_file;
+    TextBlockReader &_reader;
+    const HandOverPart &_handOver;
+    /// Another's once it is handed over.
+    std::shared_ptr<TDFindResultItem> _node;
+};
+
+std::shared_ptr<TDFindResultItem> TDSearchEngine::_newNode(const FileToRead &file,
+                                                           std::optional<FileDate> date, bool includesBOM,
+                                                           const FileMatches &matches,
+                                                           const TDError &limitError) const
+{
+    auto node = TDFindResultItem::initWithFile(
+        file.path, date ? date : TDFileCommon::fileModificationDate(file.path), _findText, includesBOM);
+    node->setMatchLines(PartsOfFile::childrenOf(*node, matches, limitError));
+    node->setMatches(matches);
+    return node;
 }
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
-                                                              TDError &error)
+                                                              const HandOverPart &handOver, TDError &error)
 {
     TDMatchLineHighlighter highlighter;
+    PartsOfFile parts(*this, file, context.reader(), handOver);
     highlighter.setSearchShouldStop(&_shouldStopSearch);
+    highlighter.setPartReceiver([&parts](const FileMatches &matches) { parts.handOver(matches); });
     if (!highlighter.processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context)) {
         if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
             return nullptr;
-        if (_isFirstFailure(file))
+        if (parts.areThere())
+            parts.handOverFailure(std::exchange(error, {}));
+        else if (_isFirstFailure(file))
             return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
         error.clear();
         return nullptr;
@@ -349,20 +464,16 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
         return nullptr;
     }
     const TDError limitError = errorOfLimits(file.path, matches.limitedLines);
+    if (parts.areThere()) {
+        parts.handOverRest(matches, limitError, highlighter.wasSearchedAnew());
+        return nullptr;
+    }
     if (matches.lines.isEmpty()) {
         error = limitError;
         return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error)
                      : nullptr;
     }
-
-    auto item = TDFindResultItem::initWithFile(file.path, dateOf(file, highlighter), _findText,
-                                               highlighter.includesBOM());
-    FindResultItems children = TDFindResultItem::initWithMatchLines(matches.lines, item.get());
-    if (limitError)
-        children << TDFindResultItem::initWithError(limitError, item.get());
-    item->setMatches(std::move(matches));
-    item->setMatchLines(std::move(children));
-    return item;
+    return _newNode(file, highlighter.modificationDate(), highlighter.includesBOM(), matches, limitError);
 }
 
 /// What can't be opened never came to the gate.

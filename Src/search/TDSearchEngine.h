@@ -30,7 +30,10 @@ public:
     virtual void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
                              quint64 matchCount);
     /// A file node with its match lines, after it was counted; or one whose child is an error, which isn't.
+    /// Of a large file it may be the first part of the lines, and the others follow before anything else.
     virtual void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file);
+    /// A further part, which is added to the file's node unless whoever overrides this does so.
+    virtual void didFindMoreInFile(const FoundPart &part);
     /// The find text is a faulty regular expression; the search has been stopped already.
     virtual void errorOccured(const TDError &error);
     /// Once, before the end: what of the folders walked so far wasn't searched.
@@ -109,11 +112,17 @@ private:
     std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
     void _prepareThreads();
     CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
+    class PartsOfFile;
     std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context,
-                                                  TDError &error);
+                                                  const HandOverPart &handOver, TDError &error);
     void _take(SearchJob job);
-    void _announce(const SearchJob &job);
+    void _announce(SearchJob &job);
     void _deliver(const SearchJob &job);
+    void _deliverPart(SearchJob &job, const FoundPart &part);
+    quint64 _countFound(const FileMatches &matches);
+    std::shared_ptr<TDFindResultItem> _newNode(const FileToRead &file, std::optional<FileDate> date,
+                                               bool includesBOM, const FileMatches &matches,
+                                               const TDError &limitError) const;
     bool _isFoundBefore(const SearchJob &job);
     bool _isFirstFailure(const FileToRead &file);
     void _tellWhatWasLeftOut();
@@ -145,6 +154,7 @@ private:
     quint64 _scannedCount = 0;
     quint64 _fileMatchCount = 0;
     quint64 _matchCount = 0;
+    quint64 _matchesInParts = 0; ///< of the file that is delivered in parts
 };
 
 } // namespace tidemark

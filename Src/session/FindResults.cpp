@@ -94,6 +94,32 @@ void FindResults::append(const FindResultItems &files)
     Q_EMIT appended(first, shown.size());
 }
 
+void FindResults::add(const FoundPart &part)
+{
+    if (_filter) {
+        // What a file shows may change with what comes to it.
+        const std::shared_ptr<const ResultsFilter> filter = _filter;
+        setFilter(nullptr);
+        add(part);
+        setFilter(filter);
+        return;
+    }
+    TDFindResultItem &file = *part.file;
+    const qsizetype position = file.position();
+    if (position >= _files.size() || _files[position] != part.file)
+        return;
+    if (part.kind == FoundPart::Kind::Instead && !file.children().isEmpty())
+        _removeRuns({{&file, 0, file.children().size()}});
+    if (part.children.isEmpty()) {
+        if (file.children().isEmpty())
+            _removeRuns({{nullptr, position, 1}});
+        return;
+    }
+    Q_EMIT aboutToGrow(&file, file.children().size(), part.children.size());
+    file.add(part);
+    Q_EMIT grown(&file);
+}
+
 // -- What shows
 
 bool FindResults::shows(const TDFindResultItem &node) const

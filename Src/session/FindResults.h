@@ -49,6 +49,8 @@ public:
 
     void clear();
     void append(const FindResultItems &files);
+    /// Nothing happens when its file isn't in the list any more. A file of which nothing is left goes.
+    void add(const FoundPart &part);
     /// Removes the nodes: whole files, and match lines from the files that stay. Nodes that aren't in the
     /// list are passed over. Linear in the size of the list, however many are removed: scattered nodes are
     /// removed in one go.
@@ -59,6 +61,9 @@ Q_SIGNALS:
     void cleared();
     void aboutToAppend(qsizetype first, qsizetype count);
     void appended(qsizetype first, qsizetype count);
+    /// Further lines of a file, behind those that it has.
+    void aboutToGrow(TDFindResultItem *file, qsizetype first, qsizetype count);
+    void grown(TDFindResultItem *file);
     /// For each run of neighbouring siblings; `parent` is null for files. Sent from the end of the list
     /// forward.
     void aboutToRemove(TDFindResultItem *parent, qsizetype first, qsizetype count);

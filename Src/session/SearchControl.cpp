@@ -171,10 +171,12 @@ void SearchControl::updateSearchResultsOutlineView()
 
 void SearchControl::_mergeNewResults()
 {
-    const FindResultItems newResults = _session->takeArrived();
-    _document.setFilesWithMatchesCount(newResults.size());
-    if (!newResults.isEmpty())
-        _document.findResults().append(newResults);
+    const SearchSession::Arrived arrived = _session->takeArrived();
+    _document.setFilesWithMatchesCount(arrived.files.size());
+    if (!arrived.files.isEmpty())
+        _document.findResults().append(arrived.files);
+    for (const FoundPart &part : arrived.parts)
+        _document.findResults().add(part);
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
 }
 

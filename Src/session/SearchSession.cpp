@@ -15,16 +15,18 @@ void SearchSession::detach()
 {
     const std::lock_guard lock(_mutex);
     _context = nullptr;
-    releaseInBackground(std::exchange(_newResults, {}));
+    FindResultItems released = std::exchange(_arrived.files, {});
+    for (FoundPart &part : std::exchange(_arrived.parts, {}))
+        released << part.file << std::move(part.children);
+    releaseInBackground(std::move(released));
     _taken.notify_all();
 }
 
-FindResultItems SearchSession::takeArrived()
+SearchSession::Arrived SearchSession::takeArrived()
 {
     const std::lock_guard lock(_mutex);
-    FindResultItems arrived;
-    arrived.swap(_newResults);
-    _takenCount += quint64(arrived.size());
+    Arrived arrived = std::exchange(_arrived, {});
+    _takenCount += quint64(arrived.files.size() + arrived.parts.size());
     _taken.notify_all();
     return arrived;
 }
@@ -65,8 +67,22 @@ void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &
     std::unique_lock lock(_mutex);
     if (_context == nullptr)
         return;
-    _addResultsMatchLineCount += quint64(file->matchLines().size());
-    _newResults << file;
+    _arrived.files << file;
+    _handOver(lock, file->matchLines().size());
+}
+
+void SearchSession::didFindMoreInFile(const FoundPart &part)
+{
+    std::unique_lock lock(_mutex);
+    if (_context == nullptr)
+        return;
+    _arrived.parts << part;
+    _handOver(lock, part.children.size());
+}
+
+void SearchSession::_handOver(std::unique_lock<std::mutex> &lock, qsizetype matchLines)
+{
+    _addResultsMatchLineCount += quint64(matchLines);
     ++_arrivedCount;
     if (_addResultsMatchLineCount >= SHOWN_ONE_BY_ONE_BELOW)
         return;
@@ -75,7 +91,7 @@ void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &
         if (_takenCount < number)
             _receiver.resultsArrived();
     });
-    _taken.wait(lock, [this] { return _newResults.isEmpty() || _context == nullptr; });
+    _taken.wait(lock, [this] { return _isAllTaken() || _context == nullptr; });
 }
 
 void SearchSession::errorOccured(const TDError &error)

@@ -38,8 +38,13 @@ public:
     // On the main thread.
     /// From now on nothing is delivered and the search thread waits for nobody.
     void detach();
-    /// The nodes that arrived since the last call.
-    FindResultItems takeArrived();
+    /// What arrived since the last call: nodes, and behind them further parts of these and of ones before.
+    struct Arrived
+    {
+        FindResultItems files;
+        QList<FoundPart> parts;
+    };
+    Arrived takeArrived();
     /// Match lines that have arrived since the search started.
     quint64 addResultsMatchLineCount() const;
     /// Files that the search has come to.
@@ -49,6 +54,7 @@ public:
     void didFindFile(const FilePath &path, quint64 scannedCount, quint64 fileMatchCount,
                      quint64 matchCount) override;
     void didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file) override;
+    void didFindMoreInFile(const FoundPart &part) override;
     void errorOccured(const TDError &error) override;
     void didLeaveOut(const LeftOut &leftOut) override;
     void didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
@@ -58,13 +64,15 @@ private:
     /// Never waits. The mutex must be held, so that the context can't go away meanwhile. What is still under
     /// way when the session is detached isn't delivered.
     void _post(std::function<void()> delivery);
+    void _handOver(std::unique_lock<std::mutex> &lock, qsizetype matchLines);
+    bool _isAllTaken() const { return _arrived.files.isEmpty() && _arrived.parts.isEmpty(); }
     void _end(const QString &status, quint64 scannedCount);
 
     mutable std::mutex _mutex;
     std::condition_variable _taken;
     QObject *_context;
     const Receiver _receiver;
-    FindResultItems _newResults;
+    Arrived _arrived;
     LeftOut _leftOut;
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;

@@ -122,14 +122,16 @@ TEST(SearchPipelineTest, MoreThreadsReadWhileTheyWaitAndTheOrderStays)
     for (const bool isFixed : {false, true}) {
         SlowDisk disk(file);
         QList<quint64> delivered;
-        const auto search = [&](const FileToRead &, SearchContext &, TDError &) {
+        const auto search = [&](const FileToRead &, SearchContext &, const HandOverPart &, TDError &) {
             (void)disk.read();
             return nullptr;
         };
         QList<quint64> added;
         {
+            const SearchDelivery delivery = {[&](const SearchJob &job) { delivered << job.scannedCount; },
+                                             {}};
             SearchPipeline pipeline(isFixed ? TeamSize::fixed(2) : TeamSize(2, 16, 2), pattern, shouldStop,
-                                    search, [&](const SearchJob &job) { delivered << job.scannedCount; });
+                                    search, delivery);
             for (quint64 number = 0; number < (isFixed ? 100 : 3000); ++number) {
                 SearchJob job;
                 job.scannedCount = number;

@@ -1,6 +1,7 @@
 #include "search/TDSearchEngine.h"
 
 #include "foundation/UserDefaults.h"
+#include "matching/TDMatchLineHighlighter.h"
 #include "search/Kind.h"
 #include "support/PlainUser.h"
 #include "support/Testing.h"
@@ -45,6 +46,16 @@ public:
         else
             messages << "match " + _name(file->path()) + ' ' +
                             QByteArray::number(file->matchCount().value_or(-1));
+        if (onMatch)
+            onMatch();
+    }
+    void didFindMoreInFile(const FoundPart &part) override
+    {
+        EXPECT_EQ(part.file, nodes.last());
+        EXPECT_TRUE(messages.last().startsWith("match ") || messages.last() == "more");
+        if (messages.last() != "more")
+            messages << "more";
+        TDSearchEngineDelegate::didFindMoreInFile(part);
         if (onMatch)
             onMatch();
     }
@@ -398,6 +409,72 @@ TEST(HugeFiles, LinesThatNoMemoryHoldsAreErrorsAndTheSearchGoesOn)
     engine.startSearch(u"needle"_s, {fileAt(huge), fileAt(folder.path("other"))}, true);
     EXPECT_EQ(recorder->messages, Messages({"find huge 1 0 0", "error huge 1", "find other 2 0 0",
                                             "match other 1", "finish 2 1 1"}));
+}
+
+/// Beyond eight megabytes, with a match in each fourth line.
+QByteArray largeContent()
+{
+    return QByteArray("one match in a line\nnone\nnone at all\nnone\n").repeated(250000);
+}
+
+TEST_P(TDSearchEngineTest, ALargeFileComesInPartsWhichMakeUpTheSame)
+{
+    folder.write("0", "match\n");
+    const FilePath large = folder.write("1-large", "\xEF\xBB\xBF" + largeContent() + "a match \xC3\xA9");
+    ASSERT_EQ(::link(large.cString(), folder.path("2-link").cString()), 0);
+    folder.write("3", "match\n");
+    TDMatchLineHighlighter byLines;
+    TDError error;
+    ASSERT_TRUE(byLines.processWithFile(large, TD_FILE_COMMON_UNKNOWN_ENCODING, error, false, u"match"_s));
+
+    const Messages messages = searchFolder(u"match"_s);
+    EXPECT_EQ(messages.last(), "finish 3 3 250003");
+    EXPECT_EQ(recorder->count("match"), 3);
+    EXPECT_EQ(messages.count("more"), 1);
+    const TDFindResultItem &node = *recorder->nodes[1];
+    EXPECT_TRUE(node.includesBOM());
+    EXPECT_TRUE(node.matches()->areBeyondAscii);
+    EXPECT_EQ(node.modificationDate(), TDFileCommon::fileModificationDate(large));
+    ASSERT_EQ(node.children().size(), byLines.matchLines().size());
+    for (qsizetype index = 0; index < node.children().size(); ++index) {
+        const TDFindResultItem &child = *node.children()[index];
+        const TDMatchLine &expected = *byLines.matchLines()[index];
+        ASSERT_EQ(child.parent(), &node);
+        ASSERT_EQ(child.position(), index);
+        ASSERT_EQ(child.sharedMatchLine(), node.matches()->lines[index]);
+        ASSERT_EQ(child.matchLine()->lineNumber(), expected.lineNumber());
+        ASSERT_EQ(child.matchLine()->matchLineString(), expected.matchLineString());
+        ASSERT_EQ(child.matchLine()->matchRanges(), expected.matchRanges());
+    }
+}
+
+TEST_P(TDSearchEngineTest, ALargeFileThatEndsInAnErrorLosesItsPartsAgain)
+{
+    folder.write("1-damaged", largeContent() + "\xFF");
+    folder.write("2-long", largeContent() + QByteArray(30000, 'x'));
+    folder.write("3", "match\n");
+    EXPECT_EQ(searchFolder(u"match"_s).last(), "finish 3 1 1");
+    ASSERT_EQ(recorder->nodes.size(), 3);
+    for (const auto &[index, code] : {std::pair(0, 4), {1, 1}}) {
+        const TDFindResultItem &node = *recorder->nodes[index];
+        ASSERT_EQ(node.children().size(), 1);
+        EXPECT_EQ(node.children().first()->error().code(), code);
+        EXPECT_EQ(node.children().first()->parent(), &node);
+        EXPECT_EQ(node.matches(), nullptr);
+    }
+}
+
+TEST_P(TDSearchEngineTest, AStopWithinALargeFileLeavesThePartsThatCame)
+{
+    folder.write("1-large", largeContent());
+    folder.write("2", "match\n");
+    recorder->onMatch = [this] { engine.stopSearch(); };
+    const Messages messages = searchFolder(u"match"_s);
+    ASSERT_EQ(recorder->nodes.size(), 1);
+    const qsizetype lines = recorder->nodes[0]->children().size();
+    EXPECT_GT(lines, 0);
+    EXPECT_LT(lines, 250000);
+    EXPECT_EQ(messages.last(), "stop " + counts(1, 1, quint64(lines)));
 }
 
 TEST_P(TDSearchEngineTest, AStopBeforeTheStartHolds)

@@ -67,6 +67,29 @@ TEST_F(SearchControlTest, FilesAreShownOneByOneUntilThe250thMatchLine)
               u"Search completed (251 matches found in 3 files • 3 files searched)"_s);
 }
 
+TEST_F(SearchControlTest, ALargeFileGrowsAndWhatIsCountedIsListed)
+{
+    const auto file = fileWith("/a", 2);
+    const auto part = [&](int lines) {
+        const auto other = fileWith("/a", lines);
+        return FoundPart{file, FoundPart::Kind::More, other->children(), *other->matches()};
+    };
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        delegate.didFindMatchInFile(file);
+        delegate.didFindMoreInFile(part(3));
+        // One by one still, so that it is in the list by now.
+        QMetaObject::invokeMethod(
+            &document, [&] { EXPECT_EQ(file->children().size(), 5); }, Qt::BlockingQueuedConnection);
+        delegate.didFindMoreInFile(part(300));
+        delegate.didFindMoreInFile(part(1));
+        delegate.didFinishSearch(1, 1, 306);
+    });
+    ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+    EXPECT_EQ(document.findResults().count(), 1);
+    EXPECT_EQ(document.findResults().files()[0]->children().size(), 306);
+    EXPECT_EQ(document.findResults().files()[0]->matchCount(), 306);
+}
+
 TEST_F(SearchControlTest, TheFilesOfARealSearchAreShownBeforeItsEnd)
 {
     for (int file = 0; file < 200; ++file)

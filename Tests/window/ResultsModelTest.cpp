@@ -47,6 +47,47 @@ TEST(ResultsTreeModel, KeepsTheRulesOfModelsThroughAllChanges)
     EXPECT_EQ(model.rowCount(), 0);
 }
 
+/// A further part of a file with these lines.
+FoundPart partOf(const std::shared_ptr<TDFindResultItem> &file, FoundPart::Kind kind,
+                 const QStringList &lines)
+{
+    const auto other = fileNode(file->path().bytes(), lines);
+    for (const auto &child : other->children())
+        child->setParent(file.get());
+    return {file, kind, other->children(), *other->matches()};
+}
+
+TEST(ResultsTreeModel, AFileGrowsWhereverItStandsAndWhateverBecameOfIt)
+{
+    FindResults results;
+    ResultsTreeModel model(results);
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const FindResultItems files = threeFiles();
+    results.append(files);
+    model.sort(ResultsTreeModel::MatchesColumn, Qt::DescendingOrder);
+    const auto add = [&](int file, FoundPart::Kind kind, const QStringList &lines) {
+        results.add(partOf(files[file], kind, lines));
+    };
+    add(2, FoundPart::Kind::More, {u"foo foo\n"_s, u"foo foo foo\n"_s});
+    EXPECT_EQ(names(model), QStringList({u"a.txt"_s, u"c.txt"_s, u"b.txt"_s}));
+    EXPECT_EQ(model.index(0, ResultsTreeModel::MatchesColumn).data().toString(), u"6"_s);
+    EXPECT_EQ(files[2]->children()[2]->position(), 2);
+    results.remove({files[2]->children()[0], files[1]});
+    add(2, FoundPart::Kind::More, {u"foo\n"_s});
+    add(1, FoundPart::Kind::More, {u"foo\n"_s});
+    EXPECT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 3);
+
+    add(2, FoundPart::Kind::Instead, {u"foo\n"_s});
+    EXPECT_EQ(model.rowCount(model.indexOf(files[2].get())), 1);
+    const auto error = TDFindResultItem::initWithError(TDError::posixError(5), files[2].get());
+    results.add({files[2], FoundPart::Kind::Instead, {error}, {}});
+    EXPECT_EQ(files[2]->matches(), nullptr);
+    EXPECT_EQ(model.item(model.index(0, 0, model.indexOf(files[2].get()))), error);
+    results.add({files[0], FoundPart::Kind::Instead, {}, {}});
+    EXPECT_EQ(names(model), QStringList({u"a.txt"_s}));
+}
+
 TEST(ResultsTreeModel, ARemarkStandsInPlaceOfTheFolderAndIsSpoken)
 {
     FindResults results;

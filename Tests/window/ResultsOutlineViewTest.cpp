@@ -237,12 +237,17 @@ TEST_F(OutlineViewTest, RowsStayWhereTheyAreWhileResultsArrive)
     window.view.scrollTo(window.view.indexAtRow(61), QAbstractItemView::PositionAtTop);
     window.results.append({fileNode("/t/new", {u"foo"_s})});
     window.view.expandItem(window.model.index(3, 0));
+    for (const int grown : {3, 5, 60}) {
+        const auto child = fileNode("", {u"foo"_s})->children()[0];
+        child->setParent(files[grown].get());
+        window.results.add({files[grown], FoundPart::Kind::More, {child}, FileMatches()});
+    }
     QCoreApplication::processEvents();
     EXPECT_EQ(window.selection(), u"60:0"_s);
     EXPECT_EQ(window.view.visualRect(window.view.selectedIndex()).top(), 0);
     window.view.header()->setSortIndicator(0, Qt::DescendingOrder);
     EXPECT_EQ(window.model.index(0, 0).data().toString(), u"new"_s);
-    EXPECT_EQ(window.view.numberOfRows(), 103);
+    EXPECT_EQ(window.view.numberOfRows(), 105);
     EXPECT_EQ(window.navigation.selection().selectedObjects(), FindResultItems({files[60]->children()[0]}));
 }
 

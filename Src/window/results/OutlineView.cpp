@@ -149,6 +149,12 @@ void OutlineView::_fitGutter(int firstFile, int lastFile)
 void OutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
 {
     QAbstractItemView::rowsInserted(parent, start, end);
+    if (parent.isValid()) {
+        _fitGutter(parent.row(), parent.row());
+        if (isExpanded(parent))
+            _setShownLines(parent.row(), model()->rowCount(parent));
+        return;
+    }
     _fitGutter(start, end);
     if (start != _rows.fileCount()) {
         _rebuildRows();

@@ -24,6 +24,7 @@ ResultsNavigation::ResultsNavigation(FindResults &results, ResultsTreeModel &mod
     connect(&_view, &TDSearchResultsOutlineView::itemDidExpand, this,
             &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::appended, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
+    connect(&_results, &FindResults::grown, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::aboutToClear, this, [this] { _currentItem.reset(); });
     connect(&_results, &FindResults::cleared, this, [this] {
         determineIfFirstOrLastItemSelected();

@@ -187,6 +187,7 @@ void ResultsPane::_setUpButtons()
     connect(&results, &FindResults::cleared, this, [this] { _linesOfSearch = 0; });
     connect(&results, &FindResults::appended, this, &ResultsPane::_expandWhileFew);
     connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
+    connect(&results, &FindResults::grown, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::thinnedOut, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::cleared, this, &ResultsPane::_noteResults);

@@ -58,6 +58,16 @@ void ResultsTreeModel::_connectResults()
         if (!_shownOrder.isEmpty())
             _changeShownOrder();
     });
+    connect(&_results, &FindResults::aboutToGrow, this,
+            [this](const TDFindResultItem *file, qsizetype first, qsizetype count) {
+                beginInsertRows(indexOf(file), int(first), int(first + count) - 1);
+            });
+    connect(&_results, &FindResults::grown, this, [this](const TDFindResultItem *file) {
+        endInsertRows();
+        noteChanged(*file);
+        if (_sortColumn == MatchesColumn)
+            _changeShownOrder();
+    });
     connect(&_results, &FindResults::aboutToRemove, this, &ResultsTreeModel::_beginRemove);
     connect(&_results, &FindResults::removed, this, &ResultsTreeModel::_endRemove);
 }
