@@ -176,9 +176,6 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>old content in %@</source><translation>alter Inhalt in %@</translation></message>
   <message><source>%@ (%@):</source><translation>%@ (%@):</translation></message>
   <message><source>Error: %@</source><translation>Fehler: %@</translation></message>
-  <message><source>Line %lu: %@</source><translation>Zeile %lu: %@</translation></message>
-  <message><source>%@ in %@, couldn’t be searched</source><translation>%@ in %@, konnte nicht durchsucht werden</translation></message>
-  <message><source>%@ in %@, %@</source><translation>%@ in %@, %@</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Hier erscheinen die Zeilen mit Treffern.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Keine Treffer gefunden.
@@ -207,7 +204,41 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Ignore &amp;Case</source><translation>&amp;Groß-/Kleinschreibung ignorieren</translation></message>
   <message><source>Regular E&amp;xpression</source><translation>Regulärer A&amp;usdruck</translation></message>
   <message><source>File &amp;Types…</source><translation>Datei&amp;typen …</translation></message>
-  <message><source>S&amp;witch between Form and Results</source><translation>&amp;Wechseln zwischen Formular und Ergebnissen</translation></message>
+  <message><source>Context of the match</source><translation>Umgebung des Treffers</translation></message>
+  <message><source>%@, line %lu</source><translation>%@, Zeile %lu</translation></message>
+  <message><source>The file around the highlighted match will appear here.</source><translation>Hier erscheint die Datei rund um den hervorgehobenen Treffer.</translation></message>
+  <message><source>This file has changed since it was searched.</source><translation>Diese Datei hat sich geändert, seit sie durchsucht wurde.</translation></message>
+  <message><source>This is too long to be copied.</source><translation>Das ist zu lang, um kopiert zu werden.</translation></message>
+  <message><source>Return opens it in %@</source><translation>Die Eingabetaste öffnet sie in %@</translation></message>
+  <message><source>Return opens it with its default program</source><translation>Die Eingabetaste öffnet sie mit ihrem Standardprogramm</translation></message>
+  <message><source>Show Conte&amp;xt</source><translation>&amp;Umgebung einblenden</translation></message>
+  <message><source>That is only what the filter “%@” shows.</source><translation>Das ist nur, was der Filter „%@“ zeigt.</translation></message>
+  <message><source>Export the Results That Show</source><translation>Die sichtbaren Ergebnisse exportieren</translation></message>
+  <message><source>Filter results</source><translation>Ergebnisse filtern</translation></message>
+  <message><source>Show only results with this text in their path or line</source><translation>Nur Ergebnisse mit diesem Text im Pfad oder in der Zeile zeigen</translation></message>
+  <message><source>%@ of %@ files show</source><translation>%@ von %@ Dateien sichtbar</translation></message>
+  <message><source>No result has “%@” in its path or line.</source><translation>Kein Ergebnis hat „%@“ im Pfad oder in der Zeile.</translation></message>
+  <message><source>only in the results that show</source><translation>nur in den sichtbaren Ergebnissen</translation></message>
+  <message><source>Fi&amp;lter Results</source><translation>Ergebnisse &amp;filtern</translation></message>
+  <message><source>While the results have the keyboard</source><translation>Solange die Ergebnisse die Tastatur haben</translation></message>
+  <message><source>Keyboard Shortcuts</source><translation>Tastenkürzel</translation></message>
+  <message><source>&amp;Keyboard Shortcuts</source><translation>&amp;Tastenkürzel</translation></message>
+  <message><source>Expand the file</source><translation>Die Datei aufklappen</translation></message>
+  <message><source>Collapse the file, or go from a line to it</source><translation>Die Datei zuklappen oder von einer Zeile zu ihr gehen</translation></message>
+  <message><source>First row</source><translation>Erste Zeile der Liste</translation></message>
+  <message><source>Last row</source><translation>Letzte Zeile der Liste</translation></message>
+  <message><source>A page up</source><translation>Eine Seite nach oben</translation></message>
+  <message><source>A page down</source><translation>Eine Seite nach unten</translation></message>
+  <message><source>Select the row</source><translation>Die Zeile auswählen</translation></message>
+  <message><source>Select the row, or not any more</source><translation>Die Zeile auswählen oder nicht mehr</translation></message>
+  <message><source>Select everything</source><translation>Alles auswählen</translation></message>
+  <message><source>line %lu, %@: %@</source><translation>Zeile %lu, %@: %@</translation></message>
+  <message><source>line %lu, match %lu of %lu: %@</source><translation>Zeile %lu, Treffer %lu von %lu: %@</translation></message>
+  <message><source>%@, couldn’t be searched</source><translation>%@, konnte nicht durchsucht werden</translation></message>
+  <message><source>%@, %@</source><translation>%@, %@</translation></message>
+  <message><source>%@, expanded</source><translation>%@, aufgeklappt</translation></message>
+  <message><source>%@, collapsed</source><translation>%@, zugeklappt</translation></message>
+  <message><source>S&amp;witch between Form, Results and Context</source><translation>&amp;Wechseln zwischen Formular, Ergebnissen und Umgebung</translation></message>
   <message><source>&amp;Next Match</source><translation>&amp;Nächster Treffer</translation></message>
   <message><source>&amp;Previous Match</source><translation>&amp;Vorheriger Treffer</translation></message>
   <message><source>Export Results</source><translation>Ergebnisse exportieren</translation></message>

@@ -176,9 +176,6 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>old content in %@</source><translation>ancien contenu dans %@</translation></message>
   <message><source>%@ (%@):</source><translation>%@ (%@) :</translation></message>
   <message><source>Error: %@</source><translation>Erreur : %@</translation></message>
-  <message><source>Line %lu: %@</source><translation>Ligne %lu : %@</translation></message>
-  <message><source>%@ in %@, couldn’t be searched</source><translation>%@ dans %@, n’a pas pu être parcouru</translation></message>
-  <message><source>%@ in %@, %@</source><translation>%@ dans %@, %@</translation></message>
   <message><source>Lines with matches will appear here.</source><translation>Les lignes contenant des occurrences apparaîtront ici.</translation></message>
   <message><source>No matches found.
 Kinds of files searched in folders: %@</source><translation>Aucune occurrence trouvée.
@@ -207,7 +204,41 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>Ignore &amp;Case</source><translation>I&amp;gnorer la casse</translation></message>
   <message><source>Regular E&amp;xpression</source><translation>E&amp;xpression régulière</translation></message>
   <message><source>File &amp;Types…</source><translation>T&amp;ypes de fichiers…</translation></message>
-  <message><source>S&amp;witch between Form and Results</source><translation>&amp;Basculer entre formulaire et résultats</translation></message>
+  <message><source>Context of the match</source><translation>Contexte de l’occurrence</translation></message>
+  <message><source>%@, line %lu</source><translation>%@, ligne %lu</translation></message>
+  <message><source>The file around the highlighted match will appear here.</source><translation>Le fichier autour de l’occurrence en évidence s’affichera ici.</translation></message>
+  <message><source>This file has changed since it was searched.</source><translation>Ce fichier a changé depuis la recherche.</translation></message>
+  <message><source>This is too long to be copied.</source><translation>C’est trop long pour être copié.</translation></message>
+  <message><source>Return opens it in %@</source><translation>Entrée l’ouvre dans %@</translation></message>
+  <message><source>Return opens it with its default program</source><translation>Entrée l’ouvre avec son programme par défaut</translation></message>
+  <message><source>Show Conte&amp;xt</source><translation>Afficher le conte&amp;xte</translation></message>
+  <message><source>That is only what the filter “%@” shows.</source><translation>C’est uniquement ce que montre le filtre « %@ ».</translation></message>
+  <message><source>Export the Results That Show</source><translation>Exporter les résultats visibles</translation></message>
+  <message><source>Filter results</source><translation>Filtrer les résultats</translation></message>
+  <message><source>Show only results with this text in their path or line</source><translation>Ne montrer que les résultats dont le chemin ou la ligne contient ce texte</translation></message>
+  <message><source>%@ of %@ files show</source><translation>%@ fichiers sur %@ visibles</translation></message>
+  <message><source>No result has “%@” in its path or line.</source><translation>Aucun résultat n’a « %@ » dans son chemin ou sa ligne.</translation></message>
+  <message><source>only in the results that show</source><translation>seulement dans les résultats visibles</translation></message>
+  <message><source>Fi&amp;lter Results</source><translation>Fi&amp;ltrer les résultats</translation></message>
+  <message><source>While the results have the keyboard</source><translation>Quand les résultats ont le clavier</translation></message>
+  <message><source>Keyboard Shortcuts</source><translation>Raccourcis clavier</translation></message>
+  <message><source>&amp;Keyboard Shortcuts</source><translation>&amp;Raccourcis clavier</translation></message>
+  <message><source>Expand the file</source><translation>Développer le fichier</translation></message>
+  <message><source>Collapse the file, or go from a line to it</source><translation>Réduire le fichier, ou aller d’une ligne à lui</translation></message>
+  <message><source>First row</source><translation>Première ligne de la liste</translation></message>
+  <message><source>Last row</source><translation>Dernière ligne de la liste</translation></message>
+  <message><source>A page up</source><translation>Une page vers le haut</translation></message>
+  <message><source>A page down</source><translation>Une page vers le bas</translation></message>
+  <message><source>Select the row</source><translation>Sélectionner la ligne</translation></message>
+  <message><source>Select the row, or not any more</source><translation>Sélectionner la ligne ou ne plus la sélectionner</translation></message>
+  <message><source>Select everything</source><translation>Tout sélectionner</translation></message>
+  <message><source>line %lu, %@: %@</source><translation>ligne %lu, %@ : %@</translation></message>
+  <message><source>line %lu, match %lu of %lu: %@</source><translation>ligne %lu, occurrence %lu sur %lu : %@</translation></message>
+  <message><source>%@, couldn’t be searched</source><translation>%@, recherche impossible</translation></message>
+  <message><source>%@, %@</source><translation>%@, %@</translation></message>
+  <message><source>%@, expanded</source><translation>%@, développé</translation></message>
+  <message><source>%@, collapsed</source><translation>%@, réduit</translation></message>
+  <message><source>S&amp;witch between Form, Results and Context</source><translation>&amp;Basculer entre formulaire, résultats et contexte</translation></message>
   <message><source>&amp;Next Match</source><translation>Occurrence sui&amp;vante</translation></message>
   <message><source>&amp;Previous Match</source><translation>Occurrence &amp;précédente</translation></message>
   <message><source>Export Results</source><translation>Exporter les résultats</translation></message>

@@ -1,6 +1,7 @@
 #include "app/MainMenu.h"
 
 #include "app/EditMenu.h"
+#include "app/KeySheet.h"
 #include "app/TDApplicationController.h"
 #include "app/WindowMenu.h"
 #include "foundation/LocalizedText.h"
@@ -53,12 +54,13 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     ResultsActions &results = controller.resultsPane().resultsActions();
     QMenu *menu = bar->addMenu(localizedString("&Results"));
     menu->addActions({actions.nextMatch, actions.previousMatch, actions.firstMatchInNextFile,
-                      actions.firstMatchInPreviousFile, actions.showFailures});
+                      actions.firstMatchInPreviousFile, actions.showFailures, actions.extendToNextMatch,
+                      actions.extendToPreviousMatch});
     menu->addSeparator();
-    menu->addAction(actions.showReplacements);
+    menu->addActions({actions.showReplacements, actions.showContext});
     menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});
     menu->addSeparator();
-    menu->addActions({actions.expandCollapseAll, actions.removeSelected});
+    menu->addActions({actions.filterResults, actions.expandCollapseAll, actions.removeSelected});
     menu->addAction(actions.deleteBackups);
     menu->addSeparator();
     menu->addActions({actions.largerText, actions.smallerText, actions.standardTextSize});
@@ -71,7 +73,7 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     QObject::connect(menu, &QMenu::aboutToShow, &results, &ResultsActions::validateUserInterfaceItems);
 }
 
-void addHelpMenu(QMenuBar *bar, TDApplicationController &application)
+void addHelpMenu(QMenuBar *bar, TDMyDocumentController &controller, TDApplicationController &application)
 {
     QMenu *menu = bar->addMenu(localizedString("&Help"));
     menu->addAction(localizedString("Velkor Tidemark &Help"), QKeySequence::HelpContents, &application,
@@ -80,6 +82,9 @@ void addHelpMenu(QMenuBar *bar, TDApplicationController &application)
                     &TDApplicationController::showHelpForFAQ);
     menu->addAction(localizedString("Overview for &New Users"), &application,
                     &TDApplicationController::helpOverviewForNewUsers);
+    menu->addAction(localizedString("&Keyboard Shortcuts"), controller.window(), [bar, &controller] {
+        (new KeySheet(keysOf(*bar, controller), controller.window()))->show();
+    });
     menu->addSeparator();
     menu->addAction(localizedString("&Tidemark Home Page"), &application,
                     &TDApplicationController::helpVelkorTDMHomePage);
@@ -101,7 +106,7 @@ void buildMainMenu(TDMyDocumentController &controller, TDApplicationController &
     addSearchMenu(bar, controller.actions());
     addResultsMenu(bar, controller);
     addWindowMenu(bar, controller, application);
-    addHelpMenu(bar, application);
+    addHelpMenu(bar, controller, application);
 }
 
 } // namespace tidemark

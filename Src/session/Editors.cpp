@@ -106,6 +106,18 @@ std::optional<QString> chosenEditorCommand()
     return {};
 }
 
+std::optional<QString> chosenEditorName()
+{
+    const QString id = UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_EDITOR);
+    for (const Editor &editor : installedEditors()) {
+        if (editor.id == id)
+            return editor.name;
+    }
+    const std::optional<QString> command = chosenEditorCommand();
+    return command ? std::optional(QProcess::splitCommand(*command).value(0).section(u'/', -1))
+                   : std::nullopt;
+}
+
 QStringList editorArguments(const QString &command, const EditorPlace &place)
 {
     if (!canBeHandedOver(place.path))

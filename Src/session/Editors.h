@@ -38,6 +38,9 @@ QList<Editor> installedEditors();
 /// The command that the settings choose; nothing for the desktop's own choice, or where it isn't installed.
 std::optional<QString> chosenEditorCommand();
 
+/// What to call the program of that command; nothing where there is none.
+std::optional<QString> chosenEditorName();
+
 /// The words of a command with the place put in; no shell looks at them. Words are separated by blanks unless
 /// they are in double quotes. Empty where the command is, or where the file's name isn't UTF-8 and so can't
 /// be handed over.

@@ -62,7 +62,7 @@ void makeFormActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.wholeWords = maker.make("wholeWords", "&Whole Words", {Qt::CTRL | Qt::Key_D});
     actions.wholeWords->setCheckable(true);
     actions.fileTypes = maker.make("fileTypes", "File &Types…", {Qt::CTRL | Qt::Key_F});
-    actions.otherPane = maker.make("otherPane", "S&witch between Form and Results", {Qt::Key_F6});
+    actions.otherPane = maker.make("otherPane", "S&witch between Form, Results and Context", {Qt::Key_F6});
 }
 
 void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
@@ -89,6 +89,10 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
                                              {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
     actions.smallerText = maker.makeRepeating("smallerText", "Smaller Te&xt", {Qt::CTRL | Qt::Key_Minus});
     actions.standardTextSize = maker.make("standardTextSize", "Standard Text Si&ze", {Qt::CTRL | Qt::Key_0});
+    actions.showContext = maker.make("showContext", "Show Conte&xt", {Qt::CTRL | Qt::Key_I});
+    actions.showContext->setCheckable(true);
+    actions.filterResults =
+        maker.make("filterResults", "Fi&lter Results", {Qt::CTRL | Qt::SHIFT | Qt::Key_F});
     actions.exportResults = maker.make("exportResults", "&Export Results…", {});
     actions.replace = maker.make("replace", "&Replace", {Qt::CTRL | Qt::Key_R});
     actions.replaceAndFind =

@@ -42,6 +42,8 @@ struct SearchWindowActions
     QAction *largerText = nullptr;
     QAction *smallerText = nullptr;
     QAction *standardTextSize = nullptr;
+    QAction *showContext = nullptr;
+    QAction *filterResults = nullptr;
     QAction *replace = nullptr;
     QAction *replaceAndFind = nullptr;
     QAction *replaceSelection = nullptr;

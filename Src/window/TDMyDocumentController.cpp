@@ -6,6 +6,8 @@
 #include "window/StopReplaceQuestion.h"
 #include "window/WindowLayoutMemory.h"
 #include "window/WindowedDocument.h"
+#include "window/context/ContextPane.h"
+#include "window/context/ContextView.h"
 #include "window/locations/FilesAndFoldersPanel.h"
 #include "window/results/ResultsPane.h"
 
@@ -42,6 +44,7 @@ void TDMyDocumentController::_makePanes()
 {
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
     _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, _replace);
+    _context = std::make_unique<ContextPane>(_document, *_results, _replace, *_actions.showContext);
     _form->takeDropsAnywhere(_window);
     restoreLayout(_window);
 }
@@ -108,8 +111,12 @@ void TDMyDocumentController::_noteWhatRuns()
 
 void TDMyDocumentController::_switchPane()
 {
-    if (_results->outlineView().hasFocus())
+    const bool isInContext = _context->view().hasFocus();
+    const bool isInResults = _results->outlineView().hasFocus();
+    if (isInContext || (isInResults && _context->isHidden()))
         _form->focusFindText();
+    else if (isInResults)
+        _context->view().setFocus(Qt::ShortcutFocusReason);
     else
         _results->outlineView().setFocus(Qt::ShortcutFocusReason);
 }

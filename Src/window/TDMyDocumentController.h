@@ -14,6 +14,7 @@
 namespace tidemark {
 
 class WindowedDocument;
+class ContextPane;
 class ResultsPane;
 class TDSearchResultsOutlineView;
 
@@ -37,6 +38,7 @@ public:
     ReplaceControl &replaceControl() { return _replace; }
     SearchForm &searchForm() { return *_form; }
     ResultsPane &resultsPane() { return *_results; }
+    ContextPane &contextPane() { return *_context; }
     SearchLocationsController &locations() { return _locations; }
 
     /// What the start/stop button does in this state: starts a search when it is on, stops it when it is off.
@@ -81,6 +83,7 @@ private:
     ReplaceControl _replace;
     std::unique_ptr<SearchForm> _form;
     std::unique_ptr<ResultsPane> _results;
+    std::unique_ptr<ContextPane> _context;
 };
 
 } // namespace tidemark

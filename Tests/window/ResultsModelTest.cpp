@@ -105,7 +105,8 @@ TEST(ResultsTreeModel, ARemarkStandsInPlaceOfTheFolderAndIsSpoken)
     EXPECT_EQ(folders(), u"Not there No permission /y"_s);
     const QModelIndex remarked = model.index(1, 0);
     EXPECT_TRUE(remarked.data(Qt::ToolTipRole).toString().contains(u"No permission"_s));
-    EXPECT_EQ(remarked.data(Qt::AccessibleTextRole).toString(), u"b.txt in /z, 3 matches. No permission"_s);
+    EXPECT_EQ(remarked.data(Qt::AccessibleTextRole).toString(), u"b.txt, 3 matches. No permission"_s);
+    EXPECT_EQ(remarked.data(Qt::AccessibleDescriptionRole).toString(), u"/z"_s);
     const QVariant color = model.index(1, ResultsTreeModel::FolderColumn).data(Qt::ForegroundRole);
     EXPECT_TRUE(color.isValid());
     model.file(1)->setRemark({});

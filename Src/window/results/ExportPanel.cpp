@@ -49,7 +49,8 @@ ExportPanel::ExportPanel(QWidget *window, Nodes nodes, Replacement replacement, 
 
 void ExportPanel::open()
 {
-    auto *dialog = new QFileDialog(_window, localizedString("Export Results"));
+    auto *dialog = new QFileDialog(
+        _window, localizedString(_isFiltered ? "Export the Results That Show" : "Export Results"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     QStringList filters;

@@ -27,6 +27,8 @@ public:
     ExportPanel(QWidget *window, Nodes nodes, Replacement replacement, QObject *parent);
 
     void open();
+    /// What is exported are the results that a filter shows.
+    void setFiltered(bool isFiltered) { _isFiltered = isFiltered; }
     /// False, after a message, when not everything was written.
     bool exportTo(const QString &path);
 
@@ -34,6 +36,7 @@ private:
     QWidget *_window;
     Nodes _nodes;
     Replacement _replacement;
+    bool _isFiltered = false;
 };
 
 } // namespace tidemark

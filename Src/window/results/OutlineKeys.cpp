@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace tidemark {
 
 namespace {
@@ -41,6 +43,20 @@ Qt::KeyboardModifiers modifiersThatCount(const QKeyEvent &event)
 
 } // namespace
 
+const QList<OutlineKeys::CursorKey> &OutlineKeys::cursorKeys()
+{
+    static const QList<CursorKey> keys = {{Qt::Key_Right, "Expand the file"},
+                                          {Qt::Key_Left, "Collapse the file, or go from a line to it"},
+                                          {Qt::Key_Home, "First row"},
+                                          {Qt::Key_End, "Last row"},
+                                          {Qt::Key_PageUp, "A page up"},
+                                          {Qt::Key_PageDown, "A page down"},
+                                          {Qt::Key_Space, "Select the row"},
+                                          {Qt::CTRL | Qt::Key_Space, "Select the row, or not any more"},
+                                          {Qt::CTRL | Qt::Key_A, "Select everything"}};
+    return keys;
+}
+
 bool OutlineKeys::takes(const QKeyEvent &event)
 {
     const int key = event.key();
@@ -58,8 +74,10 @@ void OutlineKeys::trigger(const QKeyEvent &event) const
 {
     const QKeyCombination key(modifiersThatCount(event),
                               isReturn(event) ? Qt::Key_Return : Qt::Key(event.key()));
-    if (QAction *action = _actions.value(key.toCombined()))
-        action->trigger();
+    const auto command = std::find_if(_commands.begin(), _commands.end(),
+                                      [key](const auto &entry) { return entry.first == key; });
+    if (command != _commands.end())
+        command->second->trigger();
 }
 
 } // namespace tidemark

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QHash>
 #include <QKeyCombination>
+#include <QList>
 
-#include <optional>
+#include <utility>
 
 class QAction;
 class QKeyEvent;
@@ -15,14 +15,24 @@ class OutlineKeys
 {
 public:
     /// The action isn't owned. A key whose action is disabled or missing does nothing.
-    void set(QKeyCombination key, QAction *action) { _actions.insert(key.toCombined(), action); }
+    void set(QKeyCombination key, QAction *action) { _commands.emplace_back(key, action); }
+    /// In the order in which they were set.
+    const QList<std::pair<QKeyCombination, QAction *>> &commands() const { return _commands; }
+
+    /// Those that move among the rows, and what they do.
+    struct CursorKey
+    {
+        QKeyCombination key;
+        const char *text;
+    };
+    static const QList<CursorKey> &cursorKeys();
 
     /// Whether the results take the key, with whatever modifiers, before any shortcut of the window.
     static bool takes(const QKeyEvent &event);
     void trigger(const QKeyEvent &event) const;
 
 private:
-    QHash<int, QAction *> _actions;
+    QList<std::pair<QKeyCombination, QAction *>> _commands;
 };
 
 } // namespace tidemark

@@ -288,6 +288,12 @@ void OutlineView::collapseAll()
     _scrolled.setTopRow(topFile);
 }
 
+void OutlineView::setExpandedFiles(const Files &files)
+{
+    _expanded = files;
+    _rebuildRows();
+}
+
 void OutlineView::toggleExpanded(const QModelIndex &file)
 {
     if (isExpanded(file))

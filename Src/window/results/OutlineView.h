@@ -44,6 +44,10 @@ public:
 
     bool isExpanded(const QModelIndex &file) const;
     int numberOfExpandedFiles() const { return int(_expanded.size()); }
+    using Files = QSet<const TDFindResultItem *>;
+    const Files &expandedFiles() const { return _expanded; }
+    /// Those of them that are in the results. Announces nothing for the single files.
+    void setExpandedFiles(const Files &files);
     void expandItem(const QModelIndex &file);
     void collapseItem(const QModelIndex &file);
     void toggleExpanded(const QModelIndex &file);
@@ -119,7 +123,7 @@ private:
     TDSearchResultsTextFieldCell *_cell;
     OutlineRows _rows;
     ScrolledRows _scrolled;
-    QSet<const TDFindResultItem *> _expanded;
+    Files _expanded;
     mutable QHash<const TDFindResultItem *, int> _heights; ///< of short lines at the present width
     int _wheelRemainder = 0;
     bool _setsScrollBar = false;

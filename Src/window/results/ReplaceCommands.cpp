@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "session/ReplaceTexts.h"
+#include "session/ResultsFilter.h"
 #include "session/SearchControl.h"
 #include "window/ErrorSheet.h"
 #include "window/results/ResultsNavigation.h"
@@ -105,6 +106,9 @@ QString ReplaceCommands::_informativeText(ReplaceExtent extent) const
     text += formatted(localizedString("%@ in %@ will change."),
                       {counted(extent.matches, "%lu match", "%lu matches"),
                        counted(extent.files, "%lu file", "%lu files")});
+    if (const auto &filter = _model.results().filter())
+        text += QLatin1Char(' ') +
+                formatted(localizedString("That is only what the filter “%@” shows."), {filter->text()});
     if (_control.replaceText().isEmpty())
         text += QLatin1Char(' ') + localizedString("The replace text is empty: the matches will be deleted.");
     const SearchTerms terms = SearchTerms::withUserDefaults(_control.findText());

@@ -9,6 +9,9 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
+
+#include <utility>
 
 namespace tidemark {
 
@@ -128,6 +131,27 @@ void ResultsActions::copyPath()
     const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
         QGuiApplication::clipboard()->setText(path.displayText());
+}
+
+std::unique_ptr<QMimeData> ResultsActions::dragged() const
+{
+    const TDFindResultItem *last = nullptr;
+    QList<QUrl> urls;
+    QStringList paths;
+    for (const auto &item : _navigation.selection().selectedObjects()) {
+        const TDFindResultItem *file = item->parent() != nullptr ? item->parent() : item.get();
+        if (std::exchange(last, file) == file)
+            continue;
+        urls << file->path().toUrl();
+        paths << file->path().displayText();
+    }
+    if (urls.isEmpty())
+        return nullptr;
+    auto data = std::make_unique<QMimeData>();
+    data->setUrls(urls);
+    const QString lines = _navigation.selection().selectedLines();
+    data->setText(lines.isNull() ? paths.join(u'\n') : lines);
+    return data;
 }
 
 void ResultsActions::copyAs(ResultsFormat format)

@@ -10,6 +10,7 @@
 #include <memory>
 
 class QAction;
+class QMimeData;
 
 namespace tidemark {
 
@@ -34,6 +35,9 @@ public:
     void copyPath();
     /// The selected files and lines.
     void copyAs(ResultsFormat format);
+    /// The selected rows as files, and as text: their lines, or their paths where no line is among them. Null
+    /// without a selection.
+    std::unique_ptr<QMimeData> dragged() const;
     void leaveOutFolder();
     void leaveOutFilesLike();
     /// To which patterns for folders are relative.

@@ -25,6 +25,7 @@ ResultsNavigation::ResultsNavigation(FindResults &results, ResultsTreeModel &mod
             &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::appended, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::grown, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
+    connect(&_results, &FindResults::filtered, this, &ResultsNavigation::_resumeAfterFiltering);
     connect(&_results, &FindResults::aboutToClear, this, [this] { _currentItem.reset(); });
     connect(&_results, &FindResults::cleared, this, [this] {
         determineIfFirstOrLastItemSelected();
@@ -392,6 +393,26 @@ void ResultsNavigation::_selectionDidChange()
         highlightFirstMatchInCurrentlySelectedMatchLine();
     } else if (item) {
         _fileWasSelected(_view.selectedRow());
+    }
+    determineIfFirstOrLastItemSelected();
+    Q_EMIT selectionChanged();
+}
+
+/// The highlighted match stays if it still shows.
+void ResultsNavigation::_resumeAfterFiltering()
+{
+    const auto item = std::exchange(_currentItem, nullptr);
+    TDMatchLine *line = item ? item->matchLine() : nullptr;
+    const qint64 match = line != nullptr ? line->highlightedMatchIndex() : TD_NO_HIGHLIGHTED_MATCH;
+    if (line != nullptr)
+        line->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
+    if (line != nullptr && _results.shows(*item)) {
+        _view.expandItem(_model.indexOf(item->parent()));
+        _view.selectRow(_view.rowOfItem(*item));
+        _highlight(match);
+        _scrollToFileOfSelectedRow();
+    } else {
+        selectFirstMatch();
     }
     determineIfFirstOrLastItemSelected();
     Q_EMIT selectionChanged();

@@ -99,6 +99,7 @@ private:
     void _selectionDidChange();
     void _fileWasSelected(int row);
     void _itemDidCollapse();
+    void _resumeAfterFiltering();
     void _collapseEverything();
     void _selectPath(ResultPath path);
 

@@ -5,6 +5,7 @@
 #include "search/LeaveOutPattern.h"
 #include "session/IncludedKinds.h"
 #include "session/MyDocument.h"
+#include "session/ResultsFilter.h"
 #include "session/SearchControl.h"
 #include "session/SearchStatusLine.h"
 #include "ui_MyDocument.h"
@@ -17,13 +18,17 @@
 #include "window/SearchWindowTexts.h"
 #include "window/Symbols.h"
 #include "window/form/LeaveOutForm.h"
+#include "window/results/ResultsFilterBox.h"
 #include "window/results/ResultsFont.h"
 #include "window/results/ShownReplacements.h"
 
+#include <QAccessible>
 #include <QAction>
+#include <QDrag>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMimeData>
 
 namespace tidemark {
 
@@ -66,6 +71,7 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpKeys();
     _setUpButtons();
     _setUpReplaceProgress();
+    _setUpFilter();
     _setUpOutcome();
     _setUpTextSize();
     new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox, *_actions.showReplacements,
@@ -164,6 +170,14 @@ void ResultsPane::_setUpKeys()
             _resultsActions.openAtMatchAction(), &QAction::trigger);
     connect(&_resultsActions, &ResultsActions::failed, this,
             [this](const QString &problem) { makePlainSheet(outlineView().window(), problem, {})->open(); });
+    connect(&outlineView(), &TDSearchResultsOutlineView::dragRequested, this, [this] {
+        std::unique_ptr<QMimeData> data = _resultsActions.dragged();
+        if (data == nullptr)
+            return;
+        auto *drag = new QDrag(&outlineView());
+        drag->setMimeData(data.release());
+        drag->exec(Qt::CopyAction);
+    });
     connect(&outlineView(), &TDSearchResultsOutlineView::menuRequested, this,
             [this](QPoint position) { _resultsActions.searchResultsOutLineViewMenu()->popup(position); });
 }
@@ -246,6 +260,29 @@ void ResultsPane::_noteTextSize()
         UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE) > 0);
 }
 
+void ResultsPane::_setUpFilter()
+{
+    _filterBox = new ResultsFilterBox(_document.findResults(), outlineView(), *_ui.resultsHeader, [this] {
+        QList<FilePath> paths;
+        for (const TDSearchLocation &location : _document.searchLocations())
+            paths << location.path();
+        return paths;
+    });
+    connect(_actions.filterResults, &QAction::triggered, _filterBox, &ResultsFilterBox::open);
+    // Nothing else changes the results while they are replaced in.
+    connect(&_replace, &ReplaceControl::replacing, _filterBox, &QWidget::setDisabled);
+    connect(&_replace, &ReplaceControl::replacing, _actions.filterResults, &QAction::setDisabled);
+    connect(&_document.findResults(), &FindResults::filtered, this, &ResultsPane::_noteFilter);
+}
+
+void ResultsPane::_noteFilter()
+{
+    const auto &filter = _document.findResults().filter();
+    _exportPanel.setFiltered(filter != nullptr);
+    _showHint();
+    _noteResults();
+}
+
 /// The lines of a small search are in sight without a further step.
 void ResultsPane::_expandWhileFew(qsizetype first, qsizetype count)
 {
@@ -265,8 +302,8 @@ void ResultsPane::_noteResults()
     const bool hasResults = !_document.findResults().isEmpty();
     _actions.previousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
     _actions.nextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
-    _actions.extendToNextMatch->setEnabled(hasResults);
-    _actions.extendToPreviousMatch->setEnabled(hasResults);
+    _actions.extendToNextMatch->setEnabled(hasResults && !_navigation.lastItemSelected());
+    _actions.extendToPreviousMatch->setEnabled(hasResults && !_navigation.firstItemSelected());
     _actions.firstMatchInNextFile->setEnabled(_navigation.canMoveToNextFile());
     _actions.firstMatchInPreviousFile->setEnabled(_navigation.canMoveToPreviousFile());
     _actions.expandCollapseAll->setEnabled(hasResults);
@@ -326,14 +363,19 @@ void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcom
         outcome.replacements > 0 || outcome.unchangedFiles > 0 || !outcome.failures.empty() || !outcome.error;
     if (!hasBegun)
         return;
-    _document.setResultsStatusText(replacedStatus({.replacements = outcome.replacements,
-                                                   .filesRewritten = outcome.filesRewritten,
-                                                   .filesUnchanged = outcome.unchangedFiles,
-                                                   .unchangedMatches = outcome.unchangedMatches,
-                                                   .fileCount = _countOfFilesToReplaceIn,
-                                                   .stopped = outcome.stopped}));
+    const QString status = replacedStatus({.replacements = outcome.replacements,
+                                           .filesRewritten = outcome.filesRewritten,
+                                           .filesUnchanged = outcome.unchangedFiles,
+                                           .unchangedMatches = outcome.unchangedMatches,
+                                           .fileCount = _countOfFilesToReplaceIn,
+                                           .stopped = outcome.stopped});
+    const bool isFiltered = _document.findResults().filter() != nullptr;
+    _document.setResultsStatusText(isFiltered ? status + localizedString(" • ") +
+                                                    localizedString("only in the results that show")
+                                              : status);
     _outcomeNotice.show(quint64(outcome.failures.size()),
                         outcome.undo == UndoKeeping::Kept ? outcome.undoStep : QByteArray());
+    _announceStatus();
 }
 
 void ResultsPane::prepareForSearch()
@@ -353,9 +395,19 @@ void ResultsPane::prepareForSearch()
 void ResultsPane::searchFinished()
 {
     _showHint();
+    _announceStatus();
     if (!_navigation.selection().hasSelection())
         _navigation.selectFirstMatch();
     outlineView().setFocus(Qt::OtherFocusReason);
+}
+
+/// What a run came to is worth interrupting for; changes on the way aren't.
+void ResultsPane::_announceStatus()
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(_ui.resultsStatusLabel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 /// The line on what is left out opens, so that the change is seen.
@@ -370,9 +422,12 @@ void ResultsPane::_leaveOut(const QString &pattern)
 void ResultsPane::_showHint()
 {
     QString hint;
+    const auto &filter = _document.findResults().filter();
     const bool lacksLocations = _document.searchLocations().isEmpty();
     outlineView().emptyState().setButton({}, {});
-    if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED) {
+    if (filter && _document.findResults().countOfAll() > 0) {
+        hint = formatted(localizedString("No result has “%@” in its path or line."), {filter->text()});
+    } else if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED) {
         hint = localizedString("Lines with matches will appear here.");
     } else if (lacksLocations) {
         hint = localizedString("Add a folder or a file to search first.");

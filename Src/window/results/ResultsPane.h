@@ -20,6 +20,7 @@ class MyDocument;
 namespace tidemark {
 
 class MyDocument;
+class ResultsFilterBox;
 class SearchControl;
 class SearchWindow;
 struct SearchWindowActions;
@@ -41,6 +42,7 @@ public:
     ExportPanel &exportPanel() { return _exportPanel; }
     ReplaceCommands &replaceCommands() { return _replaceCommands; }
     ResultsActions &resultsActions() { return _resultsActions; }
+    ResultsFilterBox &filterBox() { return *_filterBox; }
 
     /// Before a search starts: the order of arrival, and an empty hint.
     void prepareForSearch();
@@ -67,6 +69,9 @@ private:
     void _showOutcome(const TDSelectedMatchReplacement::Outcome &outcome);
     void _focusResults();
     void _showHint();
+    void _setUpFilter();
+    void _noteFilter();
+    void _announceStatus();
     void _leaveOut(const QString &pattern);
 
     MyDocument &_document;
@@ -83,6 +88,7 @@ private:
     LeftOutNotice _leftOutNotice;
     OutcomeNotice _outcomeNotice;
     FailureWalk _failureWalk;
+    ResultsFilterBox *_filterBox = nullptr; ///< of the window
     QString _kindsOfLastSearch;
     quint64 _linesOfSearch = 0; ///< that have arrived since the results were cleared
     quint64 _countOfFilesToReplaceIn = 0;

@@ -27,6 +27,22 @@ QString reasonWithSystemText(const TDError &error)
     return underlying ? reason + u'\n' + underlying.localizedFailureReason() : reason;
 }
 
+QString spokenMatches(quint64 count)
+{
+    return formatted(localizedString(count == 1 ? "%lu match" : "%lu matches"), {count});
+}
+
+/// On the lines that a filter shows.
+qint32 shownMatches(const TDFindResultItem &file)
+{
+    qint32 count = 0;
+    for (const auto &item : file.children()) {
+        if (item->matchLine() != nullptr)
+            count += qint32(item->matchLine()->numberOfMatches());
+    }
+    return count;
+}
+
 } // namespace
 
 ResultsTreeModel::ResultsTreeModel(FindResults &results, QObject *parent)
@@ -44,6 +60,8 @@ void ResultsTreeModel::_connectResults()
     });
     connect(&_results, &FindResults::aboutToThinOut, this, &ResultsTreeModel::_beginReset);
     connect(&_results, &FindResults::thinnedOut, this, &ResultsTreeModel::_endReset);
+    connect(&_results, &FindResults::aboutToFilter, this, &ResultsTreeModel::_beginReset);
+    connect(&_results, &FindResults::filtered, this, &ResultsTreeModel::_endReset);
     connect(&_results, &FindResults::aboutToAppend, this, [this](qsizetype first, qsizetype count) {
         beginInsertRows({}, int(first), int(first + count) - 1);
         if (_shownOrder.isEmpty())
@@ -269,9 +287,14 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     const auto known = _knownCounts.constFind(&file);
     if (known != _knownCounts.constEnd())
         return *known;
-    Counts counts{file.matchCount(), 0};
-    for (const auto &line : file.matches() != nullptr ? file.matches()->lines : MatchLines())
+    const bool isPartlyHidden = _results.isPartlyHidden(file);
+    Counts counts{isPartlyHidden ? shownMatches(file) : file.matchCount(), 0};
+    const bool hasMatches = file.matches() != nullptr;
+    for (const auto &line : !isPartlyHidden && hasMatches ? file.matches()->lines : MatchLines())
         counts.replaced += qint32(line->numberOfReplacedMatches());
+    for (const auto &item : isPartlyHidden ? file.children() : FindResultItems())
+        counts.replaced +=
+            item->matchLine() != nullptr ? qint32(item->matchLine()->numberOfReplacedMatches()) : 0;
     return *_knownCounts.insert(&file, counts);
 }
 
@@ -308,20 +331,23 @@ QString ResultsTreeModel::_spokenLine(const TDFindResultItem &leaf)
     const TDMatchLine &line = *leaf.matchLine();
     const QString text = line.matchLineString();
     const TextRange body = rangeWithoutNewlinesAtEnds(text);
-    return formatted(localizedString("Line %lu: %@"),
-                     {quint64(line.lineNumber()), text.mid(body.location, body.length)});
+    const QString shown = text.mid(body.location, body.length);
+    const quint64 number = line.lineNumber();
+    const qint64 highlighted = line.highlightedMatchIndex();
+    if (highlighted == TD_NO_HIGHLIGHTED_MATCH)
+        return formatted(localizedString("line %lu, %@: %@"),
+                         {number, spokenMatches(line.numberOfMatches()), shown});
+    return formatted(localizedString("line %lu, match %lu of %lu: %@"),
+                     {number, quint64(highlighted + 1), line.numberOfMatches(), shown});
 }
 
 QString ResultsTreeModel::_spokenFile(const TDFindResultItem &file) const
 {
     const std::optional<qint32> count = _matchCount(file);
     const QString name = file.filenameMatchLineSortKey();
-    const QString folder = folderForPeople(file.displayPath());
     if (!count)
-        return formatted(localizedString("%@ in %@, couldn’t be searched"), {name, folder});
-    const QString matches = formatted(
-        *count == 1 ? localizedString("%lu match") : localizedString("%lu matches"), {quint64(*count)});
-    QString spoken = formatted(localizedString("%@ in %@, %@"), {name, folder, matches});
+        return formatted(localizedString("%@, couldn’t be searched"), {name});
+    QString spoken = formatted(localizedString("%@, %@"), {name, spokenMatches(quint64(*count))});
     if (const QString note = _noteOf(file); !note.isEmpty())
         spoken += QStringLiteral(", ") + note;
     return file.remark().isEmpty() ? spoken : spoken + QStringLiteral(". ") + file.remark();
@@ -366,6 +392,8 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
                    : QVariant();
     case Qt::AccessibleTextRole:
         return _spokenFile(file);
+    case Qt::AccessibleDescriptionRole:
+        return folderForPeople(file.displayPath());
     case Qt::DecorationRole:
         return column == NameColumn ? QVariant(_iconOf(file)) : QVariant();
     case Qt::FontRole: {

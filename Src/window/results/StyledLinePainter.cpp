@@ -5,6 +5,7 @@
 
 #include <QGlyphRun>
 #include <QPainter>
+#include <QPalette>
 #include <QRegion>
 #include <QTextLine>
 

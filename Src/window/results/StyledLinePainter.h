@@ -3,6 +3,8 @@
 #include "text/StyledText.h"
 
 #include <QColor>
+#include <QPoint>
+#include <QRect>
 
 #include <utility>
 

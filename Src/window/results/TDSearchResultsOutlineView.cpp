@@ -1,5 +1,6 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
+#include "foundation/LocalizedText.h"
 #include "matching/TDFindResultItem.h"
 #include "window/EmptyState.h"
 #include "window/results/FolderTexts.h"
@@ -7,6 +8,7 @@
 #include "window/results/ResultsTreeModel.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -32,6 +34,8 @@ TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     _emptyState->hide();
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
+    connect(this, &OutlineView::itemDidExpand, this, &TDSearchResultsOutlineView::_announceExpansion);
+    connect(this, &OutlineView::itemDidCollapse, this, &TDSearchResultsOutlineView::_announceExpansion);
 }
 
 void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
@@ -180,11 +184,54 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
     rowHeightsChanged();
     viewport()->update();
     Q_EMIT selectedRowsChanged();
+    _announceSelectedRow();
+}
+
+// -- What is said
+
+QString TDSearchResultsOutlineView::spokenRow(int row) const
+{
+    const QModelIndex index = indexAtRow(row);
+    const QString spoken = index.data(Qt::AccessibleTextRole).toString();
+    if (!index.isValid() || index.parent().isValid())
+        return spoken;
+    return formatted(localizedString(isExpanded(index) ? "%@, expanded" : "%@, collapsed"), {spoken});
+}
+
+void TDSearchResultsOutlineView::_announceSelectedRow()
+{
+    const int row = QAccessible::isActive() ? selectedRow() : -1;
+    if (row < 0)
+        return;
+    QAccessibleValueChangeEvent value(this, spokenRow(row));
+    QAccessible::updateAccessibility(&value);
+    QAccessibleEvent focus(this, QAccessible::Focus);
+    focus.setChild(row);
+    if (hasFocus())
+        QAccessible::updateAccessibility(&focus);
+}
+
+void TDSearchResultsOutlineView::_announceExpansion(const QModelIndex &file)
+{
     if (!QAccessible::isActive())
         return;
-    QAccessibleValueChangeEvent event(this, selectedIndex().data(Qt::AccessibleTextRole));
+    QAccessible::State changed;
+    changed.expanded = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    event.setChild(rowOfIndex(file));
     QAccessible::updateAccessibility(&event);
 }
+
+/// Another match of the same row is highlighted, as a rule.
+void TDSearchResultsOutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                             const QList<int> &roles)
+{
+    OutlineView::dataChanged(topLeft, bottomRight, roles);
+    if (QAccessible::isActive() && topLeft.row() == bottomRight.row() && topLeft == selectedIndex())
+        _announceSelectedRow();
+}
+
+// -- Selecting
 
 void TDSearchResultsOutlineView::selectRow(int row, bool extend)
 {
@@ -391,6 +438,7 @@ void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)
     }
     const int row = scrolled().rowAt(position.y());
     _dragsSelection = false;
+    _pressedSelected.reset();
     if (event->button() != Qt::LeftButton || row < 0)
         return;
     if (_isOnDisclosure(row, position.x())) {
@@ -401,16 +449,26 @@ void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)
         _selectRange(row);
     else if (event->modifiers() & Qt::ControlModifier)
         _toggleSelection(row);
+    else if (_selected.contains(*itemAtRow(row)))
+        _pressedSelected = position;
     else
         selectRow(row);
-    _dragsSelection = !(event->modifiers() & Qt::ControlModifier);
+    _dragsSelection = !_pressedSelected && !(event->modifiers() & Qt::ControlModifier);
 }
 
 void TDSearchResultsOutlineView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!_dragsSelection || !(event->buttons() & Qt::LeftButton) || rows().rowCount() == 0)
+    if (!(event->buttons() & Qt::LeftButton) || rows().rowCount() == 0)
         return;
-    const int y = event->position().toPoint().y();
+    const QPoint position = event->position().toPoint();
+    if (_pressedSelected &&
+        (position - *_pressedSelected).manhattanLength() >= QApplication::startDragDistance()) {
+        _pressedSelected.reset();
+        Q_EMIT dragRequested();
+    }
+    if (!_dragsSelection)
+        return;
+    const int y = position.y();
     if (y < 0)
         scrollBy(-unit());
     else if (y >= viewport()->height())
@@ -424,6 +482,10 @@ void TDSearchResultsOutlineView::mouseMoveEvent(QMouseEvent *event)
 void TDSearchResultsOutlineView::mouseReleaseEvent(QMouseEvent * /*event*/)
 {
     _dragsSelection = false;
+    // It wasn't dragged, so it was meant alone.
+    if (_pressedSelected)
+        selectRow(scrolled().rowAt(_pressedSelected->y()));
+    _pressedSelected.reset();
 }
 
 void TDSearchResultsOutlineView::mouseDoubleClickEvent(QMouseEvent *event)

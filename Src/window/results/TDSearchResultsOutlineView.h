@@ -4,6 +4,8 @@
 #include "window/results/OutlineKeys.h"
 #include "window/results/OutlineView.h"
 
+#include <optional>
+
 namespace tidemark {
 
 class EmptyState;
@@ -20,6 +22,7 @@ public:
     void setModel(QAbstractItemModel *model) override;
     void reset() override;
     void setKeys(const OutlineKeys &keys) { _keys = keys; }
+    const OutlineKeys &keys() const { return _keys; }
     /// Stands in the empty pane, under an icon.
     void setHintText(const QString &text);
     QString hintText() const;
@@ -36,6 +39,8 @@ public:
     QModelIndex selectedIndex() const;
     void selectRow(int row, bool extend = false);
     void selectAll() override;
+    /// What is said of a row; empty for one that there isn't.
+    QString spokenRow(int row) const;
 
     void keyboardSearch(const QString &search) override;
 
@@ -43,6 +48,8 @@ Q_SIGNALS:
     void selectedRowsChanged();
     /// A row was clicked twice, beside its triangle; it is selected by now.
     void rowDoubleClicked();
+    /// The selected rows are being dragged out.
+    void dragRequested();
     /// The row is selected by now; the position is global.
     void menuRequested(QPoint position);
 
@@ -64,6 +71,8 @@ protected:
     void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
     QRegion visualRegionForSelection(const QItemSelection &selection) const override;
 
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override;
     void noteRowsMoved() override;
     void linesAboutToHide(const QModelIndex &file) override;
     void allLinesAboutToHide() override;
@@ -79,6 +88,8 @@ private:
     bool _isOnDisclosure(int row, int x) const;
     void _showHint();
     void _showColumnsThatFit();
+    void _announceSelectedRow();
+    void _announceExpansion(const QModelIndex &file);
 
     OutlineKeys _keys;
     EmptyState *_emptyState;
@@ -86,6 +97,7 @@ private:
     SelectedRows _selected;
     int _anchorRow = -1;
     bool _dragsSelection = false;
+    std::optional<QPoint> _pressedSelected; ///< where a selected row is held, which can be dragged out
 };
 
 } // namespace tidemark

@@ -110,9 +110,12 @@ void UndoCommands::takeBack(const QByteArray &stepId)
 
 void UndoCommands::_showEnd(const RewriteUndo::Outcome &outcome)
 {
-    if (!_searchAgain(outcome))
-        return;
-    _markRefused(outcome);
+    {
+        const EverythingShows everythingShows(_document.findResults());
+        if (!_searchAgain(outcome))
+            return;
+        _markRefused(outcome);
+    }
     QString status =
         counted(outcome.filesDone, "%@ file is as it was before", "%@ files are as they were before");
     if (outcome.end == RewriteUndo::End::Stopped)
@@ -129,7 +132,6 @@ bool UndoCommands::_searchAgain(const RewriteUndo::Outcome &outcome)
     const std::optional<SearchTerms> terms = _search.searchedTerms();
     if (!terms)
         return true;
-    const EverythingShows everythingShows(_document.findResults());
     // A stop was about the files; whoever asks for another one doesn't want to wait for their lines.
     _replace.setStopReplace(false);
     const auto shouldStop = [self] {
