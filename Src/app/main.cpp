@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/DesktopSession.h"
 #include "app/RunningInstance.h"
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
@@ -73,7 +74,12 @@ int main(int argc, char **argv)
     controller.awakeFromNib();
     QObject::connect(&running, &RunningInstance::requested, &controller,
                      &TDApplicationController::openDocument);
-    controller.openDocument(line.request);
+    DesktopSession session(controller);
+    const bool isTakenUp =
+        application.isSessionRestored() &&
+        session.restore(DesktopSession::nameOf(application.sessionId(), application.sessionKey()));
+    if (!isTakenUp)
+        controller.openDocument(line.request);
     controller.applicationDidFinishLaunching();
     controller.askAboutInterruptedRewrites(recordFolder);
     const int status = QApplication::exec();

@@ -67,21 +67,19 @@ void MyDocument::setResultsStatusText(const QString &text)
     Q_EMIT resultsStatusTextChanged();
 }
 
-void MyDocument::loadUserDefaultsForWindow()
+namespace {
+
+/// What the settings keep of a window.
+const QStringList &keysOfWindow()
 {
-    const UserDefaults &settings = UserDefaults::standard();
-    QList<TDSearchLocation> locations;
-    const QVariantList stored = settings.objectForKey(TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS).toList();
-    for (const QVariant &entry : stored) {
-        if (const auto location = locationFromStored(entry.toMap()))
-            locations << *location;
-    }
-    setSearchLocations(locations);
-    setFindText(settings.stringForKey(TD_USER_DEFAULTS_NAME_FIND_TEXT));
-    setReplaceText(settings.stringForKey(TD_USER_DEFAULTS_NAME_REPLACE_TEXT));
+    static const QStringList keys = {TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS, TD_USER_DEFAULTS_NAME_FIND_TEXT,
+                                     TD_USER_DEFAULTS_NAME_REPLACE_TEXT};
+    return keys;
 }
 
-void MyDocument::saveUserDefaultsForWindow() const
+} // namespace
+
+QVariantMap MyDocument::windowState() const
 {
     const auto textOrNothing = [](const QString &text) {
         return text.isNull() ? QVariant() : QVariant(text);
@@ -91,10 +89,37 @@ void MyDocument::saveUserDefaultsForWindow() const
         if (const auto entry = storedLocation(location))
             stored << *entry;
     }
-    UserDefaults &settings = UserDefaults::standard();
-    settings.setObject(TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS, stored);
-    settings.setObject(TD_USER_DEFAULTS_NAME_FIND_TEXT, textOrNothing(_findText));
-    settings.setObject(TD_USER_DEFAULTS_NAME_REPLACE_TEXT, textOrNothing(_replaceText));
+    return {{TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS, stored},
+            {TD_USER_DEFAULTS_NAME_FIND_TEXT, textOrNothing(_findText)},
+            {TD_USER_DEFAULTS_NAME_REPLACE_TEXT, textOrNothing(_replaceText)}};
+}
+
+void MyDocument::takeWindowState(const QVariantMap &state)
+{
+    QList<TDSearchLocation> locations;
+    const QVariantList stored = state.value(TD_USER_DEFAULTS_NAME_SEARCH_LOCATIONS).toList();
+    for (const QVariant &entry : stored) {
+        if (const auto location = locationFromStored(entry.toMap()))
+            locations << *location;
+    }
+    setSearchLocations(locations);
+    setFindText(state.value(TD_USER_DEFAULTS_NAME_FIND_TEXT).toString());
+    setReplaceText(state.value(TD_USER_DEFAULTS_NAME_REPLACE_TEXT).toString());
+}
+
+void MyDocument::loadUserDefaultsForWindow()
+{
+    QVariantMap state;
+    for (const QString &key : keysOfWindow())
+        state.insert(key, UserDefaults::standard().objectForKey(key));
+    takeWindowState(state);
+}
+
+void MyDocument::saveUserDefaultsForWindow() const
+{
+    const QVariantMap state = windowState();
+    for (const QString &key : keysOfWindow())
+        UserDefaults::standard().setObject(key, state.value(key));
 }
 
 } // namespace tidemark

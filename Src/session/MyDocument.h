@@ -7,6 +7,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QVariantMap>
 
 namespace tidemark {
 
@@ -50,6 +51,9 @@ public:
     const QString &resultsStatusText() const { return _resultsStatusText; }
     void setResultsStatusText(const QString &text);
 
+    /// Locations and texts, as the settings keep them, and back.
+    QVariantMap windowState() const;
+    void takeWindowState(const QVariantMap &state);
     void loadUserDefaultsForWindow();
     void saveUserDefaultsForWindow() const;
 
