@@ -6,7 +6,8 @@ PACKAGES=(
     qt6-base-dev qt6-tools-dev qt6-l10n-tools
     libboost-regex-dev libpcre2-dev libicu-dev libxxhash-dev pkg-config libgtest-dev libgmock-dev
     clang libclang-rt-14-dev
-    xvfb openbox xdotool attr
+    xvfb xauth openbox xdotool attr
+    dbus at-spi2-core
     desktop-file-utils appstream
     e2fsprogs xfsprogs btrfs-progs
     git
