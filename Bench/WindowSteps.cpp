@@ -1,7 +1,10 @@
 #include "WindowSteps.h"
 
+#include "window/results/ResultsFilterBox.h"
+
 #include <QAction>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScrollBar>
 
@@ -17,6 +20,7 @@ namespace {
 
 constexpr double STEP_GOAL = 50;
 constexpr double COMMAND_GOAL = 1000;
+constexpr double FILTER_GOAL = 100;
 
 QString inMilliseconds(double duration)
 {
@@ -36,8 +40,10 @@ public:
         _small(u"page down, "_s + state, 300, [this] { _window.press(Qt::Key_PageDown); });
     }
 
-    void walk(const QString &state)
+    void walk(
+        const QString &state, const std::function<void()> &first = [] {})
     {
+        first();
         _window.press(Qt::Key_Home);
         _small(u"next match, "_s + state, 1000, [this] { _window.press(Qt::Key_Down); });
         _small(u"next file, "_s + state, 500, [this] { _window.press(Qt::Key_Down, Qt::ControlModifier); });
@@ -80,6 +86,24 @@ public:
         int column = 0;
         _large(u"sort by a column"_s, 3,
                [this, &column] { _window.view().header()->setSortIndicator(column++, Qt::DescendingOrder); });
+    }
+
+    /// As one types it.
+    void filter()
+    {
+        QLineEdit &field = _window.controller().resultsPane().filterBox().field();
+        const QString text = u"line 4"_s;
+        int length = 0;
+        _measure(
+            u"filter by another letter"_s, int(text.size()), [&] { field.setText(text.first(++length)); },
+            FILTER_GOAL);
+        _measure(
+            u"filter by what every line has"_s, 1, [&] { field.setText(u"a tide"_s); }, FILTER_GOAL);
+        _measure(
+            u"filter by what no line has"_s, 1, [&] { field.setText(u"harbour"_s); }, FILTER_GOAL);
+        walk(u"filtered"_s, [&] { field.setText(u"line 4"_s); });
+        _measure(
+            u"filter no more"_s, 1, [&] { field.clear(); }, FILTER_GOAL);
     }
 
     void remove()
@@ -182,6 +206,11 @@ void measureSteps(BenchWindow &window)
     steps.scroll(open);
     steps.walk(open);
     steps.select(open);
+    steps.filter();
+    window.actions().showContext->trigger();
+    steps.walk(u"context shown"_s);
+    steps.filter();
+    window.actions().showContext->trigger();
     steps.withEverythingSelected();
     steps.commands();
     steps.remove();

@@ -7,7 +7,10 @@
 #include "replace/RewriteRecord.h"
 #include "replace/UndoJournal.h"
 #include "search/TDSearchEngine.h"
+#include "window/context/ContextPane.h"
+#include "window/context/ContextView.h"
 
+#include <QAction>
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -318,6 +321,36 @@ int measureStops(const QString &location, const QString &findText)
     return 0;
 }
 
+/// Of the last match of a file, which may be large.
+int measureContext(const QString &location, const QString &findText, BenchApplication &application)
+{
+    BenchWindow window(FilePath::fromDisplayText(QFileInfo(location).absoluteFilePath()), findText);
+    window.search();
+    window.actions().showContext->trigger();
+    ContextPane &pane = window.controller().contextPane();
+    const auto isShown = [&pane] {
+        const qint64 number = pane.view().shownLine();
+        return number > 0 && pane.context().line(number) != nullptr;
+    };
+    const auto wait = [&] {
+        while (!isShown())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    wait();
+    window.actions().showContext->trigger();
+    application.takeLongestEvent();
+    window.press(Qt::Key_End);
+    QCoreApplication::processEvents();
+    const Stopwatch stopwatch;
+    window.actions().showContext->trigger();
+    QCoreApplication::processEvents();
+    wait();
+    printNumber(u"line of the match"_s, double(pane.view().shownLine()), 0, {});
+    printNumber(u"context until its line is there"_s, stopwatch.duration().wall, 0, u" ms"_s);
+    printDuration(u"longest event meanwhile"_s, application.takeLongestEvent(), 50);
+    return 0;
+}
+
 int measureQuits(const QString &folder, const QString &findText)
 {
     std::mt19937 random(42);
@@ -334,6 +367,7 @@ int measureQuits(const QString &folder, const QString &findText)
 
 const char *const USAGE = "usage: tidemark-window-bench start\n"
                           "       tidemark-window-bench results FOLDER    (made when it isn't there)\n"
+                          "       tidemark-window-bench context FILE TEXT\n"
                           "       tidemark-window-bench stops LOCATION TEXT [--regex]\n"
                           "       tidemark-window-bench quits FOLDER TEXT    (replaces in its files)\n";
 
@@ -359,7 +393,8 @@ int main(int argc, char **argv)
         return quitWhileReplacing(FilePath::fromDisplayText(QFileInfo(arguments[2]).absoluteFilePath()),
                                   arguments[3], arguments[4].toInt());
     const bool isUsed = (mode == u"start" && argc == 2) || (mode == u"results" && argc == 3) ||
-                        (mode == u"stops" && argc >= 4) || (mode == u"quits" && argc == 4);
+                        (mode == u"context" && argc == 4) || (mode == u"stops" && argc >= 4) ||
+                        (mode == u"quits" && argc == 4);
     if (!isUsed) {
         std::fputs(USAGE, stderr);
         return 2;
@@ -368,6 +403,8 @@ int main(int argc, char **argv)
     std::puts("|---|---|---|");
     if (mode == u"start")
         return measureStart();
+    if (mode == u"context")
+        return measureContext(arguments[2], arguments[3], application);
     if (mode == u"quits")
         return measureQuits(arguments[2], arguments[3]);
     return mode == u"results" ? measureResults(arguments[2], application)
