@@ -90,6 +90,33 @@ TEST_F(SearchControlTest, ALargeFileGrowsAndWhatIsCountedIsListed)
     EXPECT_EQ(document.findResults().files()[0]->matchCount(), 306);
 }
 
+TEST_F(SearchControlTest, HowMuchIsDoneIsKnownWhereTheSamePlacesWereSearchedToTheEnd)
+{
+    std::atomic<quint64> scanned = 0;
+    const auto run = [&](const std::optional<double> &share) {
+        control->startSearch();
+        ASSERT_TRUE(waitFor([&] { return scanned == 5; }));
+        EXPECT_EQ(control->shareDone(), share);
+        goOn.release();
+        ASSERT_TRUE(waitFor([&] { return !control->searching(); }));
+        scanned = 0;
+    };
+    control = std::make_unique<SearchControl>(
+        document, nullptr, [&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+            delegate.didFindFile(FilePath("/a"), 5, 0, 0);
+            scanned = 5;
+            goOn.acquire();
+            delegate.didFinishSearch(20, 0, 0);
+        });
+    run({});
+    run(0.25);
+    TDSearchLocation location;
+    location.url = QUrl::fromLocalFile(u"/elsewhere"_s);
+    document.setSearchLocations({location});
+    run({});
+    run(0.25);
+}
+
 TEST_F(SearchControlTest, TheFilesOfARealSearchAreShownBeforeItsEnd)
 {
     for (int file = 0; file < 200; ++file)
