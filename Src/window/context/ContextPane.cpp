@@ -24,7 +24,10 @@ namespace {
 
 /// Of the room of both.
 constexpr int RESULTS_SHARE = 3;
-constexpr int CONTEXT_SHARE = 1;
+constexpr int CONTEXT_SHARE = 2;
+constexpr int SHARE = 1000;
+/// They are as wide as their texts before anything is left between them.
+constexpr int LABEL_STRETCH = 100;
 
 QString nameOf(const FilePath &path)
 {
@@ -54,10 +57,10 @@ ContextPane::ContextPane(MyDocument &document, ResultsPane &results, ReplaceCont
 void ContextPane::_makeHeader()
 {
     auto *header = new QHBoxLayout;
-    header->addWidget(_title);
-    header->addWidget(_message);
-    header->addStretch();
-    header->addWidget(_hint);
+    header->addWidget(_title, LABEL_STRETCH);
+    header->addWidget(_message, LABEL_STRETCH);
+    header->addStretch(1);
+    header->addWidget(_hint, LABEL_STRETCH);
     _title->setHuggingText(true);
     _message->setHuggingText(true);
     _hint->setHuggingText(true);
@@ -79,6 +82,7 @@ void ContextPane::_placeUnderResults()
     splitter->addWidget(this);
     splitter->setStretchFactor(0, RESULTS_SHARE);
     splitter->setStretchFactor(1, CONTEXT_SHARE);
+    splitter->setSizes({RESULTS_SHARE * SHARE, CONTEXT_SHARE * SHARE});
 }
 
 void ContextPane::_connect(QAction &showContext)
