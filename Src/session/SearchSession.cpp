@@ -37,6 +37,14 @@ quint64 SearchSession::addResultsMatchLineCount() const
     return _addResultsMatchLineCount;
 }
 
+std::optional<QString> SearchSession::currentStatus() const
+{
+    const std::lock_guard lock(_mutex);
+    if (_toldPath.isEmpty())
+        return {};
+    return scanningStatus(_matchCount, _fileMatchCount, _scannedCount, _toldPath);
+}
+
 void SearchSession::_post(std::function<void()> delivery)
 {
     if (_context == nullptr)
@@ -55,10 +63,13 @@ void SearchSession::didFindFile(const FilePath &path, quint64 scannedCount, quin
                                 quint64 matchCount)
 {
     _scannedCount.store(scannedCount, std::memory_order_relaxed);
+    _fileMatchCount.store(fileMatchCount, std::memory_order_relaxed);
+    _matchCount.store(matchCount, std::memory_order_relaxed);
     if (!scanningStatusIsDue())
         return;
     const QString status = scanningStatus(matchCount, fileMatchCount, scannedCount, path);
     const std::lock_guard lock(_mutex);
+    _toldPath = path;
     _post([this, status] { _receiver.statusChanged(status); });
 }
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace tidemark {
 
@@ -47,6 +48,8 @@ public:
     Arrived takeArrived();
     /// Match lines that have arrived since the search started.
     quint64 addResultsMatchLineCount() const;
+    /// The status line as of now; nothing before it was told for the first time.
+    std::optional<QString> currentStatus() const;
     /// Files that the search has come to.
     quint64 scannedCount() const { return _scannedCount.load(std::memory_order_relaxed); }
 
@@ -76,7 +79,10 @@ private:
     LeftOut _leftOut;
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;
+    FilePath _toldPath; ///< of the file that the status was told of last
     std::atomic<quint64> _scannedCount = 0;
+    std::atomic<quint64> _fileMatchCount = 0; ///< without the file that the search has come to
+    std::atomic<quint64> _matchCount = 0;
     quint64 _takenCount = 0; ///< on the main thread only
 };
 
