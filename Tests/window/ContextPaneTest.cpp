@@ -1,6 +1,7 @@
 #include "window/context/ContextPane.h"
 
 #include "support/gui/OpenWindow.h"
+#include "window/ElidedLabel.h"
 #include "window/context/ContextLine.h"
 #include "window/context/ContextView.h"
 
@@ -43,6 +44,8 @@ TEST_F(ContextPaneTest, ShowsTheFileAroundTheHighlightedMatch)
     ContextWindow window(application, folder.path());
     EXPECT_EQ(window.pane().title(), u"a.txt, line 5001"_s);
     EXPECT_EQ(window.pane().message(), QString());
+    for (const ElidedLabel *label : window.pane().findChildren<ElidedLabel *>())
+        EXPECT_TRUE(label->wholeText().isEmpty() || label->text() == label->wholeText());
     const int top = window.view().verticalScrollBar()->value();
     EXPECT_LT(top, 5000);
     EXPECT_GT(top, 4900);
