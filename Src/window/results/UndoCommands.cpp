@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "replace/ResolvedPaths.h"
+#include "session/EverythingShows.h"
 #include "session/MyDocument.h"
 #include "session/ReplaceControl.h"
 #include "session/SearchControl.h"
