@@ -81,7 +81,8 @@ void SearchControl::_beginSession()
     receiver.statusChanged = [this](const QString &status) {
         // What the status counts is listed by then.
         updateSearchResultsOutlineView();
-        _document.setResultsStatusText(_session->currentStatus().value_or(status));
+        if (!_searching)
+            _document.setResultsStatusText(status);
     };
     receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
     receiver.ended = [this](const QString &status) { _searchFinished(status); };
@@ -165,8 +166,12 @@ void SearchControl::_joinEndedThreads()
 
 void SearchControl::updateSearchResultsOutlineView()
 {
-    if (_session)
-        _mergeNewResults();
+    if (!_session)
+        return;
+    _mergeNewResults();
+    // What is listed and what is counted agree.
+    if (const auto status = _searching ? _session->currentStatus() : std::nullopt)
+        _document.setResultsStatusText(*status);
 }
 
 void SearchControl::_mergeNewResults()
@@ -178,10 +183,6 @@ void SearchControl::_mergeNewResults()
     for (const FoundPart &part : arrived.parts)
         _document.findResults().add(part);
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
-    // What is listed and what is counted agree.
-    const bool hasMore = !arrived.files.isEmpty() || !arrived.parts.isEmpty();
-    if (const auto status = _searching && hasMore ? _session->currentStatus() : std::nullopt)
-        _document.setResultsStatusText(*status);
 }
 
 void SearchControl::_searchFinished(const QString &status)

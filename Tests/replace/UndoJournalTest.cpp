@@ -386,6 +386,9 @@ protected:
                 wayBack.contents.insert(path, {now, old});
         }
         EXPECT_EQ(outcome.filesDone, wayBack.contents.size());
+        EXPECT_EQ(outcome.isStepLeft, wayBack.contents.isEmpty() && !refused.isEmpty());
+        if (outcome.isStepLeft)
+            _steps.insert(id, step);
         if (!wayBack.contents.isEmpty())
             _steps.insert(outcome.newStep, wayBack);
     }
