@@ -8,8 +8,6 @@
 #include "replace/UndoStepWriter.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 #include <unistd.h>
 
 namespace tidemark {
@@ -20,19 +18,6 @@ UndoStepHeader headerForWayBack(UndoStepHeader header)
 {
     header.kind = header.kind == UndoStepKind::Undo ? UndoStepKind::Redo : UndoStepKind::Undo;
     return header;
-}
-
-/// Somebody who lists the steps has each for a moment.
-bool lockPatiently(UndoStepReader &reader)
-{
-    constexpr int ATTEMPTS = 50;
-    constexpr std::chrono::milliseconds BETWEEN(2);
-    for (int attempt = 0; attempt < ATTEMPTS; ++attempt) {
-        if (reader.lock())
-            return true;
-        std::this_thread::sleep_for(BETWEEN);
-    }
-    return false;
 }
 
 } // namespace
@@ -51,7 +36,7 @@ RewriteUndo::Outcome RewriteUndo::takeBack(const QByteArray &stepId)
     }
     const auto reader =
         UndoStepReader::open(path, stepId.startsWith(REDO_PREFIX) ? UndoStepKind::Redo : UndoStepKind::Undo);
-    if (!reader || !lockPatiently(*reader)) {
+    if (!reader || !lockedPatiently([&reader] { return reader->lock(); })) {
         _outcome.end = reader ? End::InUse : End::Unreadable;
         return _outcome;
     }

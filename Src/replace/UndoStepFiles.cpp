@@ -3,6 +3,8 @@
 #include "foundation/FolderStream.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace tidemark {
 
@@ -49,6 +51,18 @@ QByteArray templateForUndoStepFile(const FilePath &folder, const QByteArray &pre
     const quint64 last = names.empty() ? 0 : numberIn(names.back()).toULongLong(nullptr, 16);
     return prefix + QByteArray::number(last + 1, 16).rightJustified(DIGITS, '0') + '-' +
            QByteArray(LETTERS, 'X');
+}
+
+bool lockedPatiently(const std::function<bool()> &lock)
+{
+    constexpr int ATTEMPTS = 50;
+    constexpr std::chrono::milliseconds BETWEEN(2);
+    for (int attempt = 0; attempt < ATTEMPTS; ++attempt) {
+        if (lock())
+            return true;
+        std::this_thread::sleep_for(BETWEEN);
+    }
+    return false;
 }
 
 } // namespace tidemark

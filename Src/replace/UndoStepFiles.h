@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <vector>
 
 namespace tidemark {
@@ -22,5 +23,9 @@ bool isUndoStepFile(const QByteArray &name);
 
 /// A name behind all that are in the folder, whose last letters are left to makeUniqueFile().
 QByteArray templateForUndoStepFile(const FilePath &folder, const QByteArray &prefix);
+
+/// Tries to lock a step until it works, for a tenth of a second: whoever lists the steps locks each for a
+/// moment.
+bool lockedPatiently(const std::function<bool()> &lock);
 
 } // namespace tidemark

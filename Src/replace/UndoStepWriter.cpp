@@ -8,31 +8,11 @@
 #include "replace/UndoStepFiles.h"
 
 #include <cerrno>
-#include <chrono>
 #include <sys/stat.h>
-#include <thread>
 
 namespace tidemark {
 
 using namespace UndoStepFormat;
-
-namespace {
-
-/// Whoever lists the steps locks each for a moment.
-constexpr int LOCK_ATTEMPTS = 50;
-constexpr std::chrono::milliseconds TIME_BETWEEN_LOCK_ATTEMPTS(2);
-
-bool takeLock(RecordLock &lock, int descriptor, const FilePath &path)
-{
-    for (int attempt = 0; attempt < LOCK_ATTEMPTS; ++attempt) {
-        if (lock.take(descriptor, path))
-            return true;
-        std::this_thread::sleep_for(TIME_BETWEEN_LOCK_ATTEMPTS);
-    }
-    return false;
-}
-
-} // namespace
 
 UndoStepWriter::UndoStepWriter(UndoJournal journal, UndoStepHeader header, Purpose purpose)
     : _journal(std::move(journal)), _header(std::move(header)), _purpose(purpose)
@@ -80,7 +60,7 @@ int UndoStepWriter::_begin(File &file, const QByteArray &prefix)
     if (!file.descriptor.isOpen())
         return errno;
     file.path = FilePath(path);
-    if (!takeLock(file.lock, file.descriptor.number(), file.path))
+    if (!lockedPatiently([&file] { return file.lock.take(file.descriptor.number(), file.path); }))
         return EAGAIN;
     const QByteArray start = SIGNATURE.toByteArray() + headerBlock(_header);
     file.size = start.size();

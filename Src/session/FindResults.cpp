@@ -94,16 +94,9 @@ void FindResults::append(const FindResultItems &files)
     Q_EMIT appended(first, shown.size());
 }
 
+/// While no filter is set.
 void FindResults::add(const FoundPart &part)
 {
-    if (_filter) {
-        // What a file shows may change with what comes to it.
-        const std::shared_ptr<const ResultsFilter> filter = _filter;
-        setFilter(nullptr);
-        add(part);
-        setFilter(filter);
-        return;
-    }
     TDFindResultItem &file = *part.file;
     const qsizetype position = file.position();
     if (position >= _files.size() || _files[position] != part.file)

@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "session/EverythingShows.h"
 #include "session/FindReplaceHistory.h"
 #include "session/MyDocument.h"
 
@@ -9,6 +10,20 @@
 #include <system_error>
 
 namespace tidemark {
+
+namespace {
+
+/// What a file shows may change with what comes to it: everything is filtered once for all parts.
+void addParts(FindResults &results, const QList<FoundPart> &parts)
+{
+    if (parts.isEmpty())
+        return;
+    const EverythingShows everythingShows(results);
+    for (const FoundPart &part : parts)
+        results.add(part);
+}
+
+} // namespace
 
 SearchControl::SearchControl(MyDocument &document, QObject *parent, SearchBody body)
     : QObject(parent), _document(document), _body(std::move(body))
@@ -180,8 +195,7 @@ void SearchControl::_mergeNewResults()
     _document.setFilesWithMatchesCount(arrived.files.size());
     if (!arrived.files.isEmpty())
         _document.findResults().append(arrived.files);
-    for (const FoundPart &part : arrived.parts)
-        _document.findResults().add(part);
+    addParts(_document.findResults(), arrived.parts);
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
 }
 
