@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -60,14 +61,13 @@ std::unique_ptr<FileLines> FileLines::open(const FilePath &path, StringEncoding 
 {
     error.clear();
     struct stat status = {};
-    const int descriptor = FileToRead{path}.open();
-    if (descriptor == -1 || ::fstat(descriptor, &status) != 0) {
+    Descriptor descriptor = FileToRead{path}.open();
+    if (!descriptor.isOpen() || ::fstat(descriptor.number(), &status) != 0) {
         error = TDFileReader::openError(path, errno);
-        if (descriptor != -1)
-            (void)::close(descriptor);
         return nullptr;
     }
-    std::unique_ptr<FileLines> lines(new FileLines(descriptor, status.st_size, FileDate::fromStatus(status)));
+    std::unique_ptr<FileLines> lines(
+        new FileLines(std::move(descriptor), status.st_size, FileDate::fromStatus(status)));
     if (!S_ISREG(status.st_mode))
         error = TDFileReader::openError(path, S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
     else
@@ -75,19 +75,14 @@ std::unique_ptr<FileLines> FileLines::open(const FilePath &path, StringEncoding 
     return error ? nullptr : std::move(lines);
 }
 
-FileLines::FileLines(int descriptor, qint64 size, FileDate date)
-    : _descriptor(descriptor), _size(size), _date(date)
+FileLines::FileLines(Descriptor descriptor, qint64 size, FileDate date)
+    : _descriptor(std::move(descriptor)), _size(size), _date(date)
 {}
-
-FileLines::~FileLines()
-{
-    (void)::close(_descriptor);
-}
 
 void FileLines::_settleEncoding(const FilePath &path, StringEncoding encoding, TDError &error)
 {
     FileToRead file{path};
-    file.openDescriptor = _descriptor;
+    file.openDescriptor = _descriptor.number();
     const auto reader = TDFileReader::fileReaderWithFile(file, encoding, error);
     if (!reader)
         return;
@@ -106,7 +101,7 @@ QByteArray FileLines::_read(qint64 offset, qint64 length) const
     qsizetype done = 0;
     while (done < bytes.size()) {
         const ssize_t count =
-            ::pread(_descriptor, bytes.data() + done, size_t(bytes.size() - done), offset + done);
+            ::pread(_descriptor.number(), bytes.data() + done, size_t(bytes.size() - done), offset + done);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)

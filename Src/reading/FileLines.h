@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
@@ -35,7 +36,6 @@ public:
     /// Null, with error code 1, for what can't be opened and for what isn't a file. The encoding as for the
     /// line reader.
     static std::unique_ptr<FileLines> open(const FilePath &path, StringEncoding encoding, TDError &error);
-    ~FileLines();
     FileLines(const FileLines &) = delete;
     FileLines &operator=(const FileLines &) = delete;
 
@@ -62,7 +62,7 @@ private:
         std::vector<qint64> starts;
     };
 
-    FileLines(int descriptor, qint64 size, FileDate date);
+    FileLines(Descriptor descriptor, qint64 size, FileDate date);
     void _settleEncoding(const FilePath &path, StringEncoding encoding, TDError &error);
     QByteArray _read(qint64 offset, qint64 length) const;
     qint64 _countEndsIn(qint64 number) const;
@@ -71,7 +71,7 @@ private:
     FileLine _line(qint64 start, qint64 end) const;
     QString _decoded(QByteArrayView bytes) const;
 
-    int _descriptor;
+    Descriptor _descriptor;
     qint64 _size;
     FileDate _date;
     StringEncoding _encoding = 0;

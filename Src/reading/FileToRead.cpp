@@ -10,9 +10,9 @@
 
 namespace tidemark {
 
-int FileToRead::open() const
+Descriptor FileToRead::open() const
 {
-    return openPatiently([this] { return _open(); });
+    return Descriptor(openPatiently([this] { return _open(); }));
 }
 
 int FileToRead::_open() const

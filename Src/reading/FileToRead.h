@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 
 #include <QByteArrayView>
@@ -34,11 +35,10 @@ struct FileToRead
     FileGate *gate = nullptr; ///< null: it is read; not owned
     quint64 number = 0;       ///< for the gate
 
-    /// A descriptor open for reading from the beginning on, or -1 and errno, which is ENXIO for what is
-    /// neither a file nor a folder. Never waits for somebody to write to a pipe, but a
-    /// while for descriptors when too many are open. A file in a folder
-    /// that has been replaced since it was found may be open as something else.
-    int open() const;
+    /// Open for reading from the beginning on, or none and errno, which is ENXIO for what is neither a file
+    /// nor a folder. Never waits for somebody to write to a pipe, but a while for descriptors when too many
+    /// are open. A file in a folder that has been replaced since it was found may be open as something else.
+    Descriptor open() const;
 
 private:
     int _open() const;

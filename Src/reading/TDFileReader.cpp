@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -86,14 +86,14 @@ PassedLines firstLines(QByteArrayView bytes, qint64 count)
     return lines;
 }
 
-int openToRead(const FileToRead &file, struct stat &status)
+/// None, with errno, where it can't be opened.
+Descriptor openToRead(const FileToRead &file, struct stat &status)
 {
-    const int descriptor = file.open();
-    if (descriptor == -1 || ::fstat(descriptor, &status) != 0 || isSafeToRead(status))
+    Descriptor descriptor = file.open();
+    if (!descriptor.isOpen() || ::fstat(descriptor.number(), &status) != 0 || isSafeToRead(status))
         return descriptor;
-    (void)::close(descriptor);
     errno = ENXIO;
-    return -1;
+    return Descriptor();
 }
 
 QString reasonOfOpenError(int errorNumber)
@@ -110,9 +110,10 @@ QString reasonOfOpenError(int errorNumber)
 
 } // namespace
 
-TDFileReader::TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding)
-    : _readBuffer(file.content ? TDReadBuffer(descriptor, *file.content)
-                               : TDReadBuffer(descriptor, mostBytes)),
+TDFileReader::TDFileReader(Descriptor descriptor, qint64 mostBytes, const FileToRead &file,
+                           StringEncoding encoding)
+    : _readBuffer(file.content ? TDReadBuffer(std::move(descriptor), *file.content)
+                               : TDReadBuffer(std::move(descriptor), mostBytes)),
       _stringEncoding(encoding), _path(file.path)
 {
     _line.reserve(LINE_CAPACITY);
@@ -129,12 +130,13 @@ std::unique_ptr<TDFileReader> TDFileReader::fileReaderWithFile(const FileToRead 
 {
     error.clear();
     struct stat status = {};
-    const int descriptor = openToRead(file, status);
-    if (descriptor == -1) {
+    Descriptor descriptor = openToRead(file, status);
+    if (!descriptor.isOpen()) {
         error = openError(file.path, errno);
         return nullptr;
     }
-    std::unique_ptr<TDFileReader> reader(new TDFileReader(descriptor, bytesToRead(status), file, encoding));
+    std::unique_ptr<TDFileReader> reader(
+        new TDFileReader(std::move(descriptor), bytesToRead(status), file, encoding));
     reader->_probeForEncoding();
     reader->_converter = TextConverter::converterForEncoding(reader->_stringEncoding);
     reader->_unitSize = reader->_sizeOfUnit();

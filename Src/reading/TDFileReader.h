@@ -81,7 +81,7 @@ public:
     TextConverter *converter() const { return _converter.get(); }
 
 private:
-    TDFileReader(int descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding);
+    TDFileReader(Descriptor descriptor, qint64 mostBytes, const FileToRead &file, StringEncoding encoding);
 
     void _probeForEncoding();
     ByteOrderMark _takeByteOrderMark();

@@ -1,30 +1,32 @@
 #include "reading/TDReadBuffer.h"
 
-#include "foundation/FileSystemCalls.h"
-
 #include "foundation/AssertionHandler.h"
+#include "foundation/FileSystemCalls.h"
 #include "foundation/LocalizedText.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
-TDReadBuffer::TDReadBuffer(int descriptor, qint64 mostBytes)
-    : _descriptor(descriptor), _block(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE)),
+TDReadBuffer::TDReadBuffer(Descriptor descriptor, qint64 mostBytes)
+    : _descriptor(std::move(descriptor)), _block(std::make_unique_for_overwrite<char[]>(BLOCK_SIZE)),
       _data(_block.get()), _bytesLeft(mostBytes)
 {}
 
-TDReadBuffer::TDReadBuffer(int descriptor, QByteArrayView content)
-    : _descriptor(descriptor), _data(content.data()), _size(content.size()), _bytesLeft(0), _endOfFile(true)
+TDReadBuffer::TDReadBuffer(Descriptor descriptor, QByteArrayView content)
+    : _descriptor(std::move(descriptor)), _data(content.data()), _size(content.size()), _bytesLeft(0),
+      _endOfFile(true)
 {}
 
 TDReadBuffer::~TDReadBuffer()
 {
-    if (_descriptor != -1)
+    if (_descriptor.isOpen())
         reportAssertion({"TDReadBuffer::~TDReadBuffer()", "Src/TDFileReader", 282,
                          "File descriptor not closed with close(...)"});
+    // Nobody closes it then: who forgot to may have it in use.
+    (void)_descriptor.release();
 }
 
 bool TDReadBuffer::read(char &byte, TDError &error)
@@ -78,7 +80,8 @@ void TDReadBuffer::pushBack(char byte)
 void TDReadBuffer::unbufferedRead(TDError &error)
 {
     error.clear();
-    const ssize_t count = FileSystemCalls::current().read(_descriptor, _block.get(), size_t(BLOCK_SIZE));
+    const ssize_t count =
+        FileSystemCalls::current().read(_descriptor.number(), _block.get(), size_t(BLOCK_SIZE));
     if (count == -1) {
         error = TDError::posixError(errno);
         return;
@@ -92,14 +95,16 @@ void TDReadBuffer::unbufferedRead(TDError &error)
 bool TDReadBuffer::close(TDError &error, const FilePath &path)
 {
     error.clear();
-    if (_descriptor == -1)
+    if (!_descriptor.isOpen())
         return true;
-    if (::close(_descriptor) == 0) {
-        _descriptor = -1;
+    const int number = _descriptor.release();
+    if (FileSystemCalls::current().close(number) == 0)
         return true;
-    }
+    const int failure = errno;
+    // What couldn't be closed is reported again when the buffer goes.
+    _descriptor = Descriptor(number);
     error = TDError::posixError(
-        errno, path,
+        failure, path,
         formatted(localizedString("An error occurred while closing ‘%@’."), {path.displayText()}));
     return false;
 }

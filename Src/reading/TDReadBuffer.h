@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "foundation/TDError.h"
 
@@ -12,8 +13,8 @@
 namespace tidemark {
 
 /// Reads an open descriptor in blocks and hands the bytes out, one by one or a stretch at a time; bytes can
-/// be pushed back. The only place where a file being read is read or closed. The descriptor belongs to the
-/// buffer and must be closed with close() before the buffer is destroyed.
+/// be pushed back. The only place where a file being read is read or closed. It must be closed with close()
+/// before the buffer is destroyed, so that a failure can be told.
 class TDReadBuffer
 {
 public:
@@ -22,10 +23,10 @@ public:
 
     /// Of a file that others go on writing to, what lies behind the first `mostBytes` isn't read: it might
     /// never end.
-    explicit TDReadBuffer(int descriptor, qint64 mostBytes = std::numeric_limits<qint64>::max());
+    explicit TDReadBuffer(Descriptor descriptor, qint64 mostBytes = std::numeric_limits<qint64>::max());
     /// Hands out what was read of the descriptor already, and doesn't read it. The bytes must stay as long as
     /// the buffer.
-    TDReadBuffer(int descriptor, QByteArrayView content);
+    TDReadBuffer(Descriptor descriptor, QByteArrayView content);
     ~TDReadBuffer();
     TDReadBuffer(const TDReadBuffer &) = delete;
     TDReadBuffer &operator=(const TDReadBuffer &) = delete;
@@ -47,14 +48,14 @@ public:
     /// Reads the next block over the one at hand.
     void unbufferedRead(TDError &error);
 
-    /// Closes the descriptor; `path` is for the error's text. True when it is closed, also when it already
-    /// was.
+    /// `path` is for the error's text. True when it is closed, also when it already was.
     bool close(TDError &error, const FilePath &path);
 
-    int descriptor() const { return _descriptor; }
+    /// -1 once it is closed.
+    int descriptor() const { return _descriptor.number(); }
 
 private:
-    int _descriptor;
+    Descriptor _descriptor;
     std::unique_ptr<char[]> _block;
     const char *_data = nullptr; ///< the block, or another's bytes
     qsizetype _size = 0;         ///< bytes in _data

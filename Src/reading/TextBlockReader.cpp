@@ -73,16 +73,9 @@ TextBlockReader::TextBlockReader()
     _allocate(FIRST_CAPACITY);
 }
 
-TextBlockReader::~TextBlockReader()
-{
-    close();
-}
-
 void TextBlockReader::close()
 {
-    if (_descriptor >= 0)
-        (void)::close(_descriptor);
-    _descriptor = -1;
+    (void)_descriptor.close();
 }
 
 TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEncoding encoding)
@@ -97,7 +90,7 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     _modificationDate.reset();
     _descriptor = file.open();
     struct stat status;
-    if (_descriptor < 0 || ::fstat(_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+    if (!_descriptor.isOpen() || ::fstat(_descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return Outcome::NeedsLineReader;
     if (file.gate && !file.gate->admits(file, status))
         return Outcome::EndOfFile;
@@ -107,7 +100,7 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
 #ifdef POSIX_FADV_SEQUENTIAL
     // The system then reads further ahead of us.
     if (status.st_size > LARGEST_READ)
-        (void)::posix_fadvise(_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+        (void)::posix_fadvise(_descriptor.number(), 0, 0, POSIX_FADV_SEQUENTIAL);
 #endif
     if (!_fill() || !_settleEncoding(encoding))
         return Outcome::NeedsLineReader;
@@ -139,7 +132,7 @@ bool TextBlockReader::_fill()
         _allocate(qMax(_end * 2, LATER_CAPACITY));
     checkForStop();
     const qsizetype asked = qMin<qint64>(qMin(_capacity - _end, LARGEST_READ), _bytesLeft);
-    const ssize_t count = ::read(_descriptor, _buffer.get() + _end, size_t(asked));
+    const ssize_t count = ::read(_descriptor.number(), _buffer.get() + _end, size_t(asked));
     if (count < 0)
         return false;
     _bytesLeft -= count;
@@ -158,7 +151,7 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         _hadByteOrderMarker = mark.length > 0;
         _start = mark.length;
         encoding = encodingOfContent(mark, bytes.sliced(_start), [this] {
-            return _attributes.value(_descriptor, _device, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+            return _attributes.value(_descriptor.number(), _device, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
         });
     }
     if (encoding == TD_ENCODING_UTF8) {

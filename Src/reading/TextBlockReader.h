@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/TDFileCommon.h"
 #include "reading/FileToRead.h"
@@ -31,7 +32,6 @@ public:
     };
 
     TextBlockReader();
-    ~TextBlockReader();
     TextBlockReader(const TextBlockReader &) = delete;
     TextBlockReader &operator=(const TextBlockReader &) = delete;
 
@@ -62,7 +62,7 @@ private:
     /// Most files fit, so that one read tells their end too.
     static constexpr qsizetype FIRST_CAPACITY = 1 << 17;
 
-    int _descriptor = -1;
+    Descriptor _descriptor;
     struct Free
     {
         void operator()(char *memory) const { std::free(memory); }

@@ -1,5 +1,8 @@
 #include "search/FolderListing.h"
 
+#include "foundation/Descriptor.h"
+#include "foundation/FolderStream.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -28,16 +31,15 @@ int FolderListing::_readEntries(int folderDescriptor)
 int FolderListing::_readEntries(int folderDescriptor)
 {
     // The stream closes its descriptor, which is the caller's.
-    const int copy = ::dup(folderDescriptor);
-    DIR *folder = copy < 0 ? nullptr : ::fdopendir(copy);
-    if (folder == nullptr)
+    Descriptor copy(::dup(folderDescriptor));
+    FolderStream folder(copy.isOpen() ? ::fdopendir(copy.number()) : nullptr);
+    if (!folder.isOpen())
         return errno;
+    (void)copy.release();
     errno = 0;
-    while (const dirent *entry = ::readdir(folder))
+    while (const dirent *entry = folder.next())
         _append(entry->d_name, entry->d_type);
-    const int failure = errno;
-    ::closedir(folder);
-    return failure;
+    return errno;
 }
 #endif
 

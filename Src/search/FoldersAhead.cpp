@@ -1,9 +1,9 @@
 #include "search/FoldersAhead.h"
 
+#include "foundation/Descriptor.h"
 #include "search/FolderListing.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace tidemark {
 
@@ -63,12 +63,11 @@ void FoldersAhead::didRead(const QByteArray &path, const QByteArrayList &folders
 
 QByteArrayList FoldersAhead::read(const QByteArray &path, bool withHidden)
 {
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0)
+    const Descriptor folder(::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!folder.isOpen())
         return {};
     FolderListing listing;
-    (void)listing.read(descriptor);
-    (void)::close(descriptor);
+    (void)listing.read(folder.number());
     return listing.foldersToCome(path, withHidden);
 }
 

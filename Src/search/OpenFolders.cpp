@@ -7,7 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -27,12 +27,6 @@ int openAlways(int parent, const char *path, int flags)
     return descriptor;
 }
 
-void closeFolder(int descriptor)
-{
-    if (descriptor >= 0)
-        close(descriptor);
-}
-
 } // namespace
 
 OpenFolders::OpenFolders(std::function<void()> giveBackDescriptors)
@@ -48,56 +42,56 @@ OpenFolders::~OpenFolders()
 int OpenFolders::enterScope(const QByteArray &path)
 {
     leaveAll();
-    const int descriptor = _open(AT_FDCWD, path.constData(), FOLDER_FLAGS);
-    if (descriptor < 0)
+    Descriptor descriptor = _open(AT_FDCWD, path.constData(), FOLDER_FLAGS);
+    if (!descriptor.isOpen())
         return errno;
     _scopePath = path;
     _path = path;
     while (_path.endsWith('/'))
         _path.chop(1);
-    return _push(descriptor, _path.size());
+    return _push(std::move(descriptor), _path.size());
 }
 
 int OpenFolders::enter(const char *name)
 {
-    const int descriptor = _open(this->descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
-    if (descriptor < 0)
+    Descriptor folder = _open(descriptor(), name, FOLDER_FLAGS | O_NOFOLLOW);
+    if (!folder.isOpen())
         return errno;
     _path.resize(_levels[_depth - 1].pathLength);
     _path += '/';
     _path += name;
-    return _push(descriptor, _path.size());
+    return _push(std::move(folder), _path.size());
 }
 
-int OpenFolders::_push(int descriptor, qsizetype pathLength)
+int OpenFolders::_push(Descriptor descriptor, qsizetype pathLength)
 {
     if (_depth >= _mostOpen)
         _suspend(_levels[_depth - _mostOpen]);
     if (_depth == _levels.size())
         _levels.emplace_back();
     Level &level = _levels[_depth++];
-    level.descriptor = descriptor;
+    level.descriptor = std::move(descriptor);
     level.pathLength = pathLength;
-    return level.listing.read(descriptor);
+    return level.listing.read(level.descriptor.number());
 }
 
 /// As many folders are closed as it takes; then whoever walks gives back what it can, and then it is waited.
-int OpenFolders::_open(int parent, const char *path, int flags)
+Descriptor OpenFolders::_open(int parent, const char *path, int flags)
 {
     int descriptor = openAlways(parent, path, flags);
     while (descriptor < 0 && lacksDescriptors(errno) && _suspendOutermost())
         descriptor = openAlways(parent, path, flags);
     if (descriptor >= 0 || !lacksDescriptors(errno))
-        return descriptor;
+        return Descriptor(descriptor);
     _giveBackDescriptors();
-    return openPatiently([&] { return openAlways(parent, path, flags); });
+    return Descriptor(openPatiently([&] { return openAlways(parent, path, flags); }));
 }
 
 /// Never the innermost, in which things are opened. False when no other is open.
 bool OpenFolders::_suspendOutermost()
 {
     for (size_t index = 0; index + 1 < _depth; ++index) {
-        if (_levels[index].descriptor >= 0) {
+        if (_levels[index].descriptor.isOpen()) {
             _suspend(_levels[index]);
             return true;
         }
@@ -107,71 +101,59 @@ bool OpenFolders::_suspendOutermost()
 
 void OpenFolders::_suspend(Level &level)
 {
-    if (level.descriptor < 0)
+    if (!level.descriptor.isOpen())
         return;
     struct stat status = {};
     // A folder that can't even tell who it is isn't recognised later on either, and is then given up.
-    fstat(level.descriptor, &status);
+    fstat(level.descriptor.number(), &status);
     level.device = status.st_dev;
     level.inode = status.st_ino;
-    closeFolder(level.descriptor);
-    level.descriptor = -1;
+    (void)level.descriptor.close();
 }
 
 int OpenFolders::leave()
 {
-    const int left = _levels[--_depth].descriptor;
-    _levels[_depth].descriptor = -1;
-    int failure = 0;
-    if (_depth > 0 && descriptor() < 0) {
-        Level &level = _levels[_depth - 1];
-        if (left >= 0)
-            level.descriptor = _verified(_open(left, "..", FOLDER_FLAGS), level);
-        if (level.descriptor < 0)
-            level.descriptor = _reopenFromScope(_depth - 1);
-        if (level.descriptor < 0) {
-            failure = errno;
-            level.listing.clear();
-        }
-    }
-    closeFolder(left);
-    return failure;
+    const Descriptor left = std::move(_levels[--_depth].descriptor);
+    if (_depth == 0 || descriptor() >= 0)
+        return 0;
+    Level &level = _levels[_depth - 1];
+    if (left.isOpen())
+        level.descriptor = _verified(_open(left.number(), "..", FOLDER_FLAGS), level);
+    if (!level.descriptor.isOpen())
+        level.descriptor = _reopenFromScope(_depth - 1);
+    if (level.descriptor.isOpen())
+        return 0;
+    level.listing.clear();
+    return errno;
 }
 
 void OpenFolders::leaveAll()
 {
-    for (; _depth > 0; --_depth) {
-        closeFolder(_levels[_depth - 1].descriptor);
-        _levels[_depth - 1].descriptor = -1;
-    }
+    for (; _depth > 0; --_depth)
+        (void)_levels[_depth - 1].descriptor.close();
 }
 
-/// The descriptor, or -1 and errno when it isn't that of the level's folder, which was moved then.
-int OpenFolders::_verified(int descriptor, const Level &level)
+/// The descriptor, or none and errno when it isn't that of the level's folder, which was moved then.
+Descriptor OpenFolders::_verified(Descriptor descriptor, const Level &level)
 {
     struct stat status = {};
-    if (descriptor < 0 ||
-        (fstat(descriptor, &status) == 0 && status.st_dev == level.device && status.st_ino == level.inode))
+    if (!descriptor.isOpen() || (fstat(descriptor.number(), &status) == 0 && status.st_dev == level.device &&
+                                 status.st_ino == level.inode))
         return descriptor;
-    closeFolder(descriptor);
     errno = ENOENT;
-    return -1;
+    return Descriptor();
 }
 
 /// Name by name, as the whole path may be longer than the system takes.
-int OpenFolders::_reopenFromScope(size_t index)
+Descriptor OpenFolders::_reopenFromScope(size_t index)
 {
-    int descriptor = _open(AT_FDCWD, _scopePath.constData(), FOLDER_FLAGS);
-    for (size_t i = 1; i <= index && descriptor >= 0; ++i) {
+    Descriptor folder = _open(AT_FDCWD, _scopePath.constData(), FOLDER_FLAGS);
+    for (size_t i = 1; i <= index && folder.isOpen(); ++i) {
         const qsizetype nameStart = _levels[i - 1].pathLength + 1;
         const QByteArray name = _path.mid(nameStart, _levels[i].pathLength - nameStart);
-        const int next = _open(descriptor, name.constData(), FOLDER_FLAGS | O_NOFOLLOW);
-        const int failure = errno;
-        closeFolder(descriptor);
-        descriptor = next;
-        errno = failure;
+        folder = _open(folder.number(), name.constData(), FOLDER_FLAGS | O_NOFOLLOW);
     }
-    return _verified(descriptor, _levels[index]);
+    return _verified(std::move(folder), _levels[index]);
 }
 
 QByteArrayList OpenFolders::foldersToCome(int level, bool withHidden) const

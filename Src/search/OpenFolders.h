@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "search/FolderListing.h"
 
 #include <QByteArray>
@@ -33,7 +34,7 @@ public:
 
     /// 0 outside, 1 in the scope's folder.
     int depth() const { return int(_depth); }
-    int descriptor() const { return _levels[_depth - 1].descriptor; }
+    int descriptor() const { return _levels[_depth - 1].descriptor.number(); }
     /// Of the innermost folder. The reference holds until another folder is entered, names taken from it
     /// until their folder is left.
     FolderListing &listing() { return _levels[_depth - 1].listing; }
@@ -50,7 +51,7 @@ public:
 private:
     struct Level
     {
-        int descriptor = -1;
+        Descriptor descriptor;
         /// By which the folder is known again when its descriptor was closed meanwhile.
         dev_t device = 0;
         ino_t inode = 0;
@@ -59,12 +60,12 @@ private:
         FolderListing listing;
     };
 
-    int _push(int descriptor, qsizetype pathLength);
-    int _open(int parent, const char *path, int flags);
+    int _push(Descriptor descriptor, qsizetype pathLength);
+    Descriptor _open(int parent, const char *path, int flags);
     bool _suspendOutermost();
     static void _suspend(Level &level);
-    static int _verified(int descriptor, const Level &level);
-    int _reopenFromScope(size_t index);
+    static Descriptor _verified(Descriptor descriptor, const Level &level);
+    Descriptor _reopenFromScope(size_t index);
 
     std::function<void()> _giveBackDescriptors;
     size_t _mostOpen;

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <unistd.h>
 #include <utility>
 
 namespace tidemark {
@@ -36,16 +35,16 @@ std::shared_ptr<SharedFolder> SharedFolder::duplicate(int descriptor)
 {
     if (sharedFolders >= mostSharedFolders())
         return nullptr;
-    const int copy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-    if (copy < 0)
+    Descriptor copy(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+    if (!copy.isOpen())
         return nullptr;
     ++sharedFolders;
-    return std::shared_ptr<SharedFolder>(new SharedFolder(copy));
+    return std::shared_ptr<SharedFolder>(new SharedFolder(std::move(copy)));
 }
 
 SharedFolder::~SharedFolder()
 {
-    (void)::close(_descriptor);
+    (void)_descriptor.close();
     --sharedFolders;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Descriptor.h"
 #include "foundation/FilePath.h"
 #include "foundation/ProcessUse.h"
 #include "foundation/TDError.h"
@@ -33,11 +34,11 @@ public:
     ~SharedFolder();
     /// Whether there is room for a good many more.
     static bool areFew();
-    int descriptor() const { return _descriptor; }
+    int descriptor() const { return _descriptor.number(); }
 
 private:
-    explicit SharedFolder(int descriptor) : _descriptor(descriptor) {}
-    int _descriptor;
+    explicit SharedFolder(Descriptor descriptor) : _descriptor(std::move(descriptor)) {}
+    Descriptor _descriptor;
 };
 
 /// One file (or one unreadable folder) on its way through a search.

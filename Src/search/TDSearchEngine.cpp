@@ -1,11 +1,11 @@
 #include "search/TDSearchEngine.h"
 
-#include "foundation/LocalizedText.h"
 #include "foundation/TDFileCommon.h"
 #include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
 #include "reading/TDStringEncoding.h"
 #include "search/Kind.h"
+#include "search/PartsOfFile.h"
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -23,32 +23,6 @@ std::optional<FileDate> dateOf(const FileToRead &file, const TDMatchLineHighligh
 {
     return highlighter.modificationDate() ? highlighter.modificationDate()
                                           : TDFileCommon::fileModificationDate(file.path);
-}
-
-QString reasonOf(LineSearch limit)
-{
-    switch (limit) {
-    case LineSearch::TooLong:
-        return localizedString("Line %lu: the expression takes longer than a second there.");
-    case LineSearch::TooMuchMemory:
-        return localizedString("Line %lu: the expression takes too much memory there.");
-    default:
-        return localizedString("Line %lu: the expression caused an internal error there.");
-    }
-}
-
-/// Null when every line was searched to its end.
-TDError errorOfLimits(const FilePath &path, const FileMatches::LimitedLines &lines)
-{
-    if (lines.count == 0)
-        return {};
-    QString reason = formatted(reasonOf(lines.reason), {lines.firstNumber});
-    if (lines.count > 1)
-        reason += u' ' + formatted(localizedString("So it is on %lu lines in all."), {lines.count});
-    return TDError::initalizePresentErrorWithCode(
-        TD_ERROR_CODE_TD_FILE_READER_FILE_OPEN_ERROR,
-        formatted(localizedString("Sorry, it was not possible to search file ‘%@’."), {path.displayText()}),
-        reason);
 }
 
 } // namespace
@@ -374,78 +348,11 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
     return item ? item : first;
 }
 
-/// What is handed over of one file while it is searched.
-class TDSearchEngine::PartsOfFile
-{
-public:
-    PartsOfFile(const TDSearchEngine &engine, const FileToRead &file, TextBlockReader &reader,
-                const HandOverPart &handOver)
-        : _engine(engine), _file(file), _reader(reader), _handOver(handOver)
-    {}
-
-    bool areThere() const { return _node != nullptr; }
-
-    void handOver(const FileMatches &matches)
-    {
-        if (_node) {
-            _handOver({_node, FoundPart::Kind::More, childrenOf(*_node, matches, {}), matches});
-            return;
-        }
-        _node =
-            _engine._newNode(_file, _reader.modificationDate(), _reader.hadByteOrderMarker(), matches, {});
-        _handOver({_node, FoundPart::Kind::First, {}, matches});
-    }
-
-    void handOverRest(const FileMatches &matches, const TDError &limitError, bool isAll)
-    {
-        const FindResultItems children = childrenOf(*_node, matches, limitError);
-        if (isAll && matches.lines.isEmpty())
-            _handOver({_node, FoundPart::Kind::Instead, children, {}});
-        else if (isAll || !children.isEmpty())
-            _handOver({_node, isAll ? FoundPart::Kind::Instead : FoundPart::Kind::More, children, matches});
-    }
-
-    void handOverFailure(const TDError &error)
-    {
-        _handOver(
-            {_node, FoundPart::Kind::Instead, {TDFindResultItem::initWithError(error, _node.get())}, {}});
-    }
-
-    static FindResultItems childrenOf(TDFindResultItem &node, const FileMatches &matches,
-                                      const TDError &limitError)
-    {
-        FindResultItems children = TDFindResultItem::initWithMatchLines(matches.lines, &node);
-        if (limitError)
-            children << TDFindResultItem::initWithError(limitError, &node);
-        return children;
-    }
-
-private:
-    const TDSearchEngine &_engine;
-    const FileToRead &_file;
-    TextBlockReader &_reader;
-    const HandOverPart &_handOver;
-    /// Another's once it is handed over.
-    std::shared_ptr<TDFindResultItem> _node;
-};
-
-std::shared_ptr<TDFindResultItem> TDSearchEngine::_newNode(const FileToRead &file,
-                                                           std::optional<FileDate> date, bool includesBOM,
-                                                           const FileMatches &matches,
-                                                           const TDError &limitError) const
-{
-    auto node = TDFindResultItem::initWithFile(
-        file.path, date ? date : TDFileCommon::fileModificationDate(file.path), _findText, includesBOM);
-    node->setMatchLines(PartsOfFile::childrenOf(*node, matches, limitError));
-    node->setMatches(matches);
-    return node;
-}
-
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
                                                               const HandOverPart &handOver, TDError &error)
 {
     TDMatchLineHighlighter highlighter;
-    PartsOfFile parts(*this, file, context.reader(), handOver);
+    PartsOfFile parts(file, _findText, context.reader(), handOver);
     highlighter.setSearchShouldStop(&_shouldStopSearch);
     highlighter.setPartReceiver([&parts](const FileMatches &matches) { parts.handOver(matches); });
     if (!highlighter.processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context)) {
@@ -473,7 +380,8 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
         return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error)
                      : nullptr;
     }
-    return _newNode(file, highlighter.modificationDate(), highlighter.includesBOM(), matches, limitError);
+    return newFileNode(file, _findText, highlighter.modificationDate(), highlighter.includesBOM(), matches,
+                       limitError);
 }
 
 /// What can't be opened never came to the gate.

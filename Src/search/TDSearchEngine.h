@@ -112,7 +112,6 @@ private:
     std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
     void _prepareThreads();
     CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
-    class PartsOfFile;
     std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context,
                                                   const HandOverPart &handOver, TDError &error);
     void _take(SearchJob job);
@@ -120,9 +119,6 @@ private:
     void _deliver(const SearchJob &job);
     void _deliverPart(SearchJob &job, const FoundPart &part);
     quint64 _countFound(const FileMatches &matches);
-    std::shared_ptr<TDFindResultItem> _newNode(const FileToRead &file, std::optional<FileDate> date,
-                                               bool includesBOM, const FileMatches &matches,
-                                               const TDError &limitError) const;
     bool _isFoundBefore(const SearchJob &job);
     bool _isFirstFailure(const FileToRead &file);
     void _tellWhatWasLeftOut();

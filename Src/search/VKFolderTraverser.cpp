@@ -1,5 +1,6 @@
 #include "search/VKFolderTraverser.h"
 
+#include "foundation/Descriptor.h"
 #include "foundation/PatientOpen.h"
 #include "search/FileTypes.h"
 #include "search/OpenFolders.h"
@@ -37,14 +38,13 @@ QByteArray firstBytesOf(int folderDescriptor, const char *name, char (&buffer)[P
 {
     // Never waiting, as the name may stand for something else by now.
     constexpr int FLAGS = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    const int descriptor = openPatiently([=] { return openat(folderDescriptor, name, FLAGS); });
-    if (descriptor < 0)
+    const Descriptor file(openPatiently([=] { return openat(folderDescriptor, name, FLAGS); }));
+    if (!file.isOpen())
         return {};
     ssize_t length = 0;
     do
-        length = read(descriptor, buffer, PROBE_LENGTH);
+        length = read(file.number(), buffer, PROBE_LENGTH);
     while (length < 0 && errno == EINTR);
-    close(descriptor);
     return length < 0 ? QByteArray() : QByteArray::fromRawData(buffer, length);
 }
 

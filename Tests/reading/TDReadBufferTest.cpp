@@ -14,7 +14,7 @@ TEST(TDReadBufferTest, AShortReadIsTheEndEvenWhenMoreFollows)
 {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
-    TDReadBuffer buffer(ends[0]);
+    TDReadBuffer buffer{Descriptor(ends[0])};
     TDError error;
     char byte = 0;
     ASSERT_EQ(write(ends[1], "a", 1), 1);
@@ -29,7 +29,7 @@ TEST(TDReadBufferTest, AShortReadIsTheEndEvenWhenMoreFollows)
 TEST(TDReadBufferTest, FailuresToReadAndToCloseGiveTheSystemsNumber)
 {
     const int descriptor = ::open("/", O_RDONLY | O_CLOEXEC);
-    TDReadBuffer buffer(descriptor);
+    TDReadBuffer buffer{Descriptor(descriptor)};
     TDError error;
     char byte = 0;
     EXPECT_FALSE(buffer.read(byte, error));
@@ -59,7 +59,7 @@ TEST(TDReadBufferTest, DestroyingAnOpenBufferIsReportedAndNeverMended)
         setAssertionHandler([](const AssertionFailure &failure) { failures.push_back(failure); });
     const int descriptor = ::open("/", O_RDONLY | O_CLOEXEC);
     {
-        const TDReadBuffer buffer(descriptor);
+        const TDReadBuffer buffer{Descriptor(descriptor)};
     }
     setAssertionHandler(before);
     ASSERT_EQ(failures.size(), 1U);

@@ -19,14 +19,13 @@ constexpr int NAME_WIDTH = 320;
 constexpr int MATCHES_WIDTH = 90;
 constexpr int FILE_ROW_PADDING = 3;
 constexpr int LINE_MARGIN = 4;
-constexpr int MOST_KNOWN_HEIGHTS = 200000;
 constexpr int WHEEL_STEP = 120;
 
 } // namespace
 
 OutlineView::OutlineView(QWidget *parent)
     : QAbstractItemView(parent), _header(new QHeaderView(Qt::Horizontal, this)),
-      _cell(new TDSearchResultsTextFieldCell(this)),
+      _cell(new TDSearchResultsTextFieldCell(this)), _heights(*_cell),
       _scrolled(
           _rows, [this](int row) { return rowHeight(row); }, [this] { return viewport()->height(); })
 {
@@ -84,8 +83,7 @@ const ResultsTreeModel *OutlineView::results() const
 void OutlineView::reset()
 {
     QAbstractItemView::reset();
-    _cell->forgetAll();
-    _heights.clear();
+    _heights.forgetAll();
     if (model() == nullptr)
         return;
     if (model()->rowCount() == 0)
@@ -124,8 +122,7 @@ void OutlineView::rowHeightsChanged()
 
 void OutlineView::_forgetHeights()
 {
-    _heights.clear();
-    _cell->forgetAll();
+    _heights.forgetAll();
     _rowsChanged();
     viewport()->update();
 }
@@ -168,8 +165,7 @@ void OutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
 void OutlineView::_rowsWereRemoved(const QModelIndex &parent)
 {
     // Addresses of nodes that are gone may come back as those of others.
-    _cell->forgetAll();
-    _heights.clear();
+    _heights.forgetAll();
     if (parent.isValid() && isExpanded(parent)) {
         _rows.setShownLines(parent.row(), model()->rowCount(parent));
         _rowsChanged();
@@ -183,13 +179,10 @@ void OutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bot
 {
     const auto *item = static_cast<const TDFindResultItem *>(topLeft.internalPointer());
     const bool isOneRow = topLeft.row() == bottomRight.row();
-    if (isOneRow && item->isMatchLine()) {
-        _cell->forget(*item);
-        _heights.remove(item);
-    } else if (!isOneRow) {
-        _cell->forgetAll();
-        _heights.clear();
-    }
+    if (isOneRow && item->isMatchLine())
+        _heights.forget(*item);
+    else if (!isOneRow)
+        _heights.forgetAll();
     _rowsChanged();
 }
 
@@ -317,16 +310,7 @@ int OutlineView::rowHeight(int row) const
     if (!index.parent().isValid())
         return unit();
     const auto *item = static_cast<const TDFindResultItem *>(index.internalPointer());
-    const auto known = _heights.constFind(item);
-    if (known != _heights.constEnd())
-        return *known;
-    const QStyleOptionViewItem option = leafOption(*item);
-    const int height = _cell->sizeHint(option, index).height();
-    if (_cell->isLong(option, *item))
-        return height;
-    if (_heights.size() >= MOST_KNOWN_HEIGHTS)
-        _heights.clear();
-    return *_heights.insert(item, height);
+    return _heights.heightOf(leafOption(*item), index);
 }
 
 QRect OutlineView::leafRect(const QRect &row) const
@@ -420,16 +404,14 @@ void OutlineView::updateGeometries()
 void OutlineView::resizeEvent(QResizeEvent *event)
 {
     if (event->size().width() != event->oldSize().width())
-        _heights.clear();
+        _heights.forgetAll();
     QAbstractItemView::resizeEvent(event);
 }
 
 void OutlineView::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        _heights.clear();
-        _cell->forgetAll();
-    }
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        _heights.forgetAll();
     QAbstractItemView::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         scheduleDelayedItemsLayout();
@@ -486,9 +468,7 @@ void OutlineView::scrollToMatch(int row, qint64 match)
 void OutlineView::setPreview(std::shared_ptr<const ReplacementPreview> preview)
 {
     _cell->setPreview(std::move(preview));
-    _heights.clear();
-    _rowsChanged();
-    viewport()->update();
+    _forgetHeights();
 }
 
 void OutlineView::scrollTo(const QModelIndex &index, ScrollHint hint)

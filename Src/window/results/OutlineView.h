@@ -2,9 +2,9 @@
 
 #include "session/OutlineRows.h"
 #include "session/ScrolledRows.h"
+#include "window/results/LineHeights.h"
 
 #include <QAbstractItemView>
-#include <QHash>
 #include <QSet>
 
 #include <memory>
@@ -121,10 +121,10 @@ private:
 
     QHeaderView *_header;
     TDSearchResultsTextFieldCell *_cell;
+    mutable LineHeights _heights;
     OutlineRows _rows;
     ScrolledRows _scrolled;
     Files _expanded;
-    mutable QHash<const TDFindResultItem *, int> _heights; ///< of short lines at the present width
     int _wheelRemainder = 0;
     bool _setsScrollBar = false;
 };

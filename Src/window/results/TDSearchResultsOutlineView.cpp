@@ -5,6 +5,7 @@
 #include "window/EmptyState.h"
 #include "window/results/FolderTexts.h"
 #include "window/results/OutlinePainter.h"
+#include "window/results/ResultsAnnouncements.h"
 #include "window/results/ResultsTreeModel.h"
 
 #include <QAccessible>
@@ -29,13 +30,12 @@ constexpr int COUNTS_FROM = 24;
 } // namespace
 
 TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
-    : OutlineView(parent), _emptyState(new EmptyState(Symbol::Search, viewport()))
+    : OutlineView(parent), _announcements(new ResultsAnnouncements(this)),
+      _emptyState(new EmptyState(Symbol::Search, viewport()))
 {
     _emptyState->hide();
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
-    connect(this, &OutlineView::itemDidExpand, this, &TDSearchResultsOutlineView::_announceExpansion);
-    connect(this, &OutlineView::itemDidCollapse, this, &TDSearchResultsOutlineView::_announceExpansion);
 }
 
 void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
@@ -184,7 +184,6 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
     rowHeightsChanged();
     viewport()->update();
     Q_EMIT selectedRowsChanged();
-    _announceSelectedRow();
 }
 
 // -- What is said
@@ -198,37 +197,13 @@ QString TDSearchResultsOutlineView::spokenRow(int row) const
     return formatted(localizedString(isExpanded(index) ? "%@, expanded" : "%@, collapsed"), {spoken});
 }
 
-void TDSearchResultsOutlineView::_announceSelectedRow()
-{
-    const int row = QAccessible::isActive() ? selectedRow() : -1;
-    if (row < 0)
-        return;
-    QAccessibleValueChangeEvent value(this, spokenRow(row));
-    QAccessible::updateAccessibility(&value);
-    QAccessibleEvent focus(this, QAccessible::Focus);
-    focus.setChild(row);
-    if (hasFocus())
-        QAccessible::updateAccessibility(&focus);
-}
-
-void TDSearchResultsOutlineView::_announceExpansion(const QModelIndex &file)
-{
-    if (!QAccessible::isActive())
-        return;
-    QAccessible::State changed;
-    changed.expanded = true;
-    QAccessibleStateChangeEvent event(this, changed);
-    event.setChild(rowOfIndex(file));
-    QAccessible::updateAccessibility(&event);
-}
-
 /// Another match of the same row is highlighted, as a rule.
 void TDSearchResultsOutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                              const QList<int> &roles)
 {
     OutlineView::dataChanged(topLeft, bottomRight, roles);
     if (QAccessible::isActive() && topLeft.row() == bottomRight.row() && topLeft == selectedIndex())
-        _announceSelectedRow();
+        _announcements->announceSelectedRow();
 }
 
 // -- Selecting
@@ -286,16 +261,6 @@ void TDSearchResultsOutlineView::_toggleSelection(int row)
     else
         selected.add(toggled);
     setSelectedRows(selected);
-}
-
-void TDSearchResultsOutlineView::setSelection(const QRect & /*rect*/, QItemSelectionModel::SelectionFlags)
-{
-    // Nothing is selected by the base.
-}
-
-QRegion TDSearchResultsOutlineView::visualRegionForSelection(const QItemSelection & /*selection*/) const
-{
-    return {};
 }
 
 // -- Keys

@@ -9,6 +9,7 @@
 namespace tidemark {
 
 class EmptyState;
+class ResultsAnnouncements;
 
 /// The results as an outline of file rows and match lines, in which rows are selected. The selection is kept
 /// here, as selectionModel() can't hold rows of very many files; that one has the current index only.
@@ -68,8 +69,9 @@ protected:
     void changeEvent(QEvent *event) override;
 
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
-    void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
-    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
+    // Nothing is selected by the base.
+    void setSelection(const QRect &, QItemSelectionModel::SelectionFlags) override {}
+    QRegion visualRegionForSelection(const QItemSelection &) const override { return {}; }
 
     void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                      const QList<int> &roles) override;
@@ -88,10 +90,9 @@ private:
     bool _isOnDisclosure(int row, int x) const;
     void _showHint();
     void _showColumnsThatFit();
-    void _announceSelectedRow();
-    void _announceExpansion(const QModelIndex &file);
 
     OutlineKeys _keys;
+    ResultsAnnouncements *_announcements;
     EmptyState *_emptyState;
     QStringList _locationFolders;
     SelectedRows _selected;
