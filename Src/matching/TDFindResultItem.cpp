@@ -1,5 +1,6 @@
 #include "matching/TDFindResultItem.h"
 
+#include <atomic>
 #include <vector>
 
 namespace tidemark {
@@ -7,6 +8,7 @@ namespace tidemark {
 namespace {
 
 constexpr double NAME_FONT_SIZE = 10;
+std::atomic<quint64> filesFound = 0;
 
 StyledText redText(const QString &text)
 {
@@ -26,6 +28,7 @@ std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithFile(const FilePath 
 {
     auto item = std::make_shared<TDFindResultItem>();
     item->_fileFields = std::make_unique<FileFields>();
+    item->_fileFields->number = ++filesFound;
     item->_fileFields->path = path;
     item->_fileFields->modificationDate = modificationDate;
     item->_fileFields->findText = findText;
@@ -72,6 +75,13 @@ TDFindResultItem::initWithFailedFile(const FilePath &path, std::optional<FileDat
     auto file = initWithFile(path, modificationDate, QString(), false);
     file->setMatchLines({initWithError(error, file.get())});
     return file;
+}
+
+NodeIdentity TDFindResultItem::identity() const
+{
+    if (!isMatchLine())
+        return {_file().number, 0};
+    return {_parent != nullptr ? _parent->_file().number : 0, _matchLine ? _matchLine->lineNumber() : -1};
 }
 
 const TDFindResultItem::FileFields &TDFindResultItem::_file() const

@@ -7,6 +7,7 @@
 #include "matching/TDMatchLine.h"
 #include "text/StyledText.h"
 
+#include <QHashFunctions>
 #include <QList>
 #include <QString>
 
@@ -34,6 +35,20 @@ struct FoundPart
     std::optional<FileMatches> matches; ///< none where the file ended in an error
 };
 
+/// Tells a node from every other, also from those that are gone, whose addresses come back. What is
+/// remembered about nodes goes by it.
+struct NodeIdentity
+{
+    quint64 file = 0; ///< of all files found since the program began, counted from 1
+    qint64 line = 0;  ///< the number of a match line; 0 for the file itself, -1 for an error
+
+    friend bool operator==(const NodeIdentity &, const NodeIdentity &) = default;
+    friend size_t qHash(const NodeIdentity &identity, size_t seed = 0)
+    {
+        return qHashMulti(seed, identity.file, identity.line);
+    }
+};
+
 /// A node of the results tree: a file, or below it one of its match lines or the error that it ended in. Made
 /// on the search thread and handed over as a whole; used by one thread at a time.
 class TDFindResultItem
@@ -58,6 +73,8 @@ public:
     TDMatchLine *matchLine() const { return _matchLine.get(); }
     const std::shared_ptr<TDMatchLine> &sharedMatchLine() const { return _matchLine; }
     TDFindResultItem *parent() const { return _parent; }
+    /// A leaf's parent must be there.
+    NodeIdentity identity() const;
     void setParent(TDFindResultItem *parent) { _parent = parent; }
     const TDError &error() const { return _error; }
     void setError(const TDError &error) { _error = error; }
@@ -106,6 +123,7 @@ private:
     /// What only file nodes have, apart so that the many match-line nodes stay small.
     struct FileFields
     {
+        quint64 number = 0; ///< of its identity
         FilePath path;
         std::optional<FileDate> modificationDate;
         QString findText;

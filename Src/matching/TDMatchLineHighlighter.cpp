@@ -156,6 +156,94 @@ private:
     WorkerThreads _thread{1}; ///< ends first
 };
 
+/// One search through the blocks of the file that the context's reader has opened.
+class TDMatchLineHighlighter::BlockRun
+{
+public:
+    BlockRun(TDMatchLineHighlighter &highlighter, SearchContext &context, TDError &error)
+        : _highlighter(highlighter), _context(context), _error(error)
+    {}
+
+    BlockSearch run();
+
+private:
+    bool _isOver() const
+    {
+        return _highlighter.shouldStop() || _hasFailed || _highlighter._hasExcessiveMatch();
+    }
+    void _searchNext(QByteArrayView block);
+    void _searchBatch(const LineBatch &batch);
+    void _takePart();
+
+    TDMatchLineHighlighter &_highlighter;
+    SearchContext &_context;
+    TDError &_error; ///< of the thread that searches
+    std::atomic<bool> _hasFailed = false;
+    Parts _parts;
+    qint64 _lineNumber = 1;
+    qint64 _bytesRead = 0;
+    std::optional<SecondThread> _secondThread;
+};
+
+TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::BlockRun::run()
+{
+    using Outcome = TextBlockReader::Outcome;
+    QByteArrayView block;
+    Outcome outcome = Outcome::Block;
+    while (!_isOver() && (outcome = _context.reader().nextBlock(block)) == Outcome::Block)
+        _searchNext(block);
+    if (_secondThread)
+        _secondThread->passOn();
+    _secondThread.reset();
+    if (_error)
+        return BlockSearch::Done;
+    if (outcome != Outcome::NeedsLineReader)
+        _highlighter._handOver(_parts);
+    const bool isInDoubt = _highlighter._hasExcessiveMatch() && !_highlighter.shouldStop();
+    return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
+                                                            : BlockSearch::Done;
+}
+
+void TDMatchLineHighlighter::BlockRun::_searchNext(QByteArrayView block)
+{
+    // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
+    if (!_highlighter._hasExcessiveLines && mayHoldLineLongerThan(block, TD_LONGEST_LINE))
+        _highlighter._hasExcessiveLines = true;
+    _bytesRead += block.size();
+    if (!_secondThread && _bytesRead > LARGE_FILE) {
+        _takePart();
+        _secondThread.emplace(_context, [this](const LineBatch &batch) { _searchBatch(batch); });
+    }
+    if (_secondThread) {
+        _secondThread->addBlock(block, _lineNumber);
+        _highlighter._handOver(_parts);
+    } else {
+        _highlighter._searchBlock(block, _lineNumber, _error, _context);
+        _hasFailed = !_error.isNull();
+    }
+}
+
+/// On the second thread.
+void TDMatchLineHighlighter::BlockRun::_searchBatch(const LineBatch &batch)
+{
+    const StopScope scope(&_highlighter._shouldStop, _highlighter._searchShouldStop);
+    try {
+        if (!_hasFailed)
+            _highlighter._searchBatch(batch, _error, _context);
+    } catch (const WorkStopped &) {
+        return; // the reading thread sees the same flags
+    }
+    _hasFailed = _hasFailed || _error;
+    _takePart();
+}
+
+void TDMatchLineHighlighter::BlockRun::_takePart()
+{
+    if (_highlighter._partReceiver && !_highlighter._hasExcessiveMatch() && !_error &&
+        !_highlighter.shouldStop())
+        _parts.take(_context.foundLines(), _highlighter._matches.areBeyondAscii);
+}
+
 bool TDMatchLineHighlighter::processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                                              bool ignoreCase, const QString &matchPattern)
 {
@@ -268,63 +356,15 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
                                                                           TDError &error,
                                                                           SearchContext &context)
 {
-    using Outcome = TextBlockReader::Outcome;
     TextBlockReader &reader = context.reader();
     _startAfresh(context);
-    const Outcome opened = reader.open(file, encoding);
-    if (opened != Outcome::Block)
-        return opened == Outcome::EndOfFile ? BlockSearch::Done : BlockSearch::NeedsLineReader;
+    const TextBlockReader::Outcome opened = reader.open(file, encoding);
+    if (opened != TextBlockReader::Outcome::Block)
+        return opened == TextBlockReader::Outcome::EndOfFile ? BlockSearch::Done
+                                                             : BlockSearch::NeedsLineReader;
     _includesBOM = reader.hadByteOrderMarker();
     _matches.encoding = reader.encoding();
-    std::atomic<bool> hasFailed = false;
-    Parts parts;
-    const auto takePart = [&] {
-        if (_partReceiver && !_hasExcessiveMatch() && !error && !shouldStop())
-            parts.take(context.foundLines(), _matches.areBeyondAscii);
-    };
-    const auto searchBatch = [&](const LineBatch &batch) {
-        const StopScope scope(&_shouldStop, _searchShouldStop);
-        try {
-            if (!hasFailed)
-                _searchBatch(batch, error, context);
-        } catch (const WorkStopped &) {
-            return; // the reading thread sees the same flags
-        }
-        hasFailed = hasFailed || error;
-        takePart();
-    };
-    std::optional<SecondThread> secondThread;
-    qint64 lineNumber = 1;
-    qint64 bytesRead = 0;
-    QByteArrayView block;
-    Outcome outcome = Outcome::Block;
-    while (!shouldStop() && !hasFailed && !_hasExcessiveMatch() &&
-           (outcome = reader.nextBlock(block)) == Outcome::Block) {
-        // Bytes are at least as many as UTF-16 units, so a line that is long enough is among these.
-        _hasExcessiveLines = _hasExcessiveLines || mayHoldLineLongerThan(block, TD_LONGEST_LINE);
-        bytesRead += block.size();
-        if (!secondThread && bytesRead > LARGE_FILE) {
-            takePart();
-            secondThread.emplace(context, searchBatch);
-        }
-        if (secondThread) {
-            secondThread->addBlock(block, lineNumber);
-            _handOver(parts);
-        } else {
-            _searchBlock(block, lineNumber, error, context);
-            hasFailed = !error.isNull();
-        }
-    }
-    if (secondThread)
-        secondThread->passOn();
-    secondThread.reset();
-    if (error)
-        return BlockSearch::Done;
-    if (outcome != Outcome::NeedsLineReader)
-        _handOver(parts);
-    const bool isInDoubt = _hasExcessiveMatch() && !shouldStop();
-    return outcome == Outcome::NeedsLineReader || isInDoubt ? BlockSearch::NeedsLineReader
-                                                            : BlockSearch::Done;
+    return BlockRun(*this, context, error).run();
 }
 
 void TDMatchLineHighlighter::_handOver(Parts &parts)

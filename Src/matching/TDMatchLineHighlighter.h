@@ -75,6 +75,7 @@ private:
     struct LineBatch;
     class SecondThread;
     class Parts;
+    class BlockRun;
 
     void _startAfresh(SearchContext &context);
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <unistd.h>
 #include <utility>
 
 namespace tidemark {
@@ -98,7 +99,7 @@ bool TDReadBuffer::close(TDError &error, const FilePath &path)
     if (!_descriptor.isOpen())
         return true;
     const int number = _descriptor.release();
-    if (FileSystemCalls::current().close(number) == 0)
+    if (::close(number) == 0)
         return true;
     const int failure = errno;
     // What couldn't be closed is reported again when the buffer goes.

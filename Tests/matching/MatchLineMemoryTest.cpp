@@ -17,7 +17,7 @@ namespace {
 /// What the program has allocated and not freed; 0 where that can't be told.
 qint64 bytesInUse()
 {
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if defined(__GLIBC__) && !TIDEMARK_SANITIZED
     const struct mallinfo2 heap = mallinfo2();
     return qint64(heap.uordblks + heap.hblkhd);
 #else

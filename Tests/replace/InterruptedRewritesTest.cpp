@@ -4,6 +4,7 @@
 #include "replace/RewriteRecord.h"
 #include "replace/SaveToDisk.h"
 #include "replace/TDSelectedMatchReplacement.h"
+#include "support/TimeLimit.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
@@ -216,7 +217,7 @@ private:
 TEST_F(InterruptedRewritesTest, AKillAtAnyMomentLosesNothingAndIsTold)
 {
     // TIDEMARK_KILLS sets how many; half of them between two calls, half at any time.
-    const int kills = qMax(qEnvironmentVariableIntValue("TIDEMARK_KILLS"), 240);
+    const int kills = qMax(qEnvironmentVariableIntValue("TIDEMARK_KILLS"), rounds(240));
     QElapsedTimer timer;
     timer.start();
     replaceAndDie(-1);

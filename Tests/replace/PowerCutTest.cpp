@@ -2,6 +2,7 @@
 #include "replace/LossCheck.h"
 #include "replace/ReplaceTestSupport.h"
 #include "replace/RewriteRecord.h"
+#include "support/TimeLimit.h"
 
 #include <QDir>
 
@@ -181,7 +182,8 @@ TEST_P(PowerCutTest, LosesNothingAndIsTold)
     if (!makeFiles())
         GTEST_SKIP() << "no " << GetParam().type << " can be made and mounted here";
     // TIDEMARK_CUTS sets how many on all file systems together.
-    const int cuts = (qMax(qEnvironmentVariableIntValue("TIDEMARK_CUTS"), 30) + 3) / int(DISK_KINDS.size());
+    const int cuts =
+        (qMax(qEnvironmentVariableIntValue("TIDEMARK_CUTS"), rounds(30)) + 3) / int(DISK_KINDS.size());
     Losses losses;
     countCalls();
     for (int cut = 0; cut < cuts && !HasFatalFailure(); ++cut) {

@@ -2,6 +2,7 @@
 #include "replace/LossCheck.h"
 #include "replace/UndoTestSupport.h"
 #include "support/Testing.h"
+#include "support/TimeLimit.h"
 
 #include <random>
 #include <unistd.h>
@@ -88,7 +89,7 @@ protected:
 TEST_F(UndoKillsTest, AKillAtAnyMomentLosesNothingAndTheRestIsUndoneLater)
 {
     // TIDEMARK_UNDO_KILLS sets how many.
-    const int kills = qMax(qEnvironmentVariableIntValue("TIDEMARK_UNDO_KILLS"), 50);
+    const int kills = qMax(qEnvironmentVariableIntValue("TIDEMARK_UNDO_KILLS"), rounds(50));
     startAnew();
     const int calls = undoAndDie(-1);
     expectContents(_before);

@@ -5,6 +5,7 @@
 #include "search/Kind.h"
 #include "support/PlainUser.h"
 #include "support/Testing.h"
+#include "support/TimeLimit.h"
 
 #include <algorithm>
 #include <atomic>
@@ -395,9 +396,8 @@ TEST_P(TDSearchEngineTest, NamesOfEveryByteAreSearchedInFoldersAndAsLocations)
 
 TEST(HugeFiles, LinesThatNoMemoryHoldsAreErrorsAndTheSearchGoesOn)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "It takes long, and shows nothing to them.";
-#endif
+    if (IS_SANITIZED)
+        GTEST_SKIP() << "It takes long, and shows nothing to sanitizers.";
     const TemporaryFolder folder;
     const FilePath huge = folder.write("huge", "");
     ASSERT_EQ(truncate(huge.cString(), qint64(5) << 30), 0);

@@ -4,17 +4,22 @@
 
 namespace tidemark::test {
 
+inline constexpr bool IS_SANITIZED = TIDEMARK_SANITIZED;
+
+/// How often to do what is done very often: sanitizers take several times as long and find faults of theirs
+/// in fewer rounds as well.
+constexpr int rounds(int count)
+{
+    return IS_SANITIZED ? count / 4 : count;
+}
+
 /// A limit that the program holds on an idle machine, in milliseconds. Tests share their machine with other
 /// tests and may be slowed down by sanitizers, so they get more; with TIDEMARK_STRICT_TIMES set they don't.
 inline qint64 timeLimit(qint64 milliseconds)
 {
     if (qEnvironmentVariableIsSet("TIDEMARK_STRICT_TIMES"))
         return milliseconds;
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return milliseconds * 40;
-#else
-    return milliseconds * 8;
-#endif
+    return milliseconds * (IS_SANITIZED ? 40 : 8);
 }
 
 } // namespace tidemark::test

@@ -103,9 +103,8 @@ qint64 bytesInUse()
 
 TEST_F(LongRuns, MemoryReturnsToWhereItWas)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "They keep what is freed.";
-#endif
+    if (IS_SANITIZED)
+        GTEST_SKIP() << "Sanitizers keep what is freed.";
     for (int file = 0; file < 200; ++file)
         folder.write(QByteArray::number(file) + ".txt", QByteArray("a needle in a line\n").repeated(50));
     OpenWindow window(application);

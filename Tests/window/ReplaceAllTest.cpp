@@ -1,4 +1,5 @@
 #include "support/PlainUser.h"
+#include "support/TimeLimit.h"
 #include "support/gui/OpenWindow.h"
 
 #include "foundation/FileSystemCalls.h"
@@ -20,7 +21,7 @@ namespace tidemark::test {
 
 namespace {
 
-constexpr int HEADERS = 3000;
+constexpr int HEADERS = rounds(3000);
 constexpr qint64 OLD = 1234567890000000000;
 
 /// Thousands of files needn't survive a power failure here.

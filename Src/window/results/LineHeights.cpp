@@ -15,7 +15,7 @@ constexpr int MOST_KNOWN = 200000;
 int LineHeights::heightOf(const QStyleOptionViewItem &option, const QModelIndex &line)
 {
     const auto *item = static_cast<const TDFindResultItem *>(line.internalPointer());
-    const auto known = _heights.constFind(item);
+    const auto known = _heights.constFind(item->identity());
     if (known != _heights.constEnd())
         return *known;
     const int height = _cell.sizeHint(option, line).height();
@@ -23,13 +23,13 @@ int LineHeights::heightOf(const QStyleOptionViewItem &option, const QModelIndex 
         return height;
     if (_heights.size() >= MOST_KNOWN)
         _heights.clear();
-    return *_heights.insert(item, height);
+    return *_heights.insert(item->identity(), height);
 }
 
 void LineHeights::forget(const TDFindResultItem &line)
 {
     _cell.forget(line);
-    _heights.remove(&line);
+    _heights.remove(line.identity());
 }
 
 void LineHeights::forgetAll()

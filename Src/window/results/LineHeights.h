@@ -1,5 +1,7 @@
 #pragma once
 
+#include "matching/TDFindResultItem.h"
+
 #include <QHash>
 #include <QModelIndex>
 
@@ -8,7 +10,6 @@ class QStyleOptionViewItem;
 namespace tidemark {
 
 class TDSearchResultsTextFieldCell;
-class TDFindResultItem;
 
 /// How high match lines are, measured when it is asked for and remembered for very many.
 class LineHeights
@@ -25,7 +26,7 @@ public:
 
 private:
     TDSearchResultsTextFieldCell &_cell;
-    QHash<const TDFindResultItem *, int> _heights; ///< of short lines, whose height selecting doesn't change
+    QHash<NodeIdentity, int> _heights; ///< of short lines, whose height selecting doesn't change
 };
 
 } // namespace tidemark

@@ -164,8 +164,9 @@ void OutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
 
 void OutlineView::_rowsWereRemoved(const QModelIndex &parent)
 {
-    // Addresses of nodes that are gone may come back as those of others.
-    _heights.forgetAll();
+    // Other lines may take the place of those.
+    if (parent.isValid())
+        _heights.forgetAll();
     if (parent.isValid() && isExpanded(parent)) {
         _rows.setShownLines(parent.row(), model()->rowCount(parent));
         _rowsChanged();

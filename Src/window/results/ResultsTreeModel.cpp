@@ -231,7 +231,7 @@ void ResultsTreeModel::_endRemove()
         _endReset();
         return;
     }
-    // An address can come back as that of another node.
+    // Those of the removed, and of the file that lost lines.
     _knownCounts.clear();
     endRemoveRows();
 }
@@ -253,7 +253,7 @@ void ResultsTreeModel::_endReset()
 void ResultsTreeModel::noteChanged(const TDFindResultItem &item)
 {
     if (item.parent() == nullptr)
-        _knownCounts.remove(&item);
+        _knownCounts.remove(item.identity());
     else
         noteChanged(*item.parent());
     noteLooksChanged(item);
@@ -284,7 +284,7 @@ void ResultsTreeModel::noteAllChanged()
 
 const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem &file) const
 {
-    const auto known = _knownCounts.constFind(&file);
+    const auto known = _knownCounts.constFind(file.identity());
     if (known != _knownCounts.constEnd())
         return *known;
     const bool isPartlyHidden = _results.isPartlyHidden(file);
@@ -295,7 +295,7 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     for (const auto &item : isPartlyHidden ? file.children() : FindResultItems())
         counts.replaced +=
             item->matchLine() != nullptr ? qint32(item->matchLine()->numberOfReplacedMatches()) : 0;
-    return *_knownCounts.insert(&file, counts);
+    return *_knownCounts.insert(file.identity(), counts);
 }
 
 QString ResultsTreeModel::_noteOf(const TDFindResultItem &file) const

@@ -84,7 +84,7 @@ private:
     Qt::SortOrder _sortOrder = Qt::AscendingOrder;
     QList<qsizetype> _shownOrder; ///< row to position in the results; empty: the same
     QList<qsizetype> _rows;       ///< the other way round
-    mutable QHash<const TDFindResultItem *, Counts> _knownCounts;
+    mutable QHash<NodeIdentity, Counts> _knownCounts;
     bool _isResetting = false;
 };
 

@@ -96,7 +96,7 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
 {
     const int width = std::max(1, _bodyRect(option).width());
     const bool isWhole = option.state & QStyle::State_Selected;
-    Layout *known = _layouts.object(&item);
+    Layout *known = _layouts.object(item.identity());
     if (known != nullptr && known->width == width && known->font == option.font &&
         (known->isWhole == isWhole || !known->isLong))
         return *known;
@@ -118,7 +118,7 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
     const int roomAround = std::max(0, rowHeight(font) - QFontMetrics(font).height());
     made->height = std::max(MINIMUM_ROW_HEIGHT, textHeight + roomAround);
     made->above = roomAround / 2;
-    _layouts.insert(&item, made);
+    _layouts.insert(item.identity(), made);
     return *made;
 }
 

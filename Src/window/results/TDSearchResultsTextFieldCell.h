@@ -1,5 +1,6 @@
 #pragma once
 
+#include "matching/TDFindResultItem.h"
 #include "text/StyledText.h"
 #include "window/results/MatchLineDisplay.h"
 #include "window/results/StyledLinePainter.h"
@@ -13,7 +14,6 @@
 namespace tidemark {
 
 class ReplacementPreview;
-class TDFindResultItem;
 
 /// Lays out and draws the rows below files: match lines with their numbers in a gutter, wrapped by character
 /// over the room beside it, and errors. A long line is shown as an excerpt unless the option says that it is
@@ -47,7 +47,7 @@ public:
     /// Shown behind each match from now on; null: none is. Asked when something is laid out.
     void setPreview(std::shared_ptr<const ReplacementPreview> preview);
     /// Drops what is laid out of the item, or of everything.
-    void forget(const TDFindResultItem &item) { _layouts.remove(&item); }
+    void forget(const TDFindResultItem &item) { _layouts.remove(item.identity()); }
     void forgetAll() { _layouts.clear(); }
 
     static constexpr int MINIMUM_ROW_HEIGHT = 15;
@@ -83,7 +83,7 @@ private:
 
     std::shared_ptr<const ReplacementPreview> _preview;
     int _gutterDigits = LEAST_GUTTER_DIGITS;
-    mutable QCache<const TDFindResultItem *, Layout> _layouts;
+    mutable QCache<NodeIdentity, Layout> _layouts;
 };
 
 } // namespace tidemark
