@@ -59,6 +59,19 @@ public:
                [this] { _clickAnywhere(Qt::ShiftModifier); });
     }
 
+    /// As one types in Replace.
+    void showReplacements(const QString &state)
+    {
+        _setReplacementsShown(true);
+        int length = 0;
+        const QString text = u"an ebb"_s;
+        _small(u"another letter in Replace, "_s + state, int(text.size()),
+               [&] { _window.document().setReplaceText(text.first(++length)); });
+        scroll(state);
+        walk(state);
+        _setReplacementsShown(false);
+    }
+
     void withEverythingSelected()
     {
         const QString state = u"all selected"_s;
@@ -166,6 +179,12 @@ private:
     void _selectAll() { _window.press(Qt::Key_A, Qt::ControlModifier); }
     void _expandOrCollapse() { _window.actions().expandCollapseAll->trigger(); }
 
+    void _setReplacementsShown(bool areShown)
+    {
+        if (_window.actions().showReplacements->isChecked() != areShown)
+            _window.step([this] { _window.actions().showReplacements->trigger(); });
+    }
+
     void _closeSheet()
     {
         if (auto *sheet = _window.controller().window()->findChild<QMessageBox *>())
@@ -206,6 +225,7 @@ void measureSteps(BenchWindow &window)
     steps.scroll(open);
     steps.walk(open);
     steps.select(open);
+    steps.showReplacements(u"replacements shown"_s);
     steps.filter();
     window.actions().showContext->trigger();
     steps.walk(u"context shown"_s);

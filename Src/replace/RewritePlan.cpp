@@ -72,11 +72,13 @@ QByteArray byteOrderMarkOfEncoding(StringEncoding encoding)
     }
 }
 
-LineChanges lineChangesOf(const MatchLines &matchLines)
+LineChanges lineChangesOf(const MatchLines &matchLines, const std::function<void()> &nowAndThen)
 {
     LineChanges changes;
     changes.reserve(size_t(matchLines.size()));
     for (const auto &line : matchLines) {
+        if (qsizetype(changes.size()) % LINES_BETWEEN_CALLS == LINES_BETWEEN_CALLS - 1)
+            nowAndThen();
         const QString oldText = line->savedLineString();
         if (line->isUnsaved())
             changes.push_back({line->lineNumber(), oldText, line->matchLineString(), line->savedMatchRanges(),
@@ -84,9 +86,12 @@ LineChanges lineChangesOf(const MatchLines &matchLines)
         else
             changes.push_back({line->lineNumber(), oldText, oldText, {}, {}});
     }
-    std::stable_sort(changes.begin(), changes.end(), [](const LineChange &left, const LineChange &right) {
+    const auto isBefore = [](const LineChange &left, const LineChange &right) {
         return left.lineNumber < right.lineNumber;
-    });
+    };
+    // As a rule they are, and moving millions takes seconds.
+    if (!std::is_sorted(changes.begin(), changes.end(), isBefore))
+        std::stable_sort(changes.begin(), changes.end(), isBefore);
     return changes;
 }
 

@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -27,7 +28,10 @@ struct LineChange
 
 /// In the order of their line numbers; several for one line stay in their order.
 using LineChanges = std::vector<LineChange>;
-LineChanges lineChangesOf(const MatchLines &matchLines);
+/// `nowAndThen` is called every so many lines, as files can have millions of them.
+LineChanges lineChangesOf(
+    const MatchLines &matchLines, const std::function<void()> &nowAndThen = [] {});
+inline constexpr qsizetype LINES_BETWEEN_CALLS = 4096;
 
 /// The new content of a file, worked out and checked in full before the file is touched: stretches of the old
 /// content that stay as they are, and bytes that are new. In a changed line only what was replaced is

@@ -19,7 +19,8 @@ void forgetSavedLines(const MatchLines &lines)
 
 /// After a save the lines stand in the file as they are in memory. Where a replacement brought line ends into
 /// a line, or emptied one, the numbers of the lines behind it follow the file.
-void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
+void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines,
+                      const std::function<void()> &nowAndThen)
 {
     const bool isEachSaved = savedLines.size() == allLines.size();
     QSet<const TDMatchLine *> saved;
@@ -28,8 +29,11 @@ void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
             saved.insert(line.get());
     }
     qint64 offset = 0;
+    qsizetype count = 0;
     bool isUncertain = false;
     for (const auto &line : allLines) {
+        if (++count % LINES_BETWEEN_CALLS == 0)
+            nowAndThen();
         line->setLineNumber(line->lineNumber() + offset);
         if (!line->isUnsaved() || !(isEachSaved || saved.contains(line.get())))
             continue;
@@ -48,17 +52,21 @@ void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines)
 } // namespace
 
 FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLines &lines,
-                                    const IsFileInSearchLocations &isFileInSearchLocations)
+                                    const IsFileInSearchLocations &isFileInSearchLocations,
+                                    const std::function<void()> &nowAndThen)
 {
-    return {file.path(),          file.modificationDate(),
-            lineChangesOf(lines), TDStringEncoding::userDefaultsEncoding(),
-            file.includesBOM(),   isFileInSearchLocations(file.path())};
+    return {file.path(),
+            file.modificationDate(),
+            lineChangesOf(lines, nowAndThen),
+            TDStringEncoding::userDefaultsEncoding(),
+            file.includesBOM(),
+            isFileInSearchLocations(file.path())};
 }
 
-void noteSavedLines(TDFindResultItem &file, const MatchLines &lines)
+void noteSavedLines(TDFindResultItem &file, const MatchLines &lines, const std::function<void()> &nowAndThen)
 {
     if (file.matches() != nullptr)
-        followSavedLines(file.matches()->lines, lines);
+        followSavedLines(file.matches()->lines, lines, nowAndThen);
 }
 
 bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,

@@ -16,12 +16,15 @@ class UndoStepWriter;
 /// transient.
 using IsFileInSearchLocations = std::function<bool(const FilePath &path)>;
 
-/// What it takes to write the given lines of a file node to its file.
-FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLines &lines,
-                                    const IsFileInSearchLocations &isFileInSearchLocations);
+/// What it takes to write the given lines of a file node to its file. `nowAndThen` is called in between, as
+/// files can have millions of lines.
+FileRewrite::Request rewriteRequest(
+    const TDFindResultItem &file, const MatchLines &lines,
+    const IsFileInSearchLocations &isFileInSearchLocations, const std::function<void()> &nowAndThen = [] {});
 
 /// To be called when the lines have been written, before any of them changes again.
-void noteSavedLines(TDFindResultItem &file, const MatchLines &lines);
+void noteSavedLines(
+    TDFindResultItem &file, const MatchLines &lines, const std::function<void()> &nowAndThen = [] {});
 
 /// Writes a file node's match lines to its file and takes over the file's new date. A node without match
 /// lines is left alone and counts as saved. False with the error of the rewrite.

@@ -54,12 +54,9 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
 {
     _outcome = {};
     _current = std::make_shared<ChangedFile>();
-    const auto whileWaiting = [this] {
-        if (_betweenFiles)
-            _betweenFiles(_filesDone);
-    };
-    _run = std::make_unique<RewriteRun>(RewriteRun::Flushing::FileSystem, filesOf(selectedObjects),
-                                        whileWaiting, [this] { return _stopReplace.load(); });
+    _run = std::make_unique<RewriteRun>(
+        RewriteRun::Flushing::FileSystem, filesOf(selectedObjects), [this] { _lookUp(); },
+        [this] { return _stopReplace.load(); });
     _beginUndoStep(selectedObjects);
     _replaceInObjects(selectedObjects);
     for (const RewriteRun::LateProblem &late : _run->finish())
@@ -120,8 +117,8 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
 bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResultItem> &item)
 {
     TDMatchLine &line = *item->matchLine();
-    if (_current->items.size() % LINES_BETWEEN_EVENTS == LINES_BETWEEN_EVENTS - 1 && _betweenFiles)
-        _betweenFiles(_filesDone);
+    if (_current->items.size() % LINES_BETWEEN_EVENTS == LINES_BETWEEN_EVENTS - 1)
+        _lookUp();
     _current->items << item;
     _current->savedLines << SavedMatchLine(line);
     const ReplacedMatches done = replaceMatches(
@@ -130,6 +127,13 @@ bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResu
         _lastReplacementLength = done.lastLength;
     _current->replacements += quint64(done.count);
     return _outcome.error.isNull();
+}
+
+/// What happened meanwhile is seen to.
+void TDSelectedMatchReplacement::_lookUp() const
+{
+    if (_betweenFiles)
+        _betweenFiles(_filesDone);
 }
 
 void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
@@ -148,8 +152,8 @@ void TDSelectedMatchReplacement::_saveCurrentFile()
     if (file == nullptr || file->matches() == nullptr || !_current->hasSomethingToSave())
         return;
     _waitingFiles.insert(file, _current);
-    FileRewrite::Request request =
-        rewriteRequest(*file, file->matches()->lines, _request.isFileInSearchLocations);
+    FileRewrite::Request request = rewriteRequest(*file, file->matches()->lines,
+                                                  _request.isFileInSearchLocations, [this] { _lookUp(); });
     request.matches = qint64(_current->replacements);
     _run->add(std::move(request), [this, changed = _current](const FileRewrite &rewrite, bool isRewritten) {
         _fileIsDone(*changed, rewrite, isRewritten);
@@ -162,7 +166,7 @@ void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRew
     TDFindResultItem &file = *changed.file;
     _waitingFiles.remove(&file);
     if (isRewritten) {
-        noteSavedLines(file, file.matches()->lines);
+        noteSavedLines(file, file.matches()->lines, [this] { _lookUp(); });
         file.setModificationDate(rewrite.newModificationDate());
         file.setRemark({});
         ++_outcome.filesRewritten;
@@ -176,8 +180,7 @@ void TDSelectedMatchReplacement::_fileIsDone(ChangedFile &changed, const FileRew
         _fileHasFailed(changed, rewrite);
     }
     ++_filesDone;
-    if (_betweenFiles)
-        _betweenFiles(_filesDone);
+    _lookUp();
 }
 
 void TDSelectedMatchReplacement::_fileHasFailed(ChangedFile &changed, const FileRewrite &rewrite)

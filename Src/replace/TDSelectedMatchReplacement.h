@@ -80,6 +80,7 @@ private:
     void _replaceInObjects(const FindResultItems &selectedObjects);
     bool _replaceInLine(const std::shared_ptr<TDFindResultItem> &item);
     void _changeToFile(TDFindResultItem *file);
+    void _lookUp() const;
     void _saveCurrentFile();
     void _fileIsDone(ChangedFile &changed, const FileRewrite &rewrite, bool isRewritten);
     void _fileHasFailed(ChangedFile &changed, const FileRewrite &rewrite);

@@ -19,6 +19,7 @@ ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
 {
     ReplaceExtent extent;
     QSet<const TDFindResultItem *> files;
+    const TDFindResultItem *last = nullptr;
     for (const auto &item : items) {
         const quint64 open = item->matchLine() == nullptr ? 0
                                                           : item->matchLine()->numberOfMatches() -
@@ -26,7 +27,10 @@ ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
         if (open == 0)
             continue;
         extent.matches += open;
-        files.insert(item->parent());
+        // The lines of a file follow each other, as a rule.
+        if (item->parent() != last)
+            files.insert(item->parent());
+        last = item->parent();
     }
     extent.files = quint64(files.size());
     extent.undoSize = UndoJournal::estimatedSizeOf(items);
