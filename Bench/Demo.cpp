@@ -8,12 +8,15 @@
 #include "window/SearchWindowTexts.h"
 #include "window/TDMyDocumentController.h"
 #include "window/WindowedDocument.h"
+#include "window/context/ContextPane.h"
+#include "window/results/ResultsFilterBox.h"
 #include "window/results/ResultsPane.h"
 
 #include <QAction>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
@@ -60,11 +63,15 @@ bool Demo::run(const QString &findText, const QString &replaceText)
     _type(_ui().replaceTextComboBox->lineEdit(), replaceText);
     _showFailedFiles();
     _walk();
+    _showContext();
+    _filter();
+    _export();
     const FileDifference difference(_filesToWatch());
     _replaceOne();
     _replaceSelection();
     _failOnce();
     _replaceAll(findText);
+    _undoAndRedo(findText);
     const QStringList changedLines = difference.changedLines(LINES_TO_SHOW);
     _expect(!changedLines.isEmpty(), u"the files have changed:"_s);
     for (const QString &line : changedLines)
@@ -137,6 +144,67 @@ void Demo::_walk()
     }
     _expect(line != nullptr && line->highlightedMatchIndex() >= 0, u"F4 walks to a match"_s);
     _picture(u"walking"_s);
+}
+
+void Demo::_showContext()
+{
+    _controller->actions().showContext->trigger();
+    const TDFindResultItem *file =
+        _controller->resultsPane().navigation().currentlySelectedMatchLineItem()->parent();
+    _wait(u"the file around the match shows"_s, [this, file] {
+        return _controller->contextPane().title().contains(file->filenameMatchLineSortKey()) &&
+               _controller->contextPane().context().isLookedThrough();
+    });
+    _picture(u"context"_s);
+}
+
+void Demo::_filter()
+{
+    const FindResults &results = _document->findResults();
+    const qsizetype before = results.count();
+    _controller->actions().filterResults->trigger();
+    QLineEdit &field = _controller->resultsPane().filterBox().field();
+    _type(&field, u".h"_s);
+    _wait(u"the filter leaves some of the files"_s,
+          [&] { return results.count() > 0 && results.count() < before; });
+    _picture(u"filtered"_s);
+    QTest::keyClick(&field, Qt::Key_Escape);
+    _wait(u"without it all of them show"_s, [&] { return results.count() == before; });
+}
+
+void Demo::_export()
+{
+    const QString path = _pictures + u"/results.csv"_s;
+    _controller->actions().exportResults->trigger();
+    QFileDialog *panel = nullptr;
+    _wait(u"a panel asks where to"_s, [&] {
+        panel = _controller->window()->findChild<QFileDialog *>();
+        return panel != nullptr && panel->isVisible();
+    });
+    if (panel == nullptr)
+        return;
+    panel->selectFile(path);
+    static_cast<QDialog *>(panel)->accept();
+    _wait(u"the results are in a file"_s, [&] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) && file.readAll().count('\n') > 1;
+    });
+}
+
+void Demo::_undoAndRedo(const QString &findText)
+{
+    const auto trigger = [this](QAction *action) {
+        _wait(u"there is: "_s + action->text(), [action] { return action->isEnabled(); });
+        action->trigger();
+    };
+    trigger(_controller->actions().undoReplacing);
+    _wait(u"undone, every match is back"_s,
+          [&] { return !_controller->isReplacing() && _matchesOnDisk(findText) > 0; });
+    _picture(u"undone"_s);
+    trigger(_controller->actions().redoReplacing);
+    _wait(u"redone, none is left"_s,
+          [&] { return !_controller->isReplacing() && _matchesOnDisk(findText) == 0; });
+    _picture(u"redone"_s);
 }
 
 void Demo::_replaceOne()

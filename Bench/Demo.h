@@ -38,10 +38,14 @@ private:
     void _search(const QString &findText);
     void _showFailedFiles();
     void _walk();
+    void _showContext();
+    void _filter();
+    void _export();
     void _replaceOne();
     void _replaceSelection();
     void _replaceAll(const QString &findText);
     void _failOnce();
+    void _undoAndRedo(const QString &findText);
     void _searchAgain(const QString &findText, const QString &replaceText);
 
     QList<FilePath> _filesToWatch() const;

@@ -2,9 +2,11 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "replace/UndoJournal.h"
 
 #include <QApplication>
 #include <QPalette>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -43,6 +45,8 @@ int main(int argc, char **argv)
     UserDefaults::setStandard(UserDefaults::inMemory());
     // Backups beside the files would be found again.
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_CREATE_BACKUP_BEFORE_REPLACING, false);
+    const QTemporaryDir state;
+    const UndoJournalFolder journal(FilePath::fromDisplayText(state.path()).appendingPathComponent("undo"));
     Demo demo(FilePath(argv[1]), QString::fromLocal8Bit(argv[2]));
     return demo.run(QString::fromLocal8Bit(argv[3]), QString::fromLocal8Bit(argv[4])) ? 0 : 1;
 }

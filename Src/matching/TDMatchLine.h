@@ -34,6 +34,11 @@ public:
 
     /// Ranges of matchLineString(), in the order in which they were found.
     QList<TextRange> matchRanges() const;
+    /// The same without a copy; valid until the line changes.
+    std::span<const TextRange> matchRangesInPlace() const
+    {
+        return _changed ? std::span<const TextRange>(_changed->matchRanges) : _foundRanges;
+    }
     void setMatchRanges(const QList<TextRange> &ranges);
     void appendMatchRange(TextRange range);
     void replaceMatchRange(qsizetype index, TextRange range) { _own().matchRanges[index] = range; }

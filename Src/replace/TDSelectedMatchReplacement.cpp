@@ -144,6 +144,10 @@ void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
         _run->flush();
     _current = std::make_shared<ChangedFile>();
     _current->file = file;
+    // Moving millions of them takes long; room that stays empty costs nothing.
+    const qsizetype lines = file->children().size();
+    _current->items.reserve(lines);
+    _current->savedLines.reserve(lines);
 }
 
 void TDSelectedMatchReplacement::_saveCurrentFile()

@@ -163,7 +163,7 @@ qint64 UndoJournal::estimatedSizeOf(const FindResultItems &matchLines)
             continue;
         if (std::exchange(file, item->parent()) != item->parent())
             size += BYTES_OF_FILE + file->path().bytes().size();
-        for (const TextRange &range : item->matchLine()->matchRanges())
+        for (const TextRange &range : item->matchLine()->matchRangesInPlace())
             size += BYTES_OF_MATCH + range.length * qint64(sizeof(char16_t));
     }
     return size;
