@@ -139,6 +139,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>These results were found with ‘%@’.</source><translation>Diese Ergebnisse wurden mit „%@“ gefunden.</translation></message>
   <message><source>‘%@’ was changed since the search.</source><translation>„%@“ wurde seit der Suche geändert.</translation></message>
   <message><source>Matches that the find text doesn’t fit will stay as they are.</source><translation>Treffer, zu denen der Suchtext nicht passt, bleiben, wie sie sind.</translation></message>
+  <message><source>%@ match will stay as it is.</source><translation>%@ Treffer bleibt, wie er ist.</translation></message>
+  <message><source>%@ matches will stay as they are.</source><translation>%@ Treffer bleiben, wie sie sind.</translation></message>
   <message><source>%lu match</source><translation>%lu Treffer</translation></message>
   <message><source>%lu matches</source><translation>%lu Treffer</translation></message>
   <message><source>%lu file</source><translation>%lu Datei</translation></message>
@@ -166,8 +168,9 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Redo</source><translation>Wiederholen</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Fe&amp;hlschläge zeigen</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Diese Ersetzung wird gerade anderswo rückgängig gemacht.</translation></message>
+  <message><source>This replacement was undone already, or isn't kept any more.</source><translation>Diese Ersetzung wurde schon rückgängig gemacht oder ist nicht mehr gespeichert.</translation></message>
   <message><source>Undo the Whole Run</source><translation>Ganzen Durchlauf rückgängig machen</translation></message>
-  <message><source>Undoing the whole run brings all files that it changed, %@, back to what they were before it.</source><translation>Den ganzen Durchlauf rückgängig zu machen, bringt alle Dateien, die er geändert hat, %@, auf den Stand davor zurück.</translation></message>
+  <message><source>Undoing the whole run puts every file that it changed (%@) back as it was before.</source><translation>Wird der ganze Durchlauf rückgängig gemacht, sind alle Dateien, die er geändert hat (%@), wieder wie zuvor.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ von %@ ersetzt</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ kann „%@“ nicht darstellen</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>Der Ausdruck braucht zu lange, um zu zeigen, was aus den Treffern wird</translation></message>
@@ -212,25 +215,26 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Return opens it in %@</source><translation>Die Eingabetaste öffnet sie in %@</translation></message>
   <message><source>Return opens it with its default program</source><translation>Die Eingabetaste öffnet sie mit ihrem Standardprogramm</translation></message>
   <message><source>Show Conte&amp;xt</source><translation>&amp;Umgebung einblenden</translation></message>
-  <message><source>That is only what the filter “%@” shows.</source><translation>Das ist nur, was der Filter „%@“ zeigt.</translation></message>
+  <message><source>That is only what the filter “%@” shows.</source><translation>Das betrifft nur, was der Filter „%@“ zeigt.</translation></message>
   <message><source>Export the Results That Show</source><translation>Die sichtbaren Ergebnisse exportieren</translation></message>
   <message><source>Filter results</source><translation>Ergebnisse filtern</translation></message>
   <message><source>Show only results with this text in their path or line</source><translation>Nur Ergebnisse mit diesem Text im Pfad oder in der Zeile zeigen</translation></message>
   <message><source>%@ of %@ files show</source><translation>%@ von %@ Dateien sichtbar</translation></message>
-  <message><source>No result has “%@” in its path or line.</source><translation>Kein Ergebnis hat „%@“ im Pfad oder in der Zeile.</translation></message>
+  <message><source>%@ of %@ file shows</source><translation>%@ von %@ Datei sichtbar</translation></message>
+  <message><source>No result has “%@” in its path or line.</source><translation>Kein Ergebnis enthält „%@“ im Pfad oder in der Zeile.</translation></message>
   <message><source>only in the results that show</source><translation>nur in den sichtbaren Ergebnissen</translation></message>
   <message><source>Fi&amp;lter Results</source><translation>Ergebnisse &amp;filtern</translation></message>
-  <message><source>While the results have the keyboard</source><translation>Solange die Ergebnisse die Tastatur haben</translation></message>
+  <message><source>While the results have the keyboard</source><translation>Mit dem Fokus in den Ergebnissen</translation></message>
   <message><source>Keyboard Shortcuts</source><translation>Tastenkürzel</translation></message>
   <message><source>&amp;Keyboard Shortcuts</source><translation>&amp;Tastenkürzel</translation></message>
   <message><source>Expand the file</source><translation>Die Datei aufklappen</translation></message>
-  <message><source>Collapse the file, or go from a line to it</source><translation>Die Datei zuklappen oder von einer Zeile zu ihr gehen</translation></message>
+  <message><source>Collapse the file, or go from a line to it</source><translation>Die Datei zuklappen oder von einer Zeile zu ihrer Datei gehen</translation></message>
   <message><source>First row</source><translation>Erste Zeile der Liste</translation></message>
   <message><source>Last row</source><translation>Letzte Zeile der Liste</translation></message>
   <message><source>A page up</source><translation>Eine Seite nach oben</translation></message>
   <message><source>A page down</source><translation>Eine Seite nach unten</translation></message>
   <message><source>Select the row</source><translation>Die Zeile auswählen</translation></message>
-  <message><source>Select the row, or not any more</source><translation>Die Zeile auswählen oder nicht mehr</translation></message>
+  <message><source>Select the row, or not any more</source><translation>Die Zeile auswählen oder abwählen</translation></message>
   <message><source>Select everything</source><translation>Alles auswählen</translation></message>
   <message><source>line %lu, %@: %@</source><translation>Zeile %lu, %@: %@</translation></message>
   <message><source>line %lu, match %lu of %lu: %@</source><translation>Zeile %lu, Treffer %lu von %lu: %@</translation></message>
@@ -344,7 +348,7 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Add Folder…</source><translation>Ordner hinzufügen …</translation></message>
   <message><source>Drop to search here</source><translation>Ablegen, um hier zu suchen</translation></message>
   <message><source>Add a folder or a file to search first.</source><translation>Zuerst einen Ordner oder eine Datei hinzufügen, in denen gesucht wird.</translation></message>
-  <message><source>Type what to find first.</source><translation>Zuerst eingeben, was gesucht wird.</translation></message>
+  <message><source>Type what to find first.</source><translation>Geben Sie zuerst ein, was gesucht werden soll.</translation></message>
   <message><source>Free software under the BSD 2-Clause License.</source><translation>Freie Software unter der BSD-2-Klausel-Lizenz.</translation></message>
   <message><source>Built with %@.</source><translation>Gebaut mit %@.</translation></message>
   <message><source>Default &amp;encoding</source><translation>Standard&amp;kodierung</translation></message>

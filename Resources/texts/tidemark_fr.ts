@@ -120,12 +120,12 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Show replacements</source><translation>Afficher les remplacements</translation></message>
   <message><source>Check to perform case sensitive searching. (Cmd+C)</source><translation>Cocher pour ignorer la casse pendant la recherche. (Ctrl+C)</translation></message>
   <message><source>Check to use regular expressions in find text. (Cmd+G)</source><translation>Cocher pour utiliser des expressions régulières dans le texte recherché. (Ctrl+G)</translation></message>
-  <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement. (Ctrl+R)</translation></message>
-  <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Remplacer l’occurrence mise en évidence dans les résultats par le texte de remplacement et passer à la suivante. (Ctrl+X)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text. (Cmd+R)</source><translation>Remplacer l’occurrence en surbrillance dans les résultats par le texte de remplacement. (Ctrl+R)</translation></message>
+  <message><source>Replace the currently highlighed match in the search results with the replace text and move to the next match. (Cmd+X)</source><translation>Remplacer l’occurrence en surbrillance dans les résultats par le texte de remplacement et passer à la suivante. (Ctrl+X)</translation></message>
   <message><source>Replace the currently selected matches in the search results with the replace text. (Cmd+S)</source><translation>Remplacer les occurrences sélectionnées dans les résultats par le texte de remplacement. (Ctrl+S)</translation></message>
   <message><source>Replace all the matches in the search results with the replace text. (Cmd+L)</source><translation>Remplacer toutes les occurrences des résultats par le texte de remplacement. (Ctrl+L)</translation></message>
-  <message><source>Highlight the previous match in the search results. (Up; Cmd+Up to move to the first match in previous file)</source><translation>Mettre en évidence l’occurrence précédente dans les résultats. (Haut ; Ctrl+Haut pour aller à la première occurrence du fichier précédent)</translation></message>
-  <message><source>Highlight the next match in the search results. (Down; Cmd+Down to move to the first match in next file)</source><translation>Mettre en évidence l’occurrence suivante dans les résultats. (Bas ; Ctrl+Bas pour aller à la première occurrence du fichier suivant)</translation></message>
+  <message><source>Highlight the previous match in the search results. (Up; Cmd+Up to move to the first match in previous file)</source><translation>Mettre en surbrillance l’occurrence précédente dans les résultats. (Haut ; Ctrl+Haut pour aller à la première occurrence du fichier précédent)</translation></message>
+  <message><source>Highlight the next match in the search results. (Down; Cmd+Down to move to the first match in next file)</source><translation>Mettre en surbrillance l’occurrence suivante dans les résultats. (Bas ; Ctrl+Bas pour aller à la première occurrence du fichier suivant)</translation></message>
   <message><source>Remove selected items from search results. (Delete)</source><translation>Retirer des résultats les éléments sélectionnés. (Suppr)</translation></message>
   <message><source>Expand or collapse all matches to either show or hide all matches. (Cmd+E)</source><translation>Tout développer ou réduire pour afficher ou masquer toutes les occurrences. (Ctrl+E)</translation></message>
   <message><source>Files and folders to search</source><translation>Fichiers et dossiers où chercher</translation></message>
@@ -139,6 +139,8 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>These results were found with ‘%@’.</source><translation>Ces résultats ont été trouvés avec « %@ ».</translation></message>
   <message><source>‘%@’ was changed since the search.</source><translation>« %@ » a changé depuis la recherche.</translation></message>
   <message><source>Matches that the find text doesn’t fit will stay as they are.</source><translation>Les occurrences auxquelles le texte recherché ne correspond pas resteront telles quelles.</translation></message>
+  <message><source>%@ match will stay as it is.</source><translation>%@ occurrence restera telle quelle.</translation></message>
+  <message><source>%@ matches will stay as they are.</source><translation>%@ occurrences resteront telles quelles.</translation></message>
   <message><source>%lu match</source><translation>%lu occurrence</translation></message>
   <message><source>%lu matches</source><translation>%lu occurrences</translation></message>
   <message><source>%lu file</source><translation>%lu fichier</translation></message>
@@ -166,8 +168,9 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Redo</source><translation>Rétablir</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Montrer les éc&amp;hecs</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Ce remplacement est en train d’être annulé ailleurs.</translation></message>
+  <message><source>This replacement was undone already, or isn't kept any more.</source><translation>Ce remplacement a déjà été annulé ou n’est plus conservé.</translation></message>
   <message><source>Undo the Whole Run</source><translation>Annuler tout le remplacement</translation></message>
-  <message><source>Undoing the whole run brings all files that it changed, %@, back to what they were before it.</source><translation>Annuler tout le remplacement ramène tous les fichiers qu’il a modifiés, %@, à leur état précédent.</translation></message>
+  <message><source>Undoing the whole run puts every file that it changed (%@) back as it was before.</source><translation>Annuler tout le remplacement remet tous les fichiers modifiés (%@) dans leur état précédent.</translation></message>
   <message><source>%@ of %@ replaced</source><translation>%@ sur %@ remplacées</translation></message>
   <message><source>%@ cannot hold ‘%@’</source><translation>%@ ne peut pas contenir « %@ »</translation></message>
   <message><source>The expression takes too long to show what becomes of its matches</source><translation>L’expression prend trop de temps pour montrer ce que deviennent ses occurrences</translation></message>
@@ -206,7 +209,7 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>File &amp;Types…</source><translation>T&amp;ypes de fichiers…</translation></message>
   <message><source>Context of the match</source><translation>Contexte de l’occurrence</translation></message>
   <message><source>%@, line %lu</source><translation>%@, ligne %lu</translation></message>
-  <message><source>The file around the highlighted match will appear here.</source><translation>Le fichier autour de l’occurrence en évidence s’affichera ici.</translation></message>
+  <message><source>The file around the highlighted match will appear here.</source><translation>Le fichier autour de l’occurrence en surbrillance s’affichera ici.</translation></message>
   <message><source>This file has changed since it was searched.</source><translation>Ce fichier a changé depuis la recherche.</translation></message>
   <message><source>This is too long to be copied.</source><translation>C’est trop long pour être copié.</translation></message>
   <message><source>Return opens it in %@</source><translation>Entrée l’ouvre dans %@</translation></message>
@@ -216,21 +219,22 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>Export the Results That Show</source><translation>Exporter les résultats visibles</translation></message>
   <message><source>Filter results</source><translation>Filtrer les résultats</translation></message>
   <message><source>Show only results with this text in their path or line</source><translation>Ne montrer que les résultats dont le chemin ou la ligne contient ce texte</translation></message>
-  <message><source>%@ of %@ files show</source><translation>%@ fichiers sur %@ visibles</translation></message>
-  <message><source>No result has “%@” in its path or line.</source><translation>Aucun résultat n’a « %@ » dans son chemin ou sa ligne.</translation></message>
+  <message><source>%@ of %@ files show</source><translation>fichiers visibles : %@ sur %@</translation></message>
+  <message><source>%@ of %@ file shows</source><translation>fichiers visibles : %@ sur %@</translation></message>
+  <message><source>No result has “%@” in its path or line.</source><translation>Aucun résultat ne contient « %@ » dans son chemin ou sa ligne.</translation></message>
   <message><source>only in the results that show</source><translation>seulement dans les résultats visibles</translation></message>
   <message><source>Fi&amp;lter Results</source><translation>Fi&amp;ltrer les résultats</translation></message>
-  <message><source>While the results have the keyboard</source><translation>Quand les résultats ont le clavier</translation></message>
+  <message><source>While the results have the keyboard</source><translation>Quand le focus est dans les résultats</translation></message>
   <message><source>Keyboard Shortcuts</source><translation>Raccourcis clavier</translation></message>
   <message><source>&amp;Keyboard Shortcuts</source><translation>&amp;Raccourcis clavier</translation></message>
-  <message><source>Expand the file</source><translation>Développer le fichier</translation></message>
-  <message><source>Collapse the file, or go from a line to it</source><translation>Réduire le fichier, ou aller d’une ligne à lui</translation></message>
+  <message><source>Expand the file</source><translation>Développer les lignes du fichier</translation></message>
+  <message><source>Collapse the file, or go from a line to it</source><translation>Réduire les lignes du fichier, ou passer d’une ligne à son fichier</translation></message>
   <message><source>First row</source><translation>Première ligne de la liste</translation></message>
   <message><source>Last row</source><translation>Dernière ligne de la liste</translation></message>
   <message><source>A page up</source><translation>Une page vers le haut</translation></message>
   <message><source>A page down</source><translation>Une page vers le bas</translation></message>
   <message><source>Select the row</source><translation>Sélectionner la ligne</translation></message>
-  <message><source>Select the row, or not any more</source><translation>Sélectionner la ligne ou ne plus la sélectionner</translation></message>
+  <message><source>Select the row, or not any more</source><translation>Sélectionner ou désélectionner la ligne</translation></message>
   <message><source>Select everything</source><translation>Tout sélectionner</translation></message>
   <message><source>line %lu, %@: %@</source><translation>ligne %lu, %@ : %@</translation></message>
   <message><source>line %lu, match %lu of %lu: %@</source><translation>ligne %lu, occurrence %lu sur %lu : %@</translation></message>
@@ -344,7 +348,7 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>Add Folder…</source><translation>Ajouter un dossier…</translation></message>
   <message><source>Drop to search here</source><translation>Déposer pour chercher ici</translation></message>
   <message><source>Add a folder or a file to search first.</source><translation>Ajoutez d’abord un dossier ou un fichier où chercher.</translation></message>
-  <message><source>Type what to find first.</source><translation>Tapez d’abord ce qu’il faut chercher.</translation></message>
+  <message><source>Type what to find first.</source><translation>Saisissez d’abord le texte à rechercher.</translation></message>
   <message><source>Free software under the BSD 2-Clause License.</source><translation>Logiciel libre sous licence BSD à deux clauses.</translation></message>
   <message><source>Built with %@.</source><translation>Construit avec %@.</translation></message>
   <message><source>Default &amp;encoding</source><translation>&amp;Encodage par défaut</translation></message>

@@ -1,6 +1,6 @@
 #include "session/ContextMatches.h"
 
-#include "replace/TDReplacement.h"
+#include "session/ReplacementPreview.h"
 
 #include <algorithm>
 
@@ -47,57 +47,33 @@ TextRange rangeOfLine(QStringView saved, qint64 linesBefore)
     return linesBefore == 0 ? TextRange{start, saved.size() - start} : TextRange::notFound();
 }
 
-/// In the order of the matches.
-class Replacements
-{
-public:
-    Replacements(const TDMatchLine &line, const TDReplacement *replacement)
-        : _foundLine(line.foundLineString()), _found(line.foundRanges())
-    {
-        if (replacement != nullptr)
-            _inLine.emplace(*replacement, _foundLine);
-    }
-
-    std::optional<QString> of(qsizetype index, QStringView matched)
-    {
-        if (!_inLine || _error || index >= _found.size())
-            return {};
-        const std::optional<QString> instead = _inLine->replacementFor(_found[index], matched, _error);
-        return instead && *instead != matched ? instead : std::nullopt;
-    }
-
-private:
-    const QString _foundLine;
-    const QList<TextRange> _found;
-    std::optional<TDReplacement::InLine> _inLine;
-    TDError _error;
-};
-
 } // namespace
 
 QList<ContextMatch> contextMatches(const TDFindResultItem &file, qint64 lineNumber, const QString &text,
-                                   const TDReplacement *replacement)
+                                   const ReplacementPreview *preview)
 {
     const TDMatchLine *line = lineAtOrBefore(file, lineNumber);
-    const QString saved = line != nullptr ? line->savedLineString() : QString();
-    const TextRange shown =
-        line != nullptr ? rangeOfLine(saved, lineNumber - line->lineNumber()) : TextRange::notFound();
+    // Only one that was changed can be several by now.
+    const bool isOther = line != nullptr && line->lineNumber() != lineNumber;
+    if (line == nullptr || (isOther && !line->unchangedUtf8().isNull()))
+        return {};
+    const QString saved = line->savedLineString();
+    const TextRange shown = rangeOfLine(saved, lineNumber - line->lineNumber());
     if (!shown.isFound() || QStringView(saved).mid(shown.location, shown.length) != text)
         return {};
     const QList<TextRange> ranges = line->savedMatchRanges();
-    Replacements replacements(*line, replacement);
+    const StringEncoding encoding =
+        file.matches() != nullptr ? file.matches()->encoding : TD_FILE_COMMON_UNKNOWN_ENCODING;
+    const LinePreview become = preview != nullptr ? preview->ofLine(*line, encoding) : LinePreview();
     QList<ContextMatch> matches;
     for (qsizetype index = 0; index < ranges.size(); ++index) {
         const qint64 start = std::max(ranges[index].location, shown.location);
         const qint64 end = std::min(ranges[index].end(), shown.end());
-        const bool isReplaced = line->isReplaced(index);
-        const std::optional<QString> instead =
-            replacements.of(index, QStringView(saved).mid(ranges[index].location, ranges[index].length));
         if (start <= end)
             matches << ContextMatch{{start - shown.location, end - start},
                                     index == line->highlightedMatchIndex(),
-                                    isReplaced,
-                                    isReplaced ? std::nullopt : instead};
+                                    line->isReplaced(index),
+                                    become.replacements.value(index)};
     }
     return matches;
 }

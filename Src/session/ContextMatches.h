@@ -6,7 +6,7 @@
 
 namespace tidemark {
 
-class TDReplacement;
+class ReplacementPreview;
 
 /// A match on a line of a file, as it stands there now.
 struct ContextMatch
@@ -19,8 +19,8 @@ struct ContextMatch
 };
 
 /// The matches that are listed for the line of the file, if the line still reads as it was found or saved:
-/// none otherwise. `text` is without its line end. The replacement may be null.
+/// none otherwise. `text` is without its line end. The preview may be null.
 QList<ContextMatch> contextMatches(const TDFindResultItem &file, qint64 lineNumber, const QString &text,
-                                   const TDReplacement *replacement);
+                                   const ReplacementPreview *preview);
 
 } // namespace tidemark

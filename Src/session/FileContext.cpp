@@ -15,7 +15,8 @@ namespace {
 constexpr qint64 REPORT_INTERVAL_MS = 60;
 /// Lines are kept until they are so long together.
 constexpr qsizetype MOST_UNITS = 1 << 24;
-constexpr qint64 LINES_AT_ONCE = 2000;
+/// Few, as each may be as long as a line gets.
+constexpr qint64 LINES_AT_ONCE = 64;
 
 struct Wish
 {

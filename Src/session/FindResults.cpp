@@ -74,6 +74,7 @@ void FindResults::clear()
     for (const FindResultItems &lines : std::exchange(_allLines, {}))
         old << lines;
     Q_EMIT cleared();
+    Q_EMIT counted();
     releaseInBackground(std::move(old));
 }
 
@@ -85,32 +86,68 @@ void FindResults::append(const FindResultItems &files)
     if (_filter)
         _all << files;
     const qsizetype first = _files.size();
-    if (shown.isEmpty())
-        return;
-    Q_EMIT aboutToAppend(first, shown.size());
-    _files << shown;
-    for (qsizetype position = first; position < _files.size(); ++position)
-        _files[position]->setPosition(position);
-    Q_EMIT appended(first, shown.size());
+    if (!shown.isEmpty()) {
+        Q_EMIT aboutToAppend(first, shown.size());
+        _files << shown;
+        for (qsizetype position = first; position < _files.size(); ++position)
+            _files[position]->setPosition(position);
+        Q_EMIT appended(first, shown.size());
+    }
+    Q_EMIT counted();
 }
 
-/// While no filter is set.
 void FindResults::add(const FoundPart &part)
 {
+    if (!_filter)
+        _grow(part);
+    // Looked for from the end, where the search is.
+    else if (_all.lastIndexOf(part.file) >= 0)
+        _growWhileFiltered(part);
+    Q_EMIT counted();
+}
+
+void FindResults::_grow(const FoundPart &part)
+{
     TDFindResultItem &file = *part.file;
-    const qsizetype position = file.position();
-    if (position >= _files.size() || _files[position] != part.file)
+    if (!shows(file))
         return;
     if (part.kind == FoundPart::Kind::Instead && !file.children().isEmpty())
         _removeRuns({{&file, 0, file.children().size()}});
     if (part.children.isEmpty()) {
         if (file.children().isEmpty())
-            _removeRuns({{nullptr, position, 1}});
+            _removeRuns({{nullptr, file.position(), 1}});
         return;
     }
     Q_EMIT aboutToGrow(&file, file.children().size(), part.children.size());
     file.add(part);
     Q_EMIT grown(&file);
+}
+
+void FindResults::_growWhileFiltered(const FoundPart &part)
+{
+    TDFindResultItem &file = *part.file;
+    const bool isMore = part.kind == FoundPart::Kind::More;
+    const auto shown = isMore ? _filter->shownLines(file, part.children) : std::nullopt;
+    const bool hasNothingToShow = shown && shown->isEmpty();
+    if (!isMore || (!shows(file) && !hasNothingToShow)) {
+        // Files come or go in the middle of what shows, which is rare.
+        const auto filter = _filter;
+        setFilter(nullptr);
+        _grow(part);
+        setFilter(filter);
+        return;
+    }
+    if (shown && shows(file) && !_allLines.contains(&file))
+        _allLines.insert(&file, file.children());
+    if (const auto lines = _allLines.find(&file); lines != _allLines.end())
+        *lines << part.children;
+    FoundPart visible = part;
+    if (shown && shows(file))
+        visible.children = *shown;
+    if (shows(file) && !hasNothingToShow)
+        _grow(visible);
+    else
+        file.add(visible);
 }
 
 // -- What shows
@@ -131,6 +168,7 @@ void FindResults::setFilter(std::shared_ptr<const ResultsFilter> filter)
     _all = _filter ? all : FindResultItems();
     _setSiblings(nullptr, _filtered(all));
     Q_EMIT filtered();
+    Q_EMIT counted();
 }
 
 /// Those of the files that show, each with those of its lines that do.
@@ -223,6 +261,7 @@ void FindResults::remove(const FindResultItems &nodes)
     else
         _removeRuns(removals);
     hidden.update();
+    Q_EMIT counted();
 }
 
 QList<FindResults::Removal> FindResults::_removals(const FindResultItems &nodes) const

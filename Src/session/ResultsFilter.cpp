@@ -8,6 +8,10 @@ namespace tidemark {
 
 namespace {
 
+// Cases of ASCII letters beyond ASCII, in UTF-8.
+constexpr QByteArrayView LONG_S("\xC5\xBF");
+constexpr QByteArrayView KELVIN_SIGN("\xE2\x84\xAA");
+
 QByteArray withSlash(const FilePath &folder)
 {
     return folder.bytes().endsWith('/') ? folder.bytes() : folder.bytes() + '/';
@@ -24,7 +28,6 @@ ResultsFilter::ResultsFilter(const QString &text, const QList<FilePath> &locatio
     if (!isAscii(QStringView(text)))
         return;
     _finder.emplace(text.toLatin1());
-    // The Kelvin sign and the long s.
     _hasFurtherCases = text.contains(u'k', Qt::CaseInsensitive) || text.contains(u's', Qt::CaseInsensitive);
 }
 
@@ -63,7 +66,7 @@ bool ResultsFilter::_isIn(QByteArrayView utf8) const
 {
     if (_finder && _finder->isIn(utf8))
         return true;
-    if (_finder && (!_hasFurtherCases || isAscii(utf8)))
+    if (_finder && !(_hasFurtherCases && (utf8.contains(LONG_S) || utf8.contains(KELVIN_SIGN))))
         return false;
     return QString::fromUtf8(utf8).contains(_text, Qt::CaseInsensitive);
 }

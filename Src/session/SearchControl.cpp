@@ -2,7 +2,6 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
-#include "session/EverythingShows.h"
 #include "session/FindReplaceHistory.h"
 #include "session/MyDocument.h"
 
@@ -10,20 +9,6 @@
 #include <system_error>
 
 namespace tidemark {
-
-namespace {
-
-/// What a file shows may change with what comes to it: everything is filtered once for all parts.
-void addParts(FindResults &results, const QList<FoundPart> &parts)
-{
-    if (parts.isEmpty())
-        return;
-    const EverythingShows everythingShows(results);
-    for (const FoundPart &part : parts)
-        results.add(part);
-}
-
-} // namespace
 
 SearchControl::SearchControl(MyDocument &document, QObject *parent, SearchBody body)
     : QObject(parent), _document(document), _body(std::move(body))
@@ -195,7 +180,8 @@ void SearchControl::_mergeNewResults()
     _document.setFilesWithMatchesCount(arrived.files.size());
     if (!arrived.files.isEmpty())
         _document.findResults().append(arrived.files);
-    addParts(_document.findResults(), arrived.parts);
+    for (const FoundPart &part : arrived.parts)
+        _document.findResults().add(part);
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
 }
 

@@ -59,6 +59,8 @@ public:
     const QString &sectionTitle() const { return _sectionTitle; }
     /// What the last search was started with; nothing before the first.
     const std::optional<SearchTerms> &searchedTerms() const { return _searchedTerms; }
+    /// Where the last search was started; empty before the first.
+    const QList<TDSearchLocation> &searchedLocations() const { return _locations; }
     /// Null before the first search.
     const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
     /// Whether the last search listed lines on which its matches may be shifted.

@@ -45,6 +45,7 @@ void TDMyDocumentController::_makePanes()
     _form = std::make_unique<SearchForm>(_document, _window, _actions, _search, _locations);
     _results = std::make_unique<ResultsPane>(_document, _window, _actions, _search, _replace);
     _context = std::make_unique<ContextPane>(_document, *_results, _replace, *_actions.showContext);
+    connect(&_window, &SearchWindow::activated, _context.get(), &ContextPane::lookAgain);
     _form->takeDropsAnywhere(_window);
     restoreLayout(_window);
 }
@@ -53,6 +54,10 @@ void TDMyDocumentController::_connectSearch()
 {
     connect(&_search, &SearchControl::searchWillStart, _results.get(), &ResultsPane::prepareForSearch);
     connect(&_search, &SearchControl::searchFinished, _results.get(), &ResultsPane::searchFinished);
+    connect(&_search, &SearchControl::searchFinished, _form.get(), [this] {
+        if (_document.findText().isEmpty())
+            _form->focusFindText();
+    });
     connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::searchingChanged);
     connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::_noteWhatRuns);
     connect(&_search, &SearchControl::errorOccured, this,

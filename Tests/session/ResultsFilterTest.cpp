@@ -108,6 +108,23 @@ TEST(ResultsFilter, WhatIsHiddenIsNotRemoved)
     }
 }
 
+TEST(ResultsFilter, KnowsEveryCaseOfALetter)
+{
+    const auto node = TDFindResultItem::initWithFile(FilePath("/t/a"), {}, {}, false);
+    const std::pair<QString, QByteArray> cases[] = {{u"kelvin"_s, "5 \xE2\x84\xAA"
+                                                                  "elvin"},
+                                                    {u"ask"_s, "a\xC5\xBF"
+                                                               "k"},
+                                                    {u"STRASSE"_s, "stra\xC5\xBF"
+                                                                   "se"}};
+    for (const auto &[text, line] : cases) {
+        const auto found = std::make_shared<TDMatchLine>(1, line, std::span<const TextRange>());
+        const auto shown =
+            filterFor(text)->shownLines(*node, {TDFindResultItem::initWithMatchLine(found, node.get())});
+        EXPECT_EQ(shown, std::nullopt) << qPrintable(text);
+    }
+}
+
 TEST(AsciiFinder, FindsWhatALookAtEachPlaceFinds)
 {
     std::mt19937 random(3);

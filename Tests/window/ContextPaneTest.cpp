@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QScrollBar>
 
 namespace tidemark::test {
@@ -77,6 +78,35 @@ TEST_F(ContextPaneTest, AReplacementIsReadAgainAndIsNoChange)
         return line != nullptr && line->text == u"a bar"_s;
     }));
     EXPECT_EQ(window.pane().message(), QString());
+}
+
+TEST_F(ContextPaneTest, WhatSomebodyElseWritesIsReadWhenTheWindowIsActiveAgain)
+{
+    const FilePath path = folder.write("a.txt", "a foo\n");
+    ContextWindow window(application, folder.path());
+    writeFile(path, "other\n");
+    setModificationDate(path, 1000000000);
+    Q_EMIT window.window()->activated();
+    EXPECT_TRUE(waitFor([&] { return !window.pane().message().isEmpty(); }));
+}
+
+TEST_F(ContextPaneTest, AnExpressionThatTakesLongDoesntHoldItUp)
+{
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS, true);
+    folder.write("a.txt", "foo" + QByteArray(24'000, 'a') + "zb\n");
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"fooa+zb"_s);
+    window.search();
+    window.controller().actions().showContext->trigger();
+    const ContextPane &pane = window.controller().contextPane();
+    ASSERT_TRUE(waitFor([&] { return pane.context().line(1) != nullptr; }));
+    QElapsedTimer timer;
+    timer.start();
+    window.document.setFindText(u"(?:(?=a*)a)*b"_s);
+    for (int time = 0; time < 10; ++time)
+        EXPECT_FALSE(pane.view().grab().isNull());
+    EXPECT_LT(timer.elapsed(), 4000);
 }
 
 TEST_F(ContextPaneTest, LinesAreSelectedAndCopied)

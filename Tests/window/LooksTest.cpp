@@ -174,9 +174,11 @@ TEST_F(LooksTest, ASearchThatLacksSomethingSaysSo)
     window.searchIn(folder.path(), {});
     EXPECT_FALSE(window.ui().searchLocationsTableView->emptyState().isVisible());
     window.search();
-    EXPECT_EQ(window.outline()->hintText(), u"Type what to find first."_s);
+    EXPECT_EQ(window.ui().findMessageLabel->wholeText(), u"Type what to find first."_s);
+    EXPECT_TRUE(window.ui().findMessageLabel->isVisible() && window.find()->hasFocus());
     EXPECT_FALSE(button->isVisible());
     window.document.setFindText(u"foo"_s);
+    EXPECT_FALSE(window.ui().findMessageLabel->isVisible());
     window.search();
     EXPECT_TRUE(window.outline()->hintText().startsWith(u"No matches found."_s));
     EXPECT_TRUE(window.outline()->emptyState().isVisible());

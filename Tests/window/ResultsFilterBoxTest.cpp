@@ -54,6 +54,46 @@ TEST_F(ResultsFilterBoxTest, LetsOnlySomeShowUntilEscape)
     EXPECT_EQ(window.highlighted(), u"0:1:0"_s);
 }
 
+TEST_F(ResultsFilterBoxTest, CountsWhatComesAndGoes)
+{
+    ResultsWindow window(application, {fileNode("/t/a.txt", {u"foo low"_s, u"foo high"_s}),
+                                       fileNode("/t/b.txt", {u"foo low"_s})});
+    ResultsFilterBox &box = window.controller().resultsPane().filterBox();
+    window.results.files()[1]->setRemark(u"It failed."_s);
+    box.field().setText(u"high"_s);
+    EXPECT_EQ(box.countText(), u"1 of 2 files show"_s);
+    QAction *showFailures = window.controller().actions().showFailures;
+    EXPECT_FALSE(showFailures->isEnabled());
+    window.results.append({fileNode("/t/c.txt", {u"foo low"_s})});
+    EXPECT_EQ(box.countText(), u"1 of 3 files show"_s);
+    box.field().setText(u"low"_s);
+    EXPECT_TRUE(showFailures->isEnabled());
+    window.navigation.selectFirstMatch();
+    window.navigation.removeSelected();
+    window.navigation.removeSelected();
+    EXPECT_EQ(box.countText(), u"1 of 2 files show"_s);
+    window.navigation.removeSelected();
+    EXPECT_EQ(box.countText(), u"0 of 1 file shows"_s);
+}
+
+TEST_F(ResultsFilterBoxTest, PathsAreThoseBelowTheLocationsOfTheSearch)
+{
+    folder.write("one/a.txt", "foo\n");
+    folder.write("two/b.txt", "foo\n");
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"foo"_s);
+    window.search();
+    // Listed for the next search.
+    window.searchIn(folder.path("two"), u"foo"_s);
+    window.controller().resultsPane().filterBox().field().setText(u"two"_s);
+    ASSERT_EQ(window.document.findResults().count(), 1);
+    window.search();
+    EXPECT_EQ(window.document.findResults().count(), 0);
+    window.searchIn(folder.path(), u"foo"_s);
+    window.search();
+    EXPECT_EQ(window.document.findResults().count(), 1);
+}
+
 TEST_F(ResultsFilterBoxTest, CommandsWorkOnWhatShowsAndSaySo)
 {
     folder.write("a.txt", "foo low\nfoo high\n");

@@ -11,7 +11,6 @@ constexpr float SELECTION_WITHOUT_FOCUS = 0.3F;
 
 constexpr QColor MATCH = QColor(241, 224, 169);
 constexpr QColor HIGHLIGHTED_MATCH = QColor(255, 147, 32);
-constexpr QColor REPLACED_MATCH = QColor(203, 236, 206);
 
 struct Pair
 {
@@ -52,18 +51,17 @@ QTextCharFormat ContextColors::formatOf(const ContextLine::Marked &marked) const
 {
     QTextCharFormat format;
     Pair pair = {Qt::black, MATCH};
-    if (marked.mark == ContextLine::Mark::Inserted)
-        pair = INSERTED[_isDark];
-    else if (marked.mark == ContextLine::Mark::Highlighted)
+    // The current match stays the current one.
+    if (marked.isHighlighted)
         pair.background = HIGHLIGHTED_MATCH;
-    else if (marked.mark == ContextLine::Mark::Replaced)
-        pair.background = REPLACED_MATCH;
+    else if (marked.isNew)
+        pair = INSERTED[_isDark];
     else if (marked.isStruck)
         pair = STRUCK[_isDark];
     format.setForeground(pair.text);
     format.setBackground(pair.background);
     format.setFontStrikeOut(marked.isStruck);
-    format.setFontUnderline(marked.mark == ContextLine::Mark::Inserted);
+    format.setFontUnderline(marked.isNew);
     return format;
 }
 

@@ -80,10 +80,8 @@ void ContextLine::_mark(const ContextMatch &match)
         return;
     const bool begins = before >= 0 && before < reached;
     const qsizetype start = begins ? _places[size_t(before)] : before < 0 ? 0 : _shown.size();
-    const Mark mark = match.isHighlighted ? Mark::Highlighted
-                      : match.isReplaced  ? Mark::Replaced
-                                          : Mark::Match;
-    _marked << Marked{{start, _shown.size() - start}, mark, match.replacement.has_value()};
+    _marked << Marked{
+        {start, _shown.size() - start}, match.isHighlighted, match.replacement.has_value(), match.isReplaced};
     if (match.replacement)
         _insert(*match.replacement);
 }
@@ -103,7 +101,7 @@ void ContextLine::_insert(const QString &replacement)
             _shown += character;
     }
     if (_shown.size() > start)
-        _marked << Marked{{start, _shown.size() - start}, Mark::Inserted};
+        _marked << Marked{{start, _shown.size() - start}, false, false, true};
 }
 
 qsizetype ContextLine::shownAt(qsizetype position) const

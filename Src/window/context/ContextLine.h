@@ -17,12 +17,12 @@ public:
     /// Of a longer line so much is shown, around `center`.
     static constexpr qsizetype MOST_UNITS = 2000;
 
-    enum class Mark { Match, Highlighted, Replaced, Inserted };
     struct Marked
     {
         TextRange shown; ///< an empty match is between two characters
-        Mark mark;
+        bool isHighlighted = false;
         bool isStruck = false;
+        bool isNew = false; ///< was put in, or would be
     };
 
     ContextLine(const QString &line, bool isWhole, const QList<ContextMatch> &matches, qsizetype center);

@@ -10,6 +10,7 @@
 #include "window/ElidedLabel.h"
 #include "window/PlainToolTip.h"
 #include "window/context/ContextView.h"
+#include "window/results/ResultsFont.h"
 #include "window/results/ResultsPane.h"
 #include "window/results/ShownReplacements.h"
 #include "window/results/TDSearchResultsOutlineView.h"
@@ -43,9 +44,10 @@ ContextPane::ContextPane(MyDocument &document, ResultsPane &results, ReplaceCont
 {
     setObjectName(QStringLiteral("contextPane"));
     _view->setObjectName(QStringLiteral("contextView"));
+    _view->setFont(resultsFont(_results.outlineView().font()));
     _view->setAccessibleName(localizedString("Context of the match"));
     _view->setMatches([this](qint64 number, const QString &text) {
-        return _file ? contextMatches(*_file, number, text, _replacement ? &*_replacement : nullptr)
+        return _file ? contextMatches(*_file, number, text, _results.shownReplacements().preview().get())
                      : QList<ContextMatch>();
     });
     _makeHeader();
@@ -93,8 +95,7 @@ void ContextPane::_connect(QAction &showContext)
     connect(&_results.navigation(), &ResultsNavigation::selectionChanged, this, soon);
     connect(&_replace, &ReplaceControl::replacedMatch, this, soon);
     connect(&_replace, &ReplaceControl::replacing, this, soon);
-    connect(&_document, &MyDocument::findTextChanged, this, &ContextPane::_updateReplacement);
-    connect(&_document, &MyDocument::replaceTextChanged, this, &ContextPane::_updateReplacement);
+    connect(&_results.shownReplacements(), &ShownReplacements::changed, _view, &ContextView::updateMatches);
     connect(&_context, &FileContext::opened, this, &ContextPane::_noteFile);
     connect(&_context, &FileContext::arrived, this, &ContextPane::_noteFile);
     connect(_view, &ContextView::returnPressed, _results.resultsActions().openAtMatchAction(),
@@ -106,10 +107,16 @@ void ContextPane::_connect(QAction &showContext)
     connect(&showContext, &QAction::triggered, this, [](bool shown) {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_SHOW_CONTEXT, shown);
     });
-    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this, &showContext] {
-        _updateVisibility();
-        showContext.setChecked(!isHidden());
-    });
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this,
+            [this, &showContext](const QString &key) {
+                if (key == TD_USER_DEFAULTS_NAME_RESULTS_FONT ||
+                    key == TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE)
+                    _view->setFont(resultsFont(_results.outlineView().font()));
+                if (key != TD_USER_DEFAULTS_NAME_SHOW_CONTEXT)
+                    return lookAgain();
+                _updateVisibility();
+                showContext.setChecked(!isHidden());
+            });
     showContext.setChecked(UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_CONTEXT));
 }
 
@@ -119,16 +126,15 @@ void ContextPane::_updateVisibility()
     if (!isShown && _view->hasFocus())
         _results.outlineView().setFocus(Qt::OtherFocusReason);
     setVisible(isShown);
-    _updateReplacement();
     _soon.start(0);
 }
 
-void ContextPane::_updateReplacement()
+/// It may also be read in another encoding, or opened by another editor, by now.
+void ContextPane::lookAgain()
 {
-    _replacement.reset();
-    if (!isHidden() && ShownReplacements::areShown(_document.replaceText()))
-        _replacement.emplace(_replace.replacement());
-    _view->updateMatches();
+    if (_file)
+        _context.open(_file->path(), TDStringEncoding::userDefaultsEncoding());
+    _hint->setWholeText(_file ? _whatReturnDoes() : QString());
 }
 
 // -- The match

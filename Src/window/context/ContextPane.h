@@ -1,6 +1,5 @@
 #pragma once
 
-#include "replace/TDReplacement.h"
 #include "session/FileContext.h"
 
 #include <QTimer>
@@ -33,13 +32,14 @@ public:
     /// What stands above the file.
     QString title() const;
     QString message() const;
+    /// The file may have been changed by somebody else.
+    void lookAgain();
 
 private:
     void _makeHeader();
     void _placeUnderResults();
     void _connect(QAction &showContext);
     void _updateVisibility();
-    void _updateReplacement();
     void _update();
     void _showMatch();
     const TDMatchLine *_line() const;
@@ -59,7 +59,6 @@ private:
     ElidedLabel *_hint;
     QTimer _soon; ///< one update for many changes
     std::shared_ptr<TDFindResultItem> _file;
-    std::optional<TDReplacement> _replacement; ///< that is shown
     QString _copyProblem;
 };
 

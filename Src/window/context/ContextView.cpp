@@ -4,7 +4,6 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -38,7 +37,6 @@ ContextView::ContextView(FileContext &context, QWidget *parent)
     : QAbstractScrollArea(parent), _context(context)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     viewport()->setCursor(Qt::IBeamCursor);
     viewport()->setBackgroundRole(QPalette::Base);
     viewport()->setAutoFillBackground(true);

@@ -69,6 +69,14 @@ QString FieldMessages::messageFor(const TextFault &fault, const QString &text)
            QStringLiteral("   ") + around.simplified();
 }
 
+void FieldMessages::tellIfFindTextIsMissing()
+{
+    if (!_document.findText().isEmpty())
+        return;
+    _ui.findMessageLabel->setWholeText(localizedString("Type what to find first."));
+    _ui.findMessageLabel->show();
+}
+
 void FieldMessages::_check()
 {
     const QString findText = _document.findText();

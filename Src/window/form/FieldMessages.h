@@ -16,7 +16,7 @@ namespace tidemark {
 class MyDocument;
 
 /// Tells under the Find and Replace fields, while the person types, what is wrong with an expression or a
-/// format, with the place marked by a caret.
+/// format, with the place marked by a caret; and after a search that there was nothing to search for.
 class FieldMessages : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,8 @@ class FieldMessages : public QObject
 public:
     /// Both must outlive the object.
     FieldMessages(MyDocument &document, Ui::MyDocument &ui, QObject *parent = nullptr);
+
+    void tellIfFindTextIsMissing();
 
     static QString messageFor(const TextFault &fault, const QString &text);
 

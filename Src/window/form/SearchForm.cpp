@@ -119,7 +119,8 @@ void SearchForm::_setUpOptions()
     };
     connect(_ui.regularExpressionCheckBox, &QCheckBox::toggled, this, enableUnicode);
     enableUnicode(_ui.regularExpressionCheckBox->isChecked());
-    new FieldMessages(_document, _ui, this);
+    auto *messages = new FieldMessages(_document, _ui, this);
+    connect(&_search, &SearchControl::searchFinished, messages, &FieldMessages::tellIfFindTextIsMissing);
     connect(new LeaveOutForm(_ui, this), &LeaveOutForm::startRequested, this, &SearchForm::startRequested);
     auto *notice = new ShiftedMatchesNotice(*_ui.shiftedMatchesLabel, _search, this);
     connect(notice, &ShiftedMatchesNotice::searchRequested, this, &SearchForm::startRequested);

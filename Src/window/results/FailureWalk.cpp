@@ -18,6 +18,7 @@ FailureWalk::FailureWalk(const ResultsTreeModel &model, TDSearchResultsOutlineVi
     connect(&results, &FindResults::cleared, this, &FailureWalk::update);
     connect(&results, &FindResults::removed, this, &FailureWalk::update);
     connect(&results, &FindResults::thinnedOut, this, &FailureWalk::update);
+    connect(&results, &FindResults::filtered, this, &FailureWalk::update);
     update();
 }
 

@@ -182,7 +182,7 @@ void OutlineView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bot
     const bool isOneRow = topLeft.row() == bottomRight.row();
     if (isOneRow && item->isMatchLine())
         _heights.forget(*item);
-    else if (!isOneRow)
+    else // The lines of a file change with it.
         _heights.forgetAll();
     _rowsChanged();
 }

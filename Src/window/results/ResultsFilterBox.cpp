@@ -46,12 +46,20 @@ ResultsFilterBox::ResultsFilterBox(FindResults &results, TDSearchResultsOutlineV
     header.insertWidget(PLACE, this);
     hide();
     connect(_field, &QLineEdit::textChanged, this, &ResultsFilterBox::_apply);
-    // Nodes that are gone may come back as others.
-    connect(&_results, &FindResults::cleared, this, [this] { _expandedBefore.clear(); });
-    for (const auto signal : {&FindResults::filtered, &FindResults::cleared, &FindResults::thinnedOut})
-        connect(&_results, signal, this, &ResultsFilterBox::_showCount);
-    connect(&_results, &FindResults::appended, this, &ResultsFilterBox::_showCount);
-    connect(&_results, &FindResults::removed, this, &ResultsFilterBox::_showCount);
+    connect(&_results, &FindResults::counted, this, &ResultsFilterBox::_showCount);
+    connect(&_results, &FindResults::cleared, this, [this] {
+        // Nodes that are gone may come back as others.
+        _expandedBefore.clear();
+        // Another search may be below other locations.
+        if (_results.filter())
+            _results.setFilter(_filter());
+    });
+}
+
+std::shared_ptr<const ResultsFilter> ResultsFilterBox::_filter() const
+{
+    const QString text = _field->text();
+    return text.isEmpty() ? nullptr : std::make_shared<const ResultsFilter>(text, _locations());
 }
 
 void ResultsFilterBox::open()
@@ -75,11 +83,10 @@ QString ResultsFilterBox::countText() const
 
 void ResultsFilterBox::_apply()
 {
-    const QString text = _field->text();
     const bool wasFiltered = _results.filter() != nullptr;
     if (!wasFiltered)
         _expandedBefore = _view.expandedFiles();
-    _results.setFilter(text.isEmpty() ? nullptr : std::make_shared<const ResultsFilter>(text, _locations()));
+    _results.setFilter(_filter());
     if (_results.filter())
         _expandWhileFew();
     else
@@ -104,10 +111,11 @@ void ResultsFilterBox::_expandWhileFew()
 void ResultsFilterBox::_showCount()
 {
     const QLocale locale;
-    _count->setText(_results.filter() ? formatted(localizedString("%@ of %@ files show"),
-                                                  {locale.toString(_results.count()),
-                                                   locale.toString(_results.countOfAll())})
-                                      : QString());
+    const qsizetype all = _results.countOfAll();
+    const QString text = localizedString(all == 1 ? "%@ of %@ file shows" : "%@ of %@ files show");
+    _count->setText(_results.filter()
+                        ? formatted(text, {locale.toString(_results.count()), locale.toString(all)})
+                        : QString());
     _count->setAccessibleName(_count->text());
 }
 

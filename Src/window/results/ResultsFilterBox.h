@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class QHBoxLayout;
 class QLabel;
@@ -14,6 +15,7 @@ class QLineEdit;
 namespace tidemark {
 
 class FindResults;
+class ResultsFilter;
 class TDFindResultItem;
 class TDSearchResultsOutlineView;
 
@@ -24,7 +26,8 @@ class ResultsFilterBox : public QWidget
     Q_OBJECT
 
 public:
-    /// Places itself in the header. All must outlive the object. `locations` are those that paths are below.
+    /// Places itself in the header. All must outlive the object. `locations` are those that the paths were
+    /// found below.
     ResultsFilterBox(FindResults &results, TDSearchResultsOutlineView &view, QHBoxLayout &header,
                      std::function<QList<FilePath>()> locations);
 
@@ -40,6 +43,7 @@ protected:
 
 private:
     void _apply();
+    std::shared_ptr<const ResultsFilter> _filter() const;
     void _expandWhileFew();
     void _showCount();
 

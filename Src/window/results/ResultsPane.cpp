@@ -74,8 +74,8 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpFilter();
     _setUpOutcome();
     _setUpTextSize();
-    new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox, *_actions.showReplacements,
-                          this);
+    _shownReplacements = new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox,
+                                               *_actions.showReplacements, this);
     connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,
             &ResultsPane::searchOfEverythingRequested);
     connect(&_resultsActions, &ResultsActions::leaveOutRequested, this, &ResultsPane::_leaveOut);
@@ -201,6 +201,9 @@ void ResultsPane::_setUpButtons()
     connect(&results, &FindResults::cleared, this, [this] { _linesOfSearch = 0; });
     connect(&results, &FindResults::appended, this, &ResultsPane::_expandWhileFew);
     connect(&results, &FindResults::appended, this, &ResultsPane::_noteResults);
+    connect(
+        &results, &FindResults::aboutToGrow, this,
+        [this](const TDFindResultItem *, qsizetype, qsizetype count) { _linesOfSearch += quint64(count); });
     connect(&results, &FindResults::grown, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::removed, this, &ResultsPane::_noteResults);
     connect(&results, &FindResults::thinnedOut, this, &ResultsPane::_noteResults);
@@ -264,7 +267,7 @@ void ResultsPane::_setUpFilter()
 {
     _filterBox = new ResultsFilterBox(_document.findResults(), outlineView(), *_ui.resultsHeader, [this] {
         QList<FilePath> paths;
-        for (const TDSearchLocation &location : _document.searchLocations())
+        for (const TDSearchLocation &location : _search.searchedLocations())
             paths << location.path();
         return paths;
     });
@@ -398,7 +401,8 @@ void ResultsPane::searchFinished()
     _announceStatus();
     if (!_navigation.selection().hasSelection())
         _navigation.selectFirstMatch();
-    outlineView().setFocus(Qt::OtherFocusReason);
+    if (!_document.findText().isEmpty())
+        outlineView().setFocus(Qt::OtherFocusReason);
 }
 
 /// What a run came to is worth interrupting for; changes on the way aren't.
@@ -425,6 +429,9 @@ void ResultsPane::_showHint()
     const auto &filter = _document.findResults().filter();
     const bool lacksLocations = _document.searchLocations().isEmpty();
     outlineView().emptyState().setButton({}, {});
+    // They may come yet.
+    if (_search.searching() && _document.findResults().countOfAll() == 0)
+        return outlineView().setHintText({});
     if (filter && _document.findResults().countOfAll() > 0) {
         hint = formatted(localizedString("No result has “%@” in its path or line."), {filter->text()});
     } else if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED) {
@@ -433,7 +440,8 @@ void ResultsPane::_showHint()
         hint = localizedString("Add a folder or a file to search first.");
         outlineView().emptyState().setButton(localizedString("Add Folder…"), tooltipAddLocation());
     } else if (_document.findText().isEmpty()) {
-        hint = localizedString("Type what to find first.");
+        // The field says what is missing.
+        hint = localizedString("Lines with matches will appear here.");
     } else if (_document.findResults().isEmpty() &&
                !_leftOutNotice.showInEmptyResults(formatted(
                    localizedString("Kinds of files searched in folders: %@"), {_kindsOfLastSearch}))) {

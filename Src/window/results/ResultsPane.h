@@ -23,6 +23,7 @@ class MyDocument;
 class ResultsFilterBox;
 class SearchControl;
 class SearchWindow;
+class ShownReplacements;
 struct SearchWindowActions;
 
 /// The lower pane of a search window: the results with their commands and buttons, the section title and the
@@ -43,6 +44,7 @@ public:
     ReplaceCommands &replaceCommands() { return _replaceCommands; }
     ResultsActions &resultsActions() { return _resultsActions; }
     ResultsFilterBox &filterBox() { return *_filterBox; }
+    ShownReplacements &shownReplacements() { return *_shownReplacements; }
 
     /// Before a search starts: the order of arrival, and an empty hint.
     void prepareForSearch();
@@ -89,6 +91,7 @@ private:
     OutcomeNotice _outcomeNotice;
     FailureWalk _failureWalk;
     ResultsFilterBox *_filterBox = nullptr; ///< of the window
+    ShownReplacements *_shownReplacements;  ///< a child
     QString _kindsOfLastSearch;
     quint64 _linesOfSearch = 0; ///< that have arrived since the results were cleared
     quint64 _countOfFilesToReplaceIn = 0;

@@ -64,7 +64,8 @@ void ResultsTreeModel::_connectResults()
     connect(&_results, &FindResults::filtered, this, &ResultsTreeModel::_endReset);
     connect(&_results, &FindResults::aboutToAppend, this, [this](qsizetype first, qsizetype count) {
         beginInsertRows({}, int(first), int(first + count) - 1);
-        if (_shownOrder.isEmpty())
+        // Also the first ones, when the list was empty.
+        if (_sortColumn < 0)
             return;
         for (qsizetype position = first; position < first + count; ++position) {
             _shownOrder << position;
@@ -73,7 +74,7 @@ void ResultsTreeModel::_connectResults()
     });
     connect(&_results, &FindResults::appended, this, [this] {
         endInsertRows();
-        if (!_shownOrder.isEmpty())
+        if (_sortColumn >= 0)
             _changeShownOrder();
     });
     connect(&_results, &FindResults::aboutToGrow, this,

@@ -28,15 +28,15 @@ ShownReplacements::ShownReplacements(MyDocument &document, OutlineView &view, QC
     _update();
 }
 
-bool ShownReplacements::areShown(const QString &replaceText)
+bool ShownReplacements::_areShown() const
 {
     const QVariant stored = UserDefaults::standard().objectForKey(TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS);
-    return stored.isValid() ? stored.toBool() : !replaceText.isEmpty();
+    return stored.isValid() ? stored.toBool() : !_document.replaceText().isEmpty();
 }
 
 void ShownReplacements::_update()
 {
-    const bool areShown = ShownReplacements::areShown(_document.replaceText());
+    const bool areShown = _areShown();
     _box.setChecked(areShown);
     _action.setChecked(areShown);
     std::optional<Subject> subject;
@@ -45,9 +45,11 @@ void ShownReplacements::_update()
     // Most settings have nothing to do with it, and laying out anew costs what is laid out.
     if (std::exchange(_shown, subject) == subject)
         return;
-    _view.setPreview(subject ? std::make_shared<const ReplacementPreview>(
-                                   subject->findText, subject->replaceText, subject->options)
-                             : nullptr);
+    _preview = subject ? std::make_shared<const ReplacementPreview>(subject->findText, subject->replaceText,
+                                                                    subject->options)
+                       : nullptr;
+    _view.setPreview(_preview);
+    Q_EMIT changed();
 }
 
 } // namespace tidemark

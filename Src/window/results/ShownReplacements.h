@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 class QAction;
@@ -13,6 +14,7 @@ namespace tidemark {
 
 class MyDocument;
 class OutlineView;
+class ReplacementPreview;
 
 /// Shows in the results what each match would become, as the texts and options are now: computed by what
 /// writes it, for the rows that show. Main thread only.
@@ -25,9 +27,14 @@ public:
     ShownReplacements(MyDocument &document, OutlineView &view, QCheckBox &box, QAction &action,
                       QObject *parent);
 
-    static bool areShown(const QString &replaceText);
+    /// Null while they aren't shown.
+    const std::shared_ptr<const ReplacementPreview> &preview() const { return _preview; }
+
+Q_SIGNALS:
+    void changed();
 
 private:
+    bool _areShown() const;
     /// All that what is shown depends on, but for the lines.
     struct Subject
     {
@@ -43,6 +50,7 @@ private:
     QCheckBox &_box;
     QAction &_action;
     std::optional<Subject> _shown;
+    std::shared_ptr<const ReplacementPreview> _preview; ///< of that
 };
 
 } // namespace tidemark
