@@ -27,6 +27,7 @@ SearchSession::Arrived SearchSession::takeArrived()
     const std::lock_guard lock(_mutex);
     Arrived arrived = std::exchange(_arrived, {});
     _takenCount += quint64(arrived.files.size() + arrived.parts.size());
+    _allTaken = {_before.files + _inFile.files, _before.matches + _inFile.matches};
     _taken.notify_all();
     return arrived;
 }
@@ -42,7 +43,7 @@ std::optional<QString> SearchSession::currentStatus() const
     const std::lock_guard lock(_mutex);
     if (_toldPath.isEmpty())
         return {};
-    return scanningStatus(_matchCount, _fileMatchCount, _scannedCount, _toldPath);
+    return scanningStatus(_allTaken.matches, _allTaken.files, _scannedCount, _toldPath);
 }
 
 void SearchSession::_post(std::function<void()> delivery)
@@ -63,30 +64,38 @@ void SearchSession::didFindFile(const FilePath &path, quint64 scannedCount, quin
                                 quint64 matchCount)
 {
     _scannedCount.store(scannedCount, std::memory_order_relaxed);
-    _fileMatchCount.store(fileMatchCount, std::memory_order_relaxed);
-    _matchCount.store(matchCount, std::memory_order_relaxed);
-    if (!scanningStatusIsDue())
-        return;
-    const QString status = scanningStatus(matchCount, fileMatchCount, scannedCount, path);
+    const bool isDue = scanningStatusIsDue();
+    const QString status = isDue ? scanningStatus(matchCount, fileMatchCount, scannedCount, path) : QString();
     const std::lock_guard lock(_mutex);
+    _before = {fileMatchCount, matchCount};
+    _inFile = {};
+    if (!isDue)
+        return;
     _toldPath = path;
     _post([this, status] { _receiver.statusChanged(status); });
 }
 
 void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
 {
+    const FileMatches *matches = file->matches();
+    const Counts found = {matches != nullptr ? 1U : 0U, matches != nullptr ? matches->count() : 0};
     std::unique_lock lock(_mutex);
     if (_context == nullptr)
         return;
+    _inFile = found;
     _arrived.files << file;
     _handOver(lock, file->matchLines().size());
 }
 
 void SearchSession::didFindMoreInFile(const FoundPart &part)
 {
+    const quint64 count = part.matches ? part.matches->count() : 0;
     std::unique_lock lock(_mutex);
     if (_context == nullptr)
         return;
+    if (part.kind == FoundPart::Kind::Instead)
+        _inFile = {};
+    _inFile = {part.matches ? 1U : _inFile.files, _inFile.matches + count};
     _arrived.parts << part;
     _handOver(lock, part.children.size());
 }

@@ -48,7 +48,7 @@ public:
     Arrived takeArrived();
     /// Match lines that have arrived since the search started.
     quint64 addResultsMatchLineCount() const;
-    /// The status line as of now; nothing before it was told for the first time.
+    /// The status line, with the counts of what was taken; nothing before it was told for the first time.
     std::optional<QString> currentStatus() const;
     /// Files that the search has come to.
     quint64 scannedCount() const { return _scannedCount.load(std::memory_order_relaxed); }
@@ -68,6 +68,12 @@ private:
     /// way when the session is detached isn't delivered.
     void _post(std::function<void()> delivery);
     void _handOver(std::unique_lock<std::mutex> &lock, qsizetype matchLines);
+    /// Files with matches, and matches.
+    struct Counts
+    {
+        quint64 files = 0;
+        quint64 matches = 0;
+    };
     bool _isAllTaken() const { return _arrived.files.isEmpty() && _arrived.parts.isEmpty(); }
     void _end(const QString &status, quint64 scannedCount);
 
@@ -81,8 +87,9 @@ private:
     quint64 _arrivedCount = 0;
     FilePath _toldPath; ///< of the file that the status was told of last
     std::atomic<quint64> _scannedCount = 0;
-    std::atomic<quint64> _fileMatchCount = 0; ///< without the file that the search has come to
-    std::atomic<quint64> _matchCount = 0;
+    Counts _before; ///< the file that the search has come to
+    Counts _inFile; ///< of that file, as far as it has arrived
+    Counts _allTaken;
     quint64 _takenCount = 0; ///< on the main thread only
 };
 

@@ -75,11 +75,20 @@ TEST_F(SearchControlTest, ALargeFileGrowsAndWhatIsCountedIsListed)
         return FoundPart{file, FoundPart::Kind::More, other->children(), *other->matches()};
     };
     search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        QString status;
+        const auto readStatus = [&] {
+            QMetaObject::invokeMethod(
+                &document, [&] { status = document.resultsStatusText(); }, Qt::BlockingQueuedConnection);
+        };
+        // It is told once a second, whoever searched before.
+        for (; status.isEmpty(); readStatus())
+            delegate.didFindFile(file->path(), 7, 4, 10);
         delegate.didFindMatchInFile(file);
         delegate.didFindMoreInFile(part(3));
         // One by one still, so that it is in the list by now.
-        QMetaObject::invokeMethod(
-            &document, [&] { EXPECT_EQ(file->children().size(), 5); }, Qt::BlockingQueuedConnection);
+        readStatus();
+        EXPECT_EQ(file->children().size(), 5);
+        EXPECT_EQ(status, u"15 matches found in 5 files • 7 files searched • Searching: /a"_s);
         delegate.didFindMoreInFile(part(300));
         delegate.didFindMoreInFile(part(1));
         delegate.didFinishSearch(1, 1, 306);
