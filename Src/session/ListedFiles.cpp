@@ -4,11 +4,15 @@
 #include "replace/ResolvedPaths.h"
 #include "replace/RewriteProblem.h"
 #include "search/TDSearchEngine.h"
+#include "session/StandingLines.h"
+#include "text/LineEnds.h"
 
 #include <QCoreApplication>
 #include <QHash>
 #include <QSemaphore>
 
+#include <atomic>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -17,6 +21,8 @@ namespace tidemark {
 namespace {
 
 constexpr int MILLISECONDS_BETWEEN_EVENTS = 10;
+constexpr qsizetype MOST_EARLIER = 4;
+constexpr qsizetype MOST_EARLIER_LINES = 1 << 20;
 
 using FilesByPath = QHash<FilePath, std::shared_ptr<TDFindResultItem>>;
 
@@ -34,51 +40,148 @@ public:
     bool isComplete = false;
 };
 
-QList<FilePath> pathsOf(const FindResultItems &files)
+/// What of a changed file was listed before and reads so now.
+struct Standing
 {
-    QList<FilePath> paths;
-    for (const auto &file : files)
-        paths << file->path();
-    return paths;
+    std::shared_ptr<TDFindResultItem> asBefore; ///< null where the file isn't as it was listed once
+    QList<StandingLines::Numbered> replaced;
+    std::optional<FileDate> date;
+};
+
+using EarlierByPath = QHash<FilePath, FindResultItems>;
+
+using FileNode = std::shared_ptr<TDFindResultItem>;
+
+/// `listed` is null for a file that isn't listed now, `found` where nothing was found.
+Standing standingOf(const FilePath &path, const FileNode &listed, const FileNode &found,
+                    const FindResultItems &earlier)
+{
+    StandingLines content(path);
+    Standing standing;
+    standing.date = content.date();
+    for (const auto &before : earlier) {
+        if (!content.hold(*before, found.get()))
+            continue;
+        standing.asBefore = before;
+        return standing;
+    }
+    if (listed != nullptr)
+        standing.replaced = content.replacedLines(*listed);
+    return standing;
 }
 
 struct SearchedAgain
 {
     QSet<FilePath> searched; ///< of the paths, those that lead to a changed file
+    QHash<FilePath, Standing> standing;
     std::shared_ptr<FoundByPath> found = std::make_shared<FoundByPath>();
 };
 
 /// Tens of thousands of paths take a while to follow, too, so that isn't done on this thread either.
-SearchedAgain searchedAmong(const QList<FilePath> &paths, const QSet<FilePath> &changed,
-                            const SearchTerms &terms, const std::function<bool()> &shouldStop)
+SearchedAgain searchedAmong(const FilesByPath &files, const QSet<FilePath> &changed, const SearchTerms &terms,
+                            const EarlierByPath &earlier, const std::function<bool()> &shouldStop)
 {
     SearchedAgain again;
     TDSearchEngine engine;
     engine.setDelegate(again.found);
     engine.setFindOptions(terms.options);
+    std::atomic<bool> isStopped = false;
     QSemaphore ended;
     WorkerThreads thread(1);
     thread.start([&] {
         ResolvedPaths resolved;
         QList<TDSearchLocation> locations;
-        for (const FilePath &path : paths) {
+        for (const FilePath &path : files.keys()) {
             if (!changed.contains(resolved.resolving(path)))
                 continue;
             again.searched.insert(path);
             locations.emplaceBack().url = path.toUrl();
         }
         engine.startSearch(terms.findText, locations, terms.options.caseRule == CaseRule::Exact);
+        for (const FilePath &path : std::as_const(again.searched)) {
+            if (isStopped || !again.found->isComplete)
+                break;
+            again.standing.insert(path, standingOf(path, files.value(path), again.found->files.value(path),
+                                                   earlier.value(path)));
+        }
         ended.release();
     });
     while (!ended.tryAcquire(1, MILLISECONDS_BETWEEN_EVENTS)) {
         QCoreApplication::processEvents();
-        if (shouldStop())
-            engine.stopSearch();
+        if (!shouldStop())
+            continue;
+        isStopped = true;
+        engine.stopSearch();
     }
     return again;
 }
 
+/// What was found, and between it the lines in which something is replaced; of these the file's own ones are
+/// taken, since they tell what.
+FileNode merged(const FileNode &listed, const FileNode &found, const Standing &standing)
+{
+    const bool hasFailed = found && found->matches() == nullptr;
+    if (standing.replaced.isEmpty() || hasFailed)
+        return found;
+    std::map<qint64, std::shared_ptr<TDMatchLine>> lines;
+    for (const auto &line : found ? found->matches()->lines : MatchLines())
+        lines.emplace(line->lineNumber(), line);
+    for (const auto &[line, number] : standing.replaced) {
+        line->setLineNumber(number);
+        line->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
+        const auto behind = lines.lower_bound(number + countLines(line->savedLineString()));
+        lines.erase(lines.lower_bound(number), behind);
+        lines.emplace(number, line);
+    }
+    FileMatches matches = found ? *found->matches() : *listed->matches();
+    matches.lines.clear();
+    for (const auto &[number, line] : lines)
+        matches.lines << line;
+    auto file = TDFindResultItem::initWithFile(listed->path(), standing.date, listed->findText(),
+                                               listed->includesBOM());
+    FindResultItems children = TDFindResultItem::initWithMatchLines(matches.lines, file.get());
+    for (const auto &child : found ? found->children() : FindResultItems()) {
+        if (child->error())
+            children << TDFindResultItem::initWithError(child->error(), file.get());
+    }
+    file->setMatchLines(children);
+    file->setMatches(std::move(matches));
+    return file;
+}
+
 } // namespace
+
+void ListedFiles::clear()
+{
+    _gone.clear();
+    _earlierLines = 0;
+    for (FindResultItems &files : _earlier)
+        releaseInBackground(std::move(files));
+    _earlier.clear();
+}
+
+/// As long as it isn't too much altogether.
+void ListedFiles::_keepEarlier(const std::shared_ptr<TDFindResultItem> &file)
+{
+    if (file->matches() == nullptr || _earlierLines + file->children().size() > MOST_EARLIER_LINES)
+        return;
+    FindResultItems &earlier = _earlier[file->path()];
+    earlier.prepend(file);
+    _earlierLines += file->children().size();
+    if (earlier.size() > MOST_EARLIER)
+        _earlierLines -= earlier.takeLast()->children().size();
+}
+
+/// It is listed again.
+void ListedFiles::_takeEarlier(const std::shared_ptr<TDFindResultItem> &file, std::optional<FileDate> date)
+{
+    _earlier[file->path()].removeOne(file);
+    _earlierLines -= file->children().size();
+    file->setModificationDate(date);
+    file->setRemark({});
+    for (const auto &line : file->children())
+        line->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
+}
 
 std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
                                                           const QSet<FilePath> &changed,
@@ -87,29 +190,41 @@ std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
 {
     if (changed.isEmpty() || shouldStop())
         return {};
-    const auto [searched, found] = searchedAmong(pathsOf(files) + _gone, changed, terms, shouldStop);
-    if (searched.isEmpty())
+    FilesByPath listed;
+    for (const FilePath &path : std::as_const(_gone))
+        listed.insert(path, nullptr);
+    for (const auto &file : std::as_const(files))
+        listed.insert(file->path(), file);
+    const SearchedAgain again = searchedAmong(listed, changed, terms, _earlier, shouldStop);
+    if (again.searched.isEmpty())
         return {};
     FindResultItems now;
     QList<FilePath> gone;
-    for (auto &file : files) {
-        if (!searched.contains(file->path())) {
-            now << std::move(file);
-        } else if (const auto again = found->files.take(file->path())) {
-            now << again;
-        } else if (found->isComplete) {
-            gone << file->path();
-        } else {
-            file->setRemark(textOfProblem(RewriteProblem::Changed));
-            now << std::move(file);
+    const auto list = [&](const FilePath &path, const FileNode &before) {
+        FileNode file = again.standing.value(path).asBefore;
+        if (file)
+            _takeEarlier(file, again.standing.value(path).date);
+        else
+            file = merged(before, again.found->files.value(path), again.standing.value(path));
+        if (!file && before && !again.found->isComplete) {
+            before->setRemark(textOfProblem(RewriteProblem::Changed));
+            file = before;
         }
-    }
-    for (const FilePath &path : std::as_const(_gone)) {
-        if (const auto again = found->files.take(path))
-            now << again;
+        if (file)
+            now << file;
         else
             gone << path;
+        if (before && file != before)
+            _keepEarlier(before);
+    };
+    for (auto &file : files) {
+        if (again.searched.contains(file->path()))
+            list(file->path(), file);
+        else
+            now << std::move(file);
     }
+    for (const FilePath &path : std::as_const(_gone))
+        list(path, nullptr);
     _gone = gone;
     return now;
 }

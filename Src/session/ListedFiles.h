@@ -4,6 +4,7 @@
 #include "session/FindResults.h"
 #include "session/SearchTerms.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <functional>
@@ -12,13 +13,15 @@
 namespace tidemark {
 
 /// The listed files with what is in them now: those whose content has changed by the program's own doing are
-/// searched again, as they were searched before, and the others are as they are. A file without a match goes,
-/// and comes back when it has one again. Main thread only.
+/// searched again, as they were searched before, and the others are as they are. Where a file reads again as
+/// it was listed once, it is listed so, with what was replaced in it. Lines that were replaced otherwise and
+/// still read so stay. A file with nothing to list goes, and comes back when it has a match again. Main
+/// thread only.
 class ListedFiles
 {
 public:
     /// Another search lists something else from now on.
-    void clear() { _gone.clear(); }
+    void clear();
 
     /// `changed` are paths without links in them. Searches on other threads and delivers events meanwhile, so
     /// nobody may change the results until then. What a stop leaves unsearched is marked. Nothing when none
@@ -28,7 +31,12 @@ public:
                                                  const std::function<bool()> &shouldStop);
 
 private:
-    QList<FilePath> _gone; ///< were listed since the search, and had no match when they were searched last
+    void _keepEarlier(const std::shared_ptr<TDFindResultItem> &file);
+    void _takeEarlier(const std::shared_ptr<TDFindResultItem> &file, std::optional<FileDate> date);
+
+    QList<FilePath> _gone; ///< were listed since the search, and had nothing to list when searched last
+    QHash<FilePath, FindResultItems> _earlier; ///< how they were listed, the latest first
+    qsizetype _earlierLines = 0;
 };
 
 } // namespace tidemark

@@ -1,5 +1,6 @@
 #include "session/ListedFiles.h"
 
+#include "replace/MatchLineReplacement.h"
 #include "support/ResultNodes.h"
 #include "support/SearchFolder.h"
 
@@ -42,6 +43,68 @@ TEST_F(ListedFilesTest, AFileWithoutAMatchGoesAndComesBack)
     ASSERT_TRUE(again);
     EXPECT_EQ(pathsOf(*again), pathsOf(listed));
     EXPECT_FALSE(files.searchedAgain(*again, {}, terms, goOn));
+}
+
+/// "number:text" of each line, with = where it is replaced.
+QString linesOf(const std::optional<FindResultItems> &files)
+{
+    QStringList lines;
+    for (const auto &file : files.value_or(FindResultItems())) {
+        for (const auto &item : file->children()) {
+            const TDMatchLine &line = *item->matchLine();
+            EXPECT_EQ(item->parent(), file.get());
+            EXPECT_LT(line.highlightedMatchIndex(), 0);
+            lines << QString::number(line.lineNumber()) + (line.isReplaced(0) ? u'=' : u':') +
+                         line.matchLineString().trimmed();
+        }
+    }
+    return lines.join(u' ');
+}
+
+TEST_F(ListedFilesTest, WhatIsReplacedStaysListedAndComesBack)
+{
+    const FilePath path = folder.write("a", "");
+    const auto replaceIn = [](TDFindResultItem &item, const QString &text) {
+        TDMatchLine &line = *item.matchLine();
+        line.setFoundLineString(line.matchLineString());
+        TDError error;
+        (void)replaceMatches(
+            line, {u"foo"_s, text, {}, ReplacementExtent::EveryOccurrence}, [] { return false; }, error);
+        line.setSavedLineString(line.matchLineString());
+    };
+    ListedFiles files;
+    std::optional<FindResultItems> listed;
+    const auto listedWhenItReads = [&](const QByteArray &content) {
+        folder.write("a", content);
+        for (const auto &line : listed->first()->children())
+            line->matchLine()->setHighlightedMatchIndex(0);
+        listed = files.searchedAgain(*listed, {path}, {u"foo"_s, {}}, [] { return false; });
+        return linesOf(listed);
+    };
+    listed = {fileNode(path.bytes(), {u"foo\n"_s, u"foo\n"_s})};
+    replaceIn(*listed->first()->children()[0], u"bar"_s);
+    replaceIn(*listed->first()->children()[1], u"baz"_s);
+    const std::pair<QByteArray, QString> steps[] = {
+        {"bar\nfoo\n", u"1=bar 2:foo"_s},
+        {"foo\nfoo\n", u"1:foo 2:foo"_s},
+        {"bar\nfoo\n", u"1=bar 2:foo"_s},
+        {"bar\nbaz\n", u"1=bar 2=baz"_s},
+        {"foo\nfoo\n", u"1:foo 2:foo"_s},
+        {"bar\nbaz\n", u"1=bar 2=baz"_s},
+        {"bar\nelse\n", u"1=bar"_s},
+        {"bar\nbaz\nfoo\n", u"1=bar 3:foo"_s},
+        {"other\n", {}},
+    };
+    for (const auto &[content, lines] : steps)
+        EXPECT_EQ(listedWhenItReads(content), lines) << content.constData();
+
+    // Lines move when one becomes several, and back.
+    files.clear();
+    listed = {fileNode(path.bytes(), {u"foo\n"_s, u"foo\n"_s})};
+    replaceIn(*listed->first()->children()[0], u"b\nr"_s);
+    replaceIn(*listed->first()->children()[1], u"bar"_s);
+    listed->first()->children()[1]->matchLine()->setLineNumber(3);
+    EXPECT_EQ(listedWhenItReads("foo\nbar\n"), u"1:foo 2=bar"_s);
 }
 
 TEST_F(ListedFilesTest, AStopIsHeardAndLeavesAMark)

@@ -70,10 +70,16 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     actions.redoReplacing->trigger();
     EXPECT_EQ(folder.read("0"), "bar bar\nx\n");
     EXPECT_EQ(folder.read("2"), "a bar");
-    EXPECT_EQ(window.document.findResults().count(), 1);
+    const auto noteOf = [&window](int row) {
+        return window.outline()->model()->index(row, 0).data(ResultsTreeModel::NoteRole).toString();
+    };
+    ASSERT_EQ(window.document.findResults().count(), 3) << "what is replaced stays";
+    EXPECT_EQ(noteOf(0), u"2 of 2 replaced"_s);
+    EXPECT_EQ(noteOf(2), u"1 of 1 replaced"_s);
     actions.undoReplacing->trigger();
     EXPECT_EQ(folder.read("0"), contents[0]);
-    EXPECT_EQ(window.document.findResults().count(), 3) << "with a match a file is listed again";
+    EXPECT_EQ(window.document.findResults().count(), 3);
+    EXPECT_EQ(noteOf(0), QString());
     EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 

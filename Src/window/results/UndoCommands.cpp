@@ -177,7 +177,11 @@ void UndoCommands::_tellProblem(const RewriteUndo::Outcome &outcome)
 {
     if (outcome.error)
         presentErrorSheet(_view.window(), outcome.error);
-    else if (outcome.end == RewriteUndo::End::Unreadable || outcome.end == RewriteUndo::End::NoStep)
+    else if (outcome.end == RewriteUndo::End::NoStep)
+        makePlainSheet(_view.window(),
+                       localizedString("This replacement was undone already, or isn't kept any more."), {})
+            ->open();
+    else if (outcome.end == RewriteUndo::End::Unreadable)
         makePlainSheet(_view.window(),
                        localizedString("What was noted of this replacement can't be read any more."), {})
             ->open();

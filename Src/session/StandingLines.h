@@ -1,0 +1,39 @@
+#pragma once
+
+#include "matching/TDFindResultItem.h"
+#include "reading/FileLines.h"
+
+#include <memory>
+#include <optional>
+
+namespace tidemark {
+
+/// What is listed of a file, held against the content that the file has now. One thread.
+class StandingLines
+{
+public:
+    explicit StandingLines(const FilePath &path);
+
+    /// Of the content; nothing where it can't be read.
+    std::optional<FileDate> date() const;
+
+    /// Whether all that is listed stands there, and the lines that were found in it now are among that. Null:
+    /// nothing was found.
+    bool hold(const TDFindResultItem &file, const TDFindResultItem *found);
+
+    /// A listed line, and its number now.
+    struct Numbered
+    {
+        std::shared_ptr<TDMatchLine> line;
+        qint64 number = 0;
+    };
+    /// The listed lines in which something was replaced and that still read so.
+    QList<Numbered> replacedLines(const TDFindResultItem &file);
+
+private:
+    bool _stands(const QString &text, qint64 number);
+
+    std::unique_ptr<FileLines> _lines;
+};
+
+} // namespace tidemark
