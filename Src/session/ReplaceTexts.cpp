@@ -82,7 +82,7 @@ QString findAndReplaceTexts(const QString &findText, const QString &replaceText)
     return withText("Find text: ‘%@’", findText) + u'\n' + withText("Replace text: ‘%@’", replaceText);
 }
 
-QString staleResultsText(const SearchTerms &searched, const SearchTerms &now)
+QString staleResultsText(const SearchTerms &searched, const SearchTerms &now, std::optional<quint64> staying)
 {
     QStringList sentences;
     if (searched.findText != now.findText)
@@ -96,7 +96,11 @@ QString staleResultsText(const SearchTerms &searched, const SearchTerms &now)
     if (searched.options.wholeWords != now.options.wholeWords)
         sentences << changedOption("Wh&ole words");
     // Without an expression a match is replaced whatever the find text.
-    if (now.isExpression() && !sentences.isEmpty())
+    if (staying && *staying > 0)
+        sentences << formatted(localizedString(*staying == 1 ? "%@ match will stay as it is."
+                                                             : "%@ matches will stay as they are."),
+                               {QLocale().toString(*staying)});
+    else if (!staying && now.isExpression() && !sentences.isEmpty())
         sentences << localizedString("Matches that the find text doesn’t fit will stay as they are.");
     return sentences.join(u' ');
 }

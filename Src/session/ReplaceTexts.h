@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace tidemark {
@@ -17,6 +18,8 @@ QString failedFilesText(const std::vector<TDSelectedMatchReplacement::FileFailur
 QString findAndReplaceTexts(const QString &findText, const QString &replaceText);
 
 /// How the terms that the results were found with differ from those that they would be replaced with.
-QString staleResultsText(const SearchTerms &searched, const SearchTerms &now);
+/// `staying`: matches that would stay as they are, where that is known.
+QString staleResultsText(const SearchTerms &searched, const SearchTerms &now,
+                         std::optional<quint64> staying = {});
 
 } // namespace tidemark

@@ -57,6 +57,14 @@ LinePreview previewOf(const LineToReplaceIn &line, const TDReplacement &replacem
     return preview;
 }
 
+quint64 countStaying(const LineToReplaceIn &line, const LinePreview &preview)
+{
+    quint64 count = 0;
+    for (qsizetype index = 0; index < line.ranges.size(); ++index)
+        count += line.isOpen(index) && !preview.replacements[index] ? 1 : 0;
+    return count;
+}
+
 /// The first character of the text that can't be encoded; empty when all can.
 QString firstMissing(QStringView text, TextConverter &converter)
 {
@@ -101,6 +109,28 @@ ReplacementPreview::ReplacementPreview(const QString &findText, const QString &r
     _replacement = _isPlain ? make() : resultOfAbandonable(make, LONGEST_COMPILATION_SHOWN).value_or(nullptr);
     if (!_replacement)
         _timeLeft = {};
+}
+
+std::optional<QList<quint64>> ReplacementPreview::staying(const QList<const TDMatchLine *> &lines,
+                                                          std::chrono::milliseconds allowed) const
+{
+    if (!_replacement)
+        return {};
+    std::vector<LineToReplaceIn> linesNow;
+    linesNow.reserve(size_t(lines.size()));
+    for (const TDMatchLine *line : lines)
+        linesNow.emplace_back(*line);
+    const auto count = [linesNow = std::move(linesNow), replacement = _replacement] {
+        std::optional<QList<quint64>> counts(std::in_place);
+        for (const LineToReplaceIn &line : linesNow) {
+            const LinePreview preview = previewOf(line, *replacement);
+            if (!preview.problem.isEmpty())
+                return std::optional<QList<quint64>>();
+            *counts << countStaying(line, preview);
+        }
+        return counts;
+    };
+    return resultOfAbandonable(count, allowed).value_or(std::nullopt);
 }
 
 LinePreview ReplacementPreview::ofLine(const TDMatchLine &line, StringEncoding encoding) const

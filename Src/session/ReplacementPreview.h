@@ -35,6 +35,11 @@ public:
     /// `encoding` is that of the line's file; one that isn't known is taken to hold everything.
     LinePreview ofLine(const TDMatchLine &line, StringEncoding encoding) const;
 
+    /// How many open matches of each line would stay as they are. Nothing when that can't be told, or not in
+    /// this time.
+    std::optional<QList<quint64>> staying(const QList<const TDMatchLine *> &lines,
+                                          std::chrono::milliseconds allowed) const;
+
     /// Whether the expression took too long, so that nothing is told any more.
     bool hasGivenUp() const { return _timeLeft.count() <= 0; }
 

@@ -184,15 +184,21 @@ TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
         bool isExpression;
         bool ignoresCase;
         QString below;
+        QString change = u"5 matches in 3 files will change."_s;
     };
     const QString expression = u"‘Regular expression’ was changed since the search."_s;
-    const QString fit = u" Matches that the find text doesn’t fit will stay as they are."_s;
     const QString wide = QString::fromUcs4(U"\U0001F30A").repeated(40);
     const Case cases[] = {
         {u"foo"_s, u"a\nb"_s, false, false, u"‘foo’\nReplace text: ‘a\u23CEb’"_s},
         {u"<b>"_s, u"%@"_s, false, false,
          u"‘<b>’\nReplace text: ‘%@’\n\nThese results were found with ‘foo’."_s},
-        {u"foo"_s, u"$1"_s, true, false, u"‘foo’\nReplace text: ‘$1’\n\n"_s + expression + fit},
+        {u"foo"_s, u"$1"_s, true, false, u"‘foo’\nReplace text: ‘$1’\n\n"_s + expression},
+        {u"o(?=o\\b)|fox"_s, u"x"_s, true, false,
+         u"‘o(?=o\\b)|fox’\nReplace text: ‘x’\n\nThese results were found with ‘foo’. "_s + expression},
+        {u"fox"_s, u"x"_s, true, false,
+         u"‘fox’\nReplace text: ‘x’\n\nThese results were found with ‘foo’. "_s + expression +
+             u" 5 matches will stay as they are."_s,
+         u"0 matches in 0 files will change."_s},
         {u"foo"_s, wide, false, true,
          u"‘foo’\nReplace text: ‘%1…%2’\n\n‘Ignore case’ was changed since the search."_s.arg(wide.first(30),
                                                                                               wide.last(28))},
@@ -207,10 +213,8 @@ TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_IGNORE_CASE, test.ignoresCase);
         commands().replaceAll();
         ASSERT_NE(window->sheet(), nullptr);
-        EXPECT_EQ(
-            window->sheet()->informativeText(),
-            u"This operation cannot easily be undone.\n\n5 matches in 3 files will change.\n\nFind text: "_s +
-                test.below);
+        EXPECT_EQ(window->sheet()->informativeText(), u"This operation cannot easily be undone.\n\n"_s +
+                                                          test.change + u"\n\nFind text: "_s + test.below);
         window->press(u"Cancel"_s);
         QCoreApplication::processEvents();
     }
@@ -218,9 +222,12 @@ TEST_F(ReplaceCommandsTest, TheSheetNamesBothTextsAndWhatChangedSinceTheSearch)
     window->search();
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_WHOLE_WORDS, true);
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNICODE_REGULAR_EXPRESSION, true);
+    window->document.setFindText(u"(?<!foo )foo$"_s);
     commands().replaceAll();
+    EXPECT_TRUE(window->sheet()->informativeText().contains(u"2 matches in 2 files will change."_s));
     EXPECT_TRUE(window->sheet()->informativeText().endsWith(
-        u"‘Unicode’ was changed since the search. ‘Whole words’ was changed since the search."_s + fit));
+        u"‘Unicode’ was changed since the search. ‘Whole words’ was changed since the search. 3 matches "
+        "will stay as they are."_s));
 }
 
 TEST_F(ReplaceCommandsTest, TheStatusTellsWhichMatchesStayed)

@@ -4,6 +4,7 @@
 #include "session/ReplaceTexts.h"
 #include "session/ResultsFilter.h"
 #include "session/SearchControl.h"
+#include "session/StayingMatches.h"
 #include "window/ErrorSheet.h"
 #include "window/results/ResultsNavigation.h"
 #include "window/results/ResultsTreeModel.h"
@@ -96,32 +97,50 @@ bool ReplaceCommands::_performReplace()
 
 // -- Asking
 
-QString ReplaceCommands::_informativeText(ReplaceExtent extent) const
+QString ReplaceCommands::_informativeText(const FindResultItems &items) const
 {
+    ReplaceExtent extent = ReplaceExtent::of(items);
+    const SearchTerms terms = SearchTerms::withUserDefaults(_control.findText());
+    const auto searched = _search.searchedTerms();
+    const bool isStale = searched && *searched != terms;
     QString text = localizedString(extent.canBeUndone() ? "You can undo this with Edit > Undo."
                                                         : "This operation cannot easily be undone.") +
                    QStringLiteral("\n\n");
     if (extent.matches == 0)
         return text + localizedString("No match is selected, so nothing will change.");
-    text += formatted(localizedString("%@ in %@ will change."),
-                      {counted(extent.matches, "%lu match", "%lu matches"),
-                       counted(extent.files, "%lu file", "%lu files")});
+    std::optional<quint64> staying;
+    // Without an expression a match is replaced whatever the find text.
+    if (isStale && terms.isExpression()) {
+        if (const auto some = stayingMatches(items, terms, _control.replaceText())) {
+            extent.matches -= some->matches;
+            extent.files -= some->files;
+            staying = some->matches;
+        }
+    }
+    text += _changeText(extent);
+    text += QStringLiteral("\n\n") + findAndReplaceTexts(terms.findText, _control.replaceText());
+    if (isStale)
+        text += QStringLiteral("\n\n") + staleResultsText(*searched, terms, staying);
+    return text;
+}
+
+QString ReplaceCommands::_changeText(ReplaceExtent extent) const
+{
+    QString text = formatted(localizedString("%@ in %@ will change."),
+                             {counted(extent.matches, "%lu match", "%lu matches"),
+                              counted(extent.files, "%lu file", "%lu files")});
     if (const auto &filter = _model.results().filter())
         text += QLatin1Char(' ') +
                 formatted(localizedString("That is only what the filter “%@” shows."), {filter->text()});
     if (_control.replaceText().isEmpty())
         text += QLatin1Char(' ') + localizedString("The replace text is empty: the matches will be deleted.");
-    const SearchTerms terms = SearchTerms::withUserDefaults(_control.findText());
-    text += QStringLiteral("\n\n") + findAndReplaceTexts(terms.findText, _control.replaceText());
-    if (const auto searched = _search.searchedTerms(); searched && *searched != terms)
-        text += QStringLiteral("\n\n") + staleResultsText(*searched, terms);
     return text;
 }
 
-QMessageBox *ReplaceCommands::_ask(const QString &question, const QString &confirmation, ReplaceExtent extent,
-                                   void (ReplaceCommands::*confirmed)())
+QMessageBox *ReplaceCommands::_ask(const QString &question, const QString &confirmation,
+                                   const FindResultItems &items, void (ReplaceCommands::*confirmed)())
 {
-    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(extent));
+    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(items));
     QPushButton *confirm = sheet->addButton(confirmation, QMessageBox::AcceptRole);
     QPushButton *cancel = sheet->addButton(localizedString("Cancel"), QMessageBox::RejectRole);
     sheet->setDefaultButton(confirm);
@@ -145,10 +164,10 @@ void ReplaceCommands::replaceSelection()
         _selectionConfirmed();
         return;
     }
-    QMessageBox *sheet = _ask(
-        localizedString("Replace all selected occurrences of the find text with the replace text?"),
-        localizedString("Replace Selection"), ReplaceExtent::of(_navigation.selection().selectedObjects()),
-        &ReplaceCommands::_selectionConfirmed);
+    QMessageBox *sheet =
+        _ask(localizedString("Replace all selected occurrences of the find text with the replace text?"),
+             localizedString("Replace Selection"), _navigation.selection().selectedObjects(),
+             &ReplaceCommands::_selectionConfirmed);
     auto *suppress = new QCheckBox(localizedString("Do not show this message again"));
     sheet->setCheckBox(suppress);
     // Whatever button ends the sheet.
@@ -164,7 +183,7 @@ void ReplaceCommands::replaceAll()
     _ask(localizedString(
              "Replace all occurrences of the find text with the replace text in all files listed in the "
              "search results?"),
-         localizedString("Replace All"), ReplaceExtent::of(allItems()), &ReplaceCommands::_allConfirmed)
+         localizedString("Replace All"), allItems(), &ReplaceCommands::_allConfirmed)
         ->open();
 }
 

@@ -56,8 +56,9 @@ private:
     bool _beginCommand();
     bool _performReplace();
     ReplacedMatch _currentMatch() const;
-    QString _informativeText(ReplaceExtent extent) const;
-    QMessageBox *_ask(const QString &question, const QString &confirmation, ReplaceExtent extent,
+    QString _informativeText(const FindResultItems &items) const;
+    QString _changeText(ReplaceExtent extent) const;
+    QMessageBox *_ask(const QString &question, const QString &confirmation, const FindResultItems &items,
                       void (ReplaceCommands::*confirmed)());
     void _selectionConfirmed();
     void _allConfirmed();
