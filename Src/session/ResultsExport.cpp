@@ -57,10 +57,11 @@ QString encodingNameOf(const FilePath &path)
     return name;
 }
 
+/// Positions in the line stay what they are.
 QString withoutLineEnd(const QString &line)
 {
     const TextRange body = rangeWithoutNewlinesAtEnds(line);
-    return line.mid(body.location, body.length);
+    return body.length > 0 ? line.first(body.end()) : QString();
 }
 
 /// For formats of lines: a replacement may have brought line ends into a match line.

@@ -29,6 +29,9 @@ TEST(ResultsExport, WritesEveryFormatOneMatchARow)
     EXPECT_EQ(exported(ResultsFormat::Text, filesAndLines(FILES)),
               "/t/a,\"b\":1:3:x foo, foo\n/t/a,\"b\":1:8:x foo, foo\n/t/a,\"b\":2:2:`foo` ``\xC3\xA9\n"
               "/t/\xFF:1:1:foo\n");
+    EXPECT_EQ(exported(ResultsFormat::Csv, filesAndLines({fileNode("/t/c", {u"\f foo\n"_s})})).split('\n')[1],
+              "/t/c,1,3,2,3,foo,\"\f foo\",,\r")
+        << "positions stay true behind a form feed";
     EXPECT_EQ(exported(ResultsFormat::Paths, FILES), "/t/a,\"b\"\n/t/failed\n/t/\xFF\n");
     EXPECT_EQ(exported(ResultsFormat::Markdown, filesAndLines({FILES[0]})),
               "- `/t/a,\"b\"`\n  - 1: `x foo, foo`\n  - 2: ``` `foo` ``\xC3\xA9 ```\n");
