@@ -60,8 +60,8 @@ QString paragraph(const char *text, const QList<File> &files)
 QString undoText(const UndoStep &step)
 {
     return formatted(
-               localizedString("Undoing the whole run brings all files that it changed, %@, back to what "
-                               "they were before it."),
+               localizedString("Undoing the whole run puts every file that it changed (%@) back as it was "
+                               "before."),
                {QLocale().toString(step.files)}) +
            u'\n' + findAndReplaceTexts(step.findText, step.replaceText);
 }

@@ -99,6 +99,8 @@ void LeftOutNotice::_showStatus()
         return;
     _ui.leftOutButton->setText(leftOutStatus(leftOut));
     _ui.leftOutButton->setToolTip(plainToolTip(leftOutDetails(leftOut)));
+    // On one line with the text, and the row is no higher for it.
+    _ui.leftOutButton->setFixedHeight(_ui.resultsStatusLabel->minimumSizeHint().height());
     _ui.leftOutButton->show();
     // It stands right behind the text, which gives way where there is little room.
     _ui.resultsStatusLabel->setHuggingText(true);

@@ -94,6 +94,13 @@ void OutlinePainter::paintFocusMark(const QRect &rect) const
     mark.state |= QStyle::State_KeyboardFocusChange;
     mark.backgroundColor = _option.palette.color(QPalette::Base);
     _view.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &_painter, &_view);
+    paintFocusFrame(rect);
+}
+
+void OutlinePainter::paintFocusFrame(const QRect &rect) const
+{
+    if (!_view.hasFocus())
+        return;
     _painter.setPen(_view.palette().color(QPalette::Active, QPalette::Highlight));
     _painter.setBrush(Qt::NoBrush);
     _painter.drawRect(rect.adjusted(0, 0, -1, -1));

@@ -21,8 +21,9 @@ public:
 
     /// `textRect` is where a match line goes.
     void paintRow(int row, const QRect &rect, const QRect &textRect) const;
-    /// Nothing while the keyboard is elsewhere.
+    /// Nothing while the keyboard is elsewhere. The frame alone doesn't tint what is in it.
     void paintFocusMark(const QRect &rect) const;
+    void paintFocusFrame(const QRect &rect) const;
 
 private:
     QColor _background(bool isSelected, bool isFile) const;

@@ -115,7 +115,7 @@ void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)
         y += rect.height();
     }
     if (!currentIndex().isValid())
-        outline.paintFocusMark(viewport()->rect());
+        outline.paintFocusFrame(viewport()->rect());
 }
 
 // -- Selection
