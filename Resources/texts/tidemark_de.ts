@@ -629,5 +629,14 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>Search Again with Everything</source><translation>Erneut suchen, ohne etwas auszulassen</translation></message>
   <message><source>Leave Out This Folder</source><translation>Diesen Ordner auslassen</translation></message>
   <message><source>Leave Out Files Like This</source><translation>Solche Dateien auslassen</translation></message>
+  <message><source>%@ file read as %@</source><translation>%@ Datei gelesen als %@</translation></message>
+  <message><source>%@ files read as %@</source><translation>%@ Dateien gelesen als %@</translation></message>
+  <message><source>%@ file couldn't be read</source><translation>%@ Datei konnte nicht gelesen werden</translation></message>
+  <message><source>%@ files couldn't be read</source><translation>%@ Dateien konnten nicht gelesen werden</translation></message>
+  <message><source>byte-order mark</source><translation>Bytereihenfolge-Marke</translation></message>
+  <message><source>declared</source><translation>angegeben</translation></message>
+  <message><source>noted with the file</source><translation>bei der Datei vermerkt</translation></message>
+  <message><source>chosen</source><translation>gewählt</translation></message>
+  <message><source>default</source><translation>Standard</translation></message>
 </context>
 </TS>

@@ -629,5 +629,14 @@ Des sauvegardes contiennent la totalité de leur ancien contenu. Voulez-vous le 
   <message><source>Search Again with Everything</source><translation>Relancer la recherche sans rien exclure</translation></message>
   <message><source>Leave Out This Folder</source><translation>Exclure ce dossier</translation></message>
   <message><source>Leave Out Files Like This</source><translation>Exclure les fichiers de ce genre</translation></message>
+  <message><source>%@ file read as %@</source><translation>%@ fichier lu comme %@</translation></message>
+  <message><source>%@ files read as %@</source><translation>%@ fichiers lus comme %@</translation></message>
+  <message><source>%@ file couldn't be read</source><translation>%@ fichier n’a pas pu être lu</translation></message>
+  <message><source>%@ files couldn't be read</source><translation>%@ fichiers n’ont pas pu être lus</translation></message>
+  <message><source>byte-order mark</source><translation>indicateur d’ordre des octets</translation></message>
+  <message><source>declared</source><translation>déclaré</translation></message>
+  <message><source>noted with the file</source><translation>noté avec le fichier</translation></message>
+  <message><source>chosen</source><translation>choisi</translation></message>
+  <message><source>default</source><translation>par défaut</translation></message>
 </context>
 </TS>

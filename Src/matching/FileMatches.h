@@ -2,7 +2,7 @@
 
 #include "matching/FoundLines.h"
 #include "matching/SearchedLine.h"
-#include "text/TextEncoding.h"
+#include "reading/EncodingDetection.h"
 
 namespace tidemark {
 
@@ -21,7 +21,7 @@ struct FileMatches
     MatchLines lines; ///< in line order; shared by copies
     LimitedLines limitedLines;
     bool areBeyondAscii = false; ///< a line among them holds characters beyond ASCII
-    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING; ///< in which the file was read
+    SettledEncoding encoding;    ///< in which the file was read
 
     quint64 count() const
     {

@@ -97,6 +97,12 @@ void TDFindResultItem::setMatchLines(FindResultItems items)
     _fileFields->matchLines = std::move(items);
 }
 
+void TDFindResultItem::setMatches(FileMatches matches)
+{
+    _fileFields->encoding = matches.encoding;
+    _fileFields->matches = std::move(matches);
+}
+
 void TDFindResultItem::add(const FoundPart &part)
 {
     FileFields &fields = *_fileFields;

@@ -94,13 +94,17 @@ public:
     const QString &findText() const { return _file().findText; }
     bool includesBOM() const { return _file().includesBOM; }
     void setIncludesBOM(bool includesBOM) { _fileFields->includesBOM = includesBOM; }
+    /// In which the file was read, or couldn't be; not known where it couldn't be opened.
+    SettledEncoding encoding() const { return _file().encoding; }
+    void setEncoding(SettledEncoding encoding) { _fileFields->encoding = encoding; }
     /// What there is to say about the file since the search, such as why it couldn't be rewritten; for
     /// people.
     const QString &remark() const { return _file().remark; }
     void setRemark(const QString &remark) { _fileFields->remark = remark; }
     /// All that was found in the file, whatever nodes are left; null on leaves and on files that failed.
     const FileMatches *matches() const { return _file().matches ? &*_file().matches : nullptr; }
-    void setMatches(FileMatches matches) { _fileFields->matches = std::move(matches); }
+    /// Their encoding is the file's.
+    void setMatches(FileMatches matches);
     /// Of this file; the first one is there already.
     void add(const FoundPart &part);
 
@@ -130,6 +134,7 @@ private:
         QString remark;
         FindResultItems matchLines;
         std::optional<FileMatches> matches;
+        SettledEncoding encoding;
         bool includesBOM = false;
     };
     const FileFields &_file() const;

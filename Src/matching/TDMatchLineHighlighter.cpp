@@ -302,7 +302,7 @@ bool TDMatchLineHighlighter::_processByLines(const FileToRead &file, StringEncod
         return false;
     _includesBOM = reader->hadByteOrderMarker();
     _startAfresh(context);
-    _matches.encoding = reader->stringEncoding();
+    _matches.encoding = reader->settledEncoding();
 
     try {
         _searchLines(*reader, context, error);
@@ -370,6 +370,7 @@ TDMatchLineHighlighter::BlockSearch TDMatchLineHighlighter::_searchBlocks(const 
 void TDMatchLineHighlighter::_handOver(Parts &parts)
 {
     for (FileMatches &part : parts.taken()) {
+        part.encoding = _matches.encoding;
         if (!shouldStop() && !_hasExcessiveMatch())
             _partReceiver(std::move(part));
     }

@@ -28,9 +28,10 @@ class TDMatchLineHighlighter
 {
 public:
     /// Searches the file from its first line on. True: matchLines() holds the match lines, possibly none.
-    /// False: the error, which must be null on entry, tells why, and matchLines() means nothing: what the
-    /// reader reports; code 36 for a faulty expression, at the first line searched; code 1 for a file that
-    /// has matches and a line over TD_LONGEST_LINE. A stopped file ends with true and no lines.
+    /// False: the error, which must be null on entry, tells why, and matches() means nothing but for the
+    /// encoding, which is known if the file could be opened: what the reader reports; code 36 for a faulty
+    /// expression, at the first line searched; code 1 for a file that has matches and a line over
+    /// TD_LONGEST_LINE. A stopped file ends with true and no lines.
     bool processWithFile(const FilePath &path, StringEncoding encoding, TDError &error,
                          const TDFindPattern &pattern);
     /// The same result, in blocks as far as the file allows: most of a file without matches is never decoded.

@@ -229,18 +229,20 @@ QString attributeValueForEncoding(StringEncoding encoding)
     return convertEncodingToIANACharSetName(number) + u';' + QString::number(number);
 }
 
-StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
-                                 const std::function<std::optional<QString>()> &attribute)
+SettledEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
+                                  const std::function<std::optional<QString>()> &attribute)
 {
     if (mark.length > 0)
-        return mark.encoding;
+        return {mark.encoding, EncodingSource::Mark};
     const StringEncoding declared = declaredEncoding(bytes.first(qMin(bytes.size(), TD_CONTENT_PROBE_SIZE)));
     if (declared != TD_FILE_COMMON_UNKNOWN_ENCODING)
-        return declared;
+        return {declared, EncodingSource::Declaration};
     const std::optional<QString> value = attribute();
     const StringEncoding recorded =
         value ? encodingFromAttributeValue(*value) : TD_FILE_COMMON_UNKNOWN_ENCODING;
-    return recorded != TD_FILE_COMMON_UNKNOWN_ENCODING ? recorded : defaultEncodingIdentifier();
+    if (recorded != TD_FILE_COMMON_UNKNOWN_ENCODING)
+        return {recorded, EncodingSource::Attribute};
+    return {defaultEncodingIdentifier(), EncodingSource::Default};
 }
 
 } // namespace tidemark

@@ -27,12 +27,37 @@ struct ByteOrderMark
 /// The mark at the start of a file's first four bytes, or fewer if it has fewer.
 ByteOrderMark byteOrderMarkAt(QByteArrayView firstBytes);
 
+/// Why a file is read in its encoding.
+enum class EncodingSource : quint8 {
+    Default, ///< nothing names one, or nothing is asked
+    Mark,
+    Declaration,
+    Attribute,
+    Chosen, ///< by a person, for this file
+};
+
+/// In what a file is read, and why.
+struct SettledEncoding
+{
+    StringEncoding encoding = TD_FILE_COMMON_UNKNOWN_ENCODING;
+    EncodingSource source = EncodingSource::Default;
+
+    bool isKnown() const { return encoding != TD_FILE_COMMON_UNKNOWN_ENCODING; }
+    /// What a reader is given to read the file in it once more. A mark has to be detected again, or it would
+    /// be text.
+    StringEncoding toReadAgain() const
+    {
+        return source == EncodingSource::Mark ? TD_FILE_COMMON_UNKNOWN_ENCODING : encoding;
+    }
+    friend bool operator==(const SettledEncoding &, const SettledEncoding &) = default;
+};
+
 /// The encoding of an open file that nobody named: the mark's, the one that its first bytes declare, the one
 /// in its attribute, or the user's default, whichever there is first. `bytes` are those behind the mark, at
 /// least TD_CONTENT_PROBE_SIZE of them where the file has so many. The attribute's value is asked for when it
 /// comes to that.
-StringEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
-                                 const std::function<std::optional<QString>()> &attribute);
+SettledEncoding encodingOfContent(const ByteOrderMark &mark, QByteArrayView bytes,
+                                  const std::function<std::optional<QString>()> &attribute);
 
 /// The user's default encoding; 0 when the settings name none that can be used.
 StringEncoding defaultEncodingIdentifier();

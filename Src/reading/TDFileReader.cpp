@@ -181,11 +181,13 @@ void TDFileReader::_probeForEncoding()
     const ByteOrderMark mark = _takeByteOrderMark();
     _hadByteOrderMarker = mark.length > 0;
     // The open file's attribute, also where a link led to it: the path may lead elsewhere by now.
-    _stringEncoding =
+    const SettledEncoding settled =
         encodingOfContent(mark, _lookAhead(_hadByteOrderMarker ? 0 : TD_CONTENT_PROBE_SIZE), [this] {
             return descriptorExtendedAttributeValueForKey(_readBuffer.descriptor(),
                                                           TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
         });
+    _stringEncoding = settled.encoding;
+    _encodingSource = settled.source;
 }
 
 ByteOrderMark TDFileReader::_takeByteOrderMark()

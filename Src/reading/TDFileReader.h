@@ -76,6 +76,8 @@ public:
     const FilePath &path() const { return _path; }
     /// The encoding in which lines are decoded: always a concrete one.
     StringEncoding stringEncoding() const { return _stringEncoding; }
+    /// The same with its source: the default for one that was given.
+    SettledEncoding settledEncoding() const { return {_stringEncoding, _encodingSource}; }
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
     /// Null when the encoding can't be converted here. Owned by the reader.
     TextConverter *converter() const { return _converter.get(); }
@@ -97,6 +99,7 @@ private:
 
     TDReadBuffer _readBuffer;
     StringEncoding _stringEncoding;
+    EncodingSource _encodingSource = EncodingSource::Default;
     FilePath _path;
     bool _hadByteOrderMarker = false;
     int _unitSize = 1; ///< bytes a code unit: 1 for everything that is split by bytes

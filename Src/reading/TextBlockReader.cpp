@@ -1,7 +1,6 @@
 #include "reading/TextBlockReader.h"
 
 #include "foundation/StopFlag.h"
-#include "reading/EncodingDetection.h"
 #include "reading/TDFileReader.h"
 #include "text/ByteScan.h"
 #include "text/Utf8.h"
@@ -143,6 +142,7 @@ bool TextBlockReader::_fill()
 
 bool TextBlockReader::_settleEncoding(StringEncoding encoding)
 {
+    _encodingSource = EncodingSource::Default;
     if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING) {
         if (_end < SMALLEST_FILE && _end > 0)
             return false;
@@ -150,9 +150,11 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         const ByteOrderMark mark = byteOrderMarkAt(bytes);
         _hadByteOrderMarker = mark.length > 0;
         _start = mark.length;
-        encoding = encodingOfContent(mark, bytes.sliced(_start), [this] {
+        const SettledEncoding settled = encodingOfContent(mark, bytes.sliced(_start), [this] {
             return _attributes.value(_descriptor.number(), _device, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
         });
+        encoding = settled.encoding;
+        _encodingSource = settled.source;
     }
     if (encoding == TD_ENCODING_UTF8) {
         _converter.reset();

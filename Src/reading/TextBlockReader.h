@@ -3,6 +3,7 @@
 #include "foundation/Descriptor.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/TDFileCommon.h"
+#include "reading/EncodingDetection.h"
 #include "reading/FileToRead.h"
 #include "text/TextEncoding.h"
 
@@ -45,9 +46,10 @@ public:
     /// True when the block delivered last was the last of the file.
     bool isAtEnd() const { return _endOfFile && _start == _end; }
 
-    /// Of the file opened last: its date before it was read, its encoding, and whether it began with a mark.
+    /// Of the file opened last: its date before it was read, its encoding, whose source is the default for
+    /// one that was given, and whether it began with a mark.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
-    StringEncoding encoding() const { return _encoding; }
+    SettledEncoding encoding() const { return {_encoding, _encodingSource}; }
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
 
 private:
@@ -79,6 +81,7 @@ private:
     dev_t _device = 0;
     UserAttributes _attributes;
     StringEncoding _encoding = 0;
+    EncodingSource _encodingSource = EncodingSource::Default;
     std::unique_ptr<TextConverter> _converter; ///< null for UTF-8
     int _unitSize = 1;                         ///< bytes
     QByteArray _converted;

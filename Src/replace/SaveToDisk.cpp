@@ -49,6 +49,13 @@ void followSavedLines(const MatchLines &allLines, const MatchLines &savedLines,
         forgetSavedLines(allLines);
 }
 
+/// What a person chose for the file holds for writing it, too.
+StringEncoding encodingToReadIn(const TDFindResultItem &file)
+{
+    return file.encoding().source == EncodingSource::Chosen ? file.encoding().encoding
+                                                            : TDStringEncoding::userDefaultsEncoding();
+}
+
 } // namespace
 
 FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLines &lines,
@@ -58,7 +65,7 @@ FileRewrite::Request rewriteRequest(const TDFindResultItem &file, const MatchLin
     return {file.path(),
             file.modificationDate(),
             lineChangesOf(lines, nowAndThen),
-            TDStringEncoding::userDefaultsEncoding(),
+            encodingToReadIn(file),
             file.includesBOM(),
             isFileInSearchLocations(file.path())};
 }
@@ -74,7 +81,7 @@ bool saveLinesToDisk(TDFindResultItem &file, const MatchLines &lines,
                      const std::shared_ptr<UndoStepWriter> &undoStep)
 {
     if (!TDFileModifier::fileModifierWithFile(file.path(), file.modificationDate(), lines,
-                                              TDStringEncoding::userDefaultsEncoding(), file.includesBOM(),
+                                              encodingToReadIn(file), file.includesBOM(),
                                               isFileInSearchLocations(file.path()), error, undoStep))
         return false;
     noteSavedLines(file, lines);

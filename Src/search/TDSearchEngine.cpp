@@ -353,19 +353,30 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
 {
     TDMatchLineHighlighter highlighter;
     PartsOfFile parts(file, _findText, context.reader(), handOver);
+    const auto chosen = _chosenEncodings.constFind(file.path);
+    const bool isChosen = chosen != _chosenEncodings.cend();
+    const auto noteSource = [isChosen](SettledEncoding encoding) {
+        return isChosen ? SettledEncoding{encoding.encoding, EncodingSource::Chosen} : encoding;
+    };
     highlighter.setSearchShouldStop(&_shouldStopSearch);
-    highlighter.setPartReceiver([&parts](const FileMatches &matches) { parts.handOver(matches); });
-    if (!highlighter.processWithFile(file, TDStringEncoding::userDefaultsEncoding(), error, context)) {
+    highlighter.setPartReceiver([&](FileMatches matches) {
+        matches.encoding = noteSource(matches.encoding);
+        parts.handOver(matches);
+    });
+    const StringEncoding encoding = isChosen ? *chosen : TDStringEncoding::userDefaultsEncoding();
+    if (!highlighter.processWithFile(file, encoding, error, context)) {
+        const SettledEncoding tried = noteSource(highlighter.matches().encoding);
         if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
             return nullptr;
         if (parts.areThere())
             parts.handOverFailure(std::exchange(error, {}));
         else if (_isFirstFailure(file))
-            return TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
+            return _newFailure(file, highlighter, tried, error);
         error.clear();
         return nullptr;
     }
     FileMatches matches = highlighter.takeMatches();
+    matches.encoding = noteSource(matches.encoding);
     if (_shouldStopSearch) {
         releaseLines(std::move(matches.lines));
         return nullptr;
@@ -377,11 +388,19 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &
     }
     if (matches.lines.isEmpty()) {
         error = limitError;
-        return error ? TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error)
-                     : nullptr;
+        return error ? _newFailure(file, highlighter, matches.encoding, error) : nullptr;
     }
     return newFileNode(file, _findText, highlighter.modificationDate(), highlighter.includesBOM(), matches,
                        limitError);
+}
+
+std::shared_ptr<TDFindResultItem> TDSearchEngine::_newFailure(const FileToRead &file,
+                                                              const TDMatchLineHighlighter &highlighter,
+                                                              SettledEncoding encoding, const TDError &error)
+{
+    auto node = TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
+    node->setEncoding(encoding);
+    return node;
 }
 
 /// What can't be opened never came to the gate.

@@ -9,6 +9,7 @@
 #include "search/TDSearchLocation.h"
 #include "search/VKFolderTraverser.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -18,6 +19,8 @@
 #include <optional>
 
 namespace tidemark {
+
+class TDMatchLineHighlighter;
 
 /// Receives what a search finds, always on the thread that called startSearch(). Each message is optional.
 class TDSearchEngineDelegate
@@ -63,6 +66,12 @@ public:
 
     /// Whether what the settings leave out is searched nevertheless, of any kind.
     void setSearchesEverything(bool everything) { _searchesEverything = everything; }
+
+    /// In what files are read whatever they say of themselves, by their paths as the walk gives them.
+    void setChosenEncodings(const QHash<FilePath, StringEncoding> &encodings)
+    {
+        _chosenEncodings = encodings;
+    }
 
     /// Searches every location in order and returns when the search has finished or was stopped. What folders
     /// hold is filtered by the kinds in force; a location that is itself a file is searched whatever its
@@ -121,6 +130,9 @@ private:
     quint64 _countFound(const FileMatches &matches);
     bool _isFoundBefore(const SearchJob &job);
     bool _isFirstFailure(const FileToRead &file);
+    static std::shared_ptr<TDFindResultItem> _newFailure(const FileToRead &file,
+                                                         const TDMatchLineHighlighter &highlighter,
+                                                         SettledEncoding encoding, const TDError &error);
     void _tellWhatWasLeftOut();
     void _deliverError(const SearchJob &job);
 
@@ -129,6 +141,7 @@ private:
     QList<TDSearchLocation> _searchLocations;
     bool _caseSensitive = false;
     std::optional<FindOptions> _options;
+    QHash<FilePath, StringEncoding> _chosenEncodings; ///< constant while a search runs
     std::unique_ptr<TDFindPattern> _pattern;
     VKFolderTraverser _folderTraverser;
     std::atomic<bool> _shouldStopSearch = false;

@@ -295,6 +295,21 @@ QList<FindResults::Removal> FindResults::_removals(const FindResultItems &nodes)
     return removals;
 }
 
+void FindResults::replaceFiles(const Replacements &replacements)
+{
+    FindResultItems files;
+    files.reserve(_files.size());
+    for (const auto &file : std::as_const(_files)) {
+        const auto instead = replacements.constFind(file.get());
+        const std::shared_ptr<TDFindResultItem> &kept = instead == replacements.cend() ? file : *instead;
+        if (kept)
+            files << kept;
+    }
+    Q_EMIT aboutToThinOut();
+    _setSiblings(nullptr, std::move(files));
+    Q_EMIT thinnedOut();
+}
+
 FindResultItems FindResults::_siblings(const TDFindResultItem *parent) const
 {
     return parent != nullptr ? parent->children() : _files;

@@ -56,6 +56,9 @@ public:
     /// list are passed over. Linear in the size of the list, however many are removed: scattered nodes are
     /// removed in one go.
     void remove(const FindResultItems &nodes);
+    /// By file, what takes its place; null: it goes. While no filter is set.
+    using Replacements = QHash<const TDFindResultItem *, std::shared_ptr<TDFindResultItem>>;
+    void replaceFiles(const Replacements &replacements);
 
 Q_SIGNALS:
     void aboutToClear();
@@ -69,7 +72,7 @@ Q_SIGNALS:
     /// forward.
     void aboutToRemove(TDFindResultItem *parent, qsizetype first, qsizetype count);
     void removed(TDFindResultItem *parent, qsizetype first, qsizetype count);
-    /// Instead of very many removals.
+    /// Instead of very many removals, and when other files stand in the place of some.
     void aboutToThinOut();
     void thinnedOut();
     /// Others show than before; every file may stand elsewhere.

@@ -56,9 +56,14 @@ QString textOf(const LeftOut::BrokenIgnoreFile &file)
 
 } // namespace
 
+quint64 countInStatus(const LeftOut &leftOut)
+{
+    return leftOut.total() - leftOut[LeftOutReason::Unreadable];
+}
+
 QString leftOutStatus(const LeftOut &leftOut)
 {
-    return formatted(localizedString(" • %@ left out"), {grouped(leftOut.total())});
+    return formatted(localizedString(" • %@ left out"), {grouped(countInStatus(leftOut))});
 }
 
 QString leftOutDetails(const LeftOut &leftOut)

@@ -6,6 +6,8 @@
 
 namespace tidemark {
 
+/// What the status line counts as left out: what couldn't be read has a count of its own.
+quint64 countInStatus(const LeftOut &leftOut);
 /// What the status line ends with: " • 1,204 left out".
 QString leftOutStatus(const LeftOut &leftOut);
 /// Why and how many, a reason a line.

@@ -79,10 +79,13 @@ struct SearchedAgain
 
 /// Tens of thousands of paths take a while to follow, too, so that isn't done on this thread either.
 SearchedAgain searchedAmong(const FilesByPath &files, const QSet<FilePath> &changed, const SearchTerms &terms,
-                            const EarlierByPath &earlier, const std::function<bool()> &shouldStop)
+                            const EarlierByPath &earlier,
+                            const QHash<FilePath, StringEncoding> &chosenEncodings,
+                            const std::function<bool()> &shouldStop)
 {
     SearchedAgain again;
     TDSearchEngine engine;
+    engine.setChosenEncodings(chosenEncodings);
     engine.setDelegate(again.found);
     engine.setFindOptions(terms.options);
     std::atomic<bool> isStopped = false;
@@ -154,6 +157,7 @@ FileNode merged(const FileNode &listed, const FileNode &found, const Standing &s
 void ListedFiles::clear()
 {
     _gone.clear();
+    _chosenEncodings.clear();
     _earlierLines = 0;
     for (FindResultItems &files : _earlier)
         releaseInBackground(std::move(files));
@@ -195,7 +199,11 @@ std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
         listed.insert(path, nullptr);
     for (const auto &file : std::as_const(files))
         listed.insert(file->path(), file);
-    const SearchedAgain again = searchedAmong(listed, changed, terms, _earlier, shouldStop);
+    for (const auto &file : std::as_const(files)) {
+        if (file->encoding().source == EncodingSource::Chosen)
+            _chosenEncodings.insert(file->path(), file->encoding().encoding);
+    }
+    const SearchedAgain again = searchedAmong(listed, changed, terms, _earlier, _chosenEncodings, shouldStop);
     if (again.searched.isEmpty())
         return {};
     FindResultItems now;

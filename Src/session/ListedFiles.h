@@ -37,6 +37,7 @@ private:
     QList<FilePath> _gone; ///< were listed since the search, and had nothing to list when searched last
     QHash<FilePath, FindResultItems> _earlier; ///< how they were listed, the latest first
     qsizetype _earlierLines = 0;
+    QHash<FilePath, StringEncoding> _chosenEncodings; ///< which the person said to read files in
 };
 
 } // namespace tidemark

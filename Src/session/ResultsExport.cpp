@@ -1,6 +1,5 @@
 #include "session/ResultsExport.h"
 
-#include "reading/TDFileReader.h"
 #include "text/CharacterSets.h"
 
 #include <QByteArrayList>
@@ -42,19 +41,6 @@ QByteArray markdownCode(const QByteArray &text)
         fence += '`';
     const QByteArray margin = text.startsWith('`') || text.endsWith('`') ? " " : "";
     return fence + margin + text + margin + fence;
-}
-
-/// The encoding's name as the catalogue has it; empty where the file can't be opened any more.
-QString encodingNameOf(const FilePath &path)
-{
-    TDError error;
-    const auto reader = TDFileReader::fileReaderWithFile(path, TD_FILE_COMMON_UNKNOWN_ENCODING, error);
-    if (!reader)
-        return {};
-    const QString name =
-        convertEncodingToIANACharSetName(convertStringEncodingToCoreFoundation(reader->stringEncoding()));
-    (void)reader->closeFile(error);
-    return name;
 }
 
 /// Positions in the line stay what they are.
@@ -117,7 +103,8 @@ void ResultsExport::_beginFile(const TDFindResultItem &file)
     else if (_format == ResultsFormat::Markdown)
         _pending += "- " + markdownCode(file.path().displayText().toUtf8()) + '\n';
     else if (_format != ResultsFormat::Text)
-        _encoding = encodingNameOf(file.path());
+        _encoding =
+            convertEncodingToIANACharSetName(convertStringEncodingToCoreFoundation(file.encoding().encoding));
 }
 
 void ResultsExport::_writeLine(const TDFindResultItem &file, const TDMatchLine &line)

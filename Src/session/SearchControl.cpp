@@ -4,6 +4,7 @@
 #include "foundation/UserDefaults.h"
 #include "session/FindReplaceHistory.h"
 #include "session/MyDocument.h"
+#include "session/SearchAgain.h"
 
 #include <algorithm>
 #include <system_error>
@@ -86,11 +87,12 @@ void SearchControl::_beginSession()
     };
     receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
     receiver.ended = [this](const QString &status) { _searchFinished(status); };
-    receiver.counted = [this](const LeftOut &leftOut, quint64 searchedFiles) {
+    receiver.counted = [this](const LeftOut &leftOut, const SearchCounts &counts) {
         _leftOut = leftOut;
-        _searchedFileCount = searchedFiles;
+        _counts = counts;
     };
     _session = std::make_shared<SearchSession>(this, receiver);
+    _wereShifted = false;
     _searchEngine = std::make_shared<TDSearchEngine>();
     _searchEngine->setSearchesEverything(_searchesEverything);
     _searchEngine->setDelegate(_session);
@@ -105,17 +107,19 @@ void SearchControl::_beginSession()
                 updateSearchResultsOutlineView();
         },
         Qt::QueuedConnection);
-    _runOnThread({_document.findText(), _document.searchLocations(), !ignoreCase});
+    const SearchRequest request{_document.findText(), _document.searchLocations(), !ignoreCase};
+    _runOnThread([body = _body, engine = _searchEngine, session = _session, request] {
+        body(*engine, request, *session);
+    });
 }
 
-void SearchControl::_runOnThread(const SearchRequest &request)
+void SearchControl::_runOnThread(std::function<void()> work)
 {
     auto hasEnded = std::make_shared<std::atomic<bool>>(false);
-    auto run = [body = _body, engine = _searchEngine, session = _session, request, hasEnded]() mutable {
-        body(*engine, request, *session);
+    auto run = [work = std::move(work), hasEnded]() mutable {
+        work();
         // Let go of everything here, so that joining an ended thread never waits for it.
-        engine.reset();
-        session.reset();
+        work = {};
         *hasEnded = true;
     };
     try {
@@ -133,6 +137,9 @@ void SearchControl::doSearch(TDSearchEngine &engine, const SearchRequest &reques
 
 void SearchControl::stopSearch()
 {
+    // What the stop itself cuts short isn't taken for an outcome.
+    if (_again)
+        return _endReadAs();
     if (_searchEngine)
         _searchEngine->stopSearch();
     _setSearching(false);
@@ -149,6 +156,9 @@ void SearchControl::_abandonSession()
     _refreshTimer.stop();
     if (_session)
         _session->detach();
+    if (_again)
+        (void)_again->taken();
+    _again.reset();
     if (_searchEngine)
         _searchEngine->stopSearch();
     _session.reset();
@@ -189,7 +199,7 @@ void SearchControl::_searchFinished(const QString &status)
 {
     // Nobody stopped it.
     if (_searching)
-        _knownFileCount = _searchedFileCount;
+        _knownFileCount = _counts.searchedFiles;
     _document.setResultsStatusText(status);
     _setSectionTitle(localizedString("Review search results"));
     _mergeNewResults();
@@ -198,6 +208,77 @@ void SearchControl::_searchFinished(const QString &status)
     _setSearching(false);
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
     Q_EMIT searchFinished();
+}
+
+// -- Once more, in another encoding
+
+void SearchControl::readAs(const FindResultItems &files, StringEncoding encoding)
+{
+    if (_searching || !_searchedTerms || files.isEmpty())
+        return;
+    // One that was stopped may still be winding down.
+    _abandonSession();
+    _joinEndedThreads();
+    _wereShifted = matchesMayBeShifted();
+    _again = std::make_shared<SearchAgain>(this, files, encoding, [this] { _endReadAs(); });
+    _searchEngine = std::make_shared<TDSearchEngine>();
+    _searchEngine->setDelegate(_again);
+    _setSearching(true);
+    _setSectionTitle(localizedString("Generating search results…"));
+    _runOnThread([engine = _searchEngine, again = _again, terms = *_searchedTerms] {
+        again->search(*engine, terms);
+        engine->setDelegate(nullptr);
+    });
+}
+
+void SearchControl::_endReadAs()
+{
+    const std::shared_ptr<SearchAgain> again = std::exchange(_again, nullptr);
+    const auto outcomes = again->taken();
+    _searchEngine->stopSearch();
+    const FindResultItems read = _listReadAs(*again, outcomes);
+    _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
+    const auto count = std::count_if(outcomes.begin(), outcomes.end(), [](const auto &outcome) {
+        return outcome == nullptr || outcome->matches() != nullptr;
+    });
+    _document.setResultsStatusText(
+        finishedStatus(_counts) +
+        readAsStatus(quint64(count), localizedNameOfStringEncoding(again->encoding())));
+    _setSectionTitle(localizedString("Review search results"));
+    _setSearching(false);
+    Q_EMIT readAgain(read);
+    Q_EMIT searchFinished();
+}
+
+/// Those that are listed now. What is counted follows.
+FindResultItems SearchControl::_listReadAs(const SearchAgain &again,
+                                           const QHash<FilePath, std::shared_ptr<TDFindResultItem>> &outcomes)
+{
+    FindResults::Replacements replacements;
+    FindResultItems read;
+    const auto count = [this](const TDFindResultItem &file, bool isListed) {
+        const FileMatches *matches = file.matches();
+        const quint64 sign = isListed ? 1 : ~quint64(0);
+        if (matches == nullptr)
+            _leftOut[LeftOutReason::Unreadable] += sign;
+        _counts.filesWithMatches += matches == nullptr ? 0 : sign;
+        _counts.matches += matches == nullptr ? 0 : sign * matches->count();
+    };
+    const EverythingShows everythingShows(_document.findResults());
+    for (const auto &file : again.files()) {
+        const auto outcome = outcomes.constFind(file->path());
+        // Somebody may have removed it meanwhile.
+        if (outcome == outcomes.cend() || !_document.findResults().shows(*file))
+            continue;
+        replacements.insert(file.get(), *outcome);
+        count(*file, false);
+        if (!*outcome)
+            continue;
+        count(**outcome, true);
+        read << *outcome;
+    }
+    _document.findResults().replaceFiles(replacements);
+    return read;
 }
 
 void SearchControl::_setSearching(bool searching)

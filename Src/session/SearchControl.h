@@ -18,6 +18,7 @@
 namespace tidemark {
 
 class MyDocument;
+class SearchAgain;
 
 /// How long results that are no longer shown one by one wait to be shown.
 inline constexpr std::chrono::milliseconds RESULTS_REFRESH_INTERVAL = std::chrono::milliseconds(250);
@@ -49,6 +50,10 @@ public:
     void startSearch();
     /// Once without what the settings leave out.
     void startSearchOfEverything();
+    /// Searches listed files once more, in this encoding whatever they say of themselves, and otherwise as
+    /// the last search did. What is found takes their place, and where nothing is found they go. It is a
+    /// search that can be stopped: files that it hasn't come to stay. Nothing happens while another runs.
+    void readAs(const FindResultItems &files, StringEncoding encoding);
     /// What was found so far stays. The search's thread may take a moment longer to end.
     void stopSearch();
     /// Stops, and nothing of the search is delivered any more: its window is closing.
@@ -64,10 +69,13 @@ public:
     /// Null before the first search.
     const std::shared_ptr<TDSearchEngine> &searchEngine() const { return _searchEngine; }
     /// Whether the last search listed lines on which its matches may be shifted.
-    bool matchesMayBeShifted() const { return _searchEngine && _searchEngine->matchesMayBeShifted(); }
+    bool matchesMayBeShifted() const
+    {
+        return _wereShifted || (_searchEngine && _searchEngine->matchesMayBeShifted());
+    }
     /// Of the last search that ended.
     const LeftOut &leftOut() const { return _leftOut; }
-    quint64 searchedFileCount() const { return _searchedFileCount; }
+    quint64 searchedFileCount() const { return _counts.searchedFiles; }
     /// Of the files of the search that runs, from 0 to 1; known when the same locations were searched to the
     /// end before.
     std::optional<double> shareDone() const;
@@ -82,6 +90,8 @@ Q_SIGNALS:
     void searchWillStart();
     void searchingChanged(bool searching);
     void sectionTitleChanged(const QString &title);
+    /// Files that stand in the place of others since readAs(), before its searchFinished().
+    void readAgain(const FindResultItems &files);
     /// After a search has finished or was stopped and everything that it found is shown.
     void searchFinished();
     void errorOccured(const TDError &error);
@@ -96,7 +106,10 @@ private:
     void _noteLocations();
     void _resetDocument();
     void _beginSession();
-    void _runOnThread(const SearchRequest &request);
+    void _runOnThread(std::function<void()> work);
+    void _endReadAs();
+    FindResultItems _listReadAs(const SearchAgain &again,
+                                const QHash<FilePath, std::shared_ptr<TDFindResultItem>> &outcomes);
     void _abandonSession();
     void _joinEndedThreads();
     void _mergeNewResults();
@@ -109,14 +122,16 @@ private:
     QTimer _refreshTimer;
     std::shared_ptr<TDSearchEngine> _searchEngine;
     std::shared_ptr<SearchSession> _session;
+    std::shared_ptr<SearchAgain> _again; ///< while readAs() runs
     std::vector<SearchThread> _threads;
     QString _sectionTitle;
     std::optional<SearchTerms> _searchedTerms;
     LeftOut _leftOut;
-    quint64 _searchedFileCount = 0;
+    SearchCounts _counts;                   ///< of the last search that ended, kept up by readAs()
     QList<TDSearchLocation> _locations;     ///< of the search that runs, or ran last
     std::optional<quint64> _knownFileCount; ///< of those
     bool _searchesEverything = false;       ///< the one that is about to start
+    bool _wereShifted = false;              ///< before what readAs() lists
     bool _searching = false;
 };
 

@@ -1,7 +1,6 @@
 #include "session/SearchSession.h"
 
 #include "session/FindResults.h"
-#include "session/SearchStatusLine.h"
 
 #include <utility>
 
@@ -122,12 +121,12 @@ void SearchSession::errorOccured(const TDError &error)
 
 void SearchSession::didFinishSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
 {
-    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Completed), scannedCount);
+    _end({matchCount, fileMatchCount, scannedCount, SearchEnd::Completed});
 }
 
 void SearchSession::didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount)
 {
-    _end(finishedStatus(matchCount, fileMatchCount, scannedCount, SearchEnd::Interrupted), scannedCount);
+    _end({matchCount, fileMatchCount, scannedCount, SearchEnd::Interrupted});
 }
 
 void SearchSession::didLeaveOut(const LeftOut &leftOut)
@@ -136,13 +135,13 @@ void SearchSession::didLeaveOut(const LeftOut &leftOut)
     _leftOut = leftOut;
 }
 
-void SearchSession::_end(const QString &status, quint64 scannedCount)
+void SearchSession::_end(const SearchCounts &counts)
 {
     const std::lock_guard lock(_mutex);
-    _post([this, status, scannedCount, leftOut = _leftOut] {
+    _post([this, counts, leftOut = _leftOut] {
         if (_receiver.counted)
-            _receiver.counted(leftOut, scannedCount);
-        _receiver.ended(status);
+            _receiver.counted(leftOut, counts);
+        _receiver.ended(finishedStatus(counts));
     });
 }
 

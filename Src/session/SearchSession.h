@@ -1,6 +1,7 @@
 #pragma once
 
 #include "search/TDSearchEngine.h"
+#include "session/SearchStatusLine.h"
 
 #include <QObject>
 
@@ -30,7 +31,7 @@ public:
         std::function<void(const TDError &)> errorOccured;
         std::function<void(const QString &status)> ended;
         /// Right before the end. May be empty.
-        std::function<void(const LeftOut &leftOut, quint64 searchedFiles)> counted = {};
+        std::function<void(const LeftOut &leftOut, const SearchCounts &counts)> counted = {};
     };
 
     /// `context` lives on the main thread; detach the session before it goes.
@@ -75,7 +76,7 @@ private:
         quint64 matches = 0;
     };
     bool _isAllTaken() const { return _arrived.files.isEmpty() && _arrived.parts.isEmpty(); }
-    void _end(const QString &status, quint64 scannedCount);
+    void _end(const SearchCounts &counts);
 
     mutable std::mutex _mutex;
     std::condition_variable _taken;

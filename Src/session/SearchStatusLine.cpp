@@ -89,6 +89,27 @@ QString finishedStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scann
                      {grouped(matchCount), grouped(fileMatchCount), grouped(scannedCount)});
 }
 
+QString finishedStatus(const SearchCounts &counts)
+{
+    return finishedStatus(counts.matches, counts.filesWithMatches, counts.searchedFiles, counts.end);
+}
+
+QString readAsStatus(quint64 fileCount, const QString &encoding)
+{
+    if (fileCount == 0)
+        return {};
+    return localizedString(" • ") + formatted(fileCount == 1 ? localizedString("%@ file read as %@")
+                                                             : localizedString("%@ files read as %@"),
+                                              {grouped(fileCount), encoding});
+}
+
+QString unreadableFilesStatus(quint64 count)
+{
+    return formatted(count == 1 ? localizedString("%@ file couldn't be read")
+                                : localizedString("%@ files couldn't be read"),
+                     {grouped(count)});
+}
+
 bool scanningStatusIsDue()
 {
     static std::atomic<std::chrono::nanoseconds::rep> lastTime = 0;

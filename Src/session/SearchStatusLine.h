@@ -14,10 +14,23 @@ QString statusLineTextScanning(quint64 matchCount, quint64 fileMatchCount, quint
 QString statusLineTextFinishedScan(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount,
                                    SearchEnd end);
 
+/// What a search has come to.
+struct SearchCounts
+{
+    quint64 matches = 0;
+    quint64 filesWithMatches = 0;
+    quint64 searchedFiles = 0;
+    SearchEnd end = SearchEnd::Completed;
+};
+
 /// The same with everything filled in.
 QString scanningStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount,
                        const FilePath &path);
 QString finishedStatus(quint64 matchCount, quint64 fileMatchCount, quint64 scannedCount, SearchEnd end);
+QString finishedStatus(const SearchCounts &counts);
+/// What follows when files were read once more in an encoding, whose name is given; empty for none.
+QString readAsStatus(quint64 fileCount, const QString &encoding);
+QString unreadableFilesStatus(quint64 count);
 
 /// What a replacement of many matches came to.
 struct ReplaceSummary

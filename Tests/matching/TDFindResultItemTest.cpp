@@ -19,7 +19,7 @@ TEST(TDFindResultItemTest, AFileCountsTheRangesOfItsLinesAnewEachTime)
     const MatchLines lines = {lineWithMatches(2), lineWithMatches(1), lineWithMatches(3)};
     const auto file = TDFindResultItem::initWithFile(FilePath("/a"), {}, u"t"_s, true);
     EXPECT_EQ(file->matchCount(), std::nullopt);
-    file->setMatches({lines, {}, false});
+    file->setMatches({lines, {}, false, {}});
     EXPECT_EQ(file->matchCount(), 6); // without any child node
     lines[1]->removeMatchRange(0);
     EXPECT_EQ(file->matchCount(), 5);

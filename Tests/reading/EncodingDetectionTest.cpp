@@ -82,6 +82,32 @@ TEST_F(EncodingDetectionTest, EachFileIsReadInTheEncodingThatItTells)
     }
 }
 
+TEST_F(EncodingDetectionTest, BothReadersSayWhy)
+{
+    const QByteArray mark = "\xEF\xBB\xBF";
+    const std::tuple<QByteArray, bool, SettledEncoding> cases[] = {
+        {mark + XML_LATIN2, true, {TD_ENCODING_UTF8, EncodingSource::Mark}},
+        {XML_LATIN2, true, {LATIN2, EncodingSource::Declaration}},
+        {"text\n", true, {LATIN1, EncodingSource::Attribute}},
+        {"text\n", false, {MAC_ROMAN, EncodingSource::Default}},
+    };
+    for (const auto &[content, hasAttribute, settled] : cases) {
+        const FilePath file = folder.write(hasAttribute ? "noted" : "file", content);
+        if (hasAttribute &&
+            !setPathValueForExtendedAttributeKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING, u";513"_s, 0))
+            continue; // no extended attributes here
+        const auto reader = TDFileReader::fileReaderWithFile(file, UNKNOWN, error);
+        EXPECT_EQ(reader->settledEncoding(), settled);
+        EXPECT_TRUE(reader->closeFile(error));
+        TextBlockReader blocks;
+        for (const StringEncoding given : {UNKNOWN, LATIN2, UNKNOWN}) {
+            EXPECT_EQ(blocks.open(FileToRead{file}, given), TextBlockReader::Outcome::Block);
+            EXPECT_EQ(blocks.encoding(),
+                      given == UNKNOWN ? settled : (SettledEncoding{LATIN2, EncodingSource::Default}));
+        }
+    }
+}
+
 TEST_F(EncodingDetectionTest, ProbedBytesAreAllReadAgain)
 {
     for (const int size : {5, 511, 512, 513, 40960, 50000}) {

@@ -181,7 +181,8 @@ protected:
         file->setMatches({{changedLine(1, u"needle first\n"_s, u"pin first\n"_s),
                            changedLine(62, u"last needle\r\n"_s, u"last pin\r\n"_s)},
                           {},
-                          false});
+                          false,
+                          {}});
         return file;
     }
     bool save(TDFindResultItem &file, TDError &error) const

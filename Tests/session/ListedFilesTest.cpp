@@ -35,7 +35,7 @@ TEST_F(ListedFilesTest, AFileWithoutAMatchGoesAndComesBack)
     const auto without = files.searchedAgain(listed, changed, terms, goOn);
     ASSERT_TRUE(without && without->size() == 2);
     EXPECT_EQ(without->first()->matchCount(), 2);
-    EXPECT_EQ(without->first()->matches()->encoding, TD_ENCODING_UTF8);
+    EXPECT_EQ(without->first()->encoding().encoding, TD_ENCODING_UTF8);
     EXPECT_EQ(without->last(), listed.last()) << "what wasn't changed is as it was";
 
     folder.write("a", "foo\n");

@@ -17,7 +17,7 @@ std::shared_ptr<TDFindResultItem> fileNode(const QByteArray &path, const QString
         matchLines << line;
         items << TDFindResultItem::initWithMatchLine(line, file.get());
     }
-    file->setMatches({matchLines, {}, false});
+    file->setMatches({matchLines, {}, false, {}});
     file->setMatchLines(items);
     return file;
 }

@@ -95,7 +95,7 @@ void LeftOutNotice::hide()
 void LeftOutNotice::_showStatus()
 {
     const LeftOut &leftOut = _search.leftOut();
-    if (leftOut.total() == 0 && leftOut.brokenIgnoreFiles.isEmpty())
+    if (countInStatus(leftOut) == 0 && leftOut.brokenIgnoreFiles.isEmpty())
         return;
     _ui.leftOutButton->setText(leftOutStatus(leftOut));
     _ui.leftOutButton->setToolTip(plainToolTip(leftOutDetails(leftOut)));

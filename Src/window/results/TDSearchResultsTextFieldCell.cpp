@@ -172,9 +172,9 @@ ShownLine TDSearchResultsTextFieldCell::_shown(const TDFindResultItem &item, Lin
 {
     if (!_preview)
         return shownLine(*item.matchLine(), nullptr, extent);
-    const FileMatches *matches = item.parent() != nullptr ? item.parent()->matches() : nullptr;
-    const LinePreview preview = _preview->ofLine(
-        *item.matchLine(), matches != nullptr ? matches->encoding : TD_FILE_COMMON_UNKNOWN_ENCODING);
+    const LinePreview preview =
+        _preview->ofLine(*item.matchLine(), item.parent() != nullptr ? item.parent()->encoding().encoding
+                                                                     : TD_FILE_COMMON_UNKNOWN_ENCODING);
     return shownLine(*item.matchLine(), &preview, extent);
 }
 
