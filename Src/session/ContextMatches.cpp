@@ -62,9 +62,8 @@ QList<ContextMatch> contextMatches(const TDFindResultItem &file, qint64 lineNumb
     if (!shown.isFound() || QStringView(saved).mid(shown.location, shown.length) != text)
         return {};
     const QList<TextRange> ranges = line->savedMatchRanges();
-    const StringEncoding encoding =
-        file.matches() != nullptr ? file.matches()->encoding : TD_FILE_COMMON_UNKNOWN_ENCODING;
-    const LinePreview become = preview != nullptr ? preview->ofLine(*line, encoding) : LinePreview();
+    const LinePreview become =
+        preview != nullptr ? preview->ofLine(*line, file.encoding().encoding) : LinePreview();
     QList<ContextMatch> matches;
     for (qsizetype index = 0; index < ranges.size(); ++index) {
         const qint64 start = std::max(ranges[index].location, shown.location);

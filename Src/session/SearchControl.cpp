@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
+#include "session/EverythingShows.h"
 #include "session/FindReplaceHistory.h"
 #include "session/MyDocument.h"
 #include "session/SearchAgain.h"
