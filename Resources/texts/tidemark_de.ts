@@ -168,6 +168,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Redo</source><translation>Wiederholen</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Fe&amp;hlschläge zeigen</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Diese Ersetzung wird gerade anderswo rückgängig gemacht.</translation></message>
+  <message><source>Redone in %@ file</source><translation>In %@ Datei wiederholt</translation></message>
+  <message><source>Redone in %@ files</source><translation>In %@ Dateien wiederholt</translation></message>
   <message><source>This replacement was undone already, or isn't kept any more.</source><translation>Diese Ersetzung wurde schon rückgängig gemacht oder ist nicht mehr gespeichert.</translation></message>
   <message><source>Undo the Whole Run</source><translation>Ganzen Durchlauf rückgängig machen</translation></message>
   <message><source>Undoing the whole run puts every file that it changed (%@) back as it was before.</source><translation>Wird der ganze Durchlauf rückgängig gemacht, sind alle Dateien, die er geändert hat (%@), wieder wie zuvor.</translation></message>

@@ -168,6 +168,8 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Redo</source><translation>Rétablir</translation></message>
   <message><source>Show Fai&amp;lures</source><translation>Montrer les éc&amp;hecs</translation></message>
   <message><source>This replacement is being undone elsewhere.</source><translation>Ce remplacement est en train d’être annulé ailleurs.</translation></message>
+  <message><source>Redone in %@ file</source><translation>Rétabli dans %@ fichier</translation></message>
+  <message><source>Redone in %@ files</source><translation>Rétabli dans %@ fichiers</translation></message>
   <message><source>This replacement was undone already, or isn't kept any more.</source><translation>Ce remplacement a déjà été annulé ou n’est plus conservé.</translation></message>
   <message><source>Undo the Whole Run</source><translation>Annuler tout le remplacement</translation></message>
   <message><source>Undoing the whole run puts every file that it changed (%@) back as it was before.</source><translation>Annuler tout le remplacement remet tous les fichiers modifiés (%@) dans leur état précédent.</translation></message>

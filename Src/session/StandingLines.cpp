@@ -73,14 +73,16 @@ QList<StandingLines::Numbered> StandingLines::replacedLines(const TDFindResultIt
         if (item->matchLine() == nullptr || item->matchLine()->isUnsaved())
             continue;
         const TDMatchLine &line = *item->matchLine();
+        if (line.numberOfReplacedMatches() == 0)
+            continue;
         const qint64 number = line.lineNumber() + moved;
         const QString saved = line.savedLineString();
         const QString found = line.foundLineString();
-        const bool stands = _stands(saved, number);
-        if (stands && line.numberOfReplacedMatches() > 0)
+        const qint64 fewer = countLines(found) - countLines(saved);
+        if (_stands(saved, number))
             replaced << Numbered{item->sharedMatchLine(), number};
-        else if (!stands && _stands(found, number))
-            moved += countLines(found) - countLines(saved);
+        else if (fewer != 0 && _stands(found, number))
+            moved += fewer;
     }
     return replaced;
 }

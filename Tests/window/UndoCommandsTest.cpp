@@ -73,6 +73,7 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     const auto noteOf = [&window](int row) {
         return window.outline()->model()->index(row, 0).data(ResultsTreeModel::NoteRole).toString();
     };
+    EXPECT_EQ(window.ui().resultsStatusLabel->text(), u"Redone in 2 files"_s);
     ASSERT_EQ(window.document.findResults().count(), 3) << "what is replaced stays";
     EXPECT_EQ(noteOf(0), u"2 of 2 replaced"_s);
     EXPECT_EQ(noteOf(2), u"1 of 1 replaced"_s);

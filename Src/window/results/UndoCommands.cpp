@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "replace/ResolvedPaths.h"
+#include "replace/UndoStepFiles.h"
 #include "session/EverythingShows.h"
 #include "session/MyDocument.h"
 #include "session/ReplaceControl.h"
@@ -103,13 +104,14 @@ void UndoCommands::takeBack(const QByteArray &stepId)
     // Results that arrive would be those of files that change meanwhile.
     if (_search.searching())
         return;
-    _replace.takeBack(stepId, [self = QPointer(this)](const RewriteUndo::Outcome &outcome) {
+    const auto kind = stepId.startsWith(REDO_PREFIX) ? UndoStepKind::Redo : UndoStepKind::Undo;
+    _replace.takeBack(stepId, [self = QPointer(this), kind](const RewriteUndo::Outcome &outcome) {
         if (self)
-            self->_showEnd(outcome);
+            self->_showEnd(outcome, kind);
     });
 }
 
-void UndoCommands::_showEnd(const RewriteUndo::Outcome &outcome)
+void UndoCommands::_showEnd(const RewriteUndo::Outcome &outcome, UndoStepKind kind)
 {
     {
         const EverythingShows everythingShows(_document.findResults());
@@ -118,7 +120,9 @@ void UndoCommands::_showEnd(const RewriteUndo::Outcome &outcome)
         _markRefused(outcome);
     }
     QString status =
-        counted(outcome.filesDone, "%@ file is as it was before", "%@ files are as they were before");
+        kind == UndoStepKind::Redo
+            ? counted(outcome.filesDone, "Redone in %@ file", "Redone in %@ files")
+            : counted(outcome.filesDone, "%@ file is as it was before", "%@ files are as they were before");
     if (outcome.end == RewriteUndo::End::Stopped)
         status = localizedString("Stopped") + localizedString(" • ") + status;
     _document.setResultsStatusText(status);

@@ -45,7 +45,7 @@ private:
     void _show();
     void _noteReplacedMatch();
     void _takeBackLast(UndoStepKind kind);
-    void _showEnd(const RewriteUndo::Outcome &outcome);
+    void _showEnd(const RewriteUndo::Outcome &outcome, UndoStepKind kind);
     /// False when this object has gone away meanwhile.
     bool _searchAgain(const RewriteUndo::Outcome &outcome);
     void _markRefused(const RewriteUndo::Outcome &outcome);
