@@ -3,14 +3,15 @@
 #include "text/AsciiText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tidemark {
 
 namespace {
 
 // Cases of ASCII letters beyond ASCII, in UTF-8.
-constexpr QByteArrayView LONG_S("\xC5\xBF");
-constexpr QByteArrayView KELVIN_SIGN("\xE2\x84\xAA");
+constexpr std::array LONG_S = {'\xC5', '\xBF'};
+constexpr std::array KELVIN_SIGN = {'\xE2', '\x84', '\xAA'};
 
 QByteArray withSlash(const FilePath &folder)
 {

@@ -136,6 +136,18 @@ TEST_F(OutlineViewTest, MatchesHaveTheirBackgrounds)
     EXPECT_EQ(pixelsOf(window.view, 0, match), 0);
 }
 
+TEST_F(OutlineViewTest, TheRowsOfTheOnlyFileFollowWhenEverythingHasChanged)
+{
+    const QColor match(241, 224, 169);
+    ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, u"foo foo"_s})});
+    window.view.expandAll();
+    EXPECT_GT(pixelsOf(window.view, 2, match), 50);
+    for (const auto &line : window.results.files()[0]->children())
+        line->matchLine()->setReplacedMatches({true, true});
+    window.model.noteAllChanged();
+    EXPECT_EQ(pixelsOf(window.view, 2, match), 0);
+}
+
 TEST_F(OutlineViewTest, TheKeyboardInTheResultsShows)
 {
     ResultsWindow window(application, {fileNode("/t/a", {u"foo"_s, u"foo"_s})});
