@@ -45,6 +45,11 @@ int writeAttribute(int descriptor, const char *name, const void *value, size_t s
 {
     return fsetxattr(descriptor, name, value, size, 0, 0);
 }
+
+int removeAttribute(int descriptor, const char *name)
+{
+    return fremovexattr(descriptor, name, 0);
+}
 #else
 const char *const NAME_PREFIX = "user.";
 
@@ -66,6 +71,11 @@ int writeAttribute(const char *path, const char *name, const void *value, size_t
 int writeAttribute(int descriptor, const char *name, const void *value, size_t size)
 {
     return fsetxattr(descriptor, name, value, size, 0);
+}
+
+int removeAttribute(int descriptor, const char *name)
+{
+    return fremovexattr(descriptor, name);
 }
 #endif
 
@@ -166,6 +176,11 @@ bool setDescriptorValueForExtendedAttributeKey(int descriptor, const char *key, 
                                                int flag)
 {
     return valueWritten(descriptor, key, value, flag);
+}
+
+bool removeDescriptorExtendedAttribute(int descriptor, const char *key)
+{
+    return removeAttribute(descriptor, AttributeName(key).cString()) == 0;
 }
 
 } // namespace tidemark

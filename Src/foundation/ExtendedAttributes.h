@@ -41,4 +41,7 @@ bool setPathValueForExtendedAttributeKey(const FilePath &path, const char *key, 
 bool setDescriptorValueForExtendedAttributeKey(int descriptor, const char *key, const QString &value,
                                                int flag);
 
+/// False on failure, also where there is none.
+bool removeDescriptorExtendedAttribute(int descriptor, const char *key);
+
 } // namespace tidemark

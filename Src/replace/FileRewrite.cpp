@@ -62,19 +62,21 @@ QString differentContentText()
     return localizedString("The file holds something else than what was written.");
 }
 
-void setTextEncodingAttribute(int file, StringEncoding encoding)
+/// Where there are no attributes the text is in place all the same.
+void setTextEncodingAttribute(int file, const QString &value)
 {
-    const QString value = attributeValueForEncoding(encoding);
-    // Where there are no attributes the text is in place all the same.
-    if (descriptorExtendedAttributeValueForKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING) != value)
+    const std::optional<QString> present =
+        descriptorExtendedAttributeValueForKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+    if (value.isEmpty() && present)
+        (void)removeDescriptorExtendedAttribute(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+    else if (!value.isEmpty() && present != value)
         (void)setDescriptorValueForExtendedAttributeKey(file, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING, value, 0);
 }
 
 } // namespace
 
 FileRewrite::FileRewrite(Request request, std::shared_ptr<RewriteRecord> record)
-    : _request(std::move(request)), _record(std::move(record)), _writtenEncoding(_request.encoding),
-      _setsEncodingAttribute(_request.undone.empty())
+    : _request(std::move(request)), _record(std::move(record))
 {}
 
 bool FileRewrite::_fail(RewriteProblem problem, const TDError &error)
@@ -175,7 +177,7 @@ bool FileRewrite::_plan(const BackupFile::Original &original)
     const auto reader = TDFileReader::fileReaderWithFile(content, _request.encoding, _error);
     if (!reader)
         return _fail(RewriteProblem::DiskFailure, TDError(_error));
-    _writtenEncoding = reader->stringEncoding();
+    _newEncodingAttribute = attributeValueForEncoding(reader->stringEncoding());
     const bool isPlanned =
         _newPlan.build(*reader, path(), _request.changes, _request.hadByteOrderMarker, _error) &&
         _produceNewContent(original);
@@ -196,6 +198,7 @@ bool FileRewrite::_planBack(const BackupFile::Original &original)
 {
     const std::vector<UndoEntry> undone = std::exchange(_request.undone, {});
     const ContentDigest &wanted = undone.back().before;
+    _newEncodingAttribute = undone.back().encodingAttribute;
     _isUnchanged = _backup->content() == wanted;
     if (_isUnchanged)
         return true;
@@ -243,6 +246,8 @@ bool FileRewrite::_noteDifferences()
 {
     if (!_request.isNoted)
         return true;
+    _oldEncodingAttribute =
+        pathExtendedAttributeValueForKey(path(), TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING).value_or(QString());
     const std::optional<QByteArray> differences = differencesOf(_newPlan, _backup->descriptor());
     if (differences)
         _differences = *differences;
@@ -265,7 +270,8 @@ UndoEntry FileRewrite::takeUndoEntry()
             _newContent,
             _request.matches,
             _request.transientBackupFile,
-            std::exchange(_differences, {})};
+            std::exchange(_differences, {}),
+            _oldEncodingAttribute};
 }
 
 KeptBackup FileRewrite::keptBackup() const
@@ -369,8 +375,8 @@ bool FileRewrite::_replaceContent(int target, QByteArrayView oldBytes, Flush flu
     if (!*isWritten)
         return _fail(RewriteProblem::Damaged,
                      writeError(path(), backup(), differentContentText(), FileNow::Damaged));
-    if (_setsEncodingAttribute)
-        setTextEncodingAttribute(target, _writtenEncoding);
+    if (_newEncodingAttribute)
+        setTextEncodingAttribute(target, *_newEncodingAttribute);
     if (flush == Flush::Yes && FileSystemCalls::current().sync(target) != 0) {
         noteFailedFlush(errno);
         return false;

@@ -129,8 +129,9 @@ private:
     RewritePlan _newPlan;
     ContentDigest _newContent;
     QByteArray _differences; ///< as far as they are asked for
-    StringEncoding _writtenEncoding;
-    bool _setsEncodingAttribute; ///< what is taken back leaves it as it is
+    /// What was, and what is to be, noted of the file's encoding; empty for nothing.
+    QString _oldEncodingAttribute;
+    std::optional<QString> _newEncodingAttribute; ///< none: it stays
     std::optional<FileDate> _newModificationDate;
     TDError _error;
     RewriteProblem _problem = RewriteProblem::None;

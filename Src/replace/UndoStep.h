@@ -8,6 +8,7 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace tidemark {
@@ -53,6 +54,8 @@ struct UndoEntry
     qint64 matches = 0;
     bool isBackupTransient = false; ///< the file was named itself as a location
     QByteArray differences;         ///< of ContentDifference.h
+    /// What was noted of its encoding; empty for nothing. None where the step doesn't say.
+    std::optional<QString> encodingAttribute = {};
 };
 
 /// A backup that a run left beside a file.

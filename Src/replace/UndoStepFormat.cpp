@@ -16,6 +16,7 @@ constexpr qint64 BEST_COMPRESSION = 1100;
 /// qCompress() puts the size in front.
 constexpr qsizetype SIZE_OF_CONTENT = 4;
 constexpr quint64 TRANSIENT_BACKUP = 1;
+constexpr quint64 HAS_ENCODING_ATTRIBUTE = 2; ///< which stands at the end
 
 QByteArray block(BlockKind kind, const QByteArray &body)
 {
@@ -131,8 +132,11 @@ std::optional<QByteArray> filesBlock(const std::vector<UndoEntry> &entries)
         putDigest(content, entry.before);
         putDigest(content, entry.after);
         putNumber(content, quint64(entry.matches));
-        putNumber(content, entry.isBackupTransient ? TRANSIENT_BACKUP : 0);
+        putNumber(content, (entry.isBackupTransient ? TRANSIENT_BACKUP : 0) |
+                               (entry.encodingAttribute ? HAS_ENCODING_ATTRIBUTE : 0));
         putBytes(content, entry.differences);
+        if (entry.encodingAttribute)
+            putBytes(content, entry.encodingAttribute->toUtf8());
         previous = entry.path;
         ++counts.files;
         counts.matches += entry.matches;
@@ -219,8 +223,11 @@ std::optional<std::vector<UndoEntry>> entriesOf(QByteArrayView body)
         entry.before = takeDigest(fields);
         entry.after = takeDigest(fields);
         entry.matches = fields.size();
-        entry.isBackupTransient = (fields.number() & TRANSIENT_BACKUP) != 0;
+        const quint64 flags = fields.number();
+        entry.isBackupTransient = (flags & TRANSIENT_BACKUP) != 0;
         entry.differences = fields.bytes().toByteArray();
+        if ((flags & HAS_ENCODING_ATTRIBUTE) != 0)
+            entry.encodingAttribute = QString::fromUtf8(fields.bytes());
         return isPlausible(entry.path) ? entry.path : FilePath();
     });
 }

@@ -23,9 +23,12 @@ TEST_F(UndoJournalTest, ARunIsUndoneAndRedoneWithEverythingElseOfTheFiles)
     const FilePath path = _folder.write("a.txt", first);
     EXPECT_EQ(chmod(path.cString(), 0640), 0);
     const FileIdentity identity(path);
+    const auto attribute = [&] {
+        return pathExtendedAttributeValueForKey(path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING);
+    };
+    const auto before = attribute();
     EXPECT_EQ(replace(u"needle"_s, u"thread"_s).undo, UndoKeeping::Kept);
-    const QString attribute =
-        pathExtendedAttributeValueForKey(path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING).value_or(QString());
+    const auto after = attribute();
     const UndoStep step = journal().steps().value(0);
     EXPECT_EQ(step.findText, u"needle"_s);
     EXPECT_EQ(step.replaceText, u"thread"_s);
@@ -37,10 +40,10 @@ TEST_F(UndoJournalTest, ARunIsUndoneAndRedoneWithEverythingElseOfTheFiles)
     EXPECT_EQ(outcome.files[1].newDate, TDFileCommon::fileModificationDate(path));
     EXPECT_EQ(contents({"a.txt", "b.txt"}), (QList<QByteArray>{first, "no\nneedle"}));
     EXPECT_TRUE(FileIdentity(path) == identity);
-    EXPECT_EQ(pathExtendedAttributeValueForKey(path, TD_EXTENDED_ATTRIBUTE_TEXT_ENCODING).value_or(QString()),
-              attribute);
+    EXPECT_EQ(attribute(), before);
     EXPECT_EQ(undo().end, End::NoStep);
     EXPECT_EQ(redo().filesDone, 2);
+    EXPECT_EQ(attribute(), after);
     EXPECT_EQ(_folder.read("a.txt"), "a thread and\r\nanother thread\n");
     EXPECT_EQ(undo().filesDone, 2);
     EXPECT_EQ(_folder.read("a.txt"), first);
