@@ -640,5 +640,21 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>noted with the file</source><translation>bei der Datei vermerkt</translation></message>
   <message><source>chosen</source><translation>gewählt</translation></message>
   <message><source>default</source><translation>Standard</translation></message>
+  <message><source>Encoding</source><translation>Kodierung</translation></message>
+  <message><source>Encoding: %@</source><translation>Kodierung: %@</translation></message>
+  <message><source>Encodings</source><translation>Kodierungen</translation></message>
+  <message><source>Show Encodin&amp;gs</source><translation>Kodierun&amp;gen zeigen</translation></message>
+  <message><source>Show &amp;Unreadable Files</source><translation>&amp;Unlesbare Dateien zeigen</translation></message>
+  <message><source>Read As…</source><translation>Lesen als …</translation></message>
+  <message><source>Read As</source><translation>Lesen als</translation></message>
+  <message><source>&amp;Read</source><translation>&amp;Lesen</translation></message>
+  <message><source>Preview</source><translation>Vorschau</translation></message>
+  <message><source>Other encodings:</source><translation>Andere Kodierungen:</translation></message>
+  <message><source>“%@” was read in %@. Which encoding is it in?</source><translation>„%@“ wurde in %@ gelesen. In welcher Kodierung ist die Datei?</translation></message>
+  <message><source>“%@” isn't text in %@. Which encoding is it in?</source><translation>„%@“ ist kein Text in %@. In welcher Kodierung ist die Datei?</translation></message>
+  <message><source>The same for %@ &amp;other file that couldn't be read in %@</source><translation>Ebenso für %@ &amp;andere Datei, die in %@ nicht gelesen werden konnte</translation></message>
+  <message><source>The same for %@ &amp;other files that couldn't be read in %@</source><translation>Ebenso für %@ &amp;andere Dateien, die in %@ nicht gelesen werden konnten</translation></message>
+  <message><source>Line %lu in this encoding:</source><translation>Zeile %lu in dieser Kodierung:</translation></message>
+  <message><source>Select an encoding to see what becomes of the file.</source><translation>Wählen Sie eine Kodierung, um zu sehen, was aus der Datei wird.</translation></message>
 </context>
 </TS>

@@ -640,5 +640,21 @@ Des sauvegardes contiennent la totalité de leur ancien contenu. Voulez-vous le 
   <message><source>noted with the file</source><translation>noté avec le fichier</translation></message>
   <message><source>chosen</source><translation>choisi</translation></message>
   <message><source>default</source><translation>par défaut</translation></message>
+  <message><source>Encoding</source><translation>Encodage</translation></message>
+  <message><source>Encoding: %@</source><translation>Encodage : %@</translation></message>
+  <message><source>Encodings</source><translation>Encodages</translation></message>
+  <message><source>Show Encodin&amp;gs</source><translation>Montrer les enco&amp;dages</translation></message>
+  <message><source>Show &amp;Unreadable Files</source><translation>Montrer les fichiers &amp;illisibles</translation></message>
+  <message><source>Read As…</source><translation>Lire comme…</translation></message>
+  <message><source>Read As</source><translation>Lire comme</translation></message>
+  <message><source>&amp;Read</source><translation>&amp;Lire</translation></message>
+  <message><source>Preview</source><translation>Aperçu</translation></message>
+  <message><source>Other encodings:</source><translation>Autres encodages :</translation></message>
+  <message><source>“%@” was read in %@. Which encoding is it in?</source><translation>« %@ » a été lu en %@. Dans quel encodage est-il ?</translation></message>
+  <message><source>“%@” isn't text in %@. Which encoding is it in?</source><translation>« %@ » n’est pas du texte en %@. Dans quel encodage est-il ?</translation></message>
+  <message><source>The same for %@ &amp;other file that couldn't be read in %@</source><translation>De même pour %@ &amp;autre fichier qui n’a pas pu être lu en %@</translation></message>
+  <message><source>The same for %@ &amp;other files that couldn't be read in %@</source><translation>De même pour %@ &amp;autres fichiers qui n’ont pas pu être lus en %@</translation></message>
+  <message><source>Line %lu in this encoding:</source><translation>Ligne %lu dans cet encodage :</translation></message>
+  <message><source>Select an encoding to see what becomes of the file.</source><translation>Choisissez un encodage pour voir ce que devient le fichier.</translation></message>
 </context>
 </TS>

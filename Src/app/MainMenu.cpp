@@ -54,10 +54,10 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     ResultsActions &results = controller.resultsPane().resultsActions();
     QMenu *menu = bar->addMenu(localizedString("&Results"));
     menu->addActions({actions.nextMatch, actions.previousMatch, actions.firstMatchInNextFile,
-                      actions.firstMatchInPreviousFile, actions.showFailures, actions.extendToNextMatch,
-                      actions.extendToPreviousMatch});
+                      actions.firstMatchInPreviousFile, actions.showFailures, actions.showUnreadableFiles,
+                      actions.extendToNextMatch, actions.extendToPreviousMatch});
     menu->addSeparator();
-    menu->addActions({actions.showReplacements, actions.showContext});
+    menu->addActions({actions.showReplacements, actions.showContext, actions.showEncodings});
     menu->addActions({actions.replace, actions.replaceAndFind, actions.replaceSelection, actions.replaceAll});
     menu->addSeparator();
     menu->addActions({actions.filterResults, actions.expandCollapseAll, actions.removeSelected});
@@ -66,7 +66,7 @@ void addResultsMenu(QMenuBar *bar, TDMyDocumentController &controller)
     menu->addActions({actions.largerText, actions.smallerText, actions.standardTextSize});
     menu->addSeparator();
     menu->addActions({results.openAtMatchAction(), results.openAction(), results.revealAction(),
-                      results.copyLineAction(), results.copyPathAction(),
+                      results.readAsAction(), results.copyLineAction(), results.copyPathAction(),
                       results.copyAsMenu()->menuAction()});
     menu->addSeparator();
     menu->addActions({results.leaveOutFolderAction(), results.leaveOutFilesLikeAction()});

@@ -43,6 +43,8 @@ inline const QString TD_USER_DEFAULTS_NAME_EDITOR = QStringLiteral("editor");
 inline const QString TD_USER_DEFAULTS_NAME_EDITOR_COMMAND = QStringLiteral("editorCommand");
 /// The file around the highlighted match stands under the results.
 inline const QString TD_USER_DEFAULTS_NAME_SHOW_CONTEXT = QStringLiteral("showContext");
+/// The results have a column that says in what each file was read.
+inline const QString TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS = QStringLiteral("showEncodings");
 /// Until it is changed for the first time, replacements are shown where there is a replace text.
 inline const QString TD_USER_DEFAULTS_NAME_SHOW_REPLACEMENTS = QStringLiteral("showReplacements");
 inline const QString kmIncludedKinds2Pref = QStringLiteral("IncludedKinds2");

@@ -21,6 +21,7 @@ void registerUserDefaults(UserDefaults &store)
         {TD_USER_DEFAULTS_NAME_RESULTS_FONT, QString()},
         {TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE, 0},
         {TD_USER_DEFAULTS_NAME_SHOW_CONTEXT, false},
+        {TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS, false},
         {TD_USER_DEFAULTS_NAME_EDITOR, QStringLiteral("desktop")},
         {TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS, QString()},
         {TD_USER_DEFAULTS_NAME_SEARCH_HIDDEN_FILES, false},

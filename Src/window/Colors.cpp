@@ -64,4 +64,13 @@ QColor errorColor(const QPalette &palette)
     return isReadable ? red : palette.color(QPalette::Text);
 }
 
+QColor linkColor(const QColor &text, const QColor &background)
+{
+    for (const QColor &blue : {QColor(0x1A, 0x56, 0xB0), QColor(0x7A, 0xB8, 0xFF)}) {
+        if (contrastRatio(blue, background) >= READABLE_CONTRAST)
+            return blue;
+    }
+    return text;
+}
+
 } // namespace tidemark

@@ -19,5 +19,7 @@ QColor secondaryColor(const QColor &text, const QColor &background);
 bool isDark(const QPalette &palette);
 /// For what went wrong, on the palette's base; the text's where red can't be read on that.
 QColor errorColor(const QPalette &palette);
+/// For what a click leads somewhere, on a background; the text's where blue can't be read on that.
+QColor linkColor(const QColor &text, const QColor &background);
 
 } // namespace tidemark

@@ -78,6 +78,7 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.firstMatchInPreviousFile = maker.makeRepeating(
         "firstMatchInPreviousFile", "First Match in Pre&vious File", {Qt::CTRL | Qt::Key_Up});
     actions.showFailures = maker.makeRepeating("showFailures", "Show Fai&lures", {});
+    actions.showUnreadableFiles = maker.makeRepeating("showUnreadableFiles", "Show &Unreadable Files", {});
     actions.expandCollapseAll =
         maker.make("expandCollapseAll", "&Expand or Collapse All", {Qt::CTRL | Qt::Key_E});
     actions.removeSelected =
@@ -91,6 +92,8 @@ void makeResultsActions(SearchWindowActions &actions, const ActionMaker &maker)
     actions.standardTextSize = maker.make("standardTextSize", "Standard Text Si&ze", {Qt::CTRL | Qt::Key_0});
     actions.showContext = maker.make("showContext", "Show Conte&xt", {Qt::CTRL | Qt::Key_I});
     actions.showContext->setCheckable(true);
+    actions.showEncodings = maker.make("showEncodings", "Show Encodin&gs", {});
+    actions.showEncodings->setCheckable(true);
     actions.filterResults =
         maker.make("filterResults", "Fi&lter Results", {Qt::CTRL | Qt::SHIFT | Qt::Key_F});
     actions.exportResults = maker.make("exportResults", "&Export Results…", {});

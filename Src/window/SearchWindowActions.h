@@ -36,6 +36,7 @@ struct SearchWindowActions
     QAction *firstMatchInNextFile = nullptr;
     QAction *firstMatchInPreviousFile = nullptr;
     QAction *showFailures = nullptr;
+    QAction *showUnreadableFiles = nullptr;
     QAction *expandCollapseAll = nullptr;
     QAction *removeSelected = nullptr;
     QAction *showReplacements = nullptr;
@@ -43,6 +44,7 @@ struct SearchWindowActions
     QAction *smallerText = nullptr;
     QAction *standardTextSize = nullptr;
     QAction *showContext = nullptr;
+    QAction *showEncodings = nullptr;
     QAction *filterResults = nullptr;
     QAction *replace = nullptr;
     QAction *replaceAndFind = nullptr;

@@ -88,6 +88,7 @@ public:
                << UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_LEAVE_OUT_PATTERNS)
                << UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE) << ' '
                << UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_CONTEXT)
+               << UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS)
                << controller.searching() << document.searchLocations().size() << controller.stopReplace()
                << outside.opened.join(u' ');
         const QWidget *focused = controller.window()->focusWidget();

@@ -164,7 +164,9 @@ const TDMatchLine *ContextPane::_line() const
 
 void ContextPane::_showMatch()
 {
-    _context.open(_file->path(), TDStringEncoding::userDefaultsEncoding());
+    const SettledEncoding encoding = _file->encoding();
+    _context.open(_file->path(),
+                  encoding.isKnown() ? encoding.toReadAgain() : TDStringEncoding::userDefaultsEncoding());
     const QString name = nameOf(_file->path());
     if (const TDMatchLine *line = _line()) {
         const qint64 match = std::max(qint64(0), line->highlightedMatchIndex());

@@ -9,11 +9,11 @@
 
 namespace tidemark {
 
-FailureWalk::FailureWalk(const ResultsTreeModel &model, TDSearchResultsOutlineView &view,
-                         QAction &showFailures, QObject *parent)
-    : QObject(parent), _model(model), _view(view), _showFailures(showFailures)
+FailureWalk::FailureWalk(const ResultsTreeModel &model, TDSearchResultsOutlineView &view, QAction &showNext,
+                         HasFailed hasFailed, QObject *parent)
+    : QObject(parent), _model(model), _view(view), _showNext(showNext), _hasFailed(std::move(hasFailed))
 {
-    connect(&_showFailures, &QAction::triggered, this, &FailureWalk::showNext);
+    connect(&_showNext, &QAction::triggered, this, &FailureWalk::showNext);
     const FindResults &results = model.results();
     connect(&results, &FindResults::cleared, this, &FailureWalk::update);
     connect(&results, &FindResults::removed, this, &FailureWalk::update);
@@ -25,8 +25,10 @@ FailureWalk::FailureWalk(const ResultsTreeModel &model, TDSearchResultsOutlineVi
 void FailureWalk::update()
 {
     const FindResultItems &files = _model.results().files();
-    _showFailures.setEnabled(
-        std::any_of(files.begin(), files.end(), [](const auto &file) { return !file->remark().isEmpty(); }));
+    _count =
+        std::count_if(files.begin(), files.end(), [this](const auto &file) { return _hasFailed(*file); });
+    _showNext.setEnabled(_count > 0);
+    Q_EMIT countChanged();
 }
 
 void FailureWalk::showNext()
@@ -37,11 +39,13 @@ void FailureWalk::showNext()
     const int start = selectedFile.isValid() ? selectedFile.row() + 1 : 0;
     for (int step = 0; step < count; ++step) {
         const int file = (start + step) % count;
-        if (_model.file(file)->remark().isEmpty())
+        if (!_hasFailed(*_model.file(file)))
             continue;
         const int row = _view.rowOfIndex(_model.index(file, 0));
         _view.setFocus(Qt::OtherFocusReason);
         _view.selectRow(row);
+        // What is wrong may stand in the row below.
+        _view.scrollRowToVisible(row + 1);
         _view.scrollRowToVisible(row);
         return;
     }

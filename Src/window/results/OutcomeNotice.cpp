@@ -4,19 +4,21 @@
 #include "replace/UndoStepFiles.h"
 #include "session/SearchStatusLine.h"
 #include "ui_MyDocument.h"
+#include "window/Colors.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLabel>
+
+#include <utility>
 
 namespace tidemark {
 
 namespace {
 
 const QString FAILURES = QStringLiteral("failures");
+const QString UNREADABLE = QStringLiteral("unreadable");
 const QString TAKE_BACK = QStringLiteral("step");
-constexpr QColor LINK_ON_LIGHT = QColor(0x1A, 0x56, 0xB0);
-constexpr QColor LINK_ON_DARK = QColor(0x7A, 0xB8, 0xFF);
 
 /// A label that gets the keyboard gives it to none of its links by itself.
 void enterFirstLink(QLabel *label, Qt::FocusReason reason)
@@ -48,7 +50,9 @@ OutcomeNotice::OutcomeNotice(Ui::MyDocument &ui, QObject *parent)
         [this](const QString &link) {
             // It is hidden, and forgets the step, as soon as the run begins.
             const QByteArray step = _step;
-            if (link == FAILURES)
+            if (link == UNREADABLE)
+                Q_EMIT unreadableFilesRequested();
+            else if (link == FAILURES)
                 Q_EMIT failuresRequested();
             else if (!step.isEmpty())
                 Q_EMIT takeBackRequested(step);
@@ -61,6 +65,12 @@ void OutcomeNotice::show(quint64 filesFailed, const QByteArray &step)
     _filesFailed = filesFailed;
     _step = step;
     _update();
+}
+
+void OutcomeNotice::setUnreadableFiles(quint64 count)
+{
+    if (std::exchange(_unreadableFiles, count) != count)
+        _update();
 }
 
 void OutcomeNotice::forgetStep()
@@ -76,15 +86,17 @@ void OutcomeNotice::hide()
 
 void OutcomeNotice::_update()
 {
-    const bool isDark = _links->palette().color(QPalette::Window).lightnessF() < 0.5F;
+    const QColor color =
+        linkColor(_links->palette().color(QPalette::WindowText), _links->palette().color(QPalette::Window));
     QString html;
     QString spoken;
     const auto addLink = [&](const QString &link, const QString &text) {
-        html += localizedString(" • ") +
-                QStringLiteral("<a style=\"color:%1\" href=\"%2\">%3</a>")
-                    .arg((isDark ? LINK_ON_DARK : LINK_ON_LIGHT).name(), link, text.toHtmlEscaped());
+        html += localizedString(" • ") + QStringLiteral("<a style=\"color:%1\" href=\"%2\">%3</a>")
+                                             .arg(color.name(), link, text.toHtmlEscaped());
         spoken += (spoken.isEmpty() ? QString() : QStringLiteral(", ")) + text;
     };
+    if (_unreadableFiles > 0)
+        addLink(UNREADABLE, unreadableFilesStatus(_unreadableFiles));
     if (_filesFailed > 0)
         addLink(FAILURES, failedFilesStatus(_filesFailed));
     if (!_step.isEmpty())

@@ -11,8 +11,8 @@ class MyDocument;
 
 namespace tidemark {
 
-/// The links behind the status line after a run of replacements: to the files that failed, and to undo the
-/// run, or redo it. Main thread only.
+/// The links behind the status line: after a search to the files that couldn't be read, after a run of
+/// replacements to those that failed, and to undo the run, or redo it. Main thread only.
 class OutcomeNotice : public QObject
 {
     Q_OBJECT
@@ -23,12 +23,15 @@ public:
 
     /// `step` of the journal takes the run back; empty when nothing does.
     void show(quint64 filesFailed, const QByteArray &step);
+    /// 0: there is no link to them.
+    void setUnreadableFiles(quint64 count);
     /// Undoing wouldn't be about what is shown any more.
     void forgetStep();
-    /// The status line tells something else by now.
+    /// The status line tells something else than of a run by now.
     void hide();
 
 Q_SIGNALS:
+    void unreadableFilesRequested();
     void failuresRequested();
     void takeBackRequested(const QByteArray &stepId);
 
@@ -38,6 +41,7 @@ private:
 
     Ui::MyDocument &_ui;
     QLabel *_links;
+    quint64 _unreadableFiles = 0;
     quint64 _filesFailed = 0;
     QByteArray _step;
 };

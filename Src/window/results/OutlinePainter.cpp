@@ -125,6 +125,12 @@ void OutlinePainter::_paintFileRow(const QStyleOptionViewItem &option, const QMo
         _paintFolder(option, folder, file);
         room.setRight(folder.left() - GAP);
     }
+    if (!header->isSectionHidden(ResultsTreeModel::EncodingColumn)) {
+        QRect encoding = room;
+        encoding.setLeft(room.right() - header->sectionSize(ResultsTreeModel::EncodingColumn) + MARGIN);
+        _paintEncoding(option, encoding, file);
+        room.setRight(encoding.left() - GAP);
+    }
     room = _paintIcon(option, room, file);
     room = _paintName(option, room, file);
     room = _paintBadge(option, room, file);
@@ -231,6 +237,19 @@ void OutlinePainter::_paintRemark(const QStyleOptionViewItem &option, QRect room
         _visual(option, room),
         int(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) | Qt::TextSingleLine,
         QFontMetrics(option.font).elidedText(item.remark().simplified(), Qt::ElideRight, room.width()));
+}
+
+void OutlinePainter::_paintEncoding(const QStyleOptionViewItem &option, QRect room,
+                                    const QModelIndex &file) const
+{
+    const QString encoding = file.siblingAtColumn(ResultsTreeModel::EncodingColumn).data().toString();
+    _painter.setFont(option.font);
+    _painter.setPen(
+        secondaryColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
+    _painter.drawText(_visual(option, room),
+                      int(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
+                          Qt::TextSingleLine,
+                      QFontMetrics(option.font).elidedText(encoding, Qt::ElideMiddle, room.width()));
 }
 
 void OutlinePainter::_paintFolder(const QStyleOptionViewItem &option, QRect room,

@@ -36,6 +36,7 @@ private:
     QRect _paintNote(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
     void _paintRemark(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
     void _paintFolder(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    void _paintEncoding(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
     QRect _visual(const QStyleOptionViewItem &option, const QRect &rect) const;
 
     const TDSearchResultsOutlineView &_view;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int NAME_WIDTH = 320;
 constexpr int MATCHES_WIDTH = 90;
+constexpr int ENCODING_WIDTH = 230;
 constexpr int FILE_ROW_PADDING = 3;
 constexpr int LINE_MARGIN = 4;
 constexpr int WHEEL_STEP = 120;
@@ -64,6 +65,9 @@ void OutlineView::setModel(QAbstractItemModel *newModel)
         return;
     _header->resizeSection(ResultsTreeModel::NameColumn, NAME_WIDTH);
     _header->resizeSection(ResultsTreeModel::MatchesColumn, MATCHES_WIDTH);
+    _header->resizeSection(ResultsTreeModel::EncodingColumn, ENCODING_WIDTH);
+    _header->moveSection(_header->visualIndex(ResultsTreeModel::EncodingColumn),
+                         _header->visualIndex(ResultsTreeModel::FolderColumn));
     connect(newModel, &QAbstractItemModel::rowsRemoved, this, &OutlineView::_rowsWereRemoved);
     connect(newModel, &QAbstractItemModel::layoutChanged, this, &OutlineView::_rebuildRows);
     connect(&results()->results(), &FindResults::cleared, this, [this] {

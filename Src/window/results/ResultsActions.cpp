@@ -2,6 +2,7 @@
 
 #include "foundation/LocalizedText.h"
 #include "search/LeaveOutPattern.h"
+#include "session/UnreadableFiles.h"
 #include "window/Workspace.h"
 #include "window/results/ResultsNavigation.h"
 
@@ -22,6 +23,7 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
       _openAtMatch(_addAction(localizedString("Open at Match"), &ResultsActions::openAtMatch)),
       _open(_addAction(localizedString("Open"), &ResultsActions::openInFinder)),
       _reveal(_addAction(localizedString("Reveal in Finder"), &ResultsActions::revealInFinder)),
+      _readAs(_addAction(localizedString("Read As…"), &ResultsActions::readAs)),
       _copyLine(_addAction(localizedString("Copy Line"), &ResultsActions::copyLine)),
       _copyPath(_addAction(localizedString("Copy Path"), &ResultsActions::copyPath)),
       _copyAs(_menu.addMenu(localizedString("Copy As"))),
@@ -40,6 +42,7 @@ ResultsActions::ResultsActions(ResultsNavigation &navigation, std::shared_ptr<Wo
     _menu.insertSeparator(_leaveOutFolder);
     _openAtMatch->setObjectName(QStringLiteral("openAtMatch"));
     _copyLine->setObjectName(QStringLiteral("copyLine"));
+    _readAs->setObjectName(QStringLiteral("readAs"));
     connect(&_navigation, &ResultsNavigation::selectionChanged, this,
             &ResultsActions::validateUserInterfaceItems);
     validateUserInterfaceItems();
@@ -63,6 +66,7 @@ void ResultsActions::validateUserInterfaceItems()
     const auto item = _navigation.selection().currentlySelectedFindResultItem();
     for (QAction *action : {_openAtMatch, _open, _reveal, _copyPath, _leaveOutFilesLike})
         action->setEnabled(item != nullptr);
+    _readAs->setEnabled(_fileToReadAs() != nullptr);
     _leaveOutFolder->setEnabled(!_patternForFolder().isEmpty());
     _copyAs->menuAction()->setEnabled(item != nullptr);
     // An error has no text of its own.
@@ -104,6 +108,25 @@ void ResultsActions::copyLine()
     const QString lines = _navigation.selection().selectedLines();
     if (!lines.isNull())
         QGuiApplication::clipboard()->setText(lines);
+}
+
+const TDFindResultItem *ResultsActions::_fileToReadAs() const
+{
+    const auto item = _navigation.selection().currentlySelectedFindResultItem();
+    const TDFindResultItem *file = item && item->parent() != nullptr ? item->parent() : item.get();
+    return _isReadAsPossible && file != nullptr && mayBeReadAs(*file) ? file : nullptr;
+}
+
+void ResultsActions::setReadAsPossible(bool isPossible)
+{
+    _isReadAsPossible = isPossible;
+    validateUserInterfaceItems();
+}
+
+void ResultsActions::readAs()
+{
+    if (const TDFindResultItem *file = _fileToReadAs())
+        Q_EMIT readAsRequested(*file);
 }
 
 QString ResultsActions::_patternForFolder() const

@@ -38,6 +38,9 @@ public:
     /// The selected rows as files, and as text: their lines, or their paths where no line is among them. Null
     /// without a selection.
     std::unique_ptr<QMimeData> dragged() const;
+    void readAs();
+    /// Not while results come or change.
+    void setReadAsPossible(bool isPossible);
     void leaveOutFolder();
     void leaveOutFilesLike();
     /// To which patterns for folders are relative.
@@ -52,6 +55,7 @@ public:
     QAction *openAtMatchAction() const { return _openAtMatch; }
     QAction *openAction() const { return _open; }
     QAction *revealAction() const { return _reveal; }
+    QAction *readAsAction() const { return _readAs; }
     QAction *copyLineAction() const { return _copyLine; }
     QAction *copyPathAction() const { return _copyPath; }
     QMenu *copyAsMenu() const { return _copyAs; }
@@ -63,10 +67,14 @@ public:
 Q_SIGNALS:
     /// A text for people.
     void failed(const QString &problem);
+    /// In which encoding is for a person to say.
+    void readAsRequested(const TDFindResultItem &file);
     /// From the next search on.
     void leaveOutRequested(const QString &pattern);
 
 private:
+    /// Null where there is none that a person could have read in another encoding.
+    const TDFindResultItem *_fileToReadAs() const;
     QString _patternForFolder() const;
     QAction *_addAction(const QString &text, void (ResultsActions::*command)());
 
@@ -77,11 +85,13 @@ private:
     QAction *_openAtMatch;
     QAction *_open;
     QAction *_reveal;
+    QAction *_readAs;
     QAction *_copyLine;
     QAction *_copyPath;
     QMenu *_copyAs;
     QAction *_leaveOutFolder;
     QAction *_leaveOutFilesLike;
+    bool _isReadAsPossible = true;
 };
 
 } // namespace tidemark

@@ -26,6 +26,10 @@ ResultsNavigation::ResultsNavigation(FindResults &results, ResultsTreeModel &mod
     connect(&_results, &FindResults::appended, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::grown, this, &ResultsNavigation::determineIfFirstOrLastItemSelected);
     connect(&_results, &FindResults::filtered, this, &ResultsNavigation::_resumeAfterFiltering);
+    connect(&_results, &FindResults::thinnedOut, this, [this] {
+        if (_currentItem && !_results.shows(*_currentItem))
+            _currentItem.reset();
+    });
     connect(&_results, &FindResults::aboutToClear, this, [this] { _currentItem.reset(); });
     connect(&_results, &FindResults::cleared, this, [this] {
         determineIfFirstOrLastItemSelected();

@@ -8,6 +8,7 @@
 #include "session/ResultsFilter.h"
 #include "session/SearchControl.h"
 #include "session/SearchStatusLine.h"
+#include "session/UnreadableFiles.h"
 #include "ui_MyDocument.h"
 #include "window/BackupsDialog.h"
 #include "window/EmptyState.h"
@@ -18,6 +19,7 @@
 #include "window/SearchWindowTexts.h"
 #include "window/Symbols.h"
 #include "window/form/LeaveOutForm.h"
+#include "window/results/ReadAsCommands.h"
 #include "window/results/ResultsFilterBox.h"
 #include "window/results/ResultsFont.h"
 #include "window/results/ShownReplacements.h"
@@ -59,7 +61,9 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
       _undoCommands(document, replace, search, outlineView(), *actions.undoReplacing, *actions.redoReplacing,
                     this),
       _leftOutNotice(_ui, search), _outcomeNotice(_ui),
-      _failureWalk(_model, outlineView(), *actions.showFailures)
+      _failureWalk(_model, outlineView(), *actions.showFailures,
+                   [](const TDFindResultItem &file) { return !file.remark().isEmpty(); }),
+      _unreadableWalk(_model, outlineView(), *actions.showUnreadableFiles, couldNotBeRead)
 {
     showSymbol(_ui.navigateUpButton, Symbol::Previous);
     showSymbol(_ui.navigateDownButton, Symbol::Next);
@@ -73,6 +77,7 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpReplaceProgress();
     _setUpFilter();
     _setUpOutcome();
+    _setUpEncodings();
     _setUpTextSize();
     _shownReplacements = new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox,
                                                *_actions.showReplacements, this);
@@ -237,7 +242,40 @@ void ResultsPane::_setUpOutcome()
     connect(&_replace, &ReplaceControl::replacedMatch, &_outcomeNotice, &OutcomeNotice::forgetStep);
     connect(&_replace, &ReplaceControl::replacedMatch, &_failureWalk, &FailureWalk::update);
     connect(&_replace, &ReplaceControl::replacing, &_failureWalk, &FailureWalk::update);
-    connect(&_search, &SearchControl::searchWillStart, &_outcomeNotice, &OutcomeNotice::hide);
+    connect(&_search, &SearchControl::searchingChanged, &_outcomeNotice, &OutcomeNotice::hide);
+}
+
+void ResultsPane::_setUpEncodings()
+{
+    new ReadAsCommands(_search, _model, outlineView(), _resultsActions, this);
+    auto *column = new QAction(localizedString("Encoding"), this);
+    column->setCheckable(true);
+    QHeaderView *header = outlineView().header();
+    header->setContextMenuPolicy(Qt::ActionsContextMenu);
+    header->addAction(column);
+    const auto update = [column, action = _actions.showEncodings] {
+        const bool isShown = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS);
+        column->setChecked(isShown);
+        action->setChecked(isShown);
+    };
+    for (const QAction *action : {column, _actions.showEncodings})
+        connect(action, &QAction::triggered, this, [](bool shown) {
+            UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS, shown);
+        });
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, update);
+    update();
+    connect(&_outcomeNotice, &OutcomeNotice::unreadableFilesRequested, _actions.showUnreadableFiles,
+            &QAction::trigger);
+    connect(&_unreadableWalk, &FailureWalk::countChanged, this, &ResultsPane::_noteUnreadable);
+    connect(&_search, &SearchControl::searchingChanged, &_unreadableWalk, &FailureWalk::update);
+    connect(&_replace, &ReplaceControl::replacing, &_unreadableWalk, &FailureWalk::update);
+}
+
+/// While files arrive, or change, the status tells of that.
+void ResultsPane::_noteUnreadable()
+{
+    const bool isQuiet = !_search.searching() && !_replace.isReplacing();
+    _outcomeNotice.setUnreadableFiles(isQuiet ? quint64(_unreadableWalk.count()) : 0);
 }
 
 void ResultsPane::_setUpTextSize()
@@ -318,6 +356,7 @@ void ResultsPane::_noteResults()
     const bool isComplete = hasResults && isFree && !_search.searching();
     _actions.replaceSelection->setEnabled(isComplete);
     _actions.replaceAll->setEnabled(isComplete);
+    _resultsActions.setReadAsPossible(isComplete);
     _actions.exportResults->setEnabled(isComplete);
     _actions.history->setEnabled(isFree);
     _actions.deleteBackups->setEnabled(isFree);

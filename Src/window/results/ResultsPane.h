@@ -62,6 +62,8 @@ private:
     void _setUpButtons();
     void _setUpReplaceProgress();
     void _setUpOutcome();
+    void _setUpEncodings();
+    void _noteUnreadable();
     void _setUpTextSize();
     void _noteTextSize();
     void _expandWhileFew(qsizetype first, qsizetype count);
@@ -90,6 +92,7 @@ private:
     LeftOutNotice _leftOutNotice;
     OutcomeNotice _outcomeNotice;
     FailureWalk _failureWalk;
+    FailureWalk _unreadableWalk;
     ResultsFilterBox *_filterBox = nullptr; ///< of the window
     ShownReplacements *_shownReplacements;  ///< a child
     QString _kindsOfLastSearch;

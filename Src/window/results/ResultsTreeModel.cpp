@@ -1,6 +1,8 @@
 #include "window/results/ResultsTreeModel.h"
 
 #include "foundation/LocalizedText.h"
+#include "foundation/UserDefaults.h"
+#include "session/UnreadableFiles.h"
 #include "text/CharacterSets.h"
 #include "window/Colors.h"
 #include "window/PlainToolTip.h"
@@ -212,6 +214,8 @@ bool ResultsTreeModel::_isShownBefore(const TDFindResultItem &left, const TDFind
         return _matchCount(left).value_or(0) < _matchCount(right).value_or(0);
     if (_sortColumn == FolderColumn)
         return left.displayPath().compare(right.displayPath(), Qt::CaseInsensitive) < 0;
+    if (_sortColumn == EncodingColumn)
+        return encodingText(left.encoding()).compare(encodingText(right.encoding()), Qt::CaseInsensitive) < 0;
     return left.filenameMatchLineSortKey().compare(right.filenameMatchLineSortKey(), Qt::CaseInsensitive) < 0;
 }
 
@@ -303,10 +307,13 @@ QString ResultsTreeModel::_noteOf(const TDFindResultItem &file) const
 {
     const Counts &counts = _counts(file);
     const QLocale locale;
-    return counts.replaced == 0
-               ? QString()
-               : formatted(localizedString("%@ of %@ replaced"),
-                           {locale.toString(counts.replaced), locale.toString(counts.matches.value_or(0))});
+    if (counts.replaced > 0)
+        return formatted(localizedString("%@ of %@ replaced"),
+                         {locale.toString(counts.replaced), locale.toString(counts.matches.value_or(0))});
+    const bool isUsual = file.encoding().source == EncodingSource::Default ||
+                         file.encoding().encoding == defaultEncodingIdentifier();
+    const bool hasColumn = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS);
+    return isUsual || hasColumn ? QString() : encodingText(file.encoding());
 }
 
 QVariant ResultsTreeModel::data(const QModelIndex &index, int role) const
@@ -362,6 +369,8 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
         return {};
     if (column == FolderColumn)
         return item.remark().isEmpty() ? folderForPeople(item.displayPath()) : item.remark();
+    if (column == EncodingColumn)
+        return encodingText(item.encoding());
     const std::optional<qint32> count = _matchCount(item);
     return count ? QLocale().toString(*count) : QString();
 }
@@ -376,8 +385,12 @@ QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
 
 QString ResultsTreeModel::_tipOf(const TDFindResultItem &file)
 {
-    const QString path = file.path().displayText();
-    return file.remark().isEmpty() ? path : path + u'\n' + file.remark();
+    QStringList lines = {file.path().displayText()};
+    if (const QString encoding = encodingText(file.encoding()); !encoding.isEmpty())
+        lines << formatted(localizedString("Encoding: %@"), {encoding});
+    if (!file.remark().isEmpty())
+        lines << file.remark();
+    return lines.join(u'\n');
 }
 
 QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, int role) const
@@ -400,7 +413,7 @@ QVariant ResultsTreeModel::_fileData(const TDFindResultItem &file, int column, i
     case Qt::FontRole: {
         QFont font;
         font.setBold(true);
-        return column == FolderColumn ? QVariant() : QVariant(font);
+        return column == FolderColumn || column == EncodingColumn ? QVariant() : QVariant(font);
     }
     case Qt::TextAlignmentRole:
         return int((column == MatchesColumn ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
@@ -424,6 +437,8 @@ QVariant ResultsTreeModel::headerData(int section, Qt::Orientation orientation, 
         return localizedString("Matches");
     case FolderColumn:
         return localizedString("Folder");
+    case EncodingColumn:
+        return localizedString("Encoding");
     default:
         return {};
     }

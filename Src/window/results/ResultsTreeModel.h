@@ -9,7 +9,7 @@
 
 namespace tidemark {
 
-/// The results as a tree of three columns for views: files, and below each its match lines or its error.
+/// The results as a tree of four columns for views: files, and below each its match lines or its error.
 /// Sorting orders the files as shown and leaves the list as it is. A file's remark stands in its row instead
 /// of its folder.
 class ResultsTreeModel : public QAbstractItemModel
@@ -17,8 +17,8 @@ class ResultsTreeModel : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    enum Column { NameColumn, MatchesColumn, FolderColumn };
-    static constexpr int COLUMN_COUNT = 3;
+    enum Column { NameColumn, MatchesColumn, FolderColumn, EncodingColumn };
+    static constexpr int COLUMN_COUNT = 4;
     /// Of a file's name: what stands behind it in a secondary colour; empty for nothing.
     static constexpr int NoteRole = Qt::UserRole + 1;
 

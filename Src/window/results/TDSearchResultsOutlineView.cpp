@@ -1,12 +1,14 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
 #include "foundation/LocalizedText.h"
+#include "foundation/UserDefaults.h"
 #include "matching/TDFindResultItem.h"
 #include "window/EmptyState.h"
 #include "window/results/FolderTexts.h"
 #include "window/results/OutlinePainter.h"
 #include "window/results/ResultsAnnouncements.h"
 #include "window/results/ResultsTreeModel.h"
+#include "window/results/TDSearchResultsTextFieldCell.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -22,9 +24,10 @@ namespace tidemark {
 
 namespace {
 
-/// Narrower than so many times a text's height there is no room for the folders, and then none for the
-/// counts.
+/// Narrower than so many times a text's height there is no room for the folders, then none for the
+/// encodings, and then none for the counts.
 constexpr int FOLDERS_FROM = 45;
+constexpr int ENCODINGS_FROM = 40;
 constexpr int COUNTS_FROM = 24;
 
 } // namespace
@@ -36,6 +39,10 @@ TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     _emptyState->hide();
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
+    connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this](const QString &key) {
+        if (key == TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS)
+            _showColumnsThatFit();
+    });
 }
 
 void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
@@ -86,6 +93,10 @@ void TDSearchResultsOutlineView::_showColumnsThatFit()
     const int unit = fontMetrics().height();
     header()->setSectionHidden(ResultsTreeModel::FolderColumn, viewport()->width() < FOLDERS_FROM * unit);
     header()->setSectionHidden(ResultsTreeModel::MatchesColumn, viewport()->width() < COUNTS_FROM * unit);
+    header()->setSectionHidden(
+        ResultsTreeModel::EncodingColumn,
+        viewport()->width() < ENCODINGS_FROM * unit ||
+            !UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS));
 }
 
 void TDSearchResultsOutlineView::resizeEvent(QResizeEvent *event)
@@ -393,6 +404,17 @@ bool TDSearchResultsOutlineView::_isOnDisclosure(int row, int x) const
     return fromEdge < indentation && !indexAtRow(row).parent().isValid();
 }
 
+QRect TDSearchResultsOutlineView::readAsRect(int row) const
+{
+    const std::optional<int> y = scrolled().yOfRow(row);
+    const auto item = itemAtRow(row);
+    if (!y || !item)
+        return {};
+    QStyleOptionViewItem option = rowOption();
+    option.rect = leafRect(QRect(0, *y, viewport()->width(), rowHeight(row)));
+    return cell().readAsRect(option, *item);
+}
+
 void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)
 {
     const QPoint position = event->position().toPoint();
@@ -408,6 +430,11 @@ void TDSearchResultsOutlineView::mousePressEvent(QMouseEvent *event)
         return;
     if (_isOnDisclosure(row, position.x())) {
         toggleExpanded(indexAtRow(row));
+        return;
+    }
+    if (readAsRect(row).contains(position)) {
+        selectRow(row);
+        Q_EMIT readAsRequested();
         return;
     }
     if (event->modifiers() & Qt::ShiftModifier)

@@ -40,6 +40,8 @@ public:
     QModelIndex selectedIndex() const;
     void selectRow(int row, bool extend = false);
     void selectAll() override;
+    /// Where a row in sight offers to read its file in another encoding; empty where none does.
+    QRect readAsRect(int row) const;
     /// What is said of a row; empty for one that there isn't.
     QString spokenRow(int row) const;
 
@@ -49,6 +51,8 @@ Q_SIGNALS:
     void selectedRowsChanged();
     /// A row was clicked twice, beside its triangle; it is selected by now.
     void rowDoubleClicked();
+    /// What a row offers was clicked; it is selected by now.
+    void readAsRequested();
     /// The selected rows are being dragged out.
     void dragRequested();
     /// The row is selected by now; the position is global.

@@ -1,7 +1,9 @@
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
+#include "foundation/LocalizedText.h"
 #include "matching/TDFindResultItem.h"
 #include "session/ReplacementPreview.h"
+#include "session/UnreadableFiles.h"
 #include "window/Colors.h"
 #include "window/results/ResultsFont.h"
 
@@ -21,10 +23,21 @@ constexpr int LEAST_ROOM_AROUND_TEXT = 2;
 /// Columns between two tab stops.
 constexpr int TAB_WIDTH = 4;
 constexpr int GUTTER_GAP = 12;
+constexpr int LINK_MARGIN = 8;
 
 const TDFindResultItem &itemOf(const QModelIndex &index)
 {
     return *static_cast<const TDFindResultItem *>(index.internalPointer());
+}
+
+QString errorText(const TDFindResultItem &item)
+{
+    return item.displayError().text.simplified();
+}
+
+QString readAsText()
+{
+    return localizedString("Read As…");
 }
 
 Directions directionsOf(QStringView text)
@@ -227,12 +240,35 @@ void TDSearchResultsTextFieldCell::_paintNumber(QPainter &painter, const QStyleO
 void TDSearchResultsTextFieldCell::_paintError(QPainter &painter, const QStyleOptionViewItem &option,
                                                const TDFindResultItem &item) const
 {
-    const QRect rect = _bodyRect(option);
+    QRect rect = _bodyRect(option);
+    const QRect link = readAsRect(option, item);
+    if (!link.isEmpty()) {
+        rect.setRight(link.left() - 1);
+        QFont font = option.font;
+        font.setUnderline(true);
+        painter.setFont(font);
+        painter.setPen(linkColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
+        painter.drawText(link, Qt::AlignCenter | Qt::TextSingleLine, readAsText());
+    }
     painter.setFont(option.font);
     painter.setPen(errorColor(option.palette));
-    const QString line = item.displayError().text.simplified();
-    painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     QFontMetrics(option.font).elidedText(line, Qt::ElideMiddle, rect.width()));
+    painter.drawText(rect, int(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     QFontMetrics(option.font).elidedText(errorText(item), Qt::ElideMiddle, rect.width()));
+}
+
+QRect TDSearchResultsTextFieldCell::readAsRect(const QStyleOptionViewItem &option,
+                                               const TDFindResultItem &item) const
+{
+    if (!item.error() || item.parent() == nullptr || !mayBeReadAs(*item.parent()))
+        return {};
+    const QFontMetrics metrics(option.font);
+    const QRect body = _bodyRect(option);
+    const int width = metrics.horizontalAdvance(readAsText()) + 2 * LINK_MARGIN;
+    const int text = metrics.horizontalAdvance(errorText(item));
+    QRect link = body;
+    link.setLeft(body.left() + std::min(text, std::max(0, body.width() - width)));
+    link.setWidth(width);
+    return link;
 }
 
 } // namespace tidemark

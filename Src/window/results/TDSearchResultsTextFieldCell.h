@@ -40,6 +40,9 @@ public:
     QRect rectOfMatch(const QStyleOptionViewItem &option, const TDFindResultItem &item, qint64 match) const;
     /// The gutter of a row at the option's place: at its left whatever way the line runs.
     QRect gutterRect(const QStyleOptionViewItem &option) const;
+    /// Where an error in a row at the option's place offers to read its file in another encoding: behind its
+    /// text. Empty where it doesn't.
+    QRect readAsRect(const QStyleOptionViewItem &option, const TDFindResultItem &item) const;
     /// Digits of the greatest line number that is to fit into the gutter.
     void setGutterDigits(int digits);
     int gutterDigits() const { return _gutterDigits; }
