@@ -7,6 +7,7 @@
 #include "window/results/FolderTexts.h"
 #include "window/results/OutlinePainter.h"
 #include "window/results/ResultsAnnouncements.h"
+#include "window/results/ResultsColumns.h"
 #include "window/results/ResultsTreeModel.h"
 #include "window/results/TDSearchResultsTextFieldCell.h"
 
@@ -22,16 +23,6 @@
 
 namespace tidemark {
 
-namespace {
-
-/// Narrower than so many times a text's height there is no room for the folders, then none for the
-/// encodings, and then none for the counts.
-constexpr int FOLDERS_FROM = 45;
-constexpr int ENCODINGS_FROM = 40;
-constexpr int COUNTS_FROM = 24;
-
-} // namespace
-
 TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     : OutlineView(parent), _announcements(new ResultsAnnouncements(this)),
       _emptyState(new EmptyState(Symbol::Search, viewport()))
@@ -41,7 +32,7 @@ TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     setEditTriggers(NoEditTriggers);
     connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this](const QString &key) {
         if (key == TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS)
-            _showColumnsThatFit();
+            showColumnsThatFit(*header(), viewport()->width());
     });
 }
 
@@ -54,7 +45,7 @@ void TDSearchResultsOutlineView::setModel(QAbstractItemModel *newModel)
                 &TDSearchResultsOutlineView::clearSelectedRows);
     if (newModel != nullptr)
         connect(newModel, &QAbstractItemModel::rowsInserted, this, &TDSearchResultsOutlineView::_showHint);
-    _showColumnsThatFit();
+    showColumnsThatFit(*header(), viewport()->width());
 }
 
 void TDSearchResultsOutlineView::reset()
@@ -86,30 +77,17 @@ QString TDSearchResultsOutlineView::folderText(const TDFindResultItem &file) con
     return folderInLocations(file.displayPath(), _locationFolders);
 }
 
-void TDSearchResultsOutlineView::_showColumnsThatFit()
-{
-    if (header()->count() == 0)
-        return;
-    const int unit = fontMetrics().height();
-    header()->setSectionHidden(ResultsTreeModel::FolderColumn, viewport()->width() < FOLDERS_FROM * unit);
-    header()->setSectionHidden(ResultsTreeModel::MatchesColumn, viewport()->width() < COUNTS_FROM * unit);
-    header()->setSectionHidden(
-        ResultsTreeModel::EncodingColumn,
-        viewport()->width() < ENCODINGS_FROM * unit ||
-            !UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS));
-}
-
 void TDSearchResultsOutlineView::resizeEvent(QResizeEvent *event)
 {
     OutlineView::resizeEvent(event);
-    _showColumnsThatFit();
+    showColumnsThatFit(*header(), viewport()->width());
 }
 
 void TDSearchResultsOutlineView::changeEvent(QEvent *event)
 {
     OutlineView::changeEvent(event);
     if (event->type() == QEvent::FontChange)
-        _showColumnsThatFit();
+        showColumnsThatFit(*header(), viewport()->width());
 }
 
 void TDSearchResultsOutlineView::paintEvent(QPaintEvent *event)

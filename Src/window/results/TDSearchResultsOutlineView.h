@@ -93,7 +93,6 @@ private:
     bool _rightMouseDownHelper(QPoint position, QPoint globalPosition);
     bool _isOnDisclosure(int row, int x) const;
     void _showHint();
-    void _showColumnsThatFit();
 
     OutlineKeys _keys;
     ResultsAnnouncements *_announcements;
