@@ -1,7 +1,5 @@
 #include "DriverOptions.h"
 
-#include "text/TextEncoding.h"
-
 #include <QHash>
 
 #include <climits>
@@ -14,13 +12,14 @@ const char *const DRIVER_USAGE =
     "usage: tidemark-bench --find TEXT [--regex [--unicode]] [--whole-words] [--case-sensitive]\n"
     "                      [--kind all|text|source|PATTERN]... [--no-subfolders]\n"
     "                      [--leave-out PATTERN]... [--hidden] [--ignore-files] [--largest-size BYTES]\n"
-    "                      [--encoding detect|IANA-NAME] [--replace TEXT] [--no-backup] [--record FOLDER]\n"
-    "                      [--journal FOLDER] [--preview] [--threads N] [--repeat N] [--list] [--errors]\n"
-    "                      [--quiet] [--json] LOCATION...\n"
+    "                      [--encoding detect|IANA-NAME] [--read-as IANA-NAME] [--replace TEXT]\n"
+    "                      [--no-backup] [--record FOLDER] [--journal FOLDER] [--preview] [--threads N]\n"
+    "                      [--repeat N] [--list] [--errors] [--quiet] [--json] LOCATION...\n"
     "       tidemark-bench --interrupted FOLDER [--put-back|--keep]\n"
     "       tidemark-bench --undo FOLDER | --redo FOLDER [--record FOLDER] [--no-backup]\n"
     "       tidemark-bench --history FOLDER\n"
     "\n"
+    "--read-as searches files once more that couldn't be read, behind the others, in this encoding.\n"
     "--preview prints PATH:LINE: and each line as --replace would write it, and changes nothing.\n"
     "--undo and --redo take back the last step kept by --journal, or the last undoing: a line for each "
     "file,\n"
@@ -150,6 +149,7 @@ private:
             {"--leave-out", [this](const QString &value) { _options.leaveOutPatterns << value; }},
             {"--largest-size", [this](const QString &value) { _options.largestFileSize = _number(value); }},
             {"--encoding", [this](const QString &value) { _options.encoding = value; }},
+            {"--read-as", [this](const QString &value) { _options.readAs = _encoding(value); }},
             {"--threads", [this](const QString &value) { _options.threads = int(_number(value, INT_MAX)); }},
             {"--repeat", [this](const QString &value) { _options.repeat = int(_number(value, INT_MAX)); }},
         };
@@ -165,6 +165,15 @@ private:
             _problem = "the value of " + name + " isn't UTF-8";
         }
         return true;
+    }
+
+    StringEncoding _encoding(const QString &name)
+    {
+        const StringEncoding encoding =
+            convertCoreFoundationToStringEncoding(convertIANACharSetNameToEncoding(name));
+        if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING)
+            _problem = "no encoding: " + name.toUtf8();
+        return encoding;
     }
 
     qint64 _number(const QString &text, qint64 most = std::numeric_limits<qint64>::max())

@@ -2,6 +2,7 @@
 
 #include "foundation/FilePath.h"
 #include "search/Kind.h"
+#include "text/TextEncoding.h"
 
 #include <QList>
 #include <QString>
@@ -16,6 +17,8 @@ struct DriverOptions
     std::optional<QString> replaceText;
     QList<Kind> kinds;
     QString encoding = QStringLiteral("detect"); ///< or an IANA name
+    /// In which files are read once more whose bytes are no text in theirs.
+    std::optional<StringEncoding> readAs;
     QStringList leaveOutPatterns;
     qint64 largestFileSize = 0; ///< in bytes; 0: any size
     QList<FilePath> locations;

@@ -1,5 +1,8 @@
 #include "SearchRun.h"
 
+#include "session/UnreadableFiles.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -23,8 +26,32 @@ void SearchRun::run(const std::shared_ptr<SearchRun> &self, const QList<TDSearch
     engine.setThreadCount(_options.threads);
     _timer.start();
     engine.startSearch(_options.findText, locations, _options.isCaseSensitive);
+    if (!_toReadAgain.isEmpty())
+        _readAgain(self);
     _totals.seconds = secondsOf(_timer);
     _flush();
+}
+
+void SearchRun::_readAgain(const std::shared_ptr<SearchRun> &self)
+{
+    _readsAgain = true;
+    QList<TDSearchLocation> locations;
+    for (const FilePath &path : _toReadAgain.keys())
+        locations.emplaceBack().url = path.toUrl();
+    std::sort(locations.begin(), locations.end(),
+              [](const auto &one, const auto &other) { return one.path() < other.path(); });
+    SearchTotals before = _totals;
+    TDSearchEngine engine;
+    engine.setDelegate(self);
+    engine.setThreadCount(_options.threads);
+    engine.setChosenEncodings(_toReadAgain);
+    engine.startSearch(_options.findText, locations, _options.isCaseSensitive);
+    before.leftOut[LeftOutReason::Unreadable] +=
+        _totals.leftOut[LeftOutReason::Unreadable] - quint64(locations.size());
+    _totals.leftOut = before.leftOut;
+    _totals.files = before.files;
+    _totals.filesWithMatches += before.filesWithMatches;
+    _totals.matches += before.matches;
 }
 
 void SearchRun::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &file)
@@ -40,6 +67,10 @@ void SearchRun::_takeCurrent()
     const std::shared_ptr<TDFindResultItem> file = std::exchange(_current, nullptr);
     if (!file || file->children().isEmpty())
         return;
+    if (_options.readAs && !_readsAgain && mayBeReadAs(*file)) {
+        _toReadAgain.insert(file->path(), *_options.readAs);
+        return;
+    }
     const bool failed = file->matches() == nullptr;
     if (failed)
         ++_totals.errors;

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QHash>
 #include <QList>
 
 #include <optional>
@@ -49,6 +50,7 @@ public:
     void didStopSearch(quint64 scannedCount, quint64 fileMatchCount, quint64 matchCount) override;
 
 private:
+    void _readAgain(const std::shared_ptr<SearchRun> &self);
     void _takeCurrent();
     void _list(const TDFindResultItem &file);
     void _print(const QByteArray &text);
@@ -58,6 +60,8 @@ private:
     SearchTotals _totals;
     FindResultItems _files;
     std::shared_ptr<TDFindResultItem> _current; ///< of which more may come
+    QHash<FilePath, StringEncoding> _toReadAgain;
+    bool _readsAgain = false;
     QElapsedTimer _timer;
     QByteArray _pendingOutput;
 };

@@ -62,6 +62,31 @@ TEST(Driver, TakesUnicodeAndWholeWords)
     EXPECT_EQ(run("--find tide --whole-words --list --quiet " + file).output, file + ":1:8+4\n");
 }
 
+TEST(Driver, ReadsOnceMoreWhatIsNoText)
+{
+    const TemporaryFolder folder;
+    folder.write("a.txt", "K\xF6ln foo\n");
+    folder.write("b.txt", "foo\n");
+    folder.write("c.txt", "\x81 foo\n");
+    const QByteArray root = folder.path().bytes();
+    const QByteArray found = run("--find foo --list --errors --quiet --read-as windows-1252 " + root).output;
+    EXPECT_TRUE(
+        found.startsWith(root + "/b.txt:1:0+3\n" + root + "/a.txt:1:5+3\n" + root + "/c.txt: error 4: "));
+    const QJsonObject counts =
+        QJsonDocument::fromJson(
+            run("--find foo --replace \xE2\x82\xAC --no-backup --json --read-as windows-1252 " + root).output)
+            .object();
+    for (const auto &[name, expected] : {std::pair{"files", 3},
+                                         {"filesWithMatches", 2},
+                                         {"matches", 2},
+                                         {"errors", 1},
+                                         {"filesRewritten", 2}})
+        EXPECT_EQ(counts[QLatin1String(name)], expected) << name;
+    EXPECT_EQ(counts[QLatin1String("leftOut")][QLatin1String("unreadable")], 1);
+    EXPECT_EQ(folder.read("a.txt"), "K\xF6ln \x80\n");
+    EXPECT_EQ(run("--find foo --read-as nothing " + root).exitStatus, 2);
+}
+
 TEST(Driver, ReplacesAndCounts)
 {
     const TemporaryFolder folder;
