@@ -8,6 +8,7 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace tidemark {
 
@@ -37,7 +38,7 @@ void runOnThread(Work &work)
     }
     const std::lock_guard lock(work.mutex);
     work.run = nullptr;
-    work.thrown = thrown;
+    work.thrown = std::move(thrown);
     work.hasEnded = true;
     if (work.isAbandoned)
         --abandonedWorks;
@@ -76,8 +77,9 @@ bool runAbandonably(std::function<void()> run, std::chrono::milliseconds allowed
             return false;
         }
     }
+    // Whoever catches it has it alone: this thread, or the other one, may be the last to let go of the work.
     if (work->thrown)
-        std::rethrow_exception(work->thrown);
+        std::rethrow_exception(std::exchange(work->thrown, nullptr));
     return true;
 }
 
