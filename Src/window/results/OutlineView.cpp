@@ -168,9 +168,8 @@ void OutlineView::rowsInserted(const QModelIndex &parent, int start, int end)
 
 void OutlineView::_rowsWereRemoved(const QModelIndex &parent)
 {
-    // Other lines may take the place of those.
-    if (parent.isValid())
-        _heights.forgetAll();
+    // What doesn't show may change without a word.
+    _heights.forgetAll();
     if (parent.isValid() && isExpanded(parent)) {
         _rows.setShownLines(parent.row(), model()->rowCount(parent));
         _rowsChanged();
