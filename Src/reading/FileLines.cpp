@@ -196,10 +196,22 @@ QList<FileLine> FileLines::lines(qint64 first, qint64 count)
     return lines;
 }
 
-FileLine FileLines::_line(qint64 start, qint64 end) const
+/// One line after the other is asked for, as a rule.
+QByteArray FileLines::_readNear(qint64 offset, qint64 length)
+{
+    if (length > STRETCH)
+        return _read(offset, length);
+    if (offset < _nearOffset || offset + length > _nearOffset + _near.size()) {
+        _near = _read(offset, STRETCH);
+        _nearOffset = offset;
+    }
+    return _near.mid(offset - _nearOffset, length);
+}
+
+FileLine FileLines::_line(qint64 start, qint64 end)
 {
     const bool isWhole = end - start <= LONGEST_LINE;
-    QByteArray bytes = _read(start, isWhole ? end - start : LONGEST_LINE);
+    QByteArray bytes = _readNear(start, isWhole ? end - start : LONGEST_LINE);
     const auto endsWith = [&](char character) {
         return bytes.size() >= _unitSize &&
                unitAt(bytes, bytes.size() - _unitSize, _unitSize, _endUnitByte) == character;

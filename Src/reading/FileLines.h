@@ -68,7 +68,8 @@ private:
     qint64 _countEndsIn(qint64 number) const;
     const Stretch &_stretch(qint64 number);
     std::optional<qint64> _startOfLine(qint64 index);
-    FileLine _line(qint64 start, qint64 end) const;
+    QByteArray _readNear(qint64 offset, qint64 length);
+    FileLine _line(qint64 start, qint64 end);
     QString _decoded(QByteArrayView bytes) const;
 
     Descriptor _descriptor;
@@ -82,7 +83,9 @@ private:
     std::vector<qint64> _endsUntil; ///< how many line ends there are up to the end of each stretch
     qint64 _knownLines = 0;
     bool _isLookedThrough = false;
-    Stretch _last; ///< looked at
+    Stretch _last;    ///< looked at
+    QByteArray _near; ///< what was read of the file last, with what follows it
+    qint64 _nearOffset = 0;
 };
 
 } // namespace tidemark

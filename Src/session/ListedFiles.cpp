@@ -54,9 +54,9 @@ using FileNode = std::shared_ptr<TDFindResultItem>;
 
 /// `listed` is null for a file that isn't listed now, `found` where nothing was found.
 Standing standingOf(const FilePath &path, const FileNode &listed, const FileNode &found,
-                    const FindResultItems &earlier)
+                    const FindResultItems &earlier, const std::atomic<bool> &shouldStop)
 {
-    StandingLines content(path);
+    StandingLines content(path, shouldStop);
     Standing standing;
     standing.date = content.date();
     for (const auto &before : earlier) {
@@ -105,7 +105,7 @@ SearchedAgain searchedAmong(const FilesByPath &files, const QSet<FilePath> &chan
             if (isStopped || !again.found->isComplete)
                 break;
             again.standing.insert(path, standingOf(path, files.value(path), again.found->files.value(path),
-                                                   earlier.value(path)));
+                                                   earlier.value(path), isStopped));
         }
         ended.release();
     });

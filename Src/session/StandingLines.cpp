@@ -7,26 +7,25 @@ namespace tidemark {
 
 namespace {
 
-/// Whether each line with a number that was found is one of the listed lines, which can be several lines of
-/// the file by now.
-bool isListed(const FileMatches &found, const FindResultItems &listed)
+/// Without looking at more than there is in memory.
+bool readTheSame(const TDMatchLine &one, const TDMatchLine &other)
 {
-    auto item = listed.begin();
-    for (const auto &line : found.lines) {
-        const auto ends = [](const TDMatchLine &before) {
-            return before.lineNumber() + countLines(before.savedLineString());
-        };
-        while (item != listed.end() && ends(*(*item)->matchLine()) <= line->lineNumber())
-            ++item;
-        if (item == listed.end() || (*item)->matchLine()->lineNumber() > line->lineNumber())
-            return false;
-    }
-    return true;
+    const bool areUnchanged = !one.unchangedUtf8().isNull() && !other.unchangedUtf8().isNull();
+    return areUnchanged ? one.unchangedUtf8() == other.unchangedUtf8()
+                        : one.savedLineString() == other.savedLineString();
+}
+
+/// Behind the line, which can be several by now.
+qint64 endOf(const TDMatchLine &line)
+{
+    const bool isUnchanged = !line.unchangedUtf8().isNull();
+    return line.lineNumber() + (isUnchanged ? 1 : countLines(line.savedLineString()));
 }
 
 } // namespace
 
-StandingLines::StandingLines(const FilePath &path)
+StandingLines::StandingLines(const FilePath &path, const std::atomic<bool> &shouldStop)
+    : _shouldStop(shouldStop)
 {
     TDError error;
     _lines = FileLines::open(path, TDStringEncoding::userDefaultsEncoding(), error);
@@ -40,11 +39,15 @@ std::optional<FileDate> StandingLines::date() const
 bool StandingLines::_stands(const QString &text, qint64 number)
 {
     const qint64 count = countLines(text);
-    while (_lines && !_lines->isLookedThrough() && _lines->knownLines() < number + count)
+    while (_lines && !_shouldStop && !_lines->isLookedThrough() && _lines->knownLines() < number + count)
         _lines->lookFurther();
-    const QList<FileLine> lines = _lines ? _lines->lines(number, count) : QList<FileLine>();
-    if (count == 0 || lines.size() != count)
+    if (!_lines || _shouldStop || count == 0)
         return false;
+    const QList<FileLine> lines = _lines->lines(number, count);
+    if (lines.size() != count)
+        return false;
+    if (count == 1)
+        return withoutLineEnd(QStringView(text)) == lines.first().text;
     QString now;
     for (const FileLine &line : lines)
         now += line.text + u'\n';
@@ -57,12 +60,26 @@ bool StandingLines::_stands(const QString &text, qint64 number)
 
 bool StandingLines::hold(const TDFindResultItem &file, const TDFindResultItem *found)
 {
+    if (found != nullptr && found->matches() == nullptr)
+        return false;
+    const MatchLines lines = found != nullptr ? found->matches()->lines : MatchLines();
+    auto next = lines.begin();
     for (const auto &item : file.children()) {
         const TDMatchLine *line = item->matchLine();
-        if (line == nullptr || line->isUnsaved() || !_stands(line->savedLineString(), line->lineNumber()))
+        if (line == nullptr || line->isUnsaved())
             return false;
+        const qint64 number = line->lineNumber();
+        // One that isn't listed.
+        if (next != lines.end() && (*next)->lineNumber() < number)
+            return false;
+        const bool isFound =
+            next != lines.end() && (*next)->lineNumber() == number && readTheSame(**next, *line);
+        if (!isFound && (line->numberOfReplacedMatches() == 0 || !_stands(line->savedLineString(), number)))
+            return false;
+        while (next != lines.end() && (*next)->lineNumber() < endOf(*line))
+            ++next;
     }
-    return found == nullptr || (found->matches() != nullptr && isListed(*found->matches(), file.children()));
+    return next == lines.end();
 }
 
 QList<StandingLines::Numbered> StandingLines::replacedLines(const TDFindResultItem &file)

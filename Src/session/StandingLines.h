@@ -3,6 +3,7 @@
 #include "matching/TDFindResultItem.h"
 #include "reading/FileLines.h"
 
+#include <atomic>
 #include <memory>
 #include <optional>
 
@@ -12,7 +13,8 @@ namespace tidemark {
 class StandingLines
 {
 public:
-    explicit StandingLines(const FilePath &path);
+    /// Once it is to stop, nothing stands any more.
+    StandingLines(const FilePath &path, const std::atomic<bool> &shouldStop);
 
     /// Of the content; nothing where it can't be read.
     std::optional<FileDate> date() const;
@@ -33,6 +35,7 @@ public:
 private:
     bool _stands(const QString &text, qint64 number);
 
+    const std::atomic<bool> &_shouldStop;
     std::unique_ptr<FileLines> _lines;
 };
 
