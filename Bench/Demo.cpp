@@ -4,7 +4,9 @@
 
 #include "foundation/UserDefaults.h"
 #include "search/TDSearchEngine.h"
+#include "session/UnreadableFiles.h"
 #include "ui_MyDocument.h"
+#include "window/ReadAsDialog.h"
 #include "window/SearchWindowTexts.h"
 #include "window/TDMyDocumentController.h"
 #include "window/WindowedDocument.h"
@@ -18,6 +20,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QTest>
 
@@ -130,8 +133,28 @@ void Demo::_showFailedFiles()
     view.scrollRowToVisible(view.selectedRow() + 1);
     print(u"error: "_s + (*failed)->children().first()->error().localizedFailureReason());
     _picture(u"error row"_s);
+    _readAs();
     _controller->resultsPane().navigation().selectFirstMatch();
     view.scrollRowToVisible(0);
+}
+
+/// In the likeliest encoding.
+void Demo::_readAs()
+{
+    _controller->window()->findChild<QAction *>(u"readAs"_s)->trigger();
+    auto *panel = _controller->window()->findChild<ReadAsDialog *>();
+    const auto *encodings = panel != nullptr ? panel->findChild<QListWidget *>(u"encodings"_s) : nullptr;
+    if (!_expect(encodings != nullptr, u"a panel asks for the encoding"_s))
+        return;
+    _wait(u"it proposes one"_s, [encodings] { return !encodings->selectedItems().isEmpty(); });
+    print(u"encoding: "_s + encodings->currentItem()->text());
+    _save(*panel, u"read as"_s);
+    panel->accept();
+    _wait(u"the file is searched again"_s, [this] { return !_controller->searching(); });
+    const FindResultItems &files = _document->findResults().files();
+    _expect(std::none_of(files.begin(), files.end(), [](const auto &file) { return couldNotBeRead(*file); }),
+            u"every file could be read"_s);
+    _picture(u"read in another encoding"_s);
 }
 
 void Demo::_walk()

@@ -37,6 +37,7 @@ private:
     void _addFolder();
     void _search(const QString &findText);
     void _showFailedFiles();
+    void _readAs();
     void _walk();
     void _showContext();
     void _filter();

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Pictures of the window in six states, light and dark, narrow and in German: pictures.sh PROGRAM FOLDER
+# Pictures of the window in seven states, light and dark, narrow, in German and in French: pictures.sh PROGRAM FOLDER
 # Puts those of two builds side by side: pictures.sh --beside BEFORE AFTER FOLDER
 # Needs Xvfb, openbox, xdotool, ImageMagick and, for small files, pngquant and optipng, which the project itself doesn't.
 set -euo pipefail
@@ -157,6 +157,10 @@ end_program
 export LC_ALL=de_DE.UTF-8 2>/dev/null
 search "$size"
 take german
+end_program
+export LC_ALL=fr_FR.UTF-8 2>/dev/null
+search "$size"
+take french
 end_program
 export LC_ALL=C.UTF-8
 

@@ -9,6 +9,8 @@ namespace {
 
 constexpr double NAME_FONT_SIZE = 10;
 std::atomic<quint64> filesFound = 0;
+/// Begins anew where it is full: no file has so many.
+std::atomic<quint32> leavesFound = 0;
 
 StyledText redText(const QString &text)
 {
@@ -42,18 +44,21 @@ TDFindResultItem::initWithMatchLine(const std::shared_ptr<TDMatchLine> &matchLin
     auto item = std::make_shared<TDFindResultItem>();
     item->_matchLine = matchLine;
     item->_parent = parent;
+    item->_leaf = ++leavesFound;
     return item;
 }
 
 FindResultItems TDFindResultItem::initWithMatchLines(const MatchLines &matchLines, TDFindResultItem *parent)
 {
     const auto nodes = std::make_shared<std::vector<TDFindResultItem>>(size_t(matchLines.size()));
+    const quint32 before = leavesFound.fetch_add(quint32(matchLines.size()));
     FindResultItems items;
     items.reserve(matchLines.size());
     for (qsizetype index = 0; index < matchLines.size(); ++index) {
         TDFindResultItem &node = (*nodes)[size_t(index)];
         node._matchLine = matchLines[index];
         node._parent = parent;
+        node._leaf = before + 1 + quint32(index);
         items.emplaceBack(nodes, &node);
     }
     return items;
@@ -65,6 +70,7 @@ std::shared_ptr<TDFindResultItem> TDFindResultItem::initWithError(const TDError 
     auto item = std::make_shared<TDFindResultItem>();
     item->_error = error;
     item->_parent = parent;
+    item->_leaf = ++leavesFound;
     return item;
 }
 
@@ -79,9 +85,8 @@ TDFindResultItem::initWithFailedFile(const FilePath &path, std::optional<FileDat
 
 NodeIdentity TDFindResultItem::identity() const
 {
-    if (!isMatchLine())
-        return {_file().number, 0};
-    return {_parent != nullptr ? _parent->_file().number : 0, _matchLine ? _matchLine->lineNumber() : -1};
+    const TDFindResultItem *file = isMatchLine() ? _parent : this;
+    return {file != nullptr ? file->_file().number : 0, _leaf};
 }
 
 const TDFindResultItem::FileFields &TDFindResultItem::_file() const

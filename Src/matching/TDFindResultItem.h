@@ -40,12 +40,12 @@ struct FoundPart
 struct NodeIdentity
 {
     quint64 file = 0; ///< of all files found since the program began, counted from 1
-    qint64 line = 0;  ///< the number of a match line; 0 for the file itself, -1 for an error
+    quint32 leaf = 0; ///< 0 for the file itself; unlike a line's number it stays, and no two are the same
 
     friend bool operator==(const NodeIdentity &, const NodeIdentity &) = default;
     friend size_t qHash(const NodeIdentity &identity, size_t seed = 0)
     {
-        return qHashMulti(seed, identity.file, identity.line);
+        return qHashMulti(seed, identity.file, identity.leaf);
     }
 };
 
@@ -144,6 +144,7 @@ private:
     TDError _error;
     TDFindResultItem *_parent = nullptr;
     qint32 _position = 0;
+    quint32 _leaf = 0; ///< of its identity
 };
 
 } // namespace tidemark
