@@ -141,7 +141,9 @@ void Demo::_showFailedFiles()
 /// In the likeliest encoding.
 void Demo::_readAs()
 {
-    _controller->window()->findChild<QAction *>(u"readAs"_s)->trigger();
+    ResultsActions &actions = _controller->resultsPane().resultsActions();
+    actions.validateUserInterfaceItems();
+    actions.readAsAction()->trigger();
     auto *panel = _controller->window()->findChild<ReadAsDialog *>();
     const auto *encodings = panel != nullptr ? panel->findChild<QListWidget *>(u"encodings"_s) : nullptr;
     if (!_expect(encodings != nullptr, u"a panel asks for the encoding"_s))
