@@ -289,12 +289,14 @@ void ResultsTreeModel::noteAllChanged()
 
 const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem &file) const
 {
+    const bool hasMatches = file.matches() != nullptr;
+    const qsizetype lines = hasMatches ? file.matches()->lines.size() : 0;
     const auto known = _knownCounts.constFind(file.identity());
-    if (known != _knownCounts.constEnd())
+    // A large file's lines come, or are put in place of others, while nobody looks.
+    if (known != _knownCounts.constEnd() && known->lines == lines && known->shown == file.children().size())
         return *known;
     const bool isPartlyHidden = _results.isPartlyHidden(file);
-    Counts counts{isPartlyHidden ? shownMatches(file) : file.matchCount(), 0};
-    const bool hasMatches = file.matches() != nullptr;
+    Counts counts{isPartlyHidden ? shownMatches(file) : file.matchCount(), 0, lines, file.children().size()};
     for (const auto &line : !isPartlyHidden && hasMatches ? file.matches()->lines : MatchLines())
         counts.replaced += qint32(line->numberOfReplacedMatches());
     for (const auto &item : isPartlyHidden ? file.children() : FindResultItems())

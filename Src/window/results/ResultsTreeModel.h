@@ -68,6 +68,9 @@ private:
     {
         std::optional<qint32> matches;
         qint32 replaced = 0;
+        // What they were counted from: lines found, and lines that show.
+        qsizetype lines = 0;
+        qsizetype shown = 0;
     };
     const Counts &_counts(const TDFindResultItem &file) const;
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const { return _counts(file).matches; }
