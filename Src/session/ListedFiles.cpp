@@ -1,6 +1,7 @@
 #include "session/ListedFiles.h"
 
 #include "foundation/WorkerThreads.h"
+#include "reading/TDStringEncoding.h"
 #include "replace/ResolvedPaths.h"
 #include "replace/RewriteProblem.h"
 #include "search/TDSearchEngine.h"
@@ -53,10 +54,11 @@ using EarlierByPath = QHash<FilePath, FindResultItems>;
 using FileNode = std::shared_ptr<TDFindResultItem>;
 
 /// `listed` is null for a file that isn't listed now, `found` where nothing was found.
-Standing standingOf(const FilePath &path, const FileNode &listed, const FileNode &found,
-                    const FindResultItems &earlier, const std::atomic<bool> &shouldStop)
+Standing standingOf(const FilePath &path, StringEncoding encoding, const FileNode &listed,
+                    const FileNode &found, const FindResultItems &earlier,
+                    const std::atomic<bool> &shouldStop)
 {
-    StandingLines content(path, shouldStop);
+    StandingLines content(path, encoding, shouldStop);
     Standing standing;
     standing.date = content.date();
     for (const auto &before : earlier) {
@@ -104,8 +106,11 @@ SearchedAgain searchedAmong(const FilesByPath &files, const QSet<FilePath> &chan
         for (const FilePath &path : std::as_const(again.searched)) {
             if (isStopped || !again.found->isComplete)
                 break;
-            again.standing.insert(path, standingOf(path, files.value(path), again.found->files.value(path),
-                                                   earlier.value(path), isStopped));
+            const StringEncoding encoding =
+                chosenEncodings.value(path, TDStringEncoding::userDefaultsEncoding());
+            again.standing.insert(path,
+                                  standingOf(path, encoding, files.value(path),
+                                             again.found->files.value(path), earlier.value(path), isStopped));
         }
         ended.release();
     });

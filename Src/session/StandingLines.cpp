@@ -1,6 +1,5 @@
 #include "session/StandingLines.h"
 
-#include "reading/TDStringEncoding.h"
 #include "text/LineEnds.h"
 
 namespace tidemark {
@@ -24,11 +23,12 @@ qint64 endOf(const TDMatchLine &line)
 
 } // namespace
 
-StandingLines::StandingLines(const FilePath &path, const std::atomic<bool> &shouldStop)
+StandingLines::StandingLines(const FilePath &path, StringEncoding encoding,
+                             const std::atomic<bool> &shouldStop)
     : _shouldStop(shouldStop)
 {
     TDError error;
-    _lines = FileLines::open(path, TDStringEncoding::userDefaultsEncoding(), error);
+    _lines = FileLines::open(path, encoding, error);
 }
 
 std::optional<FileDate> StandingLines::date() const

@@ -13,8 +13,8 @@ namespace tidemark {
 class StandingLines
 {
 public:
-    /// Once it is to stop, nothing stands any more.
-    StandingLines(const FilePath &path, const std::atomic<bool> &shouldStop);
+    /// The encoding as for the line reader. Once it is to stop, nothing stands any more.
+    StandingLines(const FilePath &path, StringEncoding encoding, const std::atomic<bool> &shouldStop);
 
     /// Of the content; nothing where it can't be read.
     std::optional<FileDate> date() const;

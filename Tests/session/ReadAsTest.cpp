@@ -190,6 +190,18 @@ TEST_F(ReadAsTest, AfterUndoingFilesAreReadInWhatWasChosen)
     }
 }
 
+TEST_F(ReadAsTest, WhatIsReplacedStaysListedAlsoWithoutANote)
+{
+    readAs({file("latin.txt")}, LATIN1);
+    EXPECT_EQ(replaceAll(u"bar"_s).filesRewritten, 2U);
+    removexattr(folder.path("latin.txt").cString(), "user.com.apple.TextEncoding");
+    const auto again = ListedFiles().searchedAgain(document.findResults().files(), {folder.path("latin.txt")},
+                                                   *control.searchedTerms(), [] { return false; });
+    ASSERT_TRUE(again);
+    const auto stays = [this](const auto &each) { return each->path() == folder.path("latin.txt"); };
+    EXPECT_TRUE(std::any_of(again->begin(), again->end(), stays));
+}
+
 TEST_F(ReadAsTest, ASampleTellsTheFirstLineThatIsNoTextAndWhatItMayBe)
 {
     const FilePath path = folder.write(

@@ -122,13 +122,17 @@ void OutlinePainter::_paintFileRow(const QStyleOptionViewItem &option, const QMo
     if (!header->isSectionHidden(ResultsTreeModel::FolderColumn)) {
         QRect folder = room;
         folder.setLeft(room.right() - header->sectionSize(ResultsTreeModel::FolderColumn) + MARGIN);
-        _paintFolder(option, folder, file);
+        _paintSecondary(option, folder,
+                        _view.folderText(*static_cast<const TDFindResultItem *>(file.internalPointer())),
+                        Qt::AlignRight);
         room.setRight(folder.left() - GAP);
     }
     if (!header->isSectionHidden(ResultsTreeModel::EncodingColumn)) {
         QRect encoding = room;
         encoding.setLeft(room.right() - header->sectionSize(ResultsTreeModel::EncodingColumn) + MARGIN);
-        _paintEncoding(option, encoding, file);
+        _paintSecondary(option, encoding,
+                        file.siblingAtColumn(ResultsTreeModel::EncodingColumn).data().toString(),
+                        Qt::AlignLeft);
         room.setRight(encoding.left() - GAP);
     }
     room = _paintIcon(option, room, file);
@@ -239,30 +243,17 @@ void OutlinePainter::_paintRemark(const QStyleOptionViewItem &option, QRect room
         QFontMetrics(option.font).elidedText(item.remark().simplified(), Qt::ElideRight, room.width()));
 }
 
-void OutlinePainter::_paintEncoding(const QStyleOptionViewItem &option, QRect room,
-                                    const QModelIndex &file) const
+/// What stands behind or beside the file's name.
+void OutlinePainter::_paintSecondary(const QStyleOptionViewItem &option, QRect room, const QString &text,
+                                     Qt::Alignment side) const
 {
-    const QString encoding = file.siblingAtColumn(ResultsTreeModel::EncodingColumn).data().toString();
     _painter.setFont(option.font);
     _painter.setPen(
         secondaryColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
     _painter.drawText(_visual(option, room),
-                      int(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
+                      int(QStyle::visualAlignment(option.direction, side | Qt::AlignVCenter)) |
                           Qt::TextSingleLine,
-                      QFontMetrics(option.font).elidedText(encoding, Qt::ElideMiddle, room.width()));
-}
-
-void OutlinePainter::_paintFolder(const QStyleOptionViewItem &option, QRect room,
-                                  const QModelIndex &file) const
-{
-    const QString folder = _view.folderText(*static_cast<const TDFindResultItem *>(file.internalPointer()));
-    _painter.setFont(option.font);
-    _painter.setPen(
-        secondaryColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
-    _painter.drawText(_visual(option, room),
-                      int(QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) |
-                          Qt::TextSingleLine,
-                      QFontMetrics(option.font).elidedText(folder, Qt::ElideMiddle, room.width()));
+                      QFontMetrics(option.font).elidedText(text, Qt::ElideMiddle, room.width()));
 }
 
 } // namespace tidemark

@@ -35,8 +35,8 @@ private:
     QRect _paintBadge(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
     QRect _paintNote(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
     void _paintRemark(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
-    void _paintFolder(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
-    void _paintEncoding(const QStyleOptionViewItem &option, QRect room, const QModelIndex &file) const;
+    void _paintSecondary(const QStyleOptionViewItem &option, QRect room, const QString &text,
+                         Qt::Alignment side) const;
     QRect _visual(const QStyleOptionViewItem &option, const QRect &rect) const;
 
     const TDSearchResultsOutlineView &_view;
