@@ -1,11 +1,9 @@
 #include "search/TDSearchEngine.h"
 
 #include "foundation/TDFileCommon.h"
-#include "matching/TDMatchLineHighlighter.h"
 #include "reading/TDFileReader.h"
-#include "reading/TDStringEncoding.h"
+#include "search/FileSearch.h"
 #include "search/Kind.h"
-#include "search/PartsOfFile.h"
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -17,13 +15,6 @@ namespace {
 
 const QString UTI_PREFIX = QStringLiteral("uti:");
 const QString UTI_OF_ANY_FILE = QStringLiteral("public.item");
-
-/// As it was before the file was read.
-std::optional<FileDate> dateOf(const FileToRead &file, const TDMatchLineHighlighter &highlighter)
-{
-    return highlighter.modificationDate() ? highlighter.modificationDate()
-                                          : TDFileCommon::fileModificationDate(file.path);
-}
 
 } // namespace
 
@@ -351,64 +342,8 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
                                                               const HandOverPart &handOver, TDError &error)
 {
-    TDMatchLineHighlighter highlighter;
-    PartsOfFile parts(file, _findText, context.reader(), handOver);
-    const auto chosen = _chosenEncodings.constFind(file.path);
-    const bool isChosen = chosen != _chosenEncodings.cend();
-    const auto noteSource = [isChosen](SettledEncoding encoding) {
-        return isChosen ? SettledEncoding{encoding.encoding, EncodingSource::Chosen} : encoding;
-    };
-    highlighter.setSearchShouldStop(&_shouldStopSearch);
-    highlighter.setPartReceiver([&](FileMatches matches) {
-        matches.encoding = noteSource(matches.encoding);
-        parts.handOver(matches);
-    });
-    const StringEncoding encoding = isChosen ? *chosen : TDStringEncoding::userDefaultsEncoding();
-    if (!highlighter.processWithFile(file, encoding, error, context)) {
-        const SettledEncoding tried = noteSource(highlighter.matches().encoding);
-        if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
-            return nullptr;
-        if (parts.areThere())
-            parts.handOverFailure(std::exchange(error, {}));
-        else if (_isFirstFailure(file))
-            return _newFailure(file, highlighter, tried, error);
-        error.clear();
-        return nullptr;
-    }
-    FileMatches matches = highlighter.takeMatches();
-    matches.encoding = noteSource(matches.encoding);
-    if (_shouldStopSearch) {
-        releaseLines(std::move(matches.lines));
-        return nullptr;
-    }
-    const TDError limitError = errorOfLimits(file.path, matches.limitedLines);
-    if (parts.areThere()) {
-        parts.handOverRest(matches, limitError, highlighter.wasSearchedAnew());
-        return nullptr;
-    }
-    if (matches.lines.isEmpty()) {
-        error = limitError;
-        return error ? _newFailure(file, highlighter, matches.encoding, error) : nullptr;
-    }
-    return newFileNode(file, _findText, highlighter.modificationDate(), highlighter.includesBOM(), matches,
-                       limitError);
-}
-
-std::shared_ptr<TDFindResultItem> TDSearchEngine::_newFailure(const FileToRead &file,
-                                                              const TDMatchLineHighlighter &highlighter,
-                                                              SettledEncoding encoding, const TDError &error)
-{
-    auto node = TDFindResultItem::initWithFailedFile(file.path, dateOf(file, highlighter), error);
-    node->setEncoding(encoding);
-    return node;
-}
-
-/// What can't be opened never came to the gate.
-bool TDSearchEngine::_isFirstFailure(const FileToRead &file)
-{
-    struct stat status = {};
-    return !_searchedFiles.locationsOverlap() || ::stat(file.path.cString(), &status) != 0 ||
-           _searchedFiles.admits(file, status);
+    const FileSearchTerms terms{_findText, _chosenEncodings, _searchedFiles, _shouldStopSearch};
+    return FileSearch(terms, file, context, handOver).run(error);
 }
 
 void TDSearchEngine::traversalFinished()

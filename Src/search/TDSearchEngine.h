@@ -20,8 +20,6 @@
 
 namespace tidemark {
 
-class TDMatchLineHighlighter;
-
 /// Receives what a search finds, always on the thread that called startSearch(). Each message is optional.
 class TDSearchEngineDelegate
 {
@@ -129,10 +127,6 @@ private:
     void _deliverPart(SearchJob &job, const FoundPart &part);
     quint64 _countFound(const FileMatches &matches);
     bool _isFoundBefore(const SearchJob &job);
-    bool _isFirstFailure(const FileToRead &file);
-    static std::shared_ptr<TDFindResultItem> _newFailure(const FileToRead &file,
-                                                         const TDMatchLineHighlighter &highlighter,
-                                                         SettledEncoding encoding, const TDError &error);
     void _tellWhatWasLeftOut();
     void _deliverError(const SearchJob &job);
 
