@@ -345,7 +345,8 @@ void TDMatchLineHighlighter::_searchLines(TDFileReader &reader, SearchContext &c
         if (shouldStop())
             return;
         _searchLine(*line, {}, lineNumber, context, error);
-        if (error)
+        // The error of a file with a match and a line that is too long is settled.
+        if (error || _hasExcessiveMatch())
             return;
         ++lineNumber;
     }
