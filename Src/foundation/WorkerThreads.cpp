@@ -1,5 +1,7 @@
 #include "foundation/WorkerThreads.h"
 
+#include <algorithm>
+#include <atomic>
 #include <system_error>
 
 namespace tidemark {
@@ -65,6 +67,24 @@ void WorkerThreads::_runNextTask()
         _tasks.pop_front();
     }
     task();
+}
+
+int processorCount()
+{
+    return std::max(1, int(std::thread::hardware_concurrency()));
+}
+
+void doInParallel(int threads, size_t count, const std::function<void(size_t)> &work)
+{
+    std::atomic<size_t> next = 0;
+    const auto run = [&] {
+        for (size_t number = next++; number < count; number = next++)
+            work(number);
+    };
+    WorkerThreads others(threads - 1);
+    for (int other = 1; other < threads; ++other)
+        others.start(run);
+    run();
 }
 
 void StepCounter::add()

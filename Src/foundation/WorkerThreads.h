@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -39,6 +40,13 @@ private:
     std::vector<std::thread> _threads; ///< made with the first task
     int _count;
 };
+
+/// At least one.
+int processorCount();
+
+/// Calls `work`, which must not throw, with each number below `count`, on so many threads, this one included.
+/// Returns when all of it is done.
+void doInParallel(int threads, size_t count, const std::function<void(size_t)> &work);
 
 /// Counts steps that other threads have done.
 class StepCounter

@@ -97,8 +97,9 @@ const TDFindResultItem::FileFields &TDFindResultItem::_file() const
 
 void TDFindResultItem::setMatchLines(FindResultItems items)
 {
+    // Read only, as the list may be shared and would be copied.
     for (qsizetype index = 0; index < items.size(); ++index)
-        items[index]->setPosition(index);
+        items.at(index)->setPosition(index);
     _fileFields->matchLines = std::move(items);
 }
 

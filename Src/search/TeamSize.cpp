@@ -1,9 +1,9 @@
 #include "search/TeamSize.h"
 
 #include "foundation/PatientOpen.h"
+#include "foundation/WorkerThreads.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 namespace tidemark {
@@ -20,7 +20,7 @@ constexpr double FULL_USE = 0.95;
 
 TeamSize TeamSize::forThisMachine()
 {
-    const int processors = int(std::max(1U, std::thread::hardware_concurrency()));
+    const int processors = processorCount();
     // With one alone nobody would search while the folders are walked.
     const int usual = std::max(2, processors);
     const int affordable = int(std::min<rlim_t>(mostDescriptors() / SHARE_OF_DESCRIPTORS, MOST_THREADS));

@@ -127,7 +127,7 @@ void FindResults::_growWhileFiltered(const FoundPart &part)
 {
     TDFindResultItem &file = *part.file;
     const bool isMore = part.kind == FoundPart::Kind::More;
-    const auto shown = isMore ? _filter->shownLines(file, part.children) : std::nullopt;
+    const auto shown = isMore ? _filter->shownLines({{part.file, part.children}}).front() : std::nullopt;
     const bool hasNothingToShow = shown && shown->isEmpty();
     if (!isMore || (!shows(file) && !hasNothingToShow)) {
         // Files come or go in the middle of what shows, which is rare.
@@ -174,11 +174,16 @@ void FindResults::setFilter(std::shared_ptr<const ResultsFilter> filter)
 /// Those of the files that show, each with those of its lines that do.
 FindResultItems FindResults::_filtered(const FindResultItems &files)
 {
+    QList<FileLines> all;
+    all.reserve(files.size());
+    for (const auto &file : files)
+        all << FileLines{file, _linesOf(file)};
+    const auto parts = _filter ? _filter->shownLines(all) : ShownLines(size_t(all.size()));
     FindResultItems shown;
     shown.reserve(files.size());
-    for (const auto &file : files) {
-        const FindResultItems lines = _linesOf(file);
-        const auto part = _filter ? _filter->shownLines(*file, lines) : std::nullopt;
+    for (qsizetype index = 0; index < all.size(); ++index) {
+        const auto &[file, lines] = all[index];
+        const std::optional<FindResultItems> &part = parts[size_t(index)];
         const bool showsInPart = part && !part->isEmpty();
         if (!part || showsInPart)
             shown << file;

@@ -6,9 +6,22 @@
 #include <QList>
 #include <QString>
 
+#include <memory>
 #include <optional>
+#include <span>
+#include <vector>
 
 namespace tidemark {
+
+/// A file and those of its lines that may show.
+struct FileLines
+{
+    std::shared_ptr<TDFindResultItem> file;
+    FindResultItems lines;
+};
+
+/// For each of several files: nothing when all of it shows, otherwise those of its lines that do.
+using ShownLines = std::vector<std::optional<FindResultItems>>;
 
 /// Which results show while only some are to: those whose path, as far as it lies below a location, or whose
 /// line holds a text, whatever the case of its letters. Immutable.
@@ -20,12 +33,15 @@ public:
 
     const QString &text() const { return _text; }
 
-    /// Nothing when the whole file shows, for its path or for each of its lines; otherwise those of the given
-    /// lines that do. Callable from several threads.
-    std::optional<FindResultItems> shownLines(const TDFindResultItem &file,
-                                              const FindResultItems &lines) const;
+    /// All of a file shows for its path or for each of its lines. Very many lines are looked at by several
+    /// threads.
+    ShownLines shownLines(const QList<FileLines> &files) const;
 
 private:
+    struct Piece;
+    static std::vector<Piece> _piecesOf(const QList<FileLines> &files);
+    static std::optional<FindResultItems> _shownOf(std::span<const Piece> pieces);
+    void _lookAt(Piece &piece) const;
     bool _isInPath(const FilePath &path) const;
     bool _isInLine(const TDFindResultItem &line) const;
     bool _isIn(QByteArrayView utf8) const;

@@ -1,6 +1,7 @@
 #include "text/AsciiFinder.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -33,11 +34,23 @@ Lanes lanesAt(const char *place)
     return lanes;
 }
 
-bool anySet(const Lanes &lanes)
+/// Whether `isAt` holds for one of the lanes that are all ones; the others are all zeros.
+template <typename IsAt>
+bool anyOf(const Lanes &lanes, IsAt isAt)
 {
     std::array<std::uint64_t, LANES / 8> words;
     std::memcpy(words.data(), &lanes, sizeof words);
-    return (words[0] | words[1]) != 0;
+    for (size_t index = 0; index < words.size(); ++index) {
+        for (std::uint64_t word = words[index]; word != 0;) {
+            const bool isLittleEndian = std::endian::native == std::endian::little;
+            const int bit = isLittleEndian ? std::countr_zero(word) : 56 - std::countl_zero(word);
+            const int lane = isLittleEndian ? bit / 8 : 7 - bit / 8;
+            if (isAt(qsizetype(index * 8) + lane))
+                return true;
+            word &= ~(std::uint64_t(0xFF) << bit);
+        }
+    }
+    return false;
 }
 
 size_t rarity(char character)
@@ -69,25 +82,28 @@ bool AsciiFinder::_isAt(const char *place) const
 bool AsciiFinder::isIn(QByteArrayView bytes) const
 {
     const qsizetype places = bytes.size() - _text.size() + 1;
-    const char rare = _text[_rare];
-    const char last = _text[_last];
-    const Lanes rareBit = Lanes{} + caseBit(rare);
-    const Lanes lastBit = Lanes{} + caseBit(last);
-    for (qsizetype place = 0; place < places; place += LANES) {
-        const char *start = bytes.data() + place;
-        const qsizetype count = std::min(places - place, LANES);
-        if (count == LANES) {
-            const Lanes isRare = (Lanes)((lanesAt(start + _rare) | rareBit) == std::uint8_t(rare));
-            const Lanes isLast = (Lanes)((lanesAt(start + _last) | lastBit) == std::uint8_t(last));
-            if (!anySet(isRare & isLast))
-                continue;
-        }
-        for (qsizetype index = 0; index < count; ++index) {
-            if (_isAt(start + index))
+    if (places < LANES) {
+        for (qsizetype place = 0; place < places; ++place) {
+            if (_isAt(bytes.data() + place))
                 return true;
         }
+        return false;
     }
-    return false;
+    // The last places are looked at together with some before them.
+    for (qsizetype place = 0; place < places - LANES; place += LANES) {
+        if (_isAtOneOfLanes(bytes.data() + place))
+            return true;
+    }
+    return _isAtOneOfLanes(bytes.data() + places - LANES);
+}
+
+bool AsciiFinder::_isAtOneOfLanes(const char *start) const
+{
+    const char rare = _text[_rare];
+    const char last = _text[_last];
+    const Lanes isRare = (Lanes)((lanesAt(start + _rare) | (Lanes{} + caseBit(rare))) == std::uint8_t(rare));
+    const Lanes isLast = (Lanes)((lanesAt(start + _last) | (Lanes{} + caseBit(last))) == std::uint8_t(last));
+    return anyOf(isRare & isLast, [&](qsizetype place) { return _isAt(start + place); });
 }
 
 } // namespace tidemark

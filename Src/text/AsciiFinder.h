@@ -17,6 +17,7 @@ public:
 
 private:
     bool _isAt(const char *place) const;
+    bool _isAtOneOfLanes(const char *start) const;
 
     QByteArray _text; ///< in lower case
     /// What is looked at first: the rarest character, and the last one.

@@ -120,8 +120,39 @@ TEST(ResultsFilter, KnowsEveryCaseOfALetter)
     for (const auto &[text, line] : cases) {
         const auto found = std::make_shared<TDMatchLine>(1, line, std::span<const TextRange>());
         const auto shown =
-            filterFor(text)->shownLines(*node, {TDFindResultItem::initWithMatchLine(found, node.get())});
-        EXPECT_EQ(shown, std::nullopt) << qPrintable(text);
+            filterFor(text)->shownLines({{node, {TDFindResultItem::initWithMatchLine(found, node.get())}}});
+        EXPECT_EQ(shown.front(), std::nullopt) << qPrintable(text);
+    }
+}
+
+/// Those are looked at in pieces.
+TEST(ResultsFilter, ManyLinesShowAsFewDo)
+{
+    std::mt19937 random(7);
+    FindResults results;
+    QList<QList<qint64>> expected;
+    FindResultItems files;
+    for (const int count : {40000, 3, 16384, 16385, 1, 20000}) {
+        QStringList lines;
+        QList<qint64> withText;
+        for (int line = 1; line <= count; ++line) {
+            const bool hasText = count == 20000 || (random() % 1000 < 500 && count != 3);
+            lines << (hasText ? u"foo ebb"_s : u"foo"_s);
+            if (hasText)
+                withText << line;
+        }
+        files << fileNode("/home/kim/src/a", lines);
+        if (!withText.isEmpty())
+            expected << withText;
+    }
+    results.append(files);
+    results.setFilter(filterFor(u"ebb"_s));
+    ASSERT_EQ(results.count(), expected.size());
+    for (qsizetype index = 0; index < expected.size(); ++index) {
+        QList<qint64> numbers;
+        for (const auto &line : results.files()[index]->children())
+            numbers << line->matchLine()->lineNumber();
+        EXPECT_EQ(numbers, expected[index]);
     }
 }
 
