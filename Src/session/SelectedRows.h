@@ -24,6 +24,11 @@ public:
     /// No entry without a line.
     const Lines &lines() const { return _lines; }
     bool contains(const TDFindResultItem &item) const;
+    /// Whether the file is selected, or one of its lines.
+    bool touches(const TDFindResultItem &file) const
+    {
+        return _files.contains(&file) || _lines.contains(&file);
+    }
 
     void addFile(const TDFindResultItem *file) { _files.insert(file); }
     /// From the first to the last one, which is part of it.

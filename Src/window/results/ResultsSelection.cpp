@@ -4,8 +4,6 @@
 #include "window/results/ResultsTreeModel.h"
 #include "window/results/TDSearchResultsOutlineView.h"
 
-#include <algorithm>
-
 namespace tidemark {
 
 std::shared_ptr<TDFindResultItem> ResultsSelection::currentlySelectedFindResultItem() const
@@ -32,19 +30,6 @@ QList<ResultPath> ResultsSelection::paths() const
         }
     }
     return paths;
-}
-
-std::optional<ResultPath> ResultsSelection::lastPath() const
-{
-    const SelectedRows &selected = _view.selectedRows();
-    std::optional<ResultPath> last;
-    for (const TDFindResultItem *file : selected.files())
-        last = std::max(last, std::optional(ResultPath{_model.indexOf(file).row()}));
-    for (auto lines = selected.lines().cbegin(); lines != selected.lines().cend(); ++lines) {
-        const ResultPath path = {_model.indexOf(lines.key()).row(), lines->rbegin()->second};
-        last = std::max(last, std::optional(path));
-    }
-    return last;
 }
 
 std::shared_ptr<TDFindResultItem> ResultsSelection::itemAt(ResultPath path) const

@@ -7,7 +7,6 @@
 #include <QString>
 
 #include <memory>
-#include <optional>
 
 namespace tidemark {
 
@@ -36,7 +35,6 @@ public:
 
     /// From top to bottom.
     QList<ResultPath> paths() const;
-    std::optional<ResultPath> lastPath() const;
     std::shared_ptr<TDFindResultItem> itemAt(ResultPath path) const;
     FindResultItems itemsAt(const QList<ResultPath> &paths) const;
 

@@ -23,6 +23,13 @@
 
 namespace tidemark {
 
+namespace {
+
+/// Where more are selected, the last one is found sooner from the end of all.
+constexpr qsizetype FEW_FILES = 1000;
+
+} // namespace
+
 TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     : OutlineView(parent), _announcements(new ResultsAnnouncements(this)),
       _emptyState(new EmptyState(Symbol::Search, viewport()))
@@ -151,17 +158,38 @@ QModelIndex TDSearchResultsOutlineView::selectedIndex() const
     const bool isSelected =
         current.isValid() &&
         _selected.contains(*static_cast<const TDFindResultItem *>(current.internalPointer()));
-    return isSelected ? current : _lowestSelectedIndex();
+    if (isSelected)
+        return current;
+    const std::optional<ResultPath> last = lastSelectedPath();
+    if (!last)
+        return {};
+    const QModelIndex file = results()->index(last->file, 0);
+    return last->isLine() ? results()->index(last->line, 0, file) : file;
 }
 
-QModelIndex TDSearchResultsOutlineView::_lowestSelectedIndex() const
+int TDSearchResultsOutlineView::_lastSelectedFile() const
 {
-    int row = -1;
+    const ResultsTreeModel &model = *results();
+    int last = -1;
+    if (_selected.files().size() + _selected.lines().size() > FEW_FILES) {
+        for (last = model.rowCount() - 1; last >= 0 && !_selected.touches(*model.file(last)); --last) {
+        }
+        return last;
+    }
     for (const TDFindResultItem *file : _selected.files())
-        row = std::max(row, rowOfItem(*file));
+        last = std::max(last, model.indexOf(file).row());
     for (auto lines = _selected.lines().cbegin(); lines != _selected.lines().cend(); ++lines)
-        row = std::max(row, rowOfItem(*lines.key()) + 1 + lines->rbegin()->second);
-    return indexAtRow(row);
+        last = std::max(last, model.indexOf(lines.key()).row());
+    return last;
+}
+
+std::optional<ResultPath> TDSearchResultsOutlineView::lastSelectedPath() const
+{
+    const int file = _lastSelectedFile();
+    if (file < 0)
+        return {};
+    const auto lines = _selected.lines().constFind(results()->file(file).get());
+    return ResultPath{file, lines != _selected.lines().cend() ? lines->rbegin()->second : -1};
 }
 
 void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
