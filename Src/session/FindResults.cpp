@@ -174,10 +174,10 @@ void FindResults::setFilter(std::shared_ptr<const ResultsFilter> filter)
 /// Those of the files that show, each with those of its lines that do.
 FindResultItems FindResults::_filtered(const FindResultItems &files)
 {
-    QList<FileLines> all;
+    QList<FileWithLines> all;
     all.reserve(files.size());
     for (const auto &file : files)
-        all << FileLines{file, _linesOf(file)};
+        all << FileWithLines{file, _linesOf(file)};
     const auto parts = _filter ? _filter->shownLines(all) : ShownLines(size_t(all.size()));
     FindResultItems shown;
     shown.reserve(files.size());

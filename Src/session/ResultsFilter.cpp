@@ -23,10 +23,10 @@ QByteArray withSlash(const FilePath &folder)
     return folder.bytes().endsWith('/') ? folder.bytes() : folder.bytes() + '/';
 }
 
-qsizetype numberOfLines(const QList<FileLines> &files)
+qsizetype numberOfLines(const QList<FileWithLines> &files)
 {
     qsizetype count = 0;
-    for (const FileLines &file : files)
+    for (const FileWithLines &file : files)
         count += file.lines.size();
     return count;
 }
@@ -54,17 +54,17 @@ struct ResultsFilter::Piece
         qsizetype end;
     };
 
-    const FileLines *of;
+    const FileWithLines *of;
     qsizetype first;
     qsizetype end;
     std::vector<Run> shown = {};
 };
 
-std::vector<ResultsFilter::Piece> ResultsFilter::_piecesOf(const QList<FileLines> &files)
+std::vector<ResultsFilter::Piece> ResultsFilter::_piecesOf(const QList<FileWithLines> &files)
 {
     std::vector<Piece> pieces;
     pieces.reserve(size_t(files.size()));
-    for (const FileLines &file : files) {
+    for (const FileWithLines &file : files) {
         qsizetype first = 0;
         for (; file.lines.size() - first > LINES_IN_PIECE; first += LINES_IN_PIECE)
             pieces.push_back({&file, first, first + LINES_IN_PIECE});
@@ -85,14 +85,14 @@ void ResultsFilter::_lookAt(Piece &piece) const
     }
 }
 
-ShownLines ResultsFilter::shownLines(const QList<FileLines> &files) const
+ShownLines ResultsFilter::shownLines(const QList<FileWithLines> &files) const
 {
     const int threads = numberOfLines(files) > LINES_IN_PIECE ? processorCount() : 1;
     std::vector<Piece> pieces = _piecesOf(files);
     doInParallel(threads, pieces.size(), [&](size_t index) { _lookAt(pieces[index]); });
     std::vector<std::span<const Piece>> piecesOfFiles;
     auto rest = std::span<const Piece>(pieces);
-    for (const FileLines &file : files) {
+    for (const FileWithLines &file : files) {
         const auto end =
             std::find_if(rest.begin(), rest.end(), [&](const Piece &piece) { return piece.of != &file; });
         piecesOfFiles.push_back(rest.first(size_t(end - rest.begin())));

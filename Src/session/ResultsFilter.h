@@ -14,7 +14,7 @@
 namespace tidemark {
 
 /// A file and those of its lines that may show.
-struct FileLines
+struct FileWithLines
 {
     std::shared_ptr<TDFindResultItem> file;
     FindResultItems lines;
@@ -35,11 +35,11 @@ public:
 
     /// All of a file shows for its path or for each of its lines. Very many lines are looked at by several
     /// threads.
-    ShownLines shownLines(const QList<FileLines> &files) const;
+    ShownLines shownLines(const QList<FileWithLines> &files) const;
 
 private:
     struct Piece;
-    static std::vector<Piece> _piecesOf(const QList<FileLines> &files);
+    static std::vector<Piece> _piecesOf(const QList<FileWithLines> &files);
     static std::optional<FindResultItems> _shownOf(std::span<const Piece> pieces);
     void _lookAt(Piece &piece) const;
     bool _isInPath(const FilePath &path) const;
