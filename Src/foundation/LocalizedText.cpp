@@ -68,4 +68,9 @@ QString formatted(const QString &format, const QList<FormatArgument> &arguments)
     return result;
 }
 
+QString grouped(quint64 number)
+{
+    return QLocale().toString(number);
+}
+
 } // namespace tidemark

@@ -31,4 +31,7 @@ private:
 /// the arguments are plain text; an argument too few leaves its placeholder standing.
 QString formatted(const QString &format, const QList<FormatArgument> &arguments);
 
+/// The number with the separators of the person's language.
+QString grouped(quint64 number);
+
 } // namespace tidemark

@@ -52,7 +52,7 @@ QByteArray charactersLookedAt()
     return all;
 }
 
-char32_t characterAt(const QByteArray &utf8, size_t position)
+char32_t codePointAt(const QByteArray &utf8, size_t position)
 {
     const auto byte = [&](size_t index) { return static_cast<unsigned char>(utf8[qsizetype(index)]); };
     const unsigned lead = byte(position);
@@ -70,7 +70,7 @@ char32_t characterBefore(const QByteArray &utf8, size_t end)
     size_t start = end - 1;
     while ((utf8[qsizetype(start)] & 0xC0) == 0x80)
         --start;
-    return characterAt(utf8, start);
+    return codePointAt(utf8, start);
 }
 
 void addRun(std::vector<Run> &runs, Run run)
@@ -98,7 +98,7 @@ std::vector<Run> runsOf(const pcre2_code *code, const QByteArray &all)
                                           data.get(), nullptr) >= 0 &&
                               found[1] > found[0];
          from = found[1])
-        addRun(runs, {characterAt(all, found[0]), characterBefore(all, found[1])});
+        addRun(runs, {codePointAt(all, found[0]), characterBefore(all, found[1])});
     return runs;
 }
 

@@ -17,11 +17,6 @@ struct NotLoosened
 
 const char BEYOND_ASCII[] = "\\x{80}-\\x{10FFFF}";
 
-bool isOneOf(char c, std::string_view characters)
-{
-    return c != '\0' && characters.find(c) != std::string_view::npos;
-}
-
 class Loosening
 {
 public:

@@ -10,12 +10,6 @@ constexpr std::string_view HEX_DIGITS = "0123456789abcdefABCDEF";
 constexpr std::string_view LETTERS = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view WORD = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
 constexpr std::string_view FLAGS = "imsx-";
-constexpr std::string_view SPACES = " \t\n\v\f\r";
-
-bool isOneOf(char c, std::string_view bytes)
-{
-    return bytes.find(c) != std::string_view::npos;
-}
 
 /// How many bytes at the start are of these, but no more than `most`.
 size_t countOf(std::string_view text, std::string_view bytes, size_t most = std::string_view::npos)

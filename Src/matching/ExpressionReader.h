@@ -6,6 +6,14 @@
 
 namespace tidemark {
 
+/// What Perl's syntax takes for blank.
+inline constexpr std::string_view SPACES = " \t\n\v\f\r";
+
+inline bool isOneOf(char c, std::string_view characters)
+{
+    return characters.find(c) != std::string_view::npos;
+}
+
 /// One piece of an expression in Perl's syntax.
 struct ExpressionToken
 {

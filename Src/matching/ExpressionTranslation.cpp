@@ -18,9 +18,8 @@ struct NotTranslated
 {};
 
 /// An expression that takes more bytes than this is slow to compile and slower to match.
-constexpr size_t MOST_BYTES = 2000;
+constexpr size_t MOST_BYTES_OF_EXPRESSION = 2000;
 constexpr unsigned MOST_BOUND_DIGITS = 5;
-constexpr std::string_view SPACES = " \t\n\v\f\r";
 
 bool isDigit(char c)
 {
@@ -35,11 +34,6 @@ bool isLetter(char c)
 bool isWordCharacter(char c)
 {
     return isDigit(c) || isLetter(c) || c == '_';
-}
-
-bool isOneOf(char c, std::string_view characters)
-{
-    return characters.find(c) != std::string_view::npos;
 }
 
 /// What a piece of an expression that stands for one byte matches. The expression's own compiler is asked, so
@@ -146,7 +140,7 @@ public:
     ByteExpression whole()
     {
         ByteExpression result = _choice();
-        if (!_reader.isAtEnd() || result.size() > MOST_BYTES)
+        if (!_reader.isAtEnd() || result.size() > MOST_BYTES_OF_EXPRESSION)
             throw NotTranslated();
         return result;
     }

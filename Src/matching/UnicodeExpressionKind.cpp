@@ -10,7 +10,7 @@ namespace tidemark {
 namespace {
 
 /// No line may take longer.
-constexpr std::chrono::milliseconds ALLOWED_PER_LINE(900);
+constexpr std::chrono::milliseconds LONGEST_SEARCH_OF_LINE(900);
 
 /// Compiled at the first search, so that a malformed expression shows itself only when something is searched.
 class UnicodeExpressionKind : public FindKind
@@ -22,7 +22,7 @@ public:
 
     TextRange firstRange(SearchedLine &line, TextRange searchRange, TDError &error) const override;
     TextRange nextMatch(SearchedLine &line, TDError &error) const override;
-    SearchEffort effortFor(qsizetype) const override { return SearchEffort(ALLOWED_PER_LINE); }
+    SearchEffort effortFor(qsizetype) const override { return SearchEffort(LONGEST_SEARCH_OF_LINE); }
     std::optional<TextFault> fault() const override { return _compiled().textFault; }
     const UnicodeExpression *expression() const override { return _compiled().expression.get(); }
 

@@ -19,7 +19,6 @@ constexpr qsizetype SURE = 8;
 constexpr qsizetype FIRST_WINDOW = 64;
 constexpr qsizetype WINDOW_GROWTH = 8;
 constexpr qsizetype LARGEST_WINDOW = 1 << 21;
-constexpr qint64 BLOCK = 1 << 18;
 
 quint64 bytesAt(QByteArrayView view, qsizetype index)
 {
@@ -164,7 +163,7 @@ public:
     QByteArrayView at(qint64 offset, qint64 length)
     {
         if (offset < _start || offset + length > _start + _block.size()) {
-            _block.resize(std::max(length, BLOCK));
+            _block.resize(std::max(length, BYTES_AT_ONCE));
             _start = offset;
             _block.truncate(
                 std::max<qint64>(0, readFully(_descriptor, _block.data(), _block.size(), offset)));

@@ -13,7 +13,6 @@ namespace tidemark {
 
 namespace {
 
-constexpr qint64 BLOCK = 1 << 18;
 /// What is compared as a whole, and written as a whole between two differences in it: the disk takes whole
 /// pages anyway.
 constexpr qsizetype PAGE = 4096;
@@ -83,10 +82,10 @@ int ContentOverwrite::reserve(qint64 newSize) const
 int ContentOverwrite::put(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const QByteArrayView part = bytes.first(qMin(bytes.size(), BLOCK - _pending.size()));
+        const QByteArrayView part = bytes.first(qMin(bytes.size(), BYTES_AT_ONCE - _pending.size()));
         _pending.append(part);
         bytes = bytes.sliced(part.size());
-        if (_pending.size() == BLOCK) {
+        if (_pending.size() == BYTES_AT_ONCE) {
             if (const int error = putPending(); error != 0)
                 return error;
         }
@@ -97,7 +96,7 @@ int ContentOverwrite::put(QByteArrayView bytes)
 int ContentOverwrite::putAll(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const QByteArrayView block = bytes.first(qMin(bytes.size(), BLOCK));
+        const QByteArrayView block = bytes.first(qMin(bytes.size(), BYTES_AT_ONCE));
         if (const int error = _putOver(block); error != 0)
             return error;
         bytes = bytes.sliced(block.size());
@@ -170,12 +169,12 @@ int overwriteWithContentOf(int source, int target)
     if (!newState)
         return errno;
     ContentOverwrite overwrite(target, state->size);
-    QByteArray block(BLOCK, Qt::Uninitialized);
+    QByteArray block(BYTES_AT_ONCE, Qt::Uninitialized);
     int error = overwrite.reserve(newState->size);
     for (qint64 offset = 0; error == 0;) {
-        const qint64 count = readFully(source, block.data(), BLOCK, offset);
+        const qint64 count = readFully(source, block.data(), BYTES_AT_ONCE, offset);
         error = count < 0 ? errno : overwrite.put(QByteArrayView(block).first(qMax<qint64>(0, count)));
-        if (count < BLOCK)
+        if (count < BYTES_AT_ONCE)
             break;
         offset += count;
     }

@@ -8,8 +8,6 @@ namespace tidemark {
 
 namespace {
 
-constexpr qint64 BLOCK = 1 << 18;
-
 FileDate changeDateOf(const struct stat &status)
 {
 #ifdef __APPLE__
@@ -37,15 +35,15 @@ std::optional<FileState> stateOfDescriptor(int descriptor)
 
 std::optional<ContentDigest> digestOfDescriptor(int descriptor, qint64 size)
 {
-    static thread_local const auto block = std::make_unique_for_overwrite<char[]>(BLOCK);
+    static thread_local const auto block = std::make_unique_for_overwrite<char[]>(BYTES_AT_ONCE);
     // At once, as a rule.
-    if (size <= BLOCK) {
+    if (size <= BYTES_AT_ONCE) {
         const qint64 count = readFully(descriptor, block.get(), size, 0);
         return count < 0 ? std::nullopt : std::optional(digestOfBytes(QByteArrayView(block.get(), count)));
     }
     ContentHasher hasher;
-    for (qint64 offset = 0; offset < size; offset += BLOCK) {
-        const qint64 wanted = qMin(BLOCK, size - offset);
+    for (qint64 offset = 0; offset < size; offset += BYTES_AT_ONCE) {
+        const qint64 wanted = qMin(BYTES_AT_ONCE, size - offset);
         const qint64 count = readFully(descriptor, block.get(), wanted, offset);
         if (count < 0)
             return {};

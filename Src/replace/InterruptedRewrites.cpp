@@ -23,7 +23,6 @@ namespace {
 
 using Entry = RewriteRecord::Left::File;
 
-constexpr qint64 BLOCK = 1 << 18;
 /// A group's record is far shorter; what is longer isn't one of ours.
 constexpr qint64 LONGEST_RECORD = 128 << 20;
 const QByteArray RECORD_NAME = QByteArrayLiteral("rewrites-");
@@ -58,9 +57,9 @@ void deleteBackup(const FilePath &backup)
 bool writeOnceMore(int file, const struct stat &status, const ContentDigest &content)
 {
     FileSystemCalls &calls = FileSystemCalls::current();
-    QByteArray block(BLOCK, Qt::Uninitialized);
-    for (qint64 offset = 0; offset < content.size; offset += BLOCK) {
-        const qint64 count = qMin(BLOCK, content.size - offset);
+    QByteArray block(BYTES_AT_ONCE, Qt::Uninitialized);
+    for (qint64 offset = 0; offset < content.size; offset += BYTES_AT_ONCE) {
+        const qint64 count = qMin(BYTES_AT_ONCE, content.size - offset);
         if (readFully(file, block.data(), count, offset) != count ||
             calls.pwrite(file, block.constData(), size_t(count), off_t(offset)) != count)
             return false;

@@ -10,8 +10,6 @@ namespace tidemark {
 
 namespace {
 
-constexpr qint64 BLOCK = 256 * 1024;
-
 /// A window on the old content that moves front to back, so that short stretches don't cost a call each.
 class OldContent
 {
@@ -30,9 +28,9 @@ public:
 private:
     void _readAt(qint64 offset)
     {
-        _block.resize(BLOCK);
+        _block.resize(BYTES_AT_ONCE);
         const ssize_t count =
-            FileSystemCalls::current().pread(_descriptor, _block.data(), size_t(BLOCK), offset);
+            FileSystemCalls::current().pread(_descriptor, _block.data(), size_t(BYTES_AT_ONCE), offset);
         // The content is shorter than it was a moment ago.
         if (count == 0)
             errno = EIO;

@@ -18,6 +18,9 @@ int handOutNewContent(const RewritePlan &plan, int oldContent, const ContentSink
 /// The same with the old content in memory.
 int handOutNewContent(const RewritePlan &plan, QByteArrayView oldContent, const ContentSink &sink);
 
+/// As many bytes as are worth a call of the system.
+inline constexpr qint64 BYTES_AT_ONCE = 1 << 18;
+
 /// Reads up to `count` bytes from the offset on, fewer only at the end of the file; how many, or -1 and
 /// errno.
 qint64 readFully(int descriptor, char *bytes, qint64 count, qint64 offset);

@@ -30,7 +30,7 @@ const QByteArray BEGIN_ENTRY = QByteArrayLiteral("begin");
 const QByteArray END_ENTRY = QByteArrayLiteral("end");
 const QByteArray UNFLUSHED_ENTRY = QByteArrayLiteral("unflushed");
 
-FilePath currentFolder;
+FilePath folderOfRecords;
 
 QByteArray encoded(const FilePath &path)
 {
@@ -309,17 +309,17 @@ FilePath RewriteRecord::userFolder()
 
 RewriteRecordFolder::RewriteRecordFolder(const FilePath &folder)
 {
-    currentFolder = folder;
+    folderOfRecords = folder;
 }
 
 RewriteRecordFolder::~RewriteRecordFolder()
 {
-    currentFolder = {};
+    folderOfRecords = {};
 }
 
 FilePath RewriteRecordFolder::current()
 {
-    return currentFolder;
+    return folderOfRecords;
 }
 
 } // namespace tidemark

@@ -30,7 +30,7 @@ constexpr qint64 BYTES_OF_MATCH = 6;
 /// An empty step may have been made just now, to be locked and written. An older one is nobody's.
 constexpr time_t SECONDS_UNTIL_ABANDONED = 3600;
 
-FilePath currentFolder;
+FilePath folderOfJournal;
 
 UndoStepKind kindOf(const QByteArray &name)
 {
@@ -92,10 +92,10 @@ FilePath UndoJournal::userFolder()
 std::optional<UndoJournal> UndoJournal::current()
 {
     const qint64 megabytes = UserDefaults::standard().integerForKey(TD_USER_DEFAULTS_NAME_UNDO_JOURNAL_SIZE);
-    if (currentFolder.isEmpty() || megabytes <= 0)
+    if (folderOfJournal.isEmpty() || megabytes <= 0)
         return {};
     constexpr qint64 MOST = qint64(1) << 20;
-    return UndoJournal(currentFolder, std::min(megabytes, MOST) * BYTES_OF_MEGABYTE);
+    return UndoJournal(folderOfJournal, std::min(megabytes, MOST) * BYTES_OF_MEGABYTE);
 }
 
 QList<UndoStep> UndoJournal::steps() const
@@ -241,12 +241,12 @@ void UndoJournal::_trim() const
 
 UndoJournalFolder::UndoJournalFolder(const FilePath &folder)
 {
-    currentFolder = folder;
+    folderOfJournal = folder;
 }
 
 UndoJournalFolder::~UndoJournalFolder()
 {
-    currentFolder = {};
+    folderOfJournal = {};
 }
 
 UndoWalk::UndoWalk() = default;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr rlim_t FEWEST_OPEN = 4;
 constexpr rlim_t MOST_OPEN = 64;
-constexpr rlim_t SHARE_OF_DESCRIPTORS = 8;
+constexpr rlim_t DESCRIPTORS_FOR_EACH_OPEN = 8;
 constexpr int FOLDER_FLAGS = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 int openAlways(int parent, const char *path, int flags)
@@ -31,7 +31,7 @@ int openAlways(int parent, const char *path, int flags)
 
 OpenFolders::OpenFolders(std::function<void()> giveBackDescriptors)
     : _giveBackDescriptors(std::move(giveBackDescriptors)),
-      _mostOpen(std::clamp(mostDescriptors() / SHARE_OF_DESCRIPTORS, FEWEST_OPEN, MOST_OPEN))
+      _mostOpen(std::clamp(mostDescriptors() / DESCRIPTORS_FOR_EACH_OPEN, FEWEST_OPEN, MOST_OPEN))
 {}
 
 OpenFolders::~OpenFolders()

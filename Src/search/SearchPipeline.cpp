@@ -19,14 +19,14 @@ constexpr size_t FEWEST_OUTSTANDING = 24;
 constexpr size_t OUTSTANDING_FOR_EACH = 3;
 constexpr rlim_t FEWEST_SHARED_FOLDERS = 8;
 constexpr rlim_t MOST_SHARED_FOLDERS = 256;
-constexpr rlim_t SHARE_OF_DESCRIPTORS = 4;
+constexpr rlim_t DESCRIPTORS_FOR_EACH_FOLDER = 4;
 
 std::atomic<int> sharedFolders = 0;
 
 int mostSharedFolders()
 {
-    return int(
-        std::clamp(mostDescriptors() / SHARE_OF_DESCRIPTORS, FEWEST_SHARED_FOLDERS, MOST_SHARED_FOLDERS));
+    return int(std::clamp(mostDescriptors() / DESCRIPTORS_FOR_EACH_FOLDER, FEWEST_SHARED_FOLDERS,
+                          MOST_SHARED_FOLDERS));
 }
 
 } // namespace

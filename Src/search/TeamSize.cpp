@@ -11,7 +11,7 @@ namespace tidemark {
 namespace {
 
 constexpr int MOST_THREADS = 32;
-constexpr int SHARE_OF_DESCRIPTORS = 16;
+constexpr int DESCRIPTORS_FOR_EACH_THREAD = 16;
 /// Of what the processors could do: below it there is room for more threads, above it for fewer.
 constexpr double LITTLE_USE = 0.75;
 constexpr double FULL_USE = 0.95;
@@ -23,7 +23,8 @@ TeamSize TeamSize::forThisMachine()
     const int processors = processorCount();
     // With one alone nobody would search while the folders are walked.
     const int usual = std::max(2, processors);
-    const int affordable = int(std::min<rlim_t>(mostDescriptors() / SHARE_OF_DESCRIPTORS, MOST_THREADS));
+    const int affordable =
+        int(std::min<rlim_t>(mostDescriptors() / DESCRIPTORS_FOR_EACH_THREAD, MOST_THREADS));
     return {usual, std::max(usual, affordable), processors};
 }
 

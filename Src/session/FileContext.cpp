@@ -16,7 +16,7 @@ constexpr qint64 REPORT_INTERVAL_MS = 60;
 /// Lines are kept until they are so long together.
 constexpr qsizetype MOST_UNITS = 1 << 24;
 /// Few, as each may be as long as a line gets.
-constexpr qint64 LINES_AT_ONCE = 64;
+constexpr qint64 LINES_READ_AT_ONCE = 64;
 
 struct Wish
 {
@@ -179,9 +179,9 @@ void FileContext::Reading::_giveTexts()
     if (_lines)
         texts.emplace();
     qsizetype units = 0;
-    for (qint64 done = 0; texts && done < wish.count && !_isStopped; done += LINES_AT_ONCE) {
+    for (qint64 done = 0; texts && done < wish.count && !_isStopped; done += LINES_READ_AT_ONCE) {
         const QList<FileLine> lines =
-            _lines->lines(wish.first + done, std::min(LINES_AT_ONCE, wish.count - done));
+            _lines->lines(wish.first + done, std::min(LINES_READ_AT_ONCE, wish.count - done));
         for (const FileLine &line : lines) {
             units += line.text.size() + 1;
             *texts << line.text;

@@ -3,7 +3,6 @@
 #include "foundation/LocalizedText.h"
 
 #include <QDir>
-#include <QLocale>
 #include <QStringList>
 
 #include <cerrno>
@@ -13,11 +12,6 @@ namespace tidemark {
 namespace {
 
 constexpr qsizetype MOST_NAMED = 20;
-
-QString grouped(quint64 number)
-{
-    return QLocale().toString(number);
-}
 
 /// With "~" for the home folder.
 QString shownPath(const FilePath &path)

@@ -21,7 +21,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr int MILLISECONDS_BETWEEN_EVENTS = 10;
+constexpr int LONGEST_WAIT_FOR_EVENTS = 10; ///< milliseconds
 constexpr qsizetype MOST_EARLIER = 4;
 constexpr qsizetype MOST_EARLIER_LINES = 1 << 20;
 
@@ -114,7 +114,7 @@ SearchedAgain searchedAmong(const FilesByPath &files, const QSet<FilePath> &chan
         }
         ended.release();
     });
-    while (!ended.tryAcquire(1, MILLISECONDS_BETWEEN_EVENTS)) {
+    while (!ended.tryAcquire(1, LONGEST_WAIT_FOR_EVENTS)) {
         QCoreApplication::processEvents();
         if (!shouldStop())
             continue;

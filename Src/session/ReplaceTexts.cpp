@@ -14,7 +14,7 @@ namespace {
 constexpr qsizetype LONGEST_TEXT_SHOWN = 60;
 
 /// Line ends in it are shown, so that it can't look like something else than the one text that it is.
-QString onOneLine(QString text)
+QString withVisibleNewlines(QString text)
 {
     for (QChar &character : text) {
         if (isNewlineCharacter(character.unicode()))
@@ -37,7 +37,7 @@ QString shortened(const QString &text)
 
 QString withText(const char *format, const QString &text)
 {
-    return formatted(localizedString(format), {onOneLine(shortened(text))});
+    return formatted(localizedString(format), {withVisibleNewlines(shortened(text))});
 }
 
 QString changedOption(const char *title)
@@ -47,10 +47,10 @@ QString changedOption(const char *title)
 
 QString linesOf(const TDSelectedMatchReplacement::FileFailure &failure)
 {
-    const QString lines = onOneLine(failure.path.displayText()) + u'\n';
+    const QString lines = withVisibleNewlines(failure.path.displayText()) + u'\n';
     if (failure.backup.isEmpty())
         return lines;
-    const QString backup = onOneLine(failure.backup.displayText());
+    const QString backup = withVisibleNewlines(failure.backup.displayText());
     return lines + QStringLiteral("    ") + formatted(localizedString("old content in %@"), {backup}) + u'\n';
 }
 

@@ -2,8 +2,6 @@
 
 #include "foundation/LocalizedText.h"
 
-#include <QLocale>
-
 #include <atomic>
 #include <chrono>
 
@@ -20,12 +18,6 @@ QString matchesInFiles(quint64 matchCount, quint64 fileMatchCount)
     if (matchCount < 2 || fileMatchCount != 1)
         return localizedString("%d matches found in %d files");
     return localizedString("%d matches found in %d file");
-}
-
-/// With the digits in groups as the user writes them.
-QString grouped(quint64 number)
-{
-    return QLocale().toString(number);
 }
 
 QString countedReplacements(const ReplaceSummary &summary)

@@ -10,11 +10,11 @@ namespace tidemark {
 
 namespace {
 
-constexpr qsizetype LANES = 16;
-using Lanes = std::uint8_t __attribute__((vector_size(LANES)));
+constexpr qsizetype SHORT_LANES = 16;
+using ShortLanes = std::uint8_t __attribute__((vector_size(SHORT_LANES)));
 
 /// From frequent to rare; everything else is rarer.
-constexpr std::string_view FREQUENT = " etaoinsrhldcumfpgwybvkxjqz";
+constexpr std::string_view FREQUENT_FIRST = " etaoinsrhldcumfpgwybvkxjqz";
 
 constexpr char lowered(char character)
 {
@@ -27,18 +27,18 @@ constexpr std::uint8_t caseBit(char lower)
     return lower >= 'a' && lower <= 'z' ? 0x20 : 0;
 }
 
-Lanes lanesAt(const char *place)
+ShortLanes lanesAt(const char *place)
 {
-    Lanes lanes;
+    ShortLanes lanes;
     std::memcpy(&lanes, place, sizeof lanes);
     return lanes;
 }
 
 /// Whether `isAt` holds for one of the lanes that are all ones; the others are all zeros.
 template <typename IsAt>
-bool anyOf(const Lanes &lanes, IsAt isAt)
+bool anyOf(const ShortLanes &lanes, IsAt isAt)
 {
-    std::array<std::uint64_t, LANES / 8> words;
+    std::array<std::uint64_t, SHORT_LANES / 8> words;
     std::memcpy(words.data(), &lanes, sizeof words);
     for (size_t index = 0; index < words.size(); ++index) {
         for (std::uint64_t word = words[index]; word != 0;) {
@@ -55,7 +55,7 @@ bool anyOf(const Lanes &lanes, IsAt isAt)
 
 size_t rarity(char character)
 {
-    return std::min(FREQUENT.find(character), FREQUENT.size());
+    return std::min(FREQUENT_FIRST.find(character), FREQUENT_FIRST.size());
 }
 
 } // namespace
@@ -82,7 +82,7 @@ bool AsciiFinder::_isAt(const char *place) const
 bool AsciiFinder::isIn(QByteArrayView bytes) const
 {
     const qsizetype places = bytes.size() - _text.size() + 1;
-    if (places < LANES) {
+    if (places < SHORT_LANES) {
         for (qsizetype place = 0; place < places; ++place) {
             if (_isAt(bytes.data() + place))
                 return true;
@@ -90,19 +90,21 @@ bool AsciiFinder::isIn(QByteArrayView bytes) const
         return false;
     }
     // The last places are looked at together with some before them.
-    for (qsizetype place = 0; place < places - LANES; place += LANES) {
+    for (qsizetype place = 0; place < places - SHORT_LANES; place += SHORT_LANES) {
         if (_isAtOneOfLanes(bytes.data() + place))
             return true;
     }
-    return _isAtOneOfLanes(bytes.data() + places - LANES);
+    return _isAtOneOfLanes(bytes.data() + places - SHORT_LANES);
 }
 
 bool AsciiFinder::_isAtOneOfLanes(const char *start) const
 {
     const char rare = _text[_rare];
     const char last = _text[_last];
-    const Lanes isRare = (Lanes)((lanesAt(start + _rare) | (Lanes{} + caseBit(rare))) == std::uint8_t(rare));
-    const Lanes isLast = (Lanes)((lanesAt(start + _last) | (Lanes{} + caseBit(last))) == std::uint8_t(last));
+    const ShortLanes isRare =
+        (ShortLanes)((lanesAt(start + _rare) | (ShortLanes{} + caseBit(rare))) == std::uint8_t(rare));
+    const ShortLanes isLast =
+        (ShortLanes)((lanesAt(start + _last) | (ShortLanes{} + caseBit(last))) == std::uint8_t(last));
     return anyOf(isRare & isLast, [&](qsizetype place) { return _isAt(start + place); });
 }
 

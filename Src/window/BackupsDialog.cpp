@@ -14,7 +14,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr QSize FIRST_SIZE = {720, 420};
+constexpr QSize SIZE_OF_BACKUPS = {720, 420};
 
 /// One row a backup, below that of its run.
 class BackupRow : public QTreeWidgetItem
@@ -54,7 +54,7 @@ BackupsDialog::BackupsDialog(QWidget *parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(localizedString("Delete Backups"));
-    resize(FIRST_SIZE);
+    resize(SIZE_OF_BACKUPS);
     _runs->setObjectName(QStringLiteral("runs"));
     _runs->setColumnCount(2);
     _runs->setHeaderLabels({localizedString("Backup"), localizedString("Size")});
@@ -83,7 +83,7 @@ void BackupsDialog::_list()
         for (const BackupRun &run : journal->backupRuns())
             _runs->addTopLevelItem(rowOf(run));
     }
-    _runs->setColumnWidth(0, FIRST_SIZE.width() * 3 / 4);
+    _runs->setColumnWidth(0, SIZE_OF_BACKUPS.width() * 3 / 4);
     _noteTicks();
 }
 

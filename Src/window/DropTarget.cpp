@@ -17,7 +17,7 @@ namespace {
 
 constexpr int FRAME_WIDTH = 3;
 constexpr int ROUNDING = 6;
-constexpr int MARGIN = 12;
+constexpr int FRAME_MARGIN = 12;
 constexpr double VEIL = 0.12;
 
 /// A frame around everything, and what a drop does in its middle. The mouse doesn't notice it.
@@ -44,7 +44,8 @@ protected:
         const int inset = FRAME_WIDTH;
         painter.drawRoundedRect(rect().adjusted(inset, inset, -inset, -inset), ROUNDING, ROUNDING);
         const QString text = localizedString("Drop to search here");
-        QRect plate = fontMetrics().boundingRect(text).adjusted(-2 * MARGIN, -MARGIN, 2 * MARGIN, MARGIN);
+        QRect plate = fontMetrics().boundingRect(text).adjusted(-2 * FRAME_MARGIN, -FRAME_MARGIN,
+                                                                2 * FRAME_MARGIN, FRAME_MARGIN);
         plate.moveCenter(rect().center());
         painter.setPen(highlight);
         painter.setBrush(palette().color(QPalette::Base));

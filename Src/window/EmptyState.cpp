@@ -13,8 +13,8 @@ namespace tidemark {
 
 namespace {
 
-constexpr int MARGIN = 12;
-constexpr int GAP = 6;
+constexpr int MARGIN_AROUND = 12;
+constexpr int GAP_BETWEEN_PARTS = 6;
 constexpr int ICON_SIZE = 48;
 
 } // namespace
@@ -91,7 +91,7 @@ void EmptyState::changeEvent(QEvent *event)
 void EmptyState::_arrange()
 {
     setGeometry(parentWidget()->rect());
-    const int width = std::max(0, this->width() - 2 * MARGIN);
+    const int width = std::max(0, this->width() - 2 * MARGIN_AROUND);
     struct Part
     {
         QWidget *widget;
@@ -103,9 +103,9 @@ void EmptyState::_arrange()
          {_sentence, {width, _sentence->heightForWidth(width)}, true},
          {_button, _button->sizeHint(), !_button->text().isEmpty() && _button->sizeHint().width() <= width}}};
     const auto needed = [&parts] {
-        int height = -GAP;
+        int height = -GAP_BETWEEN_PARTS;
         for (const Part &part : parts)
-            height += part.isShown ? part.size.height() + GAP : 0;
+            height += part.isShown ? part.size.height() + GAP_BETWEEN_PARTS : 0;
         return height;
     };
     for (const size_t first : {0, 2, 1}) {
@@ -119,7 +119,7 @@ void EmptyState::_arrange()
             continue;
         part.widget->setGeometry((this->width() - part.size.width()) / 2, y, part.size.width(),
                                  part.size.height());
-        y += part.size.height() + GAP;
+        y += part.size.height() + GAP_BETWEEN_PARTS;
     }
 }
 

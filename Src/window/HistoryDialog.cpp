@@ -15,7 +15,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr QSize FIRST_SIZE = {760, 360};
+constexpr QSize SIZE_OF_HISTORY = {760, 360};
 constexpr int LONGEST_TEXT = 60;
 constexpr int TEXTS_WIDTH = 280;
 enum Column { When, Texts, Files, Matches, Size, State, COLUMN_COUNT };
@@ -58,7 +58,7 @@ HistoryDialog::HistoryDialog(QWidget *parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(localizedString("History of Replacements"));
-    resize(FIRST_SIZE);
+    resize(SIZE_OF_HISTORY);
     _steps->setObjectName(QStringLiteral("steps"));
     _steps->setColumnCount(COLUMN_COUNT);
     _steps->setHeaderLabels({localizedString("When"), localizedString("Find → Replace"),

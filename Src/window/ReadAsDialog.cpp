@@ -18,7 +18,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr QSize FIRST_SIZE = {640, 520};
+constexpr QSize SIZE_OF_CHOICE = {640, 520};
 /// Of the room of both.
 constexpr int LIST_SHARE = 3;
 constexpr int PREVIEW_SHARE = 2;
@@ -60,7 +60,7 @@ ReadAsDialog::ReadAsDialog(const FilePath &path, SettledEncoding encoding, quint
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowModality(Qt::WindowModal);
     setWindowTitle(localizedString("Read As"));
-    resize(FIRST_SIZE);
+    resize(SIZE_OF_CHOICE);
     _encodings->setObjectName(QStringLiteral("encodings"));
     _encodings->setAccessibleName(localizedString("Encodings"));
     auto *layout = new QVBoxLayout(this);

@@ -15,7 +15,7 @@
 namespace tidemark::test {
 namespace {
 
-constexpr StringEncoding LATIN1 = 5;
+constexpr StringEncoding LATIN1_ENCODING = 5;
 
 /// How a text lies in a file, written without the converters that the reader uses.
 struct Layout
@@ -40,7 +40,7 @@ struct Layout
     }
 };
 
-const std::array<Layout, 5> LAYOUTS = {{{"Latin 1", LATIN1, 1, true},
+const std::array<Layout, 5> LAYOUTS = {{{"Latin 1", LATIN1_ENCODING, 1, true},
                                         {"UTF-16LE", TD_ENCODING_UTF16_LITTLE_ENDIAN, 2, true},
                                         {"UTF-16BE", TD_ENCODING_UTF16_BIG_ENDIAN, 2, false},
                                         {"UTF-32LE", TD_ENCODING_UTF32_LITTLE_ENDIAN, 4, true},
@@ -162,7 +162,7 @@ TEST_F(TDFileReaderTest, LinesThatArePassedOverAreThoseThatWouldHaveBeenRead)
     const FilePath file = folder.write("file", text.toLatin1());
     for (const qint64 most : {qint64(1), qint64(7), std::numeric_limits<qint64>::max()}) {
         TDError error;
-        const auto reader = TDFileReader::fileReaderWithFile(file, LATIN1, error);
+        const auto reader = TDFileReader::fileReaderWithFile(file, LATIN1_ENCODING, error);
         qint64 passedCount = 0;
         qint64 count = 0;
         while (const auto line = reader->getNextLineWithEOLCharacters(true, error)) {

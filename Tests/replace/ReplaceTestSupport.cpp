@@ -12,8 +12,6 @@ namespace tidemark::test {
 
 namespace {
 
-constexpr uid_t NOBODY = 65534;
-
 class Collector : public TDSearchEngineDelegate
 {
 public:

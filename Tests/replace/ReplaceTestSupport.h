@@ -5,6 +5,7 @@
 #include "matching/TDFindResultItem.h"
 #include "replace/TDReplaceEngine.h"
 #include "replace/TDReplacement.h"
+#include "support/PlainUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 namespace tidemark::test {
 namespace {
 
-constexpr auto EVERY = ReplacementExtent::EveryOccurrence;
+constexpr auto ALL = ReplacementExtent::EveryOccurrence;
 
 QString replaced(const QString &find, const QString &format, const QString &text)
 {
@@ -18,7 +18,7 @@ QString replaced(const QString &find, const QString &format, const QString &text
     for (TextRange found = search.nextMatch(error); found.isFound(); found = search.nextMatch(error))
         line.appendMatchRange(found);
     replaceMatches(
-        line, TDReplacement(find, format, options, EVERY), [] { return false; }, error);
+        line, TDReplacement(find, format, options, ALL), [] { return false; }, error);
     return error ? u"error %1"_s.arg(error.code()) : line.matchLineString();
 }
 
@@ -64,14 +64,14 @@ TEST(ReplacementFormat, MatchesThatAreNotFoundAgainStayAsTheyAre)
     TDError error;
     const FindOptions options = {SearchMode::UnicodeExpression, CaseRule::Exact};
     replaceMatches(
-        line, TDReplacement(u"b|ab$"_s, u"X"_s, options, EVERY), [] { return false; }, error);
+        line, TDReplacement(u"b|ab$"_s, u"X"_s, options, ALL), [] { return false; }, error);
     EXPECT_TRUE(error.isNull());
     EXPECT_EQ(line.matchLineString(), u"ab X"_s);
     // A match is replaced again from the line as it was found.
-    EXPECT_TRUE(replaceMatch(line, 1, TDReplacement(u"(?<= )a(b)"_s, u"$1-$`"_s, options, EVERY), error));
+    EXPECT_TRUE(replaceMatch(line, 1, TDReplacement(u"(?<= )a(b)"_s, u"$1-$`"_s, options, ALL), error));
     EXPECT_EQ(line.matchLineString(), u"ab b-ab "_s);
     line.removeMatchRange(0);
-    EXPECT_TRUE(replaceMatch(line, 0, TDReplacement(u"ab"_s, u"Y"_s, options, EVERY), error));
+    EXPECT_TRUE(replaceMatch(line, 0, TDReplacement(u"ab"_s, u"Y"_s, options, ALL), error));
     EXPECT_EQ(line.matchLineString(), u"ab Y"_s);
 }
 

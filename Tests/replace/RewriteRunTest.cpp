@@ -300,7 +300,6 @@ TEST_F(RewriteRunTest, ABackupThatCantGetTheGroupHasNoRightsForIt)
     if (!runsAsRoot())
         GTEST_SKIP() << "files of other groups can't be made here";
     constexpr gid_t FOREIGN_GROUP = 12345;
-    constexpr uid_t NOBODY = 65534;
     const FilePath path = _folder.write("a.txt", "a needle here\n");
     ASSERT_EQ(::chown(path.cString(), NOBODY, FOREIGN_GROUP), 0);
     ASSERT_EQ(::chmod(path.cString(), 0674), 0);

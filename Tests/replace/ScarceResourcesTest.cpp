@@ -18,7 +18,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr uid_t NOBODY = 65534;
 const DiskKind NEARLY_FULL = {"full", "ext4", "commit=600", 24};
 const DiskKind THIN = {"thin", "ext4", "commit=600", 64};
 

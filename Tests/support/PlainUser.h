@@ -8,6 +8,9 @@
 
 namespace tidemark::test {
 
+/// A user who owns nothing.
+inline constexpr uid_t NOBODY = 65534;
+
 /// This process without the rights of root for a while, so that permission bits hold.
 class PlainUser
 {
@@ -22,7 +25,6 @@ public:
     }
 
 private:
-    static constexpr uid_t NOBODY = 65534;
     const bool _isNeeded;
 };
 

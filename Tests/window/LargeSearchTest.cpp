@@ -10,7 +10,7 @@ namespace tidemark::test {
 
 namespace {
 
-constexpr int FILES = 20000;
+constexpr int FILES_SEARCHED = 20000;
 constexpr qint64 LONGEST_STALL = 100;
 constexpr qint64 LONGEST_STOP = 200;
 
@@ -48,7 +48,7 @@ protected:
     FilePath tree() const
     {
         const QByteArray content = QByteArray("a line with an e\nand one without\n").repeated(10);
-        for (int file = 0; file < FILES; ++file)
+        for (int file = 0; file < FILES_SEARCHED; ++file)
             folder.write(QByteArray::number(file / 500) + '/' + QByteArray::number(file) + ".txt", content);
         return folder.path();
     }
@@ -67,7 +67,7 @@ TEST_F(LargeSearchTest, TheWindowStaysAliveWhileItIsUsed)
     window.controller().startSearch(StartStopButton::On);
     ASSERT_TRUE(waitFor([&] { return !window.controller().searching(); }, 120000));
     QTest::qWait(100);
-    EXPECT_GE(window.document.findResults().count(), FILES / 2);
+    EXPECT_GE(window.document.findResults().count(), FILES_SEARCHED / 2);
     EXPECT_LT(heart.longestStall(), timeLimit(LONGEST_STALL));
 }
 

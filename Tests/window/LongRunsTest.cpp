@@ -15,7 +15,7 @@ namespace tidemark::test {
 
 namespace {
 
-constexpr qint64 LONGEST_STALL = 100;
+constexpr qint64 LONGEST_STALL_IN_LONG_RUN = 100;
 constexpr qint64 MEMORY_MARGIN = 8 << 20;
 
 /// With TIDEMARK_LONG_RUNS set everything is so many times as long.
@@ -51,21 +51,23 @@ protected:
         folder.write("file.txt", content);
         OpenWindow window(application);
         window.searchIn(folder.path(), u"needle"_s);
-        timed("search", LONGEST_STALL, [&] { window.search(); });
+        timed("search", LONGEST_STALL_IN_LONG_RUN, [&] { window.search(); });
         const quint64 matches = quint64(content.count("needle"));
         ASSERT_EQ(window.document.findResults().files().first()->matchCount(), matches);
-        timed("expand", LONGEST_STALL, [&] { window.controller().resultsPane().navigation().showAll(); });
+        timed("expand", LONGEST_STALL_IN_LONG_RUN,
+              [&] { window.controller().resultsPane().navigation().showAll(); });
         QScrollBar *bar = window.outline()->verticalScrollBar();
         for (const int part : {2, 1, 7, 3})
-            timed("scroll", LONGEST_STALL, [&] { bar->setValue(bar->maximum() / part); });
+            timed("scroll", LONGEST_STALL_IN_LONG_RUN, [&] { bar->setValue(bar->maximum() / part); });
         for (int step = 0; step < 5; ++step)
-            timed("walk", LONGEST_STALL, [&] { window.controller().actions().nextMatch->trigger(); });
-        timed("walk to the last match", LONGEST_STALL,
+            timed("walk", LONGEST_STALL_IN_LONG_RUN,
+                  [&] { window.controller().actions().nextMatch->trigger(); });
+        timed("walk to the last match", LONGEST_STALL_IN_LONG_RUN,
               [&] { window.controller().actions().previousMatch->trigger(); });
         timed("replace all", 60000, [&] { window.replaceAll(u"nail"_s); });
         EXPECT_EQ(folder.read("file.txt"), QByteArray(content).replace("needle", "nail"));
         // The C library puts the memory of millions of replaced lines together again in one go.
-        timed("search again", 5 * LONGEST_STALL, [&] { window.search(); });
+        timed("search again", 5 * LONGEST_STALL_IN_LONG_RUN, [&] { window.search(); });
     }
 };
 
@@ -87,7 +89,7 @@ TEST_F(LongRuns, OneLineWithoutEnd)
     window.searchIn(folder.path(), u"needle"_s);
     for (const bool isExpression : {false, true}) {
         UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, isExpression);
-        timed("search", LONGEST_STALL, [&] { window.search(); });
+        timed("search", LONGEST_STALL_IN_LONG_RUN, [&] { window.search(); });
         ASSERT_EQ(window.document.findResults().count(), 1);
         EXPECT_TRUE(window.document.findResults().files().first()->children().first()->error().hasCode(1));
     }

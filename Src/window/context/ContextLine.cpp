@@ -1,6 +1,7 @@
 #include "window/context/ContextLine.h"
 
 #include "text/CharacterSets.h"
+#include "window/ShownCharacters.h"
 
 #include <algorithm>
 
@@ -9,9 +10,6 @@ namespace tidemark {
 namespace {
 
 constexpr qsizetype TAB = 4;
-constexpr QChar BULLET = u'\x2022';
-constexpr QChar RETURN_ARROW = u'\x21B5';
-constexpr QChar ELLIPSIS = u'\x2026';
 
 /// Never between the halves of a character.
 qsizetype wholeCharacterAt(QStringView line, qsizetype position)

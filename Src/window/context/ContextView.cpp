@@ -21,7 +21,7 @@ constexpr int USUAL_ROWS = 7;
 constexpr int FEWEST_ROWS = 2;
 /// Asked for beyond those in sight.
 constexpr qint64 MORE_ROWS = 60;
-constexpr int MARGIN = 8; ///< pixels
+constexpr int TEXT_MARGIN = 8; ///< pixels
 constexpr int FEWEST_DIGITS = 4;
 constexpr int EMPTY_MATCH_WIDTH = 3;
 constexpr double LINE_SPACING = 1.25;
@@ -105,7 +105,7 @@ void ContextView::_reveal(Place place, bool centered)
         return;
     _updateScrollBars();
     const int x = qRound(row->text().cursorToX(int(row->line.shownAt(place.position))));
-    const int width = viewport()->width() - _gutter() - 2 * MARGIN;
+    const int width = viewport()->width() - _gutter() - 2 * TEXT_MARGIN;
     const int left = horizontalScrollBar()->value();
     if (x < left || x > left + width)
         horizontalScrollBar()->setValue(x < width ? 0 : x - width / 2);
@@ -146,7 +146,7 @@ int ContextView::_fullRows() const
 int ContextView::_gutter() const
 {
     const qsizetype digits = QString::number(std::max(_context.lineCount(), _shownLine)).size();
-    return 2 * MARGIN +
+    return 2 * TEXT_MARGIN +
            fontMetrics().horizontalAdvance(u'0') * int(std::max(qsizetype(FEWEST_DIGITS), digits));
 }
 
@@ -157,7 +157,7 @@ void ContextView::_updateScrollBars()
                                    qint64(std::numeric_limits<int>::max() / 2));
     verticalScrollBar()->setRange(0, int(last));
     verticalScrollBar()->setPageStep(int(rows));
-    const int width = viewport()->width() - _gutter() - 2 * MARGIN;
+    const int width = viewport()->width() - _gutter() - 2 * TEXT_MARGIN;
     horizontalScrollBar()->setRange(0, std::max(0, _widest - width));
     horizontalScrollBar()->setPageStep(std::max(1, width));
     horizontalScrollBar()->setSingleStep(fontMetrics().averageCharWidth() * 4);
@@ -211,7 +211,7 @@ std::unique_ptr<ContextView::Row> ContextView::_row(qint64 number) const
     QTextLine text = row->layout.createLine();
     text.setLineWidth(std::numeric_limits<int>::max() / 512);
     row->layout.endLayout();
-    _widest = std::max(_widest, qCeil(text.naturalTextWidth()) + MARGIN);
+    _widest = std::max(_widest, qCeil(text.naturalTextWidth()) + TEXT_MARGIN);
     return row;
 }
 
@@ -239,7 +239,7 @@ void ContextView::_paintRow(QPainter &painter, qint64 number, const QRect &rect)
         painter.fillRect(rect, colors.shownLine());
     painter.setFont(font());
     painter.setPen(isShown ? colors.text() : colors.dimmed());
-    const QRect gutter(0, rect.top(), _gutter() - MARGIN, rect.height());
+    const QRect gutter(0, rect.top(), _gutter() - TEXT_MARGIN, rect.height());
     painter.drawText(gutter, Qt::AlignRight | Qt::AlignVCenter, QString::number(number));
     const std::unique_ptr<Row> row = _row(number);
     if (!row)

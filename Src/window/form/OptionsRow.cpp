@@ -9,7 +9,7 @@ namespace tidemark {
 
 namespace {
 
-constexpr int GAP = 14;
+constexpr int GAP_BETWEEN_OPTIONS = 14;
 constexpr int GAP_AT_THE_END = 6;
 constexpr int ROW_GAP = 4;
 
@@ -64,15 +64,15 @@ QList<OptionsRow::Place> OptionsRow::_placesAt(int width) const
         x += size.width();
     };
     for (QWidget *control : controls) {
-        if (x > 0 && x + GAP + control->sizeHint().width() > width) {
+        if (x > 0 && x + GAP_BETWEEN_OPTIONS + control->sizeHint().width() > width) {
             x = 0;
             y += rowHeight + ROW_GAP;
         }
-        x += x > 0 ? GAP : 0;
+        x += x > 0 ? GAP_BETWEEN_OPTIONS : 0;
         place(control);
     }
     const int endWidth = widthOf(atTheEnd, GAP_AT_THE_END);
-    if (endWidth > 0 && x > 0 && x + GAP + endWidth > width)
+    if (endWidth > 0 && x > 0 && x + GAP_BETWEEN_OPTIONS + endWidth > width)
         y += rowHeight + ROW_GAP;
     x = std::max(0, width - endWidth);
     for (QWidget *control : atTheEnd) {
@@ -96,7 +96,8 @@ int OptionsRow::heightAt(int width) const
 QSize OptionsRow::sizeHint() const
 {
     const int end = widthOf(_visible(_atTheEnd), GAP_AT_THE_END);
-    const int whole = widthOf(_visible(_controls), GAP) + (end > 0 ? GAP + end : 0);
+    const int whole =
+        widthOf(_visible(_controls), GAP_BETWEEN_OPTIONS) + (end > 0 ? GAP_BETWEEN_OPTIONS + end : 0);
     return {whole, heightAt(_isPlaced ? width() : whole)};
 }
 

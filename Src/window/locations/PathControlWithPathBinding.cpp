@@ -11,13 +11,12 @@ namespace tidemark {
 
 namespace {
 
-const QString SEPARATOR = QStringLiteral(" › ");
+const QString ARROW = QStringLiteral(" › ");
 const QString LEFT_OUT = QStringLiteral("…");
 
 QString joinedWithout(const QStringList &components, qsizetype first, qsizetype count)
 {
-    return (components.first(first) + QStringList{LEFT_OUT} + components.sliced(first + count))
-        .join(SEPARATOR);
+    return (components.first(first) + QStringList{LEFT_OUT} + components.sliced(first + count)).join(ARROW);
 }
 
 } // namespace
@@ -31,7 +30,7 @@ QString PathControlWithPathBinding::breadcrumb(const FilePath &path, const QFont
     const QStringList components = folderForPeople(path.displayText()).split(u'/', Qt::SkipEmptyParts);
     if (components.isEmpty())
         return QStringLiteral("/");
-    QString text = components.join(SEPARATOR);
+    QString text = components.join(ARROW);
     // Whole folders go first, from the middle outwards; the item's own name stays.
     for (qsizetype count = 1; metrics.horizontalAdvance(text) > width && count < components.size(); ++count)
         text = joinedWithout(components, (components.size() - count) / 2, count);

@@ -3,6 +3,7 @@
 #include "matching/TDFindResultItem.h"
 #include "session/ReplacementPreview.h"
 #include "text/CharacterSets.h"
+#include "window/ShownCharacters.h"
 
 #include <algorithm>
 #include <optional>
@@ -12,13 +13,10 @@ namespace tidemark {
 namespace {
 
 constexpr double SMALL_SYSTEM_FONT_SIZE = 11;
-constexpr char16_t BULLET = u'\x2022';
-constexpr char16_t RETURN_ARROW = u'\x21B5';
 constexpr char16_t WARNING_SIGN = u'\x26A0';
 constexpr StyledColor REPLACED_MATCH_BACKGROUND = {168 / 255.0, 222 / 255.0, 178 / 255.0};
 constexpr StyledColor REPLACEMENT_BACKGROUND = {203 / 255.0, 236 / 255.0, 206 / 255.0};
 constexpr StyledColor LINE_NUMBER_COLOR = {180 / 255.0, 180 / 255.0, 180 / 255.0};
-constexpr QChar ELLIPSIS = u'…';
 /// How much of a line an excerpt shows in front of its first match.
 constexpr qsizetype SHOWN_BEFORE_MATCH = 60;
 
@@ -32,12 +30,12 @@ QString withVisibleControls(QStringView text)
         if (unit.isHighSurrogate() && index + 1 < text.size() && text[index + 1].isLowSurrogate()) {
             const char32_t codePoint = QChar::surrogateToUcs4(unit, text[index + 1]);
             if (isControlCharacter(codePoint))
-                result += QChar(BULLET);
+                result += BULLET;
             else
                 result += text.sliced(index, 2);
             ++index;
         } else {
-            result += isControlCharacter(unit.unicode()) && unit != u'\t' ? QChar(BULLET) : unit;
+            result += isControlCharacter(unit.unicode()) && unit != u'\t' ? BULLET : unit;
         }
     }
     return result;
@@ -45,9 +43,9 @@ QString withVisibleControls(QStringView text)
 
 QString shownReplacement(QString text)
 {
-    text.replace(QLatin1String("\r\n"), QString(QChar(RETURN_ARROW)));
-    text.replace(u'\n', QChar(RETURN_ARROW));
-    text.replace(u'\r', QChar(RETURN_ARROW));
+    text.replace(QLatin1String("\r\n"), QString(RETURN_ARROW));
+    text.replace(u'\n', RETURN_ARROW);
+    text.replace(u'\r', RETURN_ARROW);
     return withVisibleControls(text);
 }
 
@@ -181,7 +179,7 @@ MatchLineLook matchLineLook(const TDMatchLine &line, bool selected, const LinePr
 StyledText buildMatchLineAttributedString(const TDMatchLine &line, bool selected)
 {
     StyledText styled = matchLineLook(line, selected, nullptr).styled;
-    styled.text.replace(u'\t', QChar(BULLET));
+    styled.text.replace(u'\t', BULLET);
     return styled;
 }
 

@@ -22,7 +22,7 @@ namespace {
 constexpr qsizetype EXPANDED_BELOW = 200;
 constexpr int FIELD_CHARACTERS = 24;
 /// In the header, before the buttons.
-constexpr int PLACE = 2;
+constexpr int PLACE_IN_HEADER = 2;
 
 } // namespace
 
@@ -43,7 +43,7 @@ ResultsFilterBox::ResultsFilterBox(FindResults &results, TDSearchResultsOutlineV
     _field->setMinimumWidth(fontMetrics().averageCharWidth() * FIELD_CHARACTERS);
     _field->installEventFilter(this);
     _count->setTextFormat(Qt::PlainText);
-    header.insertWidget(PLACE, this);
+    header.insertWidget(PLACE_IN_HEADER, this);
     hide();
     connect(_field, &QLineEdit::textChanged, this, &ResultsFilterBox::_apply);
     connect(&_results, &FindResults::counted, this, &ResultsFilterBox::_showCount);

@@ -37,7 +37,7 @@ namespace tidemark {
 namespace {
 
 /// Files arrive expanded while a search has found fewer lines than this.
-constexpr quint64 EXPANDED_BELOW = 200;
+constexpr quint64 SEARCH_EXPANDED_BELOW = 200;
 
 /// The view has to show the model before anything else is made of it.
 TDSearchResultsOutlineView &viewShowing(SearchWindow &window, ResultsTreeModel &model)
@@ -332,7 +332,7 @@ void ResultsPane::_expandWhileFew(qsizetype first, qsizetype count)
     for (qsizetype number = first; number < first + count; ++number) {
         const auto &file = _document.findResults().files()[number];
         _linesOfSearch += quint64(file->children().size());
-        if (_linesOfSearch < EXPANDED_BELOW)
+        if (_linesOfSearch < SEARCH_EXPANDED_BELOW)
             outlineView().expandItem(_model.indexOf(file.get()));
     }
 }

@@ -12,16 +12,15 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QAction>
-#include <QLocale>
 #include <QPointer>
 
 namespace tidemark {
 
 namespace {
 
-QString counted(qint64 count, const char *one, const char *many)
+QString groupedCount(qint64 count, const char *one, const char *many)
 {
-    return formatted(localizedString(count == 1 ? one : many), {QLocale().toString(count)});
+    return formatted(localizedString(count == 1 ? one : many), {grouped(quint64(count))});
 }
 
 QSet<FilePath> changedFiles(const RewriteUndo::Outcome &outcome)
@@ -76,7 +75,7 @@ void UndoCommands::_show()
     const auto show = [isFree](QAction &action, const LastStep &last, const char *none, const char *one,
                                const char *many) {
         action.setEnabled(isFree && (last.step || !last.isKnown));
-        action.setText(last.step ? counted(last.step->files, one, many) : localizedString(none));
+        action.setText(last.step ? groupedCount(last.step->files, one, many) : localizedString(none));
     };
     show(_undo, _lastUndo, "&Undo Replacing", "&Undo Replacing in %@ File", "&Undo Replacing in %@ Files");
     show(_redo, _lastRedo, "&Redo Replacing", "&Redo Replacing in %@ File", "&Redo Replacing in %@ Files");
@@ -119,10 +118,10 @@ void UndoCommands::_showEnd(const RewriteUndo::Outcome &outcome, UndoStepKind ki
             return;
         _markRefused(outcome);
     }
-    QString status =
-        kind == UndoStepKind::Redo
-            ? counted(outcome.filesDone, "Redone in %@ file", "Redone in %@ files")
-            : counted(outcome.filesDone, "%@ file is as it was before", "%@ files are as they were before");
+    QString status = kind == UndoStepKind::Redo
+                         ? groupedCount(outcome.filesDone, "Redone in %@ file", "Redone in %@ files")
+                         : groupedCount(outcome.filesDone, "%@ file is as it was before",
+                                        "%@ files are as they were before");
     if (outcome.end == RewriteUndo::End::Stopped)
         status = localizedString("Stopped") + localizedString(" • ") + status;
     _document.setResultsStatusText(status);
