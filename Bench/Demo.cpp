@@ -60,6 +60,7 @@ bool Demo::run(const QString &findText, const QString &replaceText)
 {
     _open();
     _addFolder();
+    _stopSearch(findText);
     _search(findText);
     if (!_expect(_matchesOnDisk(findText) > 3, u"there is something to walk through"_s))
         return false;
@@ -104,6 +105,17 @@ void Demo::_addFolder()
 {
     _controller->locations().addSearchLocations({_folder.toUrl()});
     _expect(_ui().searchLocationsTableView->model()->rowCount() == 1, u"the folder is in the list"_s);
+}
+
+void Demo::_stopSearch(const QString &findText)
+{
+    _type(_ui().findTextComboBox->lineEdit(), findText);
+    QTest::keyClick(_ui().findTextComboBox->lineEdit(), Qt::Key_Return);
+    QTest::mouseClick(_ui().startStopButton, Qt::LeftButton);
+    _expect(!_controller->searching(), u"a click on the same button stops it"_s);
+    _wait(u"the status line says so"_s,
+          [this] { return _document->resultsStatusText().startsWith(u"Search interrupted ("_s); });
+    _picture(u"stopped"_s);
 }
 
 void Demo::_search(const QString &findText)

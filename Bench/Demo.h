@@ -35,6 +35,7 @@ public:
 private:
     void _open();
     void _addFolder();
+    void _stopSearch(const QString &findText);
     void _search(const QString &findText);
     void _showFailedFiles();
     void _readAs();
