@@ -156,6 +156,8 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source>Copy Line</source><translation>Zeile kopieren</translation></message>
   <message><source>Copy Path</source><translation>Pfad kopieren</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Ersetzen: %d von %d Dateien erledigt</translation></message>
+  <message><source>Undoing: %d of %d files done</source><translation>Rückgängig machen: %d von %d Dateien erledigt</translation></message>
+  <message><source>Redoing: %d of %d files done</source><translation>Wiederholen: %d von %d Dateien erledigt</translation></message>
   <message><source>Replacing stopped: %@ of %@ files done</source><translation>Ersetzen angehalten: %@ von %@ Dateien erledigt</translation></message>
   <message><source>Replaced %@ match</source><translation>%@ Treffer ersetzt</translation></message>
   <message><source>Replaced %@ matches</source><translation>%@ Treffer ersetzt</translation></message>

@@ -156,6 +156,8 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source>Copy Line</source><translation>Copier la ligne</translation></message>
   <message><source>Copy Path</source><translation>Copier le chemin</translation></message>
   <message><source>Replacing: %d of %d files done</source><translation>Remplacement : %d fichiers sur %d traités</translation></message>
+  <message><source>Undoing: %d of %d files done</source><translation>Annulation : %d fichiers sur %d traités</translation></message>
+  <message><source>Redoing: %d of %d files done</source><translation>Rétablissement : %d fichiers sur %d traités</translation></message>
   <message><source>Replacing stopped: %@ of %@ files done</source><translation>Remplacement arrêté : %@ fichiers sur %@ traités</translation></message>
   <message><source>Replaced %@ match</source><translation>%@ occurrence remplacée</translation></message>
   <message><source>Replaced %@ matches</source><translation>%@ occurrences remplacées</translation></message>

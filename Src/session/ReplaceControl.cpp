@@ -50,7 +50,7 @@ ReplaceControl::ReplaceControl(ReplaceContext context, QObject *parent)
 ReplaceControl::~ReplaceControl()
 {
     *_stopReplace = true;
-    if (_isReplacing)
+    if (isReplacing())
         _context.decreaseBusyWindowCount();
 }
 
@@ -91,7 +91,7 @@ TDSelectedMatchReplacement::BetweenFiles ReplaceControl::_deliverEvents(quint64 
 void ReplaceControl::replaceMatches(const FindResultItems &items,
                                     const std::function<void(const Outcome &)> &showEnd)
 {
-    if (_isReplacing)
+    if (isReplacing())
         return;
     // Events may take away the window, and with it this object; the run then ends on what it holds itself.
     const QPointer self(this);
@@ -101,7 +101,7 @@ void ReplaceControl::replaceMatches(const FindResultItems &items,
     request.isFileInSearchLocations = [self, asked = request.isFileInSearchLocations](const FilePath &path) {
         return self && asked(path);
     };
-    _beginRun(fileCount);
+    _begin(Run::Replacing, fileCount);
     const Outcome outcome =
         TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(items);
     if (self)
@@ -112,14 +112,19 @@ void ReplaceControl::takeBack(const QByteArray &stepId,
                               const std::function<void(const RewriteUndo::Outcome &)> &showEnd)
 {
     const std::optional<UndoJournal> journal = UndoJournal::current();
-    if (_isReplacing || !journal)
+    if (isReplacing() || !journal)
         return;
     const QPointer self(this);
     const auto stop = _stopReplace;
+    Run run = Run::Undoing;
     quint64 fileCount = 0;
-    for (const UndoStep &step : journal->steps())
-        fileCount += step.id == stepId ? quint64(step.files) : 0;
-    _beginRun(fileCount);
+    for (const UndoStep &step : journal->steps()) {
+        if (step.id != stepId)
+            continue;
+        fileCount = quint64(step.files);
+        run = step.kind == UndoStepKind::Redo ? Run::Redoing : Run::Undoing;
+    }
+    _begin(run, fileCount);
     const RewriteUndo::Outcome outcome =
         RewriteUndo(*journal, *stop, _deliverEvents(fileCount)).takeBack(stepId);
     if (self)
@@ -131,11 +136,11 @@ QByteArray ReplaceControl::endWalk()
     return _walk.end();
 }
 
-void ReplaceControl::_beginRun(quint64 fileCount)
+void ReplaceControl::_begin(Run run, quint64 fileCount)
 {
     (void)endWalk();
     *_stopReplace = false;
-    _isReplacing = true;
+    _run = run;
     _context.increaseBusyWindowCount();
     Q_EMIT replacing(true);
     Q_EMIT progressed(0, fileCount);
@@ -151,7 +156,7 @@ void ReplaceControl::_endRun(const Ended &outcome, const std::function<void(cons
     // It may have delivered events, too.
     if (!self)
         return;
-    _isReplacing = false;
+    _run = Run::None;
     _context.decreaseBusyWindowCount();
     Q_EMIT(this->*signal)(outcome);
     // The last thing: a window that waited for this may go away now.

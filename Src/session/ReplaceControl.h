@@ -75,7 +75,9 @@ public:
     /// end it, too.
     QByteArray endWalk();
 
-    bool isReplacing() const { return _isReplacing; }
+    enum class Run { None, Replacing, Undoing, Redoing };
+    Run run() const { return _run; }
+    bool isReplacing() const { return _run != Run::None; }
     bool stopReplace() const { return *_stopReplace; }
     /// Asks a run to stop; the next one clears it at its start.
     void setStopReplace(bool stop) { *_stopReplace = stop; }
@@ -94,14 +96,14 @@ Q_SIGNALS:
 private:
     ReplaceRequest _request() const;
     TDSelectedMatchReplacement::BetweenFiles _deliverEvents(quint64 fileCount);
-    void _beginRun(quint64 fileCount);
+    void _begin(Run run, quint64 fileCount);
     template <typename Ended, typename Signal>
     void _endRun(const Ended &outcome, const std::function<void(const Ended &)> &showEnd, Signal signal);
 
     ReplaceContext _context;
     /// A run keeps it beyond the end of this object.
     std::shared_ptr<std::atomic<bool>> _stopReplace;
-    bool _isReplacing = false;
+    Run _run = Run::None;
     UndoWalk _walk;
 };
 

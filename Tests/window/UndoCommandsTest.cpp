@@ -52,6 +52,10 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     ASSERT_TRUE(waitFor([&] { return folder.read("2") == "a bar" && !window.controller().isReplacing(); }));
     EXPECT_EQ(actions.undoReplacing->text(), u"&Undo Replacing in 3 Files"_s);
 
+    QStringList shownWhileRunning;
+    QObject::connect(&window.controller().replaceControl(), &ReplaceControl::progressed, [&] {
+        shownWhileRunning << window.ui().resultsStatusLabel->text().section(u' ', 0, 0);
+    });
     // Somebody's work is left alone.
     folder.write("1", "a bar, changed\r\n");
     actions.undoReplacing->trigger();
@@ -81,6 +85,8 @@ TEST_F(UndoCommandsTest, ARunIsUndoneAndRedoneAndTheResultsFollow)
     EXPECT_EQ(folder.read("0"), contents[0]);
     EXPECT_EQ(window.document.findResults().count(), 3);
     EXPECT_EQ(noteOf(0), QString());
+    shownWhileRunning.removeDuplicates();
+    EXPECT_EQ(shownWhileRunning, QStringList({u"Undoing:"_s, u"Redoing:"_s}));
     EXPECT_EQ(application.countBusyWindows(), 0U);
 }
 

@@ -29,7 +29,6 @@
 #include <QDrag>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QLocale>
 #include <QMimeData>
 
 namespace tidemark {
@@ -394,9 +393,11 @@ void ResultsPane::_showReplaceProgress(quint64 filesDone, quint64 fileCount)
     _countOfFilesToReplaceIn = fileCount;
     _ui.replaceProgressBar->setRange(0, int(fileCount));
     _ui.replaceProgressBar->setValue(int(filesDone));
-    _ui.resultsStatusLabel->setWholeText(
-        formatted(localizedString("Replacing: %d of %d files done"),
-                  {QLocale().toString(filesDone), QLocale().toString(fileCount)}));
+    const QString progress =
+        _replace.run() == ReplaceControl::Run::Undoing   ? localizedString("Undoing: %d of %d files done")
+        : _replace.run() == ReplaceControl::Run::Redoing ? localizedString("Redoing: %d of %d files done")
+                                                         : localizedString("Replacing: %d of %d files done");
+    _ui.resultsStatusLabel->setWholeText(formatted(progress, {grouped(filesDone), grouped(fileCount)}));
 }
 
 void ResultsPane::_showOutcome(const TDSelectedMatchReplacement::Outcome &outcome)
