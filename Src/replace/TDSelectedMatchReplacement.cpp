@@ -57,7 +57,10 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
     _run = std::make_unique<RewriteRun>(
         RewriteRun::Flushing::FileSystem, filesOf(selectedObjects), [this] { _lookUp(); },
         [this] { return _stopReplace.load(); });
+    // Each of these goes through millions of lines.
+    _lookUp();
     _beginUndoStep(selectedObjects);
+    _lookUp();
     _replaceInObjects(selectedObjects);
     for (const RewriteRun::LateProblem &late : _run->finish())
         _noteLateProblem(late);

@@ -6,6 +6,13 @@
 
 namespace tidemark {
 
+namespace {
+
+/// So many are listed within a few milliseconds.
+constexpr qsizetype MOST_LINES_GATHERED = 100000;
+
+} // namespace
+
 SearchSession::SearchSession(QObject *context, Receiver receiver)
     : _context(context), _receiver(std::move(receiver))
 {}
@@ -26,6 +33,7 @@ SearchSession::Arrived SearchSession::takeArrived()
     const std::lock_guard lock(_mutex);
     Arrived arrived = std::exchange(_arrived, {});
     _takenCount += quint64(arrived.files.size() + arrived.parts.size());
+    _linesGathered = 0;
     _allTaken = {_before.files + _inFile.files, _before.matches + _inFile.matches};
     _taken.notify_all();
     return arrived;
@@ -103,14 +111,22 @@ void SearchSession::_handOver(std::unique_lock<std::mutex> &lock, qsizetype matc
 {
     _addResultsMatchLineCount += quint64(matchLines);
     ++_arrivedCount;
-    if (_addResultsMatchLineCount >= SHOWN_ONE_BY_ONE_BELOW)
-        return;
+    _linesGathered += matchLines;
+    const bool isShownByItself = _addResultsMatchLineCount < SHOWN_ONE_BY_ONE_BELOW;
+    if (isShownByItself || _linesGathered > MOST_LINES_GATHERED)
+        _postArrival();
+    if (isShownByItself)
+        _taken.wait(lock, [this] { return _isAllTaken() || _context == nullptr; });
+}
+
+void SearchSession::_postArrival()
+{
+    _linesGathered = 0;
     _post([this, number = _arrivedCount] {
         // A refresh may have come in between; what has gathered since then is the next one's.
         if (_takenCount < number)
             _receiver.resultsArrived();
     });
-    _taken.wait(lock, [this] { return _isAllTaken() || _context == nullptr; });
 }
 
 void SearchSession::errorOccured(const TDError &error)

@@ -19,7 +19,7 @@ inline constexpr quint64 SHOWN_ONE_BY_ONE_BELOW = 250;
 
 /// The hand-over of one search from its thread to the main thread. The search thread waits for each file node
 /// to be taken until the 250th match line has arrived; what comes later gathers here until the main thread
-/// asks.
+/// asks, which it is told to do when very much has gathered.
 class SearchSession : public TDSearchEngineDelegate, public std::enable_shared_from_this<SearchSession>
 {
 public:
@@ -69,6 +69,7 @@ private:
     /// way when the session is detached isn't delivered.
     void _post(std::function<void()> delivery);
     void _handOver(std::unique_lock<std::mutex> &lock, qsizetype matchLines);
+    void _postArrival();
     /// Files with matches, and matches.
     struct Counts
     {
@@ -86,7 +87,8 @@ private:
     LeftOut _leftOut;
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;
-    FilePath _toldPath; ///< of the file that the status was told of last
+    qsizetype _linesGathered = 0; ///< since the last call for them
+    FilePath _toldPath;           ///< of the file that the status was told of last
     std::atomic<quint64> _scannedCount = 0;
     Counts _before; ///< the file that the search has come to
     Counts _inFile; ///< of that file, as far as it has arrived
