@@ -3,6 +3,7 @@
 #include "replace/ReplaceTestSupport.h"
 #include "replace/RewriteRecord.h"
 #include "replace/TDSelectedMatchReplacement.h"
+#include "support/TimeLimit.h"
 
 #include <QFile>
 
@@ -180,18 +181,10 @@ TEST_F(ScarceResourcesTest, ADiskWithLessBehindItThanItSays)
     }
 }
 
-/// Ends a process without a signal where there is no memory for its own bookkeeping.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TIDEMARK_ENDS_FOR_LACK_OF_ITS_OWN_MEMORY
-#endif
-#endif
-
 TEST_F(ScarceResourcesTest, LittleMemory)
 {
-#ifdef TIDEMARK_ENDS_FOR_LACK_OF_ITS_OWN_MEMORY
-    GTEST_SKIP() << "the address sanitizer ends the process first";
-#endif
+    if (IS_SANITIZED)
+        GTEST_SKIP() << "sanitizers end the process first";
     makeFiles(_folder.path());
     for (const rlim_t megabytes : {2, 8, 24, 64, 200}) {
         SCOPED_TRACE(megabytes);

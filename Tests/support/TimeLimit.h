@@ -5,6 +5,8 @@
 namespace tidemark::test {
 
 inline constexpr bool IS_SANITIZED = TIDEMARK_SANITIZED;
+/// The thread sanitizer loses sight of locks in a process that has started another program.
+inline constexpr bool MAY_START_PROGRAMS = TIDEMARK_SANITIZES_THREADS == 0;
 
 /// How often to do what is done very often: sanitizers take several times as long and find faults of theirs
 /// in fewer rounds as well.
