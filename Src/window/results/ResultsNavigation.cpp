@@ -169,13 +169,13 @@ void ResultsNavigation::selectFirstMatch()
 
 bool ResultsNavigation::canMoveToNextFile() const
 {
-    const std::optional<ResultPath> path = _view.lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     return path && path->file < int(_results.count()) - 1;
 }
 
 bool ResultsNavigation::canMoveToPreviousFile() const
 {
-    const std::optional<ResultPath> path = _view.lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     return path && (path->file > 0 || path->line > 0);
 }
 
@@ -184,7 +184,7 @@ void ResultsNavigation::moveToFirstMatchInNextFile()
     _focusView();
     if (!canMoveToNextFile())
         return;
-    const std::optional<ResultPath> path = _view.lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     _view.clearSelectedRows();
     _selectFirstLineOfFile(path->file + 1);
     _scrollToFileOfSelectedRow();
@@ -195,7 +195,7 @@ void ResultsNavigation::moveToFirstMatchInFile()
     _focusView();
     if (!canMoveToPreviousFile())
         return;
-    const std::optional<ResultPath> path = _view.lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     if (path->line > 0) {
         _selectFirstLineOfFile(path->file);
     } else {
@@ -323,7 +323,7 @@ bool ResultsNavigation::_makeSelectedRowCurrent()
 
 void ResultsNavigation::determineIfFirstItemSelected()
 {
-    const std::optional<ResultPath> path = _view.lastSelectedPath();
+    const std::optional<ResultPath> path = _selection.lastPath();
     const TDMatchLine *line = currentlySelectedMatchLine();
     const bool isFirst = path && path->file == 0 && path->line <= 0 && line != nullptr &&
                          _currentItem->position() == 0 && line->highlightedMatchIndex() == 0;

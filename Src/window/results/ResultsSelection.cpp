@@ -1,6 +1,7 @@
 #include "window/results/ResultsSelection.h"
 
 #include "text/CharacterSets.h"
+#include "window/results/LastSelectedPath.h"
 #include "window/results/ResultsTreeModel.h"
 #include "window/results/TDSearchResultsOutlineView.h"
 
@@ -30,6 +31,11 @@ QList<ResultPath> ResultsSelection::paths() const
         }
     }
     return paths;
+}
+
+std::optional<ResultPath> ResultsSelection::lastPath() const
+{
+    return lastSelectedPath(_view.selectedRows(), _model);
 }
 
 std::shared_ptr<TDFindResultItem> ResultsSelection::itemAt(ResultPath path) const

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace tidemark {
 
@@ -35,6 +36,7 @@ public:
 
     /// From top to bottom.
     QList<ResultPath> paths() const;
+    std::optional<ResultPath> lastPath() const;
     std::shared_ptr<TDFindResultItem> itemAt(ResultPath path) const;
     FindResultItems itemsAt(const QList<ResultPath> &paths) const;
 

@@ -5,6 +5,7 @@
 #include "matching/TDFindResultItem.h"
 #include "window/EmptyState.h"
 #include "window/results/FolderTexts.h"
+#include "window/results/LastSelectedPath.h"
 #include "window/results/OutlinePainter.h"
 #include "window/results/ResultsAnnouncements.h"
 #include "window/results/ResultsColumns.h"
@@ -22,13 +23,6 @@
 #include <algorithm>
 
 namespace tidemark {
-
-namespace {
-
-/// Where more are selected, the last one is found sooner from the end of all.
-constexpr qsizetype FEW_FILES = 1000;
-
-} // namespace
 
 TDSearchResultsOutlineView::TDSearchResultsOutlineView(QWidget *parent)
     : OutlineView(parent), _announcements(new ResultsAnnouncements(this)),
@@ -160,36 +154,11 @@ QModelIndex TDSearchResultsOutlineView::selectedIndex() const
         _selected.contains(*static_cast<const TDFindResultItem *>(current.internalPointer()));
     if (isSelected)
         return current;
-    const std::optional<ResultPath> last = lastSelectedPath();
+    const std::optional<ResultPath> last = lastSelectedPath(_selected, *results());
     if (!last)
         return {};
     const QModelIndex file = results()->index(last->file, 0);
     return last->isLine() ? results()->index(last->line, 0, file) : file;
-}
-
-int TDSearchResultsOutlineView::_lastSelectedFile() const
-{
-    const ResultsTreeModel &model = *results();
-    int last = -1;
-    if (_selected.files().size() + _selected.lines().size() > FEW_FILES) {
-        for (last = model.rowCount() - 1; last >= 0 && !_selected.touches(*model.file(last)); --last) {
-        }
-        return last;
-    }
-    for (const TDFindResultItem *file : _selected.files())
-        last = std::max(last, model.indexOf(file).row());
-    for (auto lines = _selected.lines().cbegin(); lines != _selected.lines().cend(); ++lines)
-        last = std::max(last, model.indexOf(lines.key()).row());
-    return last;
-}
-
-std::optional<ResultPath> TDSearchResultsOutlineView::lastSelectedPath() const
-{
-    const int file = _lastSelectedFile();
-    if (file < 0)
-        return {};
-    const auto lines = _selected.lines().constFind(results()->file(file).get());
-    return ResultPath{file, lines != _selected.lines().cend() ? lines->rbegin()->second : -1};
 }
 
 void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)

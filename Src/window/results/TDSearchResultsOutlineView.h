@@ -1,6 +1,5 @@
 #pragma once
 
-#include "session/ResultsRemoval.h"
 #include "session/SelectedRows.h"
 #include "window/results/OutlineKeys.h"
 #include "window/results/OutlineView.h"
@@ -39,8 +38,6 @@ public:
     void setSelectedRows(const SelectedRows &rows);
     void clearSelectedRows() { setSelectedRows({}); }
     QModelIndex selectedIndex() const;
-    /// The last selected row in the order shown, expanded or not.
-    std::optional<ResultPath> lastSelectedPath() const;
     void selectRow(int row, bool extend = false);
     void selectAll() override;
     /// Where a row in sight offers to read its file in another encoding; empty where none does.
@@ -89,7 +86,6 @@ protected:
 
 private:
     SelectedRows _rowsBetween(int first, int last) const;
-    int _lastSelectedFile() const;
     void _selectRange(int row);
     void _toggleSelection(int row);
     bool _performCursorKey(const QKeyEvent &event);
