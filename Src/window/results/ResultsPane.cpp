@@ -29,6 +29,7 @@
 #include <QDrag>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 
 namespace tidemark {
