@@ -12,6 +12,7 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QAction>
+#include <QMessageBox>
 #include <QPointer>
 
 namespace tidemark {
