@@ -5,6 +5,8 @@
 #include "replace/ReplaceTestSupport.h"
 #include "support/Testing.h"
 
+#include <gmock/gmock.h>
+
 namespace tidemark::test {
 namespace {
 
