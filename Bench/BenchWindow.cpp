@@ -2,6 +2,7 @@
 
 #include "foundation/UserDefaults.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QEventLoop>
 #include <QKeyEvent>

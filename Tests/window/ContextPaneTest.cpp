@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 namespace tidemark::test {
 
