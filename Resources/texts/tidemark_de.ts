@@ -626,6 +626,7 @@ Ihr alter Inhalt liegt vollständig in Sicherungskopien. Soll er wiederhergestel
   <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>In der Ignore-Datei „%@“ passen diese Muster auf nichts: %@</translation></message>
   <message><source>A folder that is left out counts once.</source><translation>Ein ausgelassener Ordner zählt einmal.</translation></message>
   <message><source>No matches in %@ file.</source><translation>Keine Treffer in %@ Datei.</translation></message>
+  <message><source>The search was stopped before it found anything.</source><translation>Die Suche wurde angehalten, bevor sie etwas fand.</translation></message>
   <message><source>No matches in %@ files.</source><translation>Keine Treffer in %@ Dateien.</translation></message>
   <message><source>%@ file was left out…</source><translation>%@ Datei wurde ausgelassen …</translation></message>
   <message><source>%@ files were left out…</source><translation>%@ Dateien wurden ausgelassen …</translation></message>

@@ -626,6 +626,7 @@ Des sauvegardes contiennent la totalité de leur ancien contenu. Voulez-vous le 
   <message><source>In the ignore file “%@” these patterns match nothing: %@</source><translation>Dans le fichier d’exclusion « %@ », ces motifs ne correspondent à rien : %@</translation></message>
   <message><source>A folder that is left out counts once.</source><translation>Un dossier exclu compte une fois.</translation></message>
   <message><source>No matches in %@ file.</source><translation>Aucune occurrence dans %@ fichier.</translation></message>
+  <message><source>The search was stopped before it found anything.</source><translation>La recherche a été arrêtée avant d’avoir trouvé quoi que ce soit.</translation></message>
   <message><source>No matches in %@ files.</source><translation>Aucune occurrence dans %@ fichiers.</translation></message>
   <message><source>%@ file was left out…</source><translation>%@ fichier a été exclu…</translation></message>
   <message><source>%@ files were left out…</source><translation>%@ fichiers ont été exclus…</translation></message>

@@ -6,7 +6,6 @@
 #include "session/ReplaceTexts.h"
 #include "window/ErrorSheet.h"
 
-#include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -62,7 +61,7 @@ QString undoText(const UndoStep &step)
     return formatted(
                localizedString("Undoing the whole run puts every file that it changed (%@) back as it was "
                                "before."),
-               {QLocale().toString(step.files)}) +
+               {grouped(quint64(step.files))}) +
            u'\n' + findAndReplaceTexts(step.findText, step.replaceText);
 }
 

@@ -3,8 +3,6 @@
 #include "foundation/LocalizedText.h"
 #include "text/CharacterSets.h"
 
-#include <QLocale>
-
 #include <map>
 
 namespace tidemark {
@@ -72,7 +70,7 @@ QString failedFilesText(const std::vector<TDSelectedMatchReplacement::FileFailur
     QStringList texts;
     for (const auto &[problem, group] : groups)
         texts << formatted(localizedString("%@ (%@):"),
-                           {textOfProblem(problem), QLocale().toString(group.count)}) +
+                           {textOfProblem(problem), grouped(quint64(group.count))}) +
                      u'\n' + group.lines;
     return texts.join(u'\n').trimmed();
 }
@@ -99,7 +97,7 @@ QString staleResultsText(const SearchTerms &searched, const SearchTerms &now, st
     if (staying && *staying > 0)
         sentences << formatted(localizedString(*staying == 1 ? "%@ match will stay as it is."
                                                              : "%@ matches will stay as they are."),
-                               {QLocale().toString(*staying)});
+                               {grouped(*staying)});
     else if (!staying && now.isExpression() && !sentences.isEmpty())
         sentences << localizedString("Matches that the find text doesn’t fit will stay as they are.");
     return sentences.join(u' ');

@@ -198,8 +198,8 @@ void SearchControl::_mergeNewResults()
 
 void SearchControl::_searchFinished(const QString &status)
 {
-    // Nobody stopped it.
-    if (_searching)
+    _wasStopped = !_searching;
+    if (!_wasStopped)
         _knownFileCount = _counts.searchedFiles;
     _document.setResultsStatusText(status);
     _setSectionTitle(localizedString("Review search results"));

@@ -76,6 +76,7 @@ public:
     /// Of the last search that ended.
     const LeftOut &leftOut() const { return _leftOut; }
     quint64 searchedFileCount() const { return _counts.searchedFiles; }
+    bool wasStopped() const { return _wasStopped; }
     /// Of the files of the search that runs, from 0 to 1; known when the same locations were searched to the
     /// end before.
     std::optional<double> shareDone() const;
@@ -133,6 +134,7 @@ private:
     bool _searchesEverything = false;       ///< the one that is about to start
     bool _wereShifted = false;              ///< before what readAs() lists
     bool _searching = false;
+    bool _wasStopped = false; ///< the last search that ended
 };
 
 } // namespace tidemark

@@ -8,7 +8,6 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -46,7 +45,7 @@ QString textOfOthers(quint64 count, SettledEncoding tried)
     const QString text = count == 1
                              ? localizedString("The same for %@ &other file that couldn't be read in %@")
                              : localizedString("The same for %@ &other files that couldn't be read in %@");
-    return formatted(text, {QLocale().toString(count), localizedNameOfStringEncoding(tried.encoding)});
+    return formatted(text, {grouped(count), localizedNameOfStringEncoding(tried.encoding)});
 }
 
 } // namespace

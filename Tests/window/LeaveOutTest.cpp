@@ -114,6 +114,12 @@ TEST_F(LeaveOutTest, EmptyResultsOfferToSearchEverything)
     EXPECT_FALSE(UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SEARCH_HIDDEN_FILES));
     window.search();
     EXPECT_EQ(window.document.findResults().count(), 0) << "once only";
+
+    window.controller().startSearch(StartStopButton::On);
+    window.controller().stopSearch();
+    const QString stopped = u"The search was stopped before it found anything."_s;
+    EXPECT_TRUE(waitFor([&] { return window.outline()->hintText() == stopped; }));
+    EXPECT_FALSE(link(window)->isVisible()) << "nobody knows yet what it leaves out";
 }
 
 TEST_F(LeaveOutTest, ResultsOfferPatterns)

@@ -483,6 +483,8 @@ void ResultsPane::_showHint()
     } else if (_document.findText().isEmpty()) {
         // The field says what is missing.
         hint = localizedString("Lines with matches will appear here.");
+    } else if (_document.findResults().isEmpty() && _search.wasStopped()) {
+        hint = localizedString("The search was stopped before it found anything.");
     } else if (_document.findResults().isEmpty() &&
                !_leftOutNotice.showInEmptyResults(formatted(
                    localizedString("Kinds of files searched in folders: %@"), {_kindsOfLastSearch}))) {

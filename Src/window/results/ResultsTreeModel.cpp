@@ -374,7 +374,7 @@ QString ResultsTreeModel::_displayText(const TDFindResultItem &item, int column)
     if (column == EncodingColumn)
         return encodingText(item.encoding());
     const std::optional<qint32> count = _matchCount(item);
-    return count ? QLocale().toString(*count) : QString();
+    return count ? grouped(quint64(*count)) : QString();
 }
 
 QIcon ResultsTreeModel::_iconOf(const TDFindResultItem &file)
