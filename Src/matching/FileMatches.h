@@ -31,13 +31,19 @@ struct FileMatches
         return count;
     }
 
-    /// What was found further on in the same file.
+    // What was found further on in the same file.
     void add(const FileMatches &further)
     {
         lines << further.lines;
-        if (limitedLines.count == 0)
-            limitedLines = further.limitedLines;
+        addLimitedLines(further.limitedLines);
         areBeyondAscii = areBeyondAscii || further.areBeyondAscii;
+    }
+    void addLimitedLines(const LimitedLines &further)
+    {
+        if (limitedLines.count == 0)
+            limitedLines = further;
+        else
+            limitedLines.count += further.count;
     }
 };
 

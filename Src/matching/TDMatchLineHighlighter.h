@@ -4,8 +4,10 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "matching/FileMatches.h"
+#include "matching/MatchCollector.h"
 #include "matching/TDFindPattern.h"
 #include "reading/FileToRead.h"
+#include "reading/TextBlockReader.h"
 #include "text/TextEncoding.h"
 
 #include <atomic>
@@ -18,9 +20,6 @@ namespace tidemark {
 
 class SearchContext;
 class TDFileReader;
-
-/// The longest line that can be shown and replaced in, in UTF-16 units, line-end characters included.
-inline constexpr qsizetype TD_LONGEST_LINE = 25000;
 
 /// Searches one file after the other and hands over what it found in each. Used by one thread at a time, but
 /// for the stop flag.
@@ -60,10 +59,10 @@ public:
     bool wasSearchedAnew() const { return _wasSearchedAnew; }
 
     /// From any thread: the file being searched is abandoned.
-    void setShouldStop(bool shouldStop) { _shouldStop = shouldStop; }
-    bool shouldStop() const { return _shouldStop || (_searchShouldStop != nullptr && *_searchShouldStop); }
+    void setShouldStop(bool shouldStop) { _state.setShouldStop(shouldStop); }
+    bool shouldStop() const { return _state.shouldStop(); }
     /// A second flag to look at, that of the whole search. Not owned.
-    void setSearchShouldStop(const std::atomic<bool> *flag) { _searchShouldStop = flag; }
+    void setSearchShouldStop(const std::atomic<bool> *flag) { _state.setSearchShouldStop(flag); }
 
     /// The file's date before it was read, where the last call came to know it.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
@@ -73,39 +72,24 @@ public:
 
 private:
     enum class BlockSearch { Done, NeedsLineReader };
-    struct LineBatch;
-    class SecondThread;
-    class Parts;
-    class BlockRun;
 
-    void _startAfresh(SearchContext &context);
+    void _startAfresh(SettledEncoding encoding, bool includesBOM);
     bool _processByLines(const FileToRead &file, StringEncoding encoding, TDError &error,
                          SearchContext &context);
-    void _searchLines(TDFileReader &reader, SearchContext &context, TDError &error);
+    void _searchLines(TDFileReader &reader, MatchCollector &collector, TDError &error);
     BlockSearch _searchBlocks(const FileToRead &file, StringEncoding encoding, TDError &error,
                               SearchContext &context);
-    void _searchBlock(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
-    void _searchBatch(const LineBatch &batch, TDError &error, SearchContext &context);
-    void _handOver(Parts &parts);
-    void _searchEveryLine(QByteArrayView block, qint64 &lineNumber, TDError &error, SearchContext &context);
-    void _searchLineBytes(QByteArrayView bytes, qint64 lineNumber, SearchContext &context, TDError &error);
-    void _addLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context);
-    void _searchLine(QStringView line, QByteArrayView bytes, qint64 lineNumber, SearchContext &context,
-                     TDError &error);
-
-    /// The file's first match and its long lines are enough to report the file, so no more matches are kept.
-    bool _hasExcessiveMatch() const { return _hasExcessiveLines && _hasFound; }
+    TextBlockReader::Outcome _searchOpened(SearchContext &context, TDError &error);
+    TextBlockReader::Outcome _searchRest(SearchContext &context, qint64 lineNumber, TDError &error);
+    void _take(FileMatches matches);
+    void _dropWhenStopped();
 
     FileMatches _matches;
     std::function<void(FileMatches)> _partReceiver;
     bool _wasSearchedAnew = false;
-    std::atomic<bool> _shouldStop = false;
-    const std::atomic<bool> *_searchShouldStop = nullptr;
+    FileSearchState _state;
     std::optional<FileDate> _modificationDate;
     bool _includesBOM = false;
-    // Looked at by both threads of a large file.
-    std::atomic<bool> _hasExcessiveLines = false;
-    std::atomic<bool> _hasFound = false;
 };
 
 } // namespace tidemark

@@ -3,13 +3,13 @@
 #include "foundation/StopFlag.h"
 #include "reading/TDFileReader.h"
 #include "text/ByteScan.h"
-#include "text/Utf8.h"
 
 #include <cstring>
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tidemark {
 
@@ -22,20 +22,6 @@ constexpr qsizetype LARGEST_READ = 1 << 22;
 constexpr qsizetype LARGEST_KEPT_CAPACITY = 1 << 22;
 /// Shorter ones are the line reader's, which takes them in its own way.
 constexpr qsizetype SMALLEST_FILE = 4;
-
-int unitSizeOf(EncodingShape shape)
-{
-    switch (shape) {
-    case EncodingShape::Utf16LittleEndian:
-    case EncodingShape::Utf16BigEndian:
-        return 2;
-    case EncodingShape::Utf32LittleEndian:
-    case EncodingShape::Utf32BigEndian:
-        return 4;
-    default:
-        return 1;
-    }
-}
 
 /// Behind the last line feed of whole units that ends behind `start`; a carriage return by itself doesn't
 /// count, which only makes blocks longer.
@@ -51,25 +37,21 @@ qsizetype lengthUpToLastLineFeedUnit(const char *bytes, qsizetype start, qsizety
     return 0;
 }
 
-/// About so many bytes are decoded at a time, unless they are ASCII: enough to make each call worth its
-/// while.
-constexpr qsizetype DECODED_LENGTH = 4096;
-
-/// As many lines as fit into a piece to be decoded, but at least one; everything when no line feed is left.
-qsizetype lengthOfLinesToDecode(QByteArrayView bytes)
-{
-    const qsizetype lineFeed = lastIndexOf('\n', bytes.first(qMin(bytes.size(), DECODED_LENGTH)));
-    if (lineFeed >= 0)
-        return lineFeed + 1;
-    const void *next = std::memchr(bytes.data(), '\n', size_t(bytes.size()));
-    return next != nullptr ? static_cast<const char *>(next) + 1 - bytes.data() : bytes.size();
-}
-
 } // namespace
+
+void TextBlockReader::Buffer::setCapacity(qsizetype capacity)
+{
+    char *larger = static_cast<char *>(std::realloc(_memory.get(), size_t(capacity)));
+    if (larger == nullptr)
+        throw std::bad_alloc();
+    (void)_memory.release();
+    _memory.reset(larger);
+    _capacity = capacity;
+}
 
 TextBlockReader::TextBlockReader()
 {
-    _allocate(FIRST_CAPACITY);
+    _buffer.setCapacity(FIRST_CAPACITY);
 }
 
 void TextBlockReader::close()
@@ -80,10 +62,9 @@ void TextBlockReader::close()
 TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEncoding encoding)
 {
     close();
-    if (_capacity > LARGEST_KEPT_CAPACITY)
-        _allocate(FIRST_CAPACITY);
-    if (_converted.capacity() > LARGEST_KEPT_CAPACITY)
-        _converted = QByteArray();
+    if (_buffer.capacity() > LARGEST_KEPT_CAPACITY)
+        _buffer.setCapacity(FIRST_CAPACITY);
+    _decoder.shrink();
     _start = _end = _withoutLineEnd = 0;
     _endOfFile = _hadByteOrderMarker = false;
     _modificationDate.reset();
@@ -106,32 +87,22 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     return Outcome::Block;
 }
 
-void TextBlockReader::_allocate(qsizetype capacity)
-{
-    char *larger = static_cast<char *>(std::realloc(_buffer.get(), size_t(capacity)));
-    if (larger == nullptr)
-        throw std::bad_alloc();
-    (void)_buffer.release();
-    _buffer.reset(larger);
-    _capacity = capacity;
-}
-
 /// Reads once into what is free of the buffer, which grows when nothing is. False on a failure, and for a
 /// line that is too long.
 bool TextBlockReader::_fill()
 {
     if (_start > 0) {
-        std::memmove(_buffer.get(), _buffer.get() + _start, size_t(_end - _start));
+        std::memmove(_buffer.data(), _buffer.data() + _start, size_t(_end - _start));
         _end -= _start;
         _start = 0;
     }
     if (_end >= TD_LONGEST_READ_LINE)
         return false;
-    if (_end == _capacity || (_end > 0 && _capacity < LATER_CAPACITY))
-        _allocate(qMax(_end * 2, LATER_CAPACITY));
+    if (_end == _buffer.capacity() || (_end > 0 && _buffer.capacity() < LATER_CAPACITY))
+        _buffer.setCapacity(qMax(_end * 2, LATER_CAPACITY));
     checkForStop();
-    const qsizetype asked = qMin<qint64>(qMin(_capacity - _end, LARGEST_READ), _bytesLeft);
-    const ssize_t count = ::read(_descriptor.number(), _buffer.get() + _end, size_t(asked));
+    const qsizetype asked = qMin<qint64>(qMin(_buffer.capacity() - _end, LARGEST_READ), _bytesLeft);
+    const ssize_t count = ::read(_descriptor.number(), _buffer.data() + _end, size_t(asked));
     if (count < 0)
         return false;
     _bytesLeft -= count;
@@ -146,7 +117,7 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
     if (encoding == TD_FILE_COMMON_UNKNOWN_ENCODING) {
         if (_end < SMALLEST_FILE && _end > 0)
             return false;
-        const QByteArrayView bytes(_buffer.get(), _end);
+        const QByteArrayView bytes(_buffer.data(), _end);
         const ByteOrderMark mark = byteOrderMarkAt(bytes);
         _hadByteOrderMarker = mark.length > 0;
         _start = mark.length;
@@ -156,26 +127,16 @@ bool TextBlockReader::_settleEncoding(StringEncoding encoding)
         encoding = settled.encoding;
         _encodingSource = settled.source;
     }
-    if (encoding == TD_ENCODING_UTF8) {
-        _converter.reset();
-        _unitSize = 1;
-    } else if (encoding != _encoding || !_converter) {
-        _converter = TextConverter::converterForEncoding(encoding);
-        if (!_converter || !_converter->keepsLines()) {
-            // The next file of the encoding before must not be taken for one of this.
-            _converter.reset();
-            return false;
-        }
-        _unitSize = unitSizeOf(_converter->shape());
-    }
+    if (!_decoder.setEncoding(encoding))
+        return false;
     _encoding = encoding;
     return true;
 }
 
 qsizetype TextBlockReader::_lengthOfWholeLines() const
 {
-    const QByteArrayView bytes(_buffer.get() + _start, _end - _start);
-    if (_unitSize > 1)
+    const QByteArrayView bytes(_buffer.data() + _start, _end - _start);
+    if (_decoder.unitSize() > 1)
         return _lengthOfWholeLinesOfUnits(bytes);
     if (_endOfFile || bytes.isEmpty())
         return bytes.size();
@@ -190,15 +151,14 @@ qsizetype TextBlockReader::_lengthOfWholeLines() const
 
 qsizetype TextBlockReader::_lengthOfWholeLinesOfUnits(QByteArrayView bytes) const
 {
+    const int unitSize = _decoder.unitSize();
     if (_endOfFile)
-        return bytes.size() - bytes.size() % _unitSize;
-    const EncodingShape shape = _converter->shape();
-    return lengthUpToLastLineFeedUnit(
-        bytes.data(), _withoutLineEnd - _withoutLineEnd % _unitSize, bytes.size(), _unitSize,
-        shape == EncodingShape::Utf16LittleEndian || shape == EncodingShape::Utf32LittleEndian);
+        return bytes.size() - bytes.size() % unitSize;
+    return lengthUpToLastLineFeedUnit(bytes.data(), _withoutLineEnd - _withoutLineEnd % unitSize,
+                                      bytes.size(), unitSize, _decoder.isLittleEndian());
 }
 
-TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
+TextBlockReader::Outcome TextBlockReader::_nextLines(QByteArrayView &bytes)
 {
     qsizetype length = 0;
     while ((length = _lengthOfWholeLines()) == 0) {
@@ -208,45 +168,34 @@ TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
         if (!_fill())
             return Outcome::NeedsLineReader;
     }
-    const QByteArrayView bytes(_buffer.get() + _start, length);
+    bytes = QByteArrayView(_buffer.data() + _start, length);
     _start += length;
     _withoutLineEnd = 0;
-    return _asUtf8(bytes, block);
-}
-
-TextBlockReader::Outcome TextBlockReader::_asUtf8(QByteArrayView bytes, QByteArrayView &block)
-{
-    const bool isUtf8 = _converter ? _converter->keepsAscii() && isAscii(bytes) : isValidUtf8(bytes);
-    if (isUtf8) {
-        block = bytes;
-        return Outcome::Block;
-    }
-    if (!_converter || !_convert(bytes))
-        return Outcome::NeedsLineReader;
-    block = _converted;
     return Outcome::Block;
 }
 
-/// False when the encoding doesn't allow the bytes.
-bool TextBlockReader::_convert(QByteArrayView bytes)
+TextBlockReader::Outcome TextBlockReader::nextBlock(QByteArrayView &block)
 {
-    _converted.resize(0);
-    while (!bytes.isEmpty()) {
-        const qsizetype length = _converter->keepsAscii() ? lengthOfLinesToDecode(bytes) : bytes.size();
-        const QByteArrayView piece = bytes.first(length);
-        bytes = bytes.sliced(length);
-        // Most of most files is.
-        if (_converter->keepsAscii() && isAscii(piece)) {
-            _converted.append(piece);
-            continue;
-        }
-        const std::optional<QString> text = _converter->decode(piece);
-        const std::optional<QByteArray> utf8 = text ? strictUtf8(*text) : std::nullopt;
-        if (!utf8)
-            return false;
-        _converted.append(*utf8);
-    }
-    return true;
+    QByteArrayView bytes;
+    const Outcome outcome = _nextLines(bytes);
+    if (outcome != Outcome::Block)
+        return outcome;
+    return _decoder.toUtf8(bytes, block) ? Outcome::Block : Outcome::NeedsLineReader;
+}
+
+TextBlockReader::Outcome TextBlockReader::takeBytes(Buffer &buffer, QByteArrayView &bytes)
+{
+    const Outcome outcome = _nextLines(bytes);
+    if (outcome != Outcome::Block)
+        return outcome;
+    const qsizetype rest = _end - _start;
+    if (buffer.capacity() < qMax(rest, LATER_CAPACITY))
+        buffer.setCapacity(qMax(rest, LATER_CAPACITY));
+    std::memcpy(buffer.data(), _buffer.data() + _start, size_t(rest));
+    std::swap(_buffer, buffer);
+    _start = 0;
+    _end = rest;
+    return Outcome::Block;
 }
 
 } // namespace tidemark

@@ -3,11 +3,11 @@
 #include "foundation/Descriptor.h"
 #include "foundation/ExtendedAttributes.h"
 #include "foundation/TDFileCommon.h"
+#include "reading/BlockDecoder.h"
 #include "reading/EncodingDetection.h"
 #include "reading/FileToRead.h"
 #include "text/TextEncoding.h"
 
-#include <QByteArray>
 #include <QByteArrayView>
 
 #include <cstdlib>
@@ -32,6 +32,24 @@ public:
         NeedsLineReader,
     };
 
+    /// Memory that grows in place where it can.
+    class Buffer
+    {
+    public:
+        char *data() const { return _memory.get(); }
+        qsizetype capacity() const { return _capacity; }
+        /// Keeps what is in it as far as there is room. Throws std::bad_alloc.
+        void setCapacity(qsizetype capacity);
+
+    private:
+        struct Free
+        {
+            void operator()(char *memory) const { std::free(memory); }
+        };
+        std::unique_ptr<char, Free> _memory;
+        qsizetype _capacity = 0;
+    };
+
     TextBlockReader();
     TextBlockReader(const TextBlockReader &) = delete;
     TextBlockReader &operator=(const TextBlockReader &) = delete;
@@ -41,6 +59,9 @@ public:
     Outcome open(const FileToRead &file, StringEncoding encoding);
     /// The next lines, valid until the next call. Each block but the last of a file ends with a line end.
     Outcome nextBlock(QByteArrayView &block);
+    /// The next lines in the file's own encoding, for a BlockDecoder of another thread. They lie in `buffer`,
+    /// whose memory the reader takes for what it reads next.
+    Outcome takeBytes(Buffer &buffer, QByteArrayView &bytes);
     void close();
 
     /// True when the block delivered last was the last of the file.
@@ -53,24 +74,17 @@ public:
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
 
 private:
-    void _allocate(qsizetype capacity);
     bool _fill();
     bool _settleEncoding(StringEncoding encoding);
+    Outcome _nextLines(QByteArrayView &bytes);
     qsizetype _lengthOfWholeLines() const;
     qsizetype _lengthOfWholeLinesOfUnits(QByteArrayView bytes) const;
-    Outcome _asUtf8(QByteArrayView bytes, QByteArrayView &block);
-    bool _convert(QByteArrayView bytes);
 
     /// Most files fit, so that one read tells their end too.
     static constexpr qsizetype FIRST_CAPACITY = 1 << 17;
 
     Descriptor _descriptor;
-    struct Free
-    {
-        void operator()(char *memory) const { std::free(memory); }
-    };
-    std::unique_ptr<char, Free> _buffer; ///< grows in place where it can
-    qsizetype _capacity = 0;
+    Buffer _buffer;
     qsizetype _start = 0; ///< of what hasn't been handed out yet, in _buffer
     qsizetype _end = 0;
     qsizetype _withoutLineEnd = 0; ///< so many bytes from _start on have been looked through in vain
@@ -82,9 +96,7 @@ private:
     UserAttributes _attributes;
     StringEncoding _encoding = 0;
     EncodingSource _encodingSource = EncodingSource::Default;
-    std::unique_ptr<TextConverter> _converter; ///< null for UTF-8
-    int _unitSize = 1;                         ///< bytes
-    QByteArray _converted;
+    BlockDecoder _decoder;
 };
 
 } // namespace tidemark

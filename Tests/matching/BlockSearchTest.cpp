@@ -96,7 +96,7 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
 {
     std::mt19937 random(3);
     QByteArray content;
-    while (content.size() < 9'000'000) {
+    while (content.size() < 10'000'000) {
         const char *const words[] = {"tide é", "ebb, flow, neap", "slack water between the tides"};
         content += words[random() % 50 == 0 ? 0 : 1 + random() % 2];
         content += QByteArrayList({"\n", "\r", "\r\n"}).value(qsizetype(random() % 12), " and ");
@@ -113,6 +113,15 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
             ASSERT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context))
                 << findText.toStdString();
         }
+    }
+    setMode(false);
+    const TDFindPattern pattern(u"tide é"_s, FindOptions::withUserDefaults(CaseRule::Ignore));
+    SearchContext context(pattern);
+    const auto utf16 = TextConverter::converterForEncoding(TD_ENCODING_UTF16_BIG_ENDIAN);
+    const QByteArray bigEndian = "\xFE\xFF" + utf16->encode(QString::fromUtf8(content)).value();
+    for (const QByteArray &end : {""_ba, "\xD8\0\0\n"_ba}) {
+        const FilePath path = folder.write("file", bigEndian + end);
+        EXPECT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context));
     }
 }
 

@@ -1,0 +1,122 @@
+#include "matching/LargeFileSearch.h"
+
+#include "foundation/StopFlag.h"
+#include "foundation/WorkerThreads.h"
+#include "matching/MatchCollector.h"
+#include "matching/SearchContext.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tidemark {
+
+namespace {
+
+/// Reading takes a fifth of the time of an easy search, and is done by one thread at a time.
+constexpr int MOST_THREADS = 4;
+constexpr std::chrono::milliseconds INTERVAL_OF_PARTS{10};
+
+} // namespace
+
+LargeFileSearch::LargeFileSearch(SearchContext &context, FileSearchState &state, const FileMatches &found,
+                                 qint64 lineNumber, TDError &error)
+    : _context(context), _state(state), _error(error), _caller(std::this_thread::get_id()),
+      _lineNumber(lineNumber), _found(found)
+{}
+
+TextBlockReader::Outcome LargeFileSearch::run(const PartReceiver &receiver)
+{
+    _receiver = receiver;
+    const int threads = std::min(processorCount(), MOST_THREADS);
+    doInParallel(threads, size_t(threads), [this](size_t) {
+        if (std::this_thread::get_id() == _caller) {
+            _searchOnThisThread(_context);
+        } else {
+            SearchContext own(_context.pattern());
+            _searchOnThisThread(own);
+        }
+    });
+    return _outcome;
+}
+
+void LargeFileSearch::_searchOnThisThread(SearchContext &context)
+{
+    const StopScope scope(_state.shouldStopFlag(), _state.searchShouldStopFlag());
+    try {
+        BlockDecoder decoder;
+        (void)decoder.setEncoding(_context.reader().encoding().encoding);
+        MatchCollector collector(context, _state);
+        for (Block block; _readNext(block);) {
+            Searched searched;
+            QByteArrayView text;
+            if (decoder.toUtf8(block.bytes, text))
+                collector.searchBlock(text, searched.lineCount, MatchCollector::LineCount::Needed,
+                                      searched.error);
+            else
+                searched.outcome = Outcome::NeedsLineReader;
+            searched.matches = collector.take();
+            _put(block.number, std::move(searched));
+            if (std::this_thread::get_id() == _caller)
+                _handOver();
+        }
+    } catch (const WorkStopped &) {
+        // Every thread sees the flags, and the caller asks for them.
+    }
+}
+
+/// False when there is nothing more to search.
+bool LargeFileSearch::_readNext(Block &block)
+{
+    const std::lock_guard lock(_reading);
+    if (_isRead || _hasEnded || _state.shouldStop() || _state.hasExcessiveMatch())
+        return false;
+    block.number = _nextNumber++;
+    const Outcome outcome = _context.reader().takeBytes(block.buffer, block.bytes);
+    if (outcome == Outcome::Block)
+        return true;
+    _isRead = true;
+    _put(block.number, {.outcome = outcome, .matches = {}, .error = {}});
+    return false;
+}
+
+void LargeFileSearch::_put(quint64 number, Searched searched)
+{
+    const std::lock_guard lock(_merging);
+    _waiting.emplace(number, std::move(searched));
+    for (auto next = _waiting.begin(); next != _waiting.end() && next->first == _nextToAppend;
+         next = _waiting.erase(next), ++_nextToAppend) {
+        if (!_hasEnded)
+            _append(next->second);
+    }
+}
+
+void LargeFileSearch::_append(Searched &searched)
+{
+    for (const auto &line : searched.matches.lines)
+        line->setLineNumber(_lineNumber + line->lineNumber());
+    if (searched.matches.limitedLines.count > 0)
+        searched.matches.limitedLines.firstNumber += _lineNumber;
+    _lineNumber += searched.lineCount;
+    _found.add(searched.matches);
+    _outcome = searched.outcome;
+    _error = searched.error;
+    _hasEnded = _outcome != Outcome::Block || _error;
+}
+
+void LargeFileSearch::_handOver()
+{
+    FileMatches part;
+    {
+        const std::lock_guard lock(_merging);
+        const Clock::time_point now = Clock::now();
+        if (!_receiver || _found.lines.isEmpty() || now < _due || _error || _state.shouldStop() ||
+            _state.hasExcessiveMatch())
+            return;
+        _due = now + INTERVAL_OF_PARTS;
+        part.lines = std::exchange(_found.lines, {});
+        part.areBeyondAscii = _found.areBeyondAscii;
+    }
+    _receiver(std::move(part));
+}
+
+} // namespace tidemark
