@@ -2,6 +2,7 @@
 #include "WindowSteps.h"
 
 #include "app/UserLanguage.h"
+#include "foundation/FreedMemory.h"
 #include "foundation/LocalizedText.h"
 #include "foundation/UserDefaults.h"
 #include "replace/RewriteRecord.h"
@@ -376,6 +377,7 @@ const char *const USAGE = "usage: tidemark-window-bench start\n"
 /// Measures the real window and prints a table in Markdown.
 int main(int argc, char **argv)
 {
+    joinFreedMemoryAtOnce();
     BenchApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QString mode = arguments.value(1);

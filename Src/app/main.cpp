@@ -4,6 +4,7 @@
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
 #include "foundation/AbandonableWork.h"
+#include "foundation/FreedMemory.h"
 #include "foundation/UserDefaults.h"
 #include "replace/RewriteRecord.h"
 #include "replace/UndoJournal.h"
@@ -53,6 +54,7 @@ int main(int argc, char **argv)
     if (const std::optional<int> status = answerWithoutWindow(line))
         return *status;
 
+    joinFreedMemoryAtOnce();
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Velkor"));
     QApplication::setApplicationName(QStringLiteral("Tidemark"));

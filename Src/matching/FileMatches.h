@@ -4,6 +4,8 @@
 #include "matching/SearchedLine.h"
 #include "reading/EncodingDetection.h"
 
+#include <utility>
+
 namespace tidemark {
 
 /// What was found in one file.
@@ -32,9 +34,9 @@ struct FileMatches
     }
 
     // What was found further on in the same file.
-    void add(const FileMatches &further)
+    void add(FileMatches further)
     {
-        lines << further.lines;
+        lines.append(std::move(further.lines));
         addLimitedLines(further.limitedLines);
         areBeyondAscii = areBeyondAscii || further.areBeyondAscii;
     }

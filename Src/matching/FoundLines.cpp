@@ -1,8 +1,7 @@
 #include "matching/FoundLines.h"
 
+#include "foundation/FreedMemory.h"
 #include "text/TextEncoding.h"
-
-#include <QThreadPool>
 
 namespace tidemark {
 
@@ -20,7 +19,7 @@ constexpr qsizetype LINES_RELEASED_AT_ONCE = 30000;
 void releaseLines(MatchLines lines)
 {
     if (lines.size() > LINES_RELEASED_AT_ONCE)
-        QThreadPool::globalInstance()->start([released = std::move(lines)]() mutable { released.clear(); });
+        releaseElsewhere(std::move(lines));
 }
 
 struct FoundLines::Block

@@ -97,7 +97,7 @@ void LargeFileSearch::_append(Searched &searched)
     if (searched.matches.limitedLines.count > 0)
         searched.matches.limitedLines.firstNumber += _lineNumber;
     _lineNumber += searched.lineCount;
-    _found.add(searched.matches);
+    _found.add(std::move(searched.matches));
     _outcome = searched.outcome;
     _error = searched.error;
     _hasEnded = _outcome != Outcome::Block || _error;

@@ -109,18 +109,18 @@ void TDFindResultItem::setMatches(FileMatches matches)
     _fileFields->matches = std::move(matches);
 }
 
-void TDFindResultItem::add(const FoundPart &part)
+void TDFindResultItem::add(FoundPart part)
 {
     FileFields &fields = *_fileFields;
     if (part.kind == FoundPart::Kind::Instead) {
-        fields.matches = part.matches;
+        fields.matches = std::move(part.matches);
         setMatchLines(part.children);
     } else if (part.kind == FoundPart::Kind::More) {
-        for (const auto &child : part.children) {
-            child->setPosition(fields.matchLines.size());
-            fields.matchLines << child;
-        }
-        fields.matches->add(*part.matches);
+        qsizetype position = fields.matchLines.size();
+        for (const auto &child : std::as_const(part.children))
+            child->setPosition(position++);
+        fields.matchLines.append(std::move(part.children));
+        fields.matches->add(*std::move(part.matches));
     }
 }
 

@@ -15,8 +15,13 @@
 #include <optional>
 
 namespace tidemark {
-
 class TDFindResultItem;
+}
+// So that long lists grow without moving each of them.
+Q_DECLARE_TYPEINFO(std::shared_ptr<tidemark::TDFindResultItem>, Q_RELOCATABLE_TYPE);
+
+namespace tidemark {
+
 using FindResultItems = QList<std::shared_ptr<TDFindResultItem>>;
 
 /// A part of what was found in a large file, the rest of which is still searched. The file's node is handed
@@ -106,7 +111,7 @@ public:
     /// Their encoding is the file's.
     void setMatches(FileMatches matches);
     /// Of this file; the first one is there already.
-    void add(const FoundPart &part);
+    void add(FoundPart part);
 
     /// 0 for a match line; for a file the sum over matches(), counted anew at every call; nothing for errors
     /// and for files without match lines.

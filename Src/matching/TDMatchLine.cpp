@@ -25,7 +25,7 @@ TDMatchLine::Changed &TDMatchLine::_own()
     if (!_changed) {
         const QString text = _foundString();
         const QList<TextRange> ranges = matchRanges();
-        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges, ranges, {}, {}});
+        _changed = std::make_unique<Changed>(Changed{ranges, text, text, ranges, ranges, {}, 0, {}});
     }
     return *_changed;
 }
@@ -41,7 +41,7 @@ void TDMatchLine::setMatchRanges(const QList<TextRange> &ranges)
 {
     Changed &own = _own();
     if (own.matchRanges.size() != ranges.size())
-        own.replaced.clear();
+        setReplacedMatches({});
     own.matchRanges = ranges;
     if (own.foundRanges.size() != ranges.size())
         own.foundRanges = ranges;
@@ -60,8 +60,10 @@ void TDMatchLine::removeMatchRange(qsizetype index)
         own.savedMatchRanges.removeAt(index);
     own.matchRanges.removeAt(index);
     own.foundRanges.removeAt(index);
-    if (size_t(index) < own.replaced.size())
-        own.replaced.erase(own.replaced.begin() + index);
+    if (size_t(index) >= own.replaced.size())
+        return;
+    own.replacedCount -= own.replaced[size_t(index)] ? 1 : 0;
+    own.replaced.erase(own.replaced.begin() + index);
 }
 
 bool TDMatchLine::isReplaced(qsizetype index) const
@@ -71,14 +73,10 @@ bool TDMatchLine::isReplaced(qsizetype index) const
 
 void TDMatchLine::setReplaced(qsizetype index)
 {
-    std::vector<bool> &replaced = _own().replaced;
-    replaced.resize(std::max(replaced.size(), size_t(index) + 1));
-    replaced[size_t(index)] = true;
-}
-
-quint64 TDMatchLine::numberOfReplacedMatches() const
-{
-    return quint64(std::count(replacedMatches().begin(), replacedMatches().end(), true));
+    Changed &own = _own();
+    own.replaced.resize(std::max(own.replaced.size(), size_t(index) + 1));
+    own.replacedCount += own.replaced[size_t(index)] ? 0 : 1;
+    own.replaced[size_t(index)] = true;
 }
 
 const std::vector<bool> &TDMatchLine::replacedMatches() const
@@ -89,8 +87,11 @@ const std::vector<bool> &TDMatchLine::replacedMatches() const
 
 void TDMatchLine::setReplacedMatches(const std::vector<bool> &replaced)
 {
-    if (_changed || !replaced.empty())
-        _own().replaced = replaced;
+    if (!_changed && replaced.empty())
+        return;
+    Changed &own = _own();
+    own.replaced = replaced;
+    own.replacedCount = quint64(std::count(replaced.begin(), replaced.end(), true));
 }
 
 QString TDMatchLine::foundLineString() const

@@ -75,7 +75,7 @@ public:
     /// Which of the matches were replaced, by their index. A run passes them over.
     bool isReplaced(qsizetype index) const;
     void setReplaced(qsizetype index);
-    quint64 numberOfReplacedMatches() const;
+    quint64 numberOfReplacedMatches() const { return _changed ? _changed->replacedCount : 0; }
     const std::vector<bool> &replacedMatches() const;
     /// May be shorter than the matches: the others aren't. Empty for none.
     void setReplacedMatches(const std::vector<bool> &replaced);
@@ -100,7 +100,8 @@ private:
         QList<TextRange> savedMatchRanges;
         QList<TextRange> foundRanges; ///< as many as matchRanges, where the line was found by a search
         std::vector<bool> replaced;
-        QString foundLineString; ///< null where the text it was found with tells it
+        quint64 replacedCount = 0; ///< of these
+        QString foundLineString;   ///< null where the text it was found with tells it
     };
     bool _wasFound() const
     {
@@ -117,3 +118,6 @@ private:
 };
 
 } // namespace tidemark
+
+// So that long lists grow without moving each of them.
+Q_DECLARE_TYPEINFO(std::shared_ptr<tidemark::TDMatchLine>, Q_RELOCATABLE_TYPE);

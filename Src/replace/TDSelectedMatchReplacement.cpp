@@ -1,5 +1,6 @@
 #include "replace/TDSelectedMatchReplacement.h"
 
+#include "foundation/FreedMemory.h"
 #include "foundation/LocalizedText.h"
 #include "replace/SaveToDisk.h"
 
@@ -11,6 +12,8 @@ namespace {
 
 constexpr qsizetype LONGEST_FILE_LIST = 1001;
 constexpr qsizetype LINES_BETWEEN_EVENTS = 256;
+/// So many are gone within a few milliseconds.
+constexpr qsizetype LINES_RELEASED_AT_ONCE = 10000;
 
 /// The lines of a file follow each other, as a rule.
 qint64 filesOf(const FindResultItems &items)
@@ -35,6 +38,14 @@ TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &req
                                       ReplacementExtent::EveryOccurrence),
       _stopReplace(stopReplace), _betweenFiles(std::move(betweenFiles))
 {}
+
+TDSelectedMatchReplacement::ChangedFile::~ChangedFile()
+{
+    if (savedLines.size() < LINES_RELEASED_AT_ONCE)
+        return;
+    releaseElsewhere(std::move(items));
+    releaseElsewhere(std::move(savedLines));
+}
 
 void TDSelectedMatchReplacement::ChangedFile::restoreLines()
 {
@@ -80,7 +91,10 @@ void TDSelectedMatchReplacement::_beginUndoStep(const FindResultItems &selectedO
     if (!journal)
         return;
     // What was said to be too large before isn't kept either when it turns out smaller.
-    if (!journal->hasRoomFor(UndoJournal::estimatedSizeOf(selectedObjects))) {
+    UndoSizeEstimate size;
+    for (const auto &item : selectedObjects)
+        size.add(*item);
+    if (!journal->hasRoomFor(size.bytes())) {
         _outcome.undo = UndoKeeping::TooLarge;
         return;
     }

@@ -72,6 +72,11 @@ private:
         quint64 replacements = 0;
         bool hasFailed = false;
 
+        ChangedFile() = default;
+        /// Doesn't wait until very many lines are gone.
+        ~ChangedFile();
+        ChangedFile(const ChangedFile &) = delete;
+        ChangedFile &operator=(const ChangedFile &) = delete;
         void restoreLines();
         bool hasSomethingToSave() const;
     };

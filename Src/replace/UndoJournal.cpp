@@ -154,19 +154,14 @@ QList<FilePath> UndoJournal::filesOf(const QByteArray &id) const
     return paths;
 }
 
-qint64 UndoJournal::estimatedSizeOf(const FindResultItems &matchLines)
+void UndoSizeEstimate::add(const TDFindResultItem &item)
 {
-    qint64 size = 0;
-    const TDFindResultItem *file = nullptr;
-    for (const auto &item : matchLines) {
-        if (item->matchLine() == nullptr)
-            continue;
-        if (std::exchange(file, item->parent()) != item->parent())
-            size += BYTES_OF_FILE + file->path().bytes().size();
-        for (const TextRange &range : item->matchLine()->matchRangesInPlace())
-            size += BYTES_OF_MATCH + range.length * qint64(sizeof(char16_t));
-    }
-    return size;
+    if (item.matchLine() == nullptr)
+        return;
+    if (std::exchange(_file, item.parent()) != item.parent())
+        _bytes += BYTES_OF_FILE + _file->path().bytes().size();
+    for (const TextRange &range : item.matchLine()->matchRangesInPlace())
+        _bytes += BYTES_OF_MATCH + range.length * qint64(sizeof(char16_t));
 }
 
 std::unique_ptr<UndoStepWriter> UndoJournal::newStep(const QString &findText,

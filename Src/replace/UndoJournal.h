@@ -11,6 +11,20 @@ namespace tidemark {
 
 class UndoStepWriter;
 
+/// Bytes that a run over match lines takes at most, as far as that can be told before; a run that would take
+/// more than the limit isn't kept.
+class UndoSizeEstimate
+{
+public:
+    /// The lines of a file follow each other.
+    void add(const TDFindResultItem &item);
+    qint64 bytes() const { return _bytes; }
+
+private:
+    const TDFindResultItem *_file = nullptr;
+    qint64 _bytes = 0;
+};
+
 /// The folder of steps that can be undone and redone, which several processes may share: a file for each
 /// step, and one for the backups that a run left, all for this user only. Whoever writes or undoes a step has
 /// it locked. What is damaged is passed over. Any thread; objects are cheap to make and to copy.
@@ -41,9 +55,7 @@ public:
     /// The files of a step by path, each once, in the order in which they were changed. Reads all of it.
     QList<FilePath> filesOf(const QByteArray &id) const;
 
-    /// Bytes that a run over these match lines takes at most, as far as that can be told before; a run that
-    /// would take more than the limit isn't kept.
-    static qint64 estimatedSizeOf(const FindResultItems &matchLines);
+    /// See UndoSizeEstimate.
     bool hasRoomFor(qint64 size) const { return size <= _sizeLimit; }
 
     /// A step of a replacement that is to be made. Nothing is on the disk before its first file; then what

@@ -35,6 +35,10 @@ void keepUntilTheEnd(FindResultItems nodes)
 FindResultItems filesAndLines(const FindResultItems &files)
 {
     FindResultItems nodes;
+    qsizetype count = files.size();
+    for (const auto &file : files)
+        count += file->children().size();
+    nodes.reserve(count);
     for (const auto &file : files) {
         nodes << file;
         nodes << file->children();
@@ -96,17 +100,17 @@ void FindResults::append(const FindResultItems &files)
     Q_EMIT counted();
 }
 
-void FindResults::add(const FoundPart &part)
+void FindResults::add(FoundPart part)
 {
     if (!_filter)
-        _grow(part);
+        _grow(std::move(part));
     // Looked for from the end, where the search is.
     else if (_all.lastIndexOf(part.file) >= 0)
         _growWhileFiltered(part);
     Q_EMIT counted();
 }
 
-void FindResults::_grow(const FoundPart &part)
+void FindResults::_grow(FoundPart part)
 {
     TDFindResultItem &file = *part.file;
     if (!shows(file))
@@ -119,7 +123,7 @@ void FindResults::_grow(const FoundPart &part)
         return;
     }
     Q_EMIT aboutToGrow(&file, file.children().size(), part.children.size());
-    file.add(part);
+    file.add(std::move(part));
     Q_EMIT grown(&file);
 }
 

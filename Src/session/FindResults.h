@@ -51,7 +51,7 @@ public:
     void append(const FindResultItems &files);
     /// Nothing happens when its file isn't in the list any more. A file of which nothing is left goes. Of
     /// further lines those that a filter hides are kept aside.
-    void add(const FoundPart &part);
+    void add(FoundPart part);
     /// Removes the nodes: whole files, and match lines from the files that stay. Nodes that aren't in the
     /// list are passed over. Linear in the size of the list, however many are removed: scattered nodes are
     /// removed in one go.
@@ -89,7 +89,7 @@ private:
         qsizetype count;
     };
     QList<Removal> _removals(const FindResultItems &nodes) const;
-    void _grow(const FoundPart &part);
+    void _grow(FoundPart part);
     void _growWhileFiltered(const FoundPart &part);
     FindResultItems _filtered(const FindResultItems &files);
     FindResultItems _linesOf(const std::shared_ptr<TDFindResultItem> &file) const;

@@ -20,7 +20,9 @@ ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
     ReplaceExtent extent;
     QSet<const TDFindResultItem *> files;
     const TDFindResultItem *last = nullptr;
+    UndoSizeEstimate undoSize;
     for (const auto &item : items) {
+        undoSize.add(*item);
         const quint64 open = item->matchLine() == nullptr ? 0
                                                           : item->matchLine()->numberOfMatches() -
                                                                 item->matchLine()->numberOfReplacedMatches();
@@ -33,7 +35,7 @@ ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
         last = item->parent();
     }
     extent.files = quint64(files.size());
-    extent.undoSize = UndoJournal::estimatedSizeOf(items);
+    extent.undoSize = undoSize.bytes();
     return extent;
 }
 

@@ -187,12 +187,12 @@ void SearchControl::updateSearchResultsOutlineView()
 
 void SearchControl::_mergeNewResults()
 {
-    const SearchSession::Arrived arrived = _session->takeArrived();
+    SearchSession::Arrived arrived = _session->takeArrived();
     _document.setFilesWithMatchesCount(arrived.files.size());
     if (!arrived.files.isEmpty())
         _document.findResults().append(arrived.files);
-    for (const FoundPart &part : arrived.parts)
-        _document.findResults().add(part);
+    for (FoundPart &part : arrived.parts)
+        _document.findResults().add(std::move(part));
     _document.setFilesWithMatchesCount(_document.findResults().countOfAll());
 }
 

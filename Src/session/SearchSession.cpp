@@ -9,7 +9,9 @@ namespace tidemark {
 namespace {
 
 /// So many are listed within a few milliseconds.
-constexpr qsizetype MOST_LINES_GATHERED = 100000;
+constexpr qsizetype MOST_LINES_GATHERED = 50000;
+/// So that listing what has arrived meanwhile never takes long, the search doesn't run further ahead.
+constexpr qsizetype MOST_LINES_WAITING = 2 * MOST_LINES_GATHERED;
 
 } // namespace
 
@@ -33,7 +35,7 @@ SearchSession::Arrived SearchSession::takeArrived()
     const std::lock_guard lock(_mutex);
     Arrived arrived = std::exchange(_arrived, {});
     _takenCount += quint64(arrived.files.size() + arrived.parts.size());
-    _linesGathered = 0;
+    _linesGathered = _linesWaiting = 0;
     _allTaken = {_before.files + _inFile.files, _before.matches + _inFile.matches};
     _taken.notify_all();
     return arrived;
@@ -112,10 +114,11 @@ void SearchSession::_handOver(std::unique_lock<std::mutex> &lock, qsizetype matc
     _addResultsMatchLineCount += quint64(matchLines);
     ++_arrivedCount;
     _linesGathered += matchLines;
+    _linesWaiting += matchLines;
     const bool isShownByItself = _addResultsMatchLineCount < SHOWN_ONE_BY_ONE_BELOW;
     if (isShownByItself || _linesGathered > MOST_LINES_GATHERED)
         _postArrival();
-    if (isShownByItself)
+    if (isShownByItself || _linesWaiting > MOST_LINES_WAITING)
         _taken.wait(lock, [this] { return _isAllTaken() || _context == nullptr; });
 }
 

@@ -19,7 +19,7 @@ inline constexpr quint64 SHOWN_ONE_BY_ONE_BELOW = 250;
 
 /// The hand-over of one search from its thread to the main thread. The search thread waits for each file node
 /// to be taken until the 250th match line has arrived; what comes later gathers here until the main thread
-/// asks, which it is told to do when very much has gathered.
+/// asks, which it is told to do when very much has gathered. Where it can't keep up, the search thread waits.
 class SearchSession : public TDSearchEngineDelegate, public std::enable_shared_from_this<SearchSession>
 {
 public:
@@ -88,6 +88,7 @@ private:
     quint64 _addResultsMatchLineCount = 0;
     quint64 _arrivedCount = 0;
     qsizetype _linesGathered = 0; ///< since the last call for them
+    qsizetype _linesWaiting = 0;  ///< to be taken
     FilePath _toldPath;           ///< of the file that the status was told of last
     std::atomic<quint64> _scannedCount = 0;
     Counts _before; ///< the file that the search has come to

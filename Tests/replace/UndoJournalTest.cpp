@@ -159,7 +159,10 @@ TEST_F(UndoJournalTest, TakesLittleRoomAndTheOldestStepsGoFirst)
     const auto outcome = replace(u"tide"_s, u"current"_s);
     const qint64 size = journal().steps().value(0).size;
     EXPECT_LT(size, qint64(outcome.replacements) * 4 * 5 / 2 + 300 * 200);
-    EXPECT_LT(size, UndoJournal::estimatedSizeOf(matchLinesOf(search(_folder.path(), u"current"_s))));
+    UndoSizeEstimate estimate;
+    for (const auto &line : matchLinesOf(search(_folder.path(), u"current"_s)))
+        estimate.add(*line);
+    EXPECT_LT(size, estimate.bytes());
 
     // Room for two such steps.
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNDO_JOURNAL_SIZE, 1);

@@ -1,3 +1,4 @@
+#include "foundation/FreedMemory.h"
 #include "foundation/LocalizedText.h"
 #include "support/FreshSettings.h"
 
@@ -8,6 +9,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
+    tidemark::joinFreedMemoryAtOnce();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     tidemark::installLocalizedTexts(QStringLiteral("en"));

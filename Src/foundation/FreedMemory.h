@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QThreadPool>
+
+#include <utility>
+
+namespace tidemark {
+
+/// Lets the C library join small pieces of memory as they are freed. By itself it leaves that for later, and
+/// a thread that then asks for a larger piece waits while millions of them are joined: the main thread for
+/// half a second, after so many lines were replaced. To be called at the start of a program with a window.
+void joinFreedMemoryAtOnce();
+
+/// Lets go, on a thread of the toolkit's pool, of what would take long.
+template <typename T>
+void releaseElsewhere(T value)
+{
+    QThreadPool::globalInstance()->start([released = std::move(value)]() mutable { released = T(); });
+}
+
+} // namespace tidemark
