@@ -1,6 +1,7 @@
 #include "foundation/UserDefaults.h"
 #include "matching/SearchDescription.h"
 #include "support/Testing.h"
+#include "support/TimeLimit.h"
 #include "text/Utf8.h"
 
 #include <random>
@@ -108,7 +109,8 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
         setMode(isExpression);
         const TDFindPattern pattern(findText, FindOptions::withUserDefaults(CaseRule::Ignore));
         SearchContext context(pattern);
-        for (const QByteArray &end : ends) {
+        // The line reader takes long with sanitizers.
+        for (const QByteArray &end : IS_SANITIZED ? ends.first(isExpression ? 1 : 2) : ends) {
             const FilePath path = folder.write("file", content + end);
             ASSERT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context))
                 << findText.toStdString();
@@ -118,7 +120,8 @@ TEST_F(BlockSearch, FindsWhatTheLineReaderFindsInLargeFiles)
     const TDFindPattern pattern(u"tide é"_s, FindOptions::withUserDefaults(CaseRule::Ignore));
     SearchContext context(pattern);
     const auto utf16 = TextConverter::converterForEncoding(TD_ENCODING_UTF16_BIG_ENDIAN);
-    const QByteArray bigEndian = "\xFE\xFF" + utf16->encode(QString::fromUtf8(content)).value();
+    const QByteArray bigEndian =
+        "\xFE\xFF" + utf16->encode(QString::fromUtf8(content.first(5'000'000))).value();
     for (const QByteArray &end : {""_ba, "\xD8\0\0\n"_ba}) {
         const FilePath path = folder.write("file", bigEndian + end);
         EXPECT_EQ(SearchDescription::byLines(path, pattern), SearchDescription::byBlocks(path, context));

@@ -13,6 +13,8 @@
 #include <sys/resource.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace tidemark::test {
 namespace {
@@ -21,6 +23,20 @@ using namespace Qt::Literals::StringLiterals;
 
 const DiskKind NEARLY_FULL = {"full", "ext4", "commit=600", 24};
 const DiskKind THIN = {"thin", "ext4", "commit=600", 64};
+
+/// With sanitizers, which take long here, in turn.
+std::vector<std::pair<qint64, bool>> withAndWithoutBackups(std::initializer_list<qint64> sizes)
+{
+    std::vector<std::pair<qint64, bool>> cases;
+    bool keepsBackups = false;
+    for (const qint64 size : sizes) {
+        cases.emplace_back(size, keepsBackups);
+        keepsBackups = !keepsBackups;
+        if (!IS_SANITIZED)
+            cases.emplace_back(size, keepsBackups);
+    }
+    return cases;
+}
 
 /// Runs over files in a process that has too little of something.
 class ScarceResourcesTest : public ReplaceTest
@@ -132,21 +148,19 @@ TEST_F(ScarceResourcesTest, ANearlyFullDiskThatHoldsTheRecordToo)
     makeFiles(disk.mountPoint());
     disk.unmount();
     disk.keepState();
-    for (const qint64 kilobytesLeft : {0, 40, 300, 1000, 2500, 6000}) {
-        for (const bool keepsBackups : {false, true}) {
-            SCOPED_TRACE(kilobytesLeft);
-            setKeepsBackups(keepsBackups);
-            disk.returnToKeptState();
-            ASSERT_TRUE(disk.mount());
-            fill(disk.mountPoint().appendingPathComponent("filler"), kilobytesLeft << 10);
-            const Outcome outcome = replaceWith([] {});
-            expectAllAccountedFor(outcome);
-            // For putting back there is room.
-            EXPECT_EQ(::unlink(disk.mountPoint().appendingPathComponent("filler").cString()), 0);
-            expectDoneWhatWasSaid(outcome);
-            expectSafe();
-            disk.unmount();
-        }
+    for (const auto &[kilobytesLeft, keepsBackups] : withAndWithoutBackups({0, 40, 300, 1000, 2500, 6000})) {
+        SCOPED_TRACE(kilobytesLeft);
+        setKeepsBackups(keepsBackups);
+        disk.returnToKeptState();
+        ASSERT_TRUE(disk.mount());
+        fill(disk.mountPoint().appendingPathComponent("filler"), kilobytesLeft << 10);
+        const Outcome outcome = replaceWith([] {});
+        expectAllAccountedFor(outcome);
+        // For putting back there is room.
+        EXPECT_EQ(::unlink(disk.mountPoint().appendingPathComponent("filler").cString()), 0);
+        expectDoneWhatWasSaid(outcome);
+        expectSafe();
+        disk.unmount();
     }
 }
 
@@ -160,24 +174,22 @@ TEST_F(ScarceResourcesTest, ADiskWithLessBehindItThanItSays)
     disk.unmount();
     disk.keepState();
     const FilePath filler = folder.appendingPathComponent("filler");
-    for (const qint64 kilobytesLeft : {100, 800, 2500, 4500, 6000}) {
-        for (const bool keepsBackups : {false, true}) {
-            SCOPED_TRACE(kilobytesLeft);
-            setKeepsBackups(keepsBackups);
-            disk.returnToKeptState();
-            ASSERT_TRUE(disk.mount());
-            fill(filler, kilobytesLeft << 10);
-            const Outcome outcome = replaceWith([] {});
-            expectAllAccountedFor(outcome);
-            expectDoneWhatWasSaid(outcome);
-            // What never got beyond memory is gone, and so may be what the disk confirmed before its journal
-            // was emptied.
-            disk.unmount();
-            EXPECT_EQ(::unlink(filler.cString()), 0);
-            ASSERT_TRUE(disk.mount());
-            expectSafe();
-            disk.unmount();
-        }
+    for (const auto &[kilobytesLeft, keepsBackups] : withAndWithoutBackups({100, 800, 2500, 4500, 6000})) {
+        SCOPED_TRACE(kilobytesLeft);
+        setKeepsBackups(keepsBackups);
+        disk.returnToKeptState();
+        ASSERT_TRUE(disk.mount());
+        fill(filler, kilobytesLeft << 10);
+        const Outcome outcome = replaceWith([] {});
+        expectAllAccountedFor(outcome);
+        expectDoneWhatWasSaid(outcome);
+        // What never got beyond memory is gone, and so may be what the disk confirmed before its journal
+        // was emptied.
+        disk.unmount();
+        EXPECT_EQ(::unlink(filler.cString()), 0);
+        ASSERT_TRUE(disk.mount());
+        expectSafe();
+        disk.unmount();
     }
 }
 

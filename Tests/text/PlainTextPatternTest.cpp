@@ -79,7 +79,7 @@ TEST(PlainTextPattern, FindsEveryCharacterByItsKeyAndItsKeyByEveryCharacter)
 {
     for (const CaseRule caseRule : {CaseRule::Exact, CaseRule::Ignore}) {
         std::map<QString, std::vector<QString>> charactersOf;
-        for (char32_t c = 0; c < 0x2FA20; ++c) {
+        for (char32_t c = 0; c < 0x2FA20; c += IS_SANITIZED ? 5 : 1) {
             const QString character = SearchAlphabet::fromCharacters({c});
             const QString key = PlainTextOracle::key(character, caseRule);
             QString own;

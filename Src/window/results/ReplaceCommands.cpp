@@ -180,11 +180,13 @@ void ReplaceCommands::replaceAll()
 {
     if (!_beginCommand())
         return;
+    FindResultItems items = allItems();
     _ask(localizedString(
              "Replace all occurrences of the find text with the replace text in all files listed in the "
              "search results?"),
-         localizedString("Replace All"), allItems(), &ReplaceCommands::_allConfirmed)
+         localizedString("Replace All"), items, &ReplaceCommands::_allConfirmed)
         ->open();
+    releaseInBackground(std::move(items));
 }
 
 // -- Many matches
@@ -206,7 +208,9 @@ void ReplaceCommands::_allConfirmed()
 {
     _view.expandAll();
     _view.selectAll();
-    _replaceSelectedMatches(allItems(), [this] { _navigation.selectFirstMatch(); });
+    FindResultItems items = allItems();
+    _replaceSelectedMatches(items, [this] { _navigation.selectFirstMatch(); });
+    releaseInBackground(std::move(items));
 }
 
 void ReplaceCommands::_replaceSelectedMatches(const FindResultItems &items,

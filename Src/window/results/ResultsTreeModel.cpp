@@ -34,17 +34,6 @@ QString spokenMatches(quint64 count)
     return formatted(localizedString(count == 1 ? "%lu match" : "%lu matches"), {count});
 }
 
-/// On the lines that a filter shows.
-qint32 shownMatches(const TDFindResultItem &file)
-{
-    qint32 count = 0;
-    for (const auto &item : file.children()) {
-        if (item->matchLine() != nullptr)
-            count += qint32(item->matchLine()->numberOfMatches());
-    }
-    return count;
-}
-
 } // namespace
 
 ResultsTreeModel::ResultsTreeModel(FindResults &results, QObject *parent)
@@ -295,13 +284,21 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     // A large file's lines come, or are put in place of others, while nobody looks.
     if (known != _knownCounts.constEnd() && known->lines == lines && known->shown == file.children().size())
         return *known;
+    Counts counts{{}, 0, lines, file.children().size()};
+    quint64 matches = 0;
+    const auto add = [&](const TDMatchLine &line) {
+        matches += line.numberOfMatches();
+        counts.replaced += qint32(line.numberOfReplacedMatches());
+    };
     const bool isPartlyHidden = _results.isPartlyHidden(file);
-    Counts counts{isPartlyHidden ? shownMatches(file) : file.matchCount(), 0, lines, file.children().size()};
     for (const auto &line : !isPartlyHidden && hasMatches ? file.matches()->lines : MatchLines())
-        counts.replaced += qint32(line->numberOfReplacedMatches());
-    for (const auto &item : isPartlyHidden ? file.children() : FindResultItems())
-        counts.replaced +=
-            item->matchLine() != nullptr ? qint32(item->matchLine()->numberOfReplacedMatches()) : 0;
+        add(*line);
+    for (const auto &item : isPartlyHidden ? file.children() : FindResultItems()) {
+        if (item->matchLine() != nullptr)
+            add(*item->matchLine());
+    }
+    if (isPartlyHidden || lines > 0)
+        counts.matches = qint32(matches);
     return *_knownCounts.insert(file.identity(), counts);
 }
 
