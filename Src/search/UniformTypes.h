@@ -26,7 +26,6 @@ enum class UniformType : quint32 {
     Archive = 1U << 14,
 };
 Q_DECLARE_FLAGS(UniformTypes, UniformType)
-Q_DECLARE_OPERATORS_FOR_FLAGS(UniformTypes)
 
 /// What every regular file is.
 inline constexpr UniformTypes ANY_FILE = UniformTypes(UniformType::Item) | UniformType::Data;
@@ -43,3 +42,6 @@ QSet<QString> identifiersOfUniformTypes(UniformTypes types);
 UniformTypes uniformTypesOfMimeType(const QMimeType &mimeType);
 
 } // namespace tidemark
+
+// In the namespace they would hide the toolkit's, which put keys together.
+Q_DECLARE_OPERATORS_FOR_FLAGS(tidemark::UniformTypes)

@@ -11,32 +11,75 @@ namespace tidemark {
 
 namespace {
 
-constexpr qint64 MILLISECONDS_BETWEEN_EVENTS = 50;
+constexpr qint64 MILLISECONDS_BETWEEN_EVENTS = 25;
+/// What tells it draws much anew.
+constexpr qint64 MILLISECONDS_BETWEEN_PROGRESS = 75;
+
+quint64 openMatchesOf(const TDFindResultItem &item)
+{
+    const TDMatchLine *line = item.matchLine();
+    return line == nullptr ? 0 : line->numberOfMatches() - line->numberOfReplacedMatches();
+}
+
+/// Those in which something is left to replace. Looks at no more of a file's lines than it takes.
+quint64 filesToReplaceIn(const FindResultItems &items)
+{
+    QSet<const TDFindResultItem *> files;
+    const TDFindResultItem *last = nullptr;
+    for (const auto &item : items) {
+        if (item->parent() == last || openMatchesOf(*item) == 0)
+            continue;
+        last = item->parent();
+        files.insert(last);
+    }
+    return quint64(files.size());
+}
+
+/// Adds up the extent of match lines.
+class ExtentSum
+{
+public:
+    void add(const FindResultItems &items)
+    {
+        for (const auto &item : items)
+            _add(*item);
+    }
+    ReplaceExtent extent() const { return {_matches, quint64(_files.size()), _undoSize.bytes()}; }
+
+private:
+    void _add(const TDFindResultItem &item)
+    {
+        _undoSize.add(item);
+        const quint64 open = openMatchesOf(item);
+        if (open == 0)
+            return;
+        _matches += open;
+        // The lines of a file follow each other, as a rule.
+        if (std::exchange(_last, item.parent()) != item.parent())
+            _files.insert(item.parent());
+    }
+
+    quint64 _matches = 0;
+    QSet<const TDFindResultItem *> _files;
+    const TDFindResultItem *_last = nullptr;
+    UndoSizeEstimate _undoSize;
+};
 
 } // namespace
 
 ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
 {
-    ReplaceExtent extent;
-    QSet<const TDFindResultItem *> files;
-    const TDFindResultItem *last = nullptr;
-    UndoSizeEstimate undoSize;
-    for (const auto &item : items) {
-        undoSize.add(*item);
-        const quint64 open = item->matchLine() == nullptr ? 0
-                                                          : item->matchLine()->numberOfMatches() -
-                                                                item->matchLine()->numberOfReplacedMatches();
-        if (open == 0)
-            continue;
-        extent.matches += open;
-        // The lines of a file follow each other, as a rule.
-        if (item->parent() != last)
-            files.insert(item->parent());
-        last = item->parent();
-    }
-    extent.files = quint64(files.size());
-    extent.undoSize = undoSize.bytes();
-    return extent;
+    ExtentSum sum;
+    sum.add(items);
+    return sum.extent();
+}
+
+ReplaceExtent ReplaceExtent::ofFiles(const FindResultItems &files)
+{
+    ExtentSum sum;
+    for (const auto &file : files)
+        sum.add(file->children());
+    return sum.extent();
 }
 
 bool ReplaceExtent::canBeUndone() const
@@ -80,13 +123,19 @@ bool ReplaceControl::replaceMatch(TDFindResultItem &item, TDError &error)
 
 TDSelectedMatchReplacement::BetweenFiles ReplaceControl::_deliverEvents(quint64 fileCount)
 {
-    return [self = QPointer(this), fileCount, timer = QElapsedTimer()](quint64 filesDone) mutable {
-        if (timer.isValid() && timer.elapsed() < MILLISECONDS_BETWEEN_EVENTS)
+    const auto isDue = [](const QElapsedTimer &timer, qint64 milliseconds) {
+        return !timer.isValid() || timer.elapsed() >= milliseconds;
+    };
+    return [self = QPointer(this), fileCount, isDue, events = QElapsedTimer(),
+            progress = QElapsedTimer()](quint64 filesDone) mutable {
+        if (!isDue(events, MILLISECONDS_BETWEEN_EVENTS))
             return;
-        if (self)
+        if (self && isDue(progress, MILLISECONDS_BETWEEN_PROGRESS)) {
             Q_EMIT self->progressed(filesDone, fileCount);
+            progress.start();
+        }
         QCoreApplication::processEvents();
-        timer.start();
+        events.start();
     };
 }
 
@@ -98,7 +147,7 @@ void ReplaceControl::replaceMatches(const FindResultItems &items,
     // Events may take away the window, and with it this object; the run then ends on what it holds itself.
     const QPointer self(this);
     const auto stop = _stopReplace;
-    const quint64 fileCount = ReplaceExtent::of(items).files;
+    const quint64 fileCount = filesToReplaceIn(items);
     ReplaceRequest request = _request();
     request.isFileInSearchLocations = [self, asked = request.isFileInSearchLocations](const FilePath &path) {
         return self && asked(path);

@@ -35,6 +35,8 @@ struct ReplaceExtent
 
     /// Of the match lines among the nodes.
     static ReplaceExtent of(const FindResultItems &items);
+    /// Of all lines of the files.
+    static ReplaceExtent ofFiles(const FindResultItems &files);
 };
 
 /// Replaces matches of a window's results: one, or many in a run that can be stopped. A run stays on the main

@@ -160,7 +160,8 @@ TEST_F(UndoJournalTest, TakesLittleRoomAndTheOldestStepsGoFirst)
     const qint64 size = journal().steps().value(0).size;
     EXPECT_LT(size, qint64(outcome.replacements) * 4 * 5 / 2 + 300 * 200);
     UndoSizeEstimate estimate;
-    for (const auto &line : matchLinesOf(search(_folder.path(), u"current"_s)))
+    const FindResultItems found = search(_folder.path(), u"current"_s);
+    for (const auto &line : matchLinesOf(found))
         estimate.add(*line);
     EXPECT_LT(size, estimate.bytes());
 

@@ -15,6 +15,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <utility>
+
 namespace tidemark {
 
 namespace {
@@ -35,8 +37,11 @@ ReplaceCommands::ReplaceCommands(ReplaceControl &control, const SearchControl &s
 {
     connect(&_control, &ReplaceControl::replacing, &_navigation,
             [this](bool isReplacing) { _navigation.setRemovalEnabled(!isReplacing); });
-    // The rows agree with the files also on the way.
-    connect(&_control, &ReplaceControl::progressed, this, [this] { _model.noteAllChanged(); });
+    // The rows agree with the files also on the way. A large file's matches take long to count.
+    connect(&_control, &ReplaceControl::progressed, this, [this, shown = quint64(0)](quint64 done) mutable {
+        if (std::exchange(shown, done) != done)
+            _model.noteAllChanged();
+    });
 }
 
 bool ReplaceCommands::_beginCommand()
@@ -97,9 +102,8 @@ bool ReplaceCommands::_performReplace()
 
 // -- Asking
 
-QString ReplaceCommands::_informativeText(const FindResultItems &items) const
+QString ReplaceCommands::_informativeText(ReplaceExtent extent, const ItemList &items) const
 {
-    ReplaceExtent extent = ReplaceExtent::of(items);
     const SearchTerms terms = SearchTerms::withUserDefaults(_control.findText());
     const auto searched = _search.searchedTerms();
     const bool isStale = searched && *searched != terms;
@@ -111,7 +115,7 @@ QString ReplaceCommands::_informativeText(const FindResultItems &items) const
     std::optional<quint64> staying;
     // Without an expression a match is replaced whatever the find text.
     if (isStale && terms.isExpression()) {
-        if (const auto some = stayingMatches(items, terms, _control.replaceText())) {
+        if (const auto some = stayingMatches(items(), terms, _control.replaceText())) {
             extent.matches -= some->matches;
             extent.files -= some->files;
             staying = some->matches;
@@ -138,9 +142,10 @@ QString ReplaceCommands::_changeText(ReplaceExtent extent) const
 }
 
 QMessageBox *ReplaceCommands::_ask(const QString &question, const QString &confirmation,
-                                   const FindResultItems &items, void (ReplaceCommands::*confirmed)())
+                                   const ReplaceExtent &extent, const ItemList &items,
+                                   void (ReplaceCommands::*confirmed)())
 {
-    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(items));
+    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(extent, items));
     QPushButton *confirm = sheet->addButton(confirmation, QMessageBox::AcceptRole);
     QPushButton *cancel = sheet->addButton(localizedString("Cancel"), QMessageBox::RejectRole);
     sheet->setDefaultButton(confirm);
@@ -164,10 +169,11 @@ void ReplaceCommands::replaceSelection()
         _selectionConfirmed();
         return;
     }
-    QMessageBox *sheet =
-        _ask(localizedString("Replace all selected occurrences of the find text with the replace text?"),
-             localizedString("Replace Selection"), _navigation.selection().selectedObjects(),
-             &ReplaceCommands::_selectionConfirmed);
+    const FindResultItems items = _navigation.selection().selectedObjects();
+    QMessageBox *sheet = _ask(
+        localizedString("Replace all selected occurrences of the find text with the replace text?"),
+        localizedString("Replace Selection"), ReplaceExtent::of(items), [&] { return items; },
+        &ReplaceCommands::_selectionConfirmed);
     auto *suppress = new QCheckBox(localizedString("Do not show this message again"));
     sheet->setCheckBox(suppress);
     // Whatever button ends the sheet.
@@ -180,13 +186,13 @@ void ReplaceCommands::replaceAll()
 {
     if (!_beginCommand())
         return;
-    FindResultItems items = allItems();
-    _ask(localizedString(
-             "Replace all occurrences of the find text with the replace text in all files listed in the "
-             "search results?"),
-         localizedString("Replace All"), items, &ReplaceCommands::_allConfirmed)
+    _ask(
+        localizedString(
+            "Replace all occurrences of the find text with the replace text in all files listed in the "
+            "search results?"),
+        localizedString("Replace All"), ReplaceExtent::ofFiles(_model.results().files()),
+        [this] { return allItems(); }, &ReplaceCommands::_allConfirmed)
         ->open();
-    releaseInBackground(std::move(items));
 }
 
 // -- Many matches

@@ -56,10 +56,12 @@ private:
     bool _beginCommand();
     bool _performReplace();
     ReplacedMatch _currentMatch() const;
-    QString _informativeText(const FindResultItems &items) const;
+    /// Made only where they are needed, as there may be millions.
+    using ItemList = std::function<FindResultItems()>;
+    QString _informativeText(ReplaceExtent extent, const ItemList &items) const;
     QString _changeText(ReplaceExtent extent) const;
-    QMessageBox *_ask(const QString &question, const QString &confirmation, const FindResultItems &items,
-                      void (ReplaceCommands::*confirmed)());
+    QMessageBox *_ask(const QString &question, const QString &confirmation, const ReplaceExtent &extent,
+                      const ItemList &items, void (ReplaceCommands::*confirmed)());
     void _selectionConfirmed();
     void _allConfirmed();
     void _replaceSelectedMatches(const FindResultItems &items, const std::function<void()> &afterwards = {});
