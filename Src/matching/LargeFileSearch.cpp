@@ -44,12 +44,12 @@ void LargeFileSearch::_searchOnThisThread(SearchContext &context)
     const StopScope scope(_state.shouldStopFlag(), _state.searchShouldStopFlag());
     try {
         BlockDecoder decoder;
-        (void)decoder.setEncoding(_context.reader().encoding().encoding);
+        const bool canDecode = decoder.setEncoding(_context.reader().encoding().encoding);
         MatchCollector collector(context, _state);
         for (Block block; _readNext(block);) {
             Searched searched;
             QByteArrayView text;
-            if (decoder.toUtf8(block.bytes, text))
+            if (canDecode && decoder.toUtf8(block.bytes, text))
                 collector.searchBlock(text, searched.lineCount, MatchCollector::LineCount::Needed,
                                       searched.error);
             else
@@ -109,7 +109,7 @@ void LargeFileSearch::_handOver()
     {
         const std::lock_guard lock(_merging);
         const Clock::time_point now = Clock::now();
-        if (!_receiver || _found.lines.isEmpty() || now < _due || _error || _state.shouldStop() ||
+        if (!_receiver || _found.lines.isEmpty() || now < _due || _hasEnded || _state.shouldStop() ||
             _state.hasExcessiveMatch())
             return;
         _due = now + INTERVAL_OF_PARTS;

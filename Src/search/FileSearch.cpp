@@ -47,8 +47,11 @@ std::shared_ptr<TDFindResultItem> FileSearch::run(TDError &error)
 
 std::shared_ptr<TDFindResultItem> FileSearch::_failed(TDError &error)
 {
-    if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR))
+    if (error.hasCode(TD_ERROR_CODE_TD_MATCH_LINE_HIGHLIGHTER_REGULAR_EXPRESSION_ERROR)) {
+        if (_parts.areThere())
+            _parts.takeBack();
         return nullptr;
+    }
     if (!_parts.areThere() && _isFirstFailure())
         return _newFailure(_noteSource(_highlighter.matches().encoding), error);
     if (_parts.areThere())

@@ -78,4 +78,9 @@ void PartsOfFile::handOverFailure(const TDError &error)
     _handOver({_node, FoundPart::Kind::Instead, {TDFindResultItem::initWithError(error, _node.get())}, {}});
 }
 
+void PartsOfFile::takeBack()
+{
+    _handOver({_node, FoundPart::Kind::Instead, {}, {}});
+}
+
 } // namespace tidemark

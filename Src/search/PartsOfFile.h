@@ -34,7 +34,7 @@ public:
         : _file(file), _findText(findText), _reader(reader), _handOver(handOver)
     {}
 
-    /// Whether something was handed over. The three that finish the file are for such a one.
+    /// Whether something was handed over. Those that finish the file are for such a one.
     bool areThere() const { return _node != nullptr; }
 
     void handOver(const FileMatches &matches);
@@ -43,6 +43,8 @@ public:
     void handOverRest(const FileMatches &matches, const TDError &limitError, bool isAll);
     /// Takes the place of what was handed over.
     void handOverFailure(const TDError &error);
+    /// The file is as one in which nothing was found.
+    void takeBack();
 
 private:
     const FileToRead &_file;

@@ -336,7 +336,7 @@ std::shared_ptr<TDFindResultItem> TDSearchEngine::searchFindTextInFile(const Fil
         first->add(part);
     };
     const auto item = _searchFile(FileToRead{path}, context, handOver, error);
-    return item ? item : first;
+    return item || error ? item : first;
 }
 
 std::shared_ptr<TDFindResultItem> TDSearchEngine::_searchFile(const FileToRead &file, SearchContext &context,
