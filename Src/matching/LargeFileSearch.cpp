@@ -6,6 +6,7 @@
 #include "matching/SearchContext.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace tidemark {
@@ -28,39 +29,47 @@ TextBlockReader::Outcome LargeFileSearch::run(const PartReceiver &receiver)
 {
     _receiver = receiver;
     const int threads = std::min(processorCount(), MOST_THREADS);
-    doInParallel(threads, size_t(threads), [this](size_t) {
-        if (std::this_thread::get_id() == _caller) {
-            _searchOnThisThread(_context);
-        } else {
-            SearchContext own(_context.pattern());
-            _searchOnThisThread(own);
-        }
-    });
-    return _outcome;
+    doInParallel(threads, size_t(threads), [this](size_t) { _searchOnThisThread(); });
+    const bool isCutShort =
+        _outcome == Outcome::Block && !_error && !_state.shouldStop() && !_state.hasExcessiveMatch();
+    return isCutShort ? Outcome::NeedsLineReader : _outcome;
 }
 
-void LargeFileSearch::_searchOnThisThread(SearchContext &context)
+void LargeFileSearch::_searchOnThisThread()
 {
     const StopScope scope(_state.shouldStopFlag(), _state.searchShouldStopFlag());
     try {
-        BlockDecoder decoder;
-        const bool canDecode = decoder.setEncoding(_context.reader().encoding().encoding);
-        MatchCollector collector(context, _state);
-        for (Block block; _readNext(block);) {
-            Searched searched;
-            QByteArrayView text;
-            if (canDecode && decoder.toUtf8(block.bytes, text))
-                collector.searchBlock(text, searched.lineCount, MatchCollector::LineCount::Needed,
-                                      searched.error);
-            else
-                searched.outcome = Outcome::NeedsLineReader;
-            searched.matches = collector.take();
-            _put(block.number, std::move(searched));
-            if (std::this_thread::get_id() == _caller)
-                _handOver();
+        if (std::this_thread::get_id() == _caller) {
+            _searchBlocks(_context);
+        } else {
+            SearchContext own(_context.pattern());
+            _searchBlocks(own);
         }
     } catch (const WorkStopped &) {
         // Every thread sees the flags, and the caller asks for them.
+    } catch (const std::bad_alloc &) {
+        // The line reader needs less.
+        _hasEnded = true;
+    }
+}
+
+void LargeFileSearch::_searchBlocks(SearchContext &context)
+{
+    BlockDecoder decoder;
+    const bool canDecode = decoder.setEncoding(_context.reader().encoding().encoding);
+    MatchCollector collector(context, _state);
+    for (Block block; _readNext(block);) {
+        Searched searched;
+        QByteArrayView text;
+        if (canDecode && decoder.toUtf8(block.bytes, text))
+            collector.searchBlock(text, searched.lineCount, MatchCollector::LineCount::Needed,
+                                  searched.error);
+        else
+            searched.outcome = Outcome::NeedsLineReader;
+        searched.matches = collector.take();
+        _put(block.number, std::move(searched));
+        if (std::this_thread::get_id() == _caller)
+            _handOver();
     }
 }
 

@@ -55,7 +55,8 @@ private:
         TDError error;
     };
 
-    void _searchOnThisThread(SearchContext &context);
+    void _searchOnThisThread();
+    void _searchBlocks(SearchContext &context);
     bool _readNext(Block &block);
     void _put(quint64 number, Searched searched);
     void _append(Searched &searched);

@@ -468,7 +468,7 @@ TEST_P(TDSearchEngineTest, AnExpressionThatFailsInALargeFileTakesItsPartsBack)
 {
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
     folder.write("1-large", largeContent() + "aab " + QByteArray(3000, 'a') + "!\n");
-    const Messages messages = searchFolder(u"one match|^(a+)+b|(a|aa|a*)+$"_s);
+    const Messages messages = searchFolder(u"one match|aab (a|aa|a*)+$"_s);
     EXPECT_EQ(messages.last(), "stop 1 0 0");
     ASSERT_EQ(recorder->nodes.size(), 1);
     EXPECT_TRUE(recorder->nodes[0]->children().isEmpty());
