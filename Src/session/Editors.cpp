@@ -74,19 +74,37 @@ bool canBeHandedOver(const FilePath &path)
     return path.displayText().toUtf8() == path.bytes();
 }
 
+/// Nothing where it isn't installed.
+std::optional<Editor> installed(const KnownEditor &known)
+{
+    const QString program = QString::fromLatin1(known.program);
+    const bool isInTerminal = program == TERMINAL_EDITOR;
+    if (!isInstalled(program) || (isInTerminal && !isInstalled(TERMINAL)))
+        return {};
+    const QString command = program + u' ' + QString::fromLatin1(known.arguments);
+    return Editor{program, QString::fromLatin1(known.name),
+                  isInTerminal ? TERMINAL + QStringLiteral(" -e ") + command : command};
+}
+
+/// Looks for no other, since this is asked at each step through the results.
+std::optional<Editor> chosenKnownEditor()
+{
+    const QString id = UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_EDITOR);
+    for (const KnownEditor &known : KNOWN_EDITORS) {
+        if (id == QLatin1String(known.program))
+            return installed(known);
+    }
+    return {};
+}
+
 } // namespace
 
 QList<Editor> installedEditors()
 {
     QList<Editor> editors;
     for (const KnownEditor &known : KNOWN_EDITORS) {
-        const QString program = QString::fromLatin1(known.program);
-        const bool isInTerminal = program == TERMINAL_EDITOR;
-        if (!isInstalled(program) || (isInTerminal && !isInstalled(TERMINAL)))
-            continue;
-        const QString command = program + u' ' + QString::fromLatin1(known.arguments);
-        editors << Editor{program, QString::fromLatin1(known.name),
-                          isInTerminal ? TERMINAL + QStringLiteral(" -e ") + command : command};
+        if (const std::optional<Editor> editor = installed(known))
+            editors << *editor;
     }
     return editors;
 }
@@ -94,25 +112,18 @@ QList<Editor> installedEditors()
 std::optional<QString> chosenEditorCommand()
 {
     const UserDefaults &settings = UserDefaults::standard();
-    const QString id = settings.stringForKey(TD_USER_DEFAULTS_NAME_EDITOR);
-    if (id == TD_EDITOR_OF_ONES_OWN) {
+    if (settings.stringForKey(TD_USER_DEFAULTS_NAME_EDITOR) == TD_EDITOR_OF_ONES_OWN) {
         const QString command = settings.stringForKey(TD_USER_DEFAULTS_NAME_EDITOR_COMMAND).trimmed();
         return command.isEmpty() ? std::nullopt : std::optional(command);
     }
-    for (const Editor &editor : installedEditors()) {
-        if (editor.id == id)
-            return editor.command;
-    }
-    return {};
+    const std::optional<Editor> editor = chosenKnownEditor();
+    return editor ? std::optional(editor->command) : std::nullopt;
 }
 
 std::optional<QString> chosenEditorName()
 {
-    const QString id = UserDefaults::standard().stringForKey(TD_USER_DEFAULTS_NAME_EDITOR);
-    for (const Editor &editor : installedEditors()) {
-        if (editor.id == id)
-            return editor.name;
-    }
+    if (const std::optional<Editor> editor = chosenKnownEditor())
+        return editor->name;
     const std::optional<QString> command = chosenEditorCommand();
     return command ? std::optional(QProcess::splitCommand(*command).value(0).section(u'/', -1))
                    : std::nullopt;
