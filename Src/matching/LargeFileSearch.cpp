@@ -2,6 +2,7 @@
 
 #include "foundation/StopFlag.h"
 #include "foundation/WorkerThreads.h"
+#include "matching/FileSearchState.h"
 #include "matching/MatchCollector.h"
 #include "matching/SearchContext.h"
 

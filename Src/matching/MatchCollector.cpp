@@ -10,11 +10,6 @@
 
 namespace tidemark {
 
-void FileSearchState::startAfresh()
-{
-    _hasLongLines = _hasFound = false;
-}
-
 MatchCollector::MatchCollector(SearchContext &context, FileSearchState &state)
     : _context(context), _state(state)
 {

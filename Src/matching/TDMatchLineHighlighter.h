@@ -4,6 +4,7 @@
 #include "foundation/TDError.h"
 #include "foundation/TDFileCommon.h"
 #include "matching/FileMatches.h"
+#include "matching/FileSearchState.h"
 #include "matching/MatchCollector.h"
 #include "matching/TDFindPattern.h"
 #include "reading/FileToRead.h"

@@ -245,6 +245,7 @@ void SearchControl::_endReadAs()
     _document.setResultsStatusText(
         finishedStatus(_counts) +
         readAsStatus(quint64(count), localizedNameOfStringEncoding(again->encoding())));
+    _wasStopped = false;
     _setSectionTitle(localizedString("Review search results"));
     _setSearching(false);
     Q_EMIT readAgain(read);
