@@ -51,12 +51,10 @@ public:
         }
         return _fail(), 0;
     }
-    /// A size or count: none is negative.
-    qint64 size()
-    {
-        const quint64 size = number();
-        return size <= quint64(std::numeric_limits<qint64>::max()) ? qint64(size) : (_fail(), 0);
-    }
+    /// Never negative.
+    qint64 size() { return _atMost(std::numeric_limits<qint64>::max()); }
+    /// Of files or matches: so small that millions of them can be added up.
+    qint64 count() { return _atMost(qint64(1) << 40); }
     QByteArrayView bytes() { return bytes(size()); }
     QByteArrayView bytes(qint64 count) { return _take(count); }
     quint64 hash()
@@ -71,6 +69,11 @@ public:
     }
 
 private:
+    qint64 _atMost(qint64 most)
+    {
+        const quint64 value = number();
+        return value <= quint64(most) ? qint64(value) : (_fail(), 0);
+    }
     QByteArrayView _take(qint64 count)
     {
         if (count > _rest.size())

@@ -40,8 +40,8 @@ QByteArray compressedBlock(BlockKind kind, Counts counts, const QByteArray &cont
 QByteArray uncompressed(QByteArrayView body, Counts &counts)
 {
     FieldReader fields(body);
-    counts.files = fields.size();
-    counts.matches = fields.size();
+    counts.files = fields.count();
+    counts.matches = fields.count();
     const QByteArrayView compressed = fields.rest();
     if (!fields.isValid() || compressed.size() <= SIZE_OF_CONTENT)
         return {};
@@ -198,7 +198,7 @@ bool isWhole(const BlockHead &head, QByteArrayView body)
 std::optional<Counts> countsOf(QByteArrayView body)
 {
     FieldReader fields(body);
-    const Counts counts{fields.size(), fields.size()};
+    const Counts counts{fields.count(), fields.count()};
     return fields.isValid() ? std::optional(counts) : std::nullopt;
 }
 
@@ -222,7 +222,7 @@ std::optional<std::vector<UndoEntry>> entriesOf(QByteArrayView body)
         entry.inode = fields.number();
         entry.before = takeDigest(fields);
         entry.after = takeDigest(fields);
-        entry.matches = fields.size();
+        entry.matches = fields.count();
         const quint64 flags = fields.number();
         entry.isBackupTransient = (flags & TRANSIENT_BACKUP) != 0;
         entry.differences = fields.bytes().toByteArray();
