@@ -93,7 +93,7 @@ ReplaceControl::Outcome replaceAll(const SearchRun &search, const DriverOptions 
                             [&options] { return *options.replaceText; },
                             [&locations](const FilePath &path) { return isFileAmong(locations, path); }});
     ReplaceControl::Outcome outcome;
-    control.replaceMatches(filesAndLines(search.files()),
+    control.replaceMatches(LinesByFile::ofFiles(search.files()),
                            [&outcome](const ReplaceControl::Outcome &ended) { outcome = ended; });
     return outcome;
 }

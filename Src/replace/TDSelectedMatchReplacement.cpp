@@ -15,20 +15,6 @@ constexpr qsizetype LINES_BETWEEN_EVENTS = 256;
 /// So many are gone within a few milliseconds.
 constexpr qsizetype LINES_RELEASED_AT_ONCE = 10000;
 
-/// The lines of a file follow each other, as a rule.
-qint64 filesOf(const FindResultItems &items)
-{
-    qint64 count = 0;
-    const TDFindResultItem *last = nullptr;
-    for (const auto &item : items) {
-        if (item->matchLine() == nullptr || item->parent() == last)
-            continue;
-        last = item->parent();
-        ++count;
-    }
-    return count;
-}
-
 } // namespace
 
 TDSelectedMatchReplacement::TDSelectedMatchReplacement(const ReplaceRequest &request,
@@ -43,36 +29,36 @@ TDSelectedMatchReplacement::ChangedFile::~ChangedFile()
 {
     if (savedLines.size() < LINES_RELEASED_AT_ONCE)
         return;
-    releaseElsewhere(std::move(items));
+    releaseElsewhere(std::move(lines));
     releaseElsewhere(std::move(savedLines));
 }
 
 void TDSelectedMatchReplacement::ChangedFile::restoreLines()
 {
-    for (qsizetype index = 0; index < items.size(); ++index)
-        savedLines[index].restore(*items[index]->matchLine());
+    for (qsizetype index = 0; index < savedLines.size(); ++index)
+        savedLines[index].restore(*lines[index]->matchLine());
 }
 
 bool TDSelectedMatchReplacement::ChangedFile::hasSomethingToSave() const
 {
     // Lines can have been left unsaved by an earlier run that was stopped.
-    return replacements > 0 || std::any_of(items.begin(), items.end(),
-                                           [](const auto &item) { return item->matchLine()->isUnsaved(); });
+    return replacements > 0 || std::any_of(lines.begin(), lines.begin() + savedLines.size(),
+                                           [](const auto &line) { return line->matchLine()->isUnsaved(); });
 }
 
 TDSelectedMatchReplacement::Outcome
-TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &selectedObjects)
+TDSelectedMatchReplacement::replaceSelectedMatches(const LinesByFile &selectedLines)
 {
     _outcome = {};
     _current = std::make_shared<ChangedFile>();
     _run = std::make_unique<RewriteRun>(
-        RewriteRun::Flushing::FileSystem, filesOf(selectedObjects), [this] { _lookUp(); },
+        RewriteRun::Flushing::FileSystem, qint64(selectedLines.size()), [this] { _lookUp(); },
         [this] { return _stopReplace.load(); });
-    // Each of these goes through millions of lines.
     _lookUp();
-    _beginUndoStep(selectedObjects);
+    // This goes through millions of lines.
+    _beginUndoStep(selectedLines);
     _lookUp();
-    _replaceInObjects(selectedObjects);
+    _replaceInFiles(selectedLines);
     for (const RewriteRun::LateProblem &late : _run->finish())
         _noteLateProblem(late);
     if (_undoStep) {
@@ -84,17 +70,14 @@ TDSelectedMatchReplacement::replaceSelectedMatches(const FindResultItems &select
     return _outcome;
 }
 
-void TDSelectedMatchReplacement::_beginUndoStep(const FindResultItems &selectedObjects)
+void TDSelectedMatchReplacement::_beginUndoStep(const LinesByFile &selectedLines)
 {
     _undoStep.reset();
     const std::optional<UndoJournal> journal = UndoJournal::current();
     if (!journal)
         return;
     // What was said to be too large before isn't kept either when it turns out smaller.
-    UndoSizeEstimate size;
-    for (const auto &item : selectedObjects)
-        size.add(*item);
-    if (!journal->hasRoomFor(size.bytes())) {
+    if (!journal->hasRoomFor(UndoSizeEstimate::of(selectedLines))) {
         _outcome.undo = UndoKeeping::TooLarge;
         return;
     }
@@ -102,19 +85,13 @@ void TDSelectedMatchReplacement::_beginUndoStep(const FindResultItems &selectedO
     _run->setUndoStep(_undoStep);
 }
 
-void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &selectedObjects)
+void TDSelectedMatchReplacement::_replaceInFiles(const LinesByFile &selectedLines)
 {
-    for (const auto &item : selectedObjects) {
+    for (const LinesByFile::Group &group : selectedLines) {
         if (_stopReplace)
             break;
-        if (item->matchLine() == nullptr)
-            continue;
-        if (item->parent() != _current->file)
-            _changeToFile(item->parent());
-        // Events delivered between the files may have asked for the stop.
-        if (_stopReplace)
-            break;
-        if (!_replaceInLine(item)) {
+        _changeToFile(group);
+        if (!_replaceInFile()) {
             _run->flush();
             _abandonWaitingFiles();
             return;
@@ -131,12 +108,23 @@ void TDSelectedMatchReplacement::_replaceInObjects(const FindResultItems &select
         _clearRangesOfCurrentFile();
 }
 
-bool TDSelectedMatchReplacement::_replaceInLine(const std::shared_ptr<TDFindResultItem> &item)
+/// False when the expression turns out to be faulty.
+bool TDSelectedMatchReplacement::_replaceInFile()
 {
-    TDMatchLine &line = *item->matchLine();
-    if (_current->items.size() % LINES_BETWEEN_EVENTS == LINES_BETWEEN_EVENTS - 1)
+    for (const auto &line : std::as_const(_current->lines)) {
+        // Events may have asked for the stop.
+        if (_stopReplace)
+            break;
+        if (!_replaceInLine(*line->matchLine()))
+            return false;
+    }
+    return true;
+}
+
+bool TDSelectedMatchReplacement::_replaceInLine(TDMatchLine &line)
+{
+    if (_current->savedLines.size() % LINES_BETWEEN_EVENTS == LINES_BETWEEN_EVENTS - 1)
         _lookUp();
-    _current->items << item;
     _current->savedLines << SavedMatchLine(line);
     const ReplacedMatches done = replaceMatches(
         line, _replacement, [this] { return _stopReplace.load(); }, _outcome.error);
@@ -153,18 +141,17 @@ void TDSelectedMatchReplacement::_lookUp() const
         _betweenFiles(_filesDone);
 }
 
-void TDSelectedMatchReplacement::_changeToFile(TDFindResultItem *file)
+void TDSelectedMatchReplacement::_changeToFile(const LinesByFile::Group &group)
 {
     _saveCurrentFile();
     // Its lines are on their way to the disk and may not change meanwhile.
-    if (_waitingFiles.contains(file))
+    if (_waitingFiles.contains(group.file))
         _run->flush();
     _current = std::make_shared<ChangedFile>();
-    _current->file = file;
+    _current->file = group.file;
+    _current->lines = group.lines;
     // Moving millions of them takes long; room that stays empty costs nothing.
-    const qsizetype lines = file->children().size();
-    _current->items.reserve(lines);
-    _current->savedLines.reserve(lines);
+    _current->savedLines.reserve(group.lines.size());
 }
 
 void TDSelectedMatchReplacement::_saveCurrentFile()
@@ -237,9 +224,10 @@ void TDSelectedMatchReplacement::_abandonWaitingFiles()
 
 void TDSelectedMatchReplacement::_clearRangesOfCurrentFile()
 {
-    for (const auto &item : std::as_const(_current->items)) {
-        item->matchLine()->setMatchRanges({});
-        item->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
+    for (qsizetype index = 0; index < _current->savedLines.size(); ++index) {
+        TDMatchLine &line = *_current->lines[index]->matchLine();
+        line.setMatchRanges({});
+        line.setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/TDError.h"
 #include "matching/TDFindResultItem.h"
+#include "replace/LinesByFile.h"
 #include "replace/MatchLineReplacement.h"
 #include "replace/RewriteRun.h"
 #include "replace/TDReplaceEngine.h"
@@ -53,11 +54,10 @@ public:
     TDSelectedMatchReplacement(const ReplaceRequest &request, const std::atomic<bool> &stopReplace,
                                BetweenFiles betweenFiles = {});
 
-    /// The selected nodes in selection order; only match lines among them are replaced in. The list isn't
-    /// looked at any more after a stop or a faulty expression: the lines of the file in hand then stay
-    /// changed in memory only. Files are written in groups; those whose group isn't being written at a stop
-    /// are as they were, with their lines.
-    Outcome replaceSelectedMatches(const FindResultItems &selectedObjects);
+    /// In the order of the lines, which aren't looked at any more after a stop or a faulty expression: those
+    /// of the file in hand then stay changed in memory only. Files are written in groups; those whose group
+    /// isn't being written at a stop are as they were, with their lines.
+    Outcome replaceSelectedMatches(const LinesByFile &selectedLines);
 
     /// The error that lists files which couldn't be updated.
     static TDError failedFilesError(const QList<FilePath> &failedPaths);
@@ -67,8 +67,8 @@ private:
     struct ChangedFile
     {
         TDFindResultItem *file = nullptr;
-        FindResultItems items;
-        QList<SavedMatchLine> savedLines; ///< one for each item
+        FindResultItems lines;            ///< to be replaced in
+        QList<SavedMatchLine> savedLines; ///< of the first of these: those that were replaced in
         quint64 replacements = 0;
         bool hasFailed = false;
 
@@ -81,10 +81,11 @@ private:
         bool hasSomethingToSave() const;
     };
 
-    void _beginUndoStep(const FindResultItems &selectedObjects);
-    void _replaceInObjects(const FindResultItems &selectedObjects);
-    bool _replaceInLine(const std::shared_ptr<TDFindResultItem> &item);
-    void _changeToFile(TDFindResultItem *file);
+    void _beginUndoStep(const LinesByFile &selectedLines);
+    void _replaceInFiles(const LinesByFile &selectedLines);
+    bool _replaceInFile();
+    bool _replaceInLine(TDMatchLine &line);
+    void _changeToFile(const LinesByFile::Group &group);
     void _lookUp() const;
     void _saveCurrentFile();
     void _fileIsDone(ChangedFile &changed, const FileRewrite &rewrite, bool isRewritten);

@@ -154,13 +154,25 @@ QList<FilePath> UndoJournal::filesOf(const QByteArray &id) const
     return paths;
 }
 
-void UndoSizeEstimate::add(const TDFindResultItem &item)
+qint64 UndoSizeEstimate::of(const LinesByFile &lines)
 {
-    if (item.matchLine() == nullptr)
-        return;
-    if (std::exchange(_file, item.parent()) != item.parent())
-        _bytes += BYTES_OF_FILE + _file->path().bytes().size();
-    for (const TextRange &range : item.matchLine()->matchRangesInPlace())
+    UndoSizeEstimate estimate;
+    for (const auto &[file, ofFile] : lines) {
+        estimate.addFile(*file);
+        for (const auto &line : ofFile)
+            estimate.addLine(*line->matchLine());
+    }
+    return estimate.bytes();
+}
+
+void UndoSizeEstimate::addFile(const TDFindResultItem &file)
+{
+    _bytes += BYTES_OF_FILE + file.path().bytes().size();
+}
+
+void UndoSizeEstimate::addLine(const TDMatchLine &line)
+{
+    for (const TextRange &range : line.matchRangesInPlace())
         _bytes += BYTES_OF_MATCH + range.length * qint64(sizeof(char16_t));
 }
 

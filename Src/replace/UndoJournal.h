@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/FilePath.h"
-#include "matching/TDFindResultItem.h"
+#include "replace/LinesByFile.h"
 #include "replace/UndoStep.h"
 
 #include <memory>
@@ -16,12 +16,14 @@ class UndoStepWriter;
 class UndoSizeEstimate
 {
 public:
-    /// The lines of a file follow each other.
-    void add(const TDFindResultItem &item);
+    static qint64 of(const LinesByFile &lines);
+
+    void addFile(const TDFindResultItem &file);
+    /// Of the file added last.
+    void addLine(const TDMatchLine &line);
     qint64 bytes() const { return _bytes; }
 
 private:
-    const TDFindResultItem *_file = nullptr;
     qint64 _bytes = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace tidemark {
@@ -17,69 +18,41 @@ constexpr qint64 MILLISECONDS_BETWEEN_PROGRESS = 75;
 
 quint64 openMatchesOf(const TDFindResultItem &item)
 {
-    const TDMatchLine *line = item.matchLine();
-    return line == nullptr ? 0 : line->numberOfMatches() - line->numberOfReplacedMatches();
+    return item.matchLine()->numberOfMatches() - item.matchLine()->numberOfReplacedMatches();
 }
 
 /// Those in which something is left to replace. Looks at no more of a file's lines than it takes.
-quint64 filesToReplaceIn(const FindResultItems &items)
+quint64 filesToReplaceIn(const LinesByFile &lines)
 {
     QSet<const TDFindResultItem *> files;
-    const TDFindResultItem *last = nullptr;
-    for (const auto &item : items) {
-        if (item->parent() == last || openMatchesOf(*item) == 0)
-            continue;
-        last = item->parent();
-        files.insert(last);
+    for (const auto &[file, ofFile] : lines) {
+        if (std::any_of(ofFile.begin(), ofFile.end(),
+                        [](const auto &line) { return openMatchesOf(*line) > 0; }))
+            files.insert(file);
     }
     return quint64(files.size());
 }
 
-/// Adds up the extent of match lines.
-class ExtentSum
-{
-public:
-    void add(const FindResultItems &items)
-    {
-        for (const auto &item : items)
-            _add(*item);
-    }
-    ReplaceExtent extent() const { return {_matches, quint64(_files.size()), _undoSize.bytes()}; }
-
-private:
-    void _add(const TDFindResultItem &item)
-    {
-        _undoSize.add(item);
-        const quint64 open = openMatchesOf(item);
-        if (open == 0)
-            return;
-        _matches += open;
-        // The lines of a file follow each other, as a rule.
-        if (std::exchange(_last, item.parent()) != item.parent())
-            _files.insert(item.parent());
-    }
-
-    quint64 _matches = 0;
-    QSet<const TDFindResultItem *> _files;
-    const TDFindResultItem *_last = nullptr;
-    UndoSizeEstimate _undoSize;
-};
-
 } // namespace
 
-ReplaceExtent ReplaceExtent::of(const FindResultItems &items)
+ReplaceExtent ReplaceExtent::of(const LinesByFile &lines)
 {
-    ExtentSum sum;
-    sum.add(items);
-    return sum.extent();
-}
-
-ReplaceExtent ReplaceExtent::ofFiles(const FindResultItems &files)
-{
-    ExtentSum sum;
-    for (const auto &file : files)
-        sum.add(file->children());
-    return sum.extent();
+    ReplaceExtent extent;
+    QSet<const TDFindResultItem *> files;
+    UndoSizeEstimate undoSize;
+    for (const auto &[file, ofFile] : lines) {
+        const quint64 matchesBefore = extent.matches;
+        undoSize.addFile(*file);
+        for (const auto &line : ofFile) {
+            undoSize.addLine(*line->matchLine());
+            extent.matches += openMatchesOf(*line);
+        }
+        if (extent.matches > matchesBefore)
+            files.insert(file);
+    }
+    extent.files = quint64(files.size());
+    extent.undoSize = undoSize.bytes();
+    return extent;
 }
 
 bool ReplaceExtent::canBeUndone() const
@@ -139,7 +112,7 @@ TDSelectedMatchReplacement::BetweenFiles ReplaceControl::_deliverEvents(quint64 
     };
 }
 
-void ReplaceControl::replaceMatches(const FindResultItems &items,
+void ReplaceControl::replaceMatches(const LinesByFile &lines,
                                     const std::function<void(const Outcome &)> &showEnd)
 {
     if (isReplacing())
@@ -147,14 +120,14 @@ void ReplaceControl::replaceMatches(const FindResultItems &items,
     // Events may take away the window, and with it this object; the run then ends on what it holds itself.
     const QPointer self(this);
     const auto stop = _stopReplace;
-    const quint64 fileCount = filesToReplaceIn(items);
+    const quint64 fileCount = filesToReplaceIn(lines);
     ReplaceRequest request = _request();
     request.isFileInSearchLocations = [self, asked = request.isFileInSearchLocations](const FilePath &path) {
         return self && asked(path);
     };
     _begin(Run::Replacing, fileCount);
     const Outcome outcome =
-        TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(items);
+        TDSelectedMatchReplacement(request, *stop, _deliverEvents(fileCount)).replaceSelectedMatches(lines);
     if (self)
         _endRun(outcome, showEnd, &ReplaceControl::finished);
 }

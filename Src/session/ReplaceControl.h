@@ -33,10 +33,7 @@ struct ReplaceExtent
     /// Whether a run over it would be kept for undoing, by the journal and the settings in force.
     bool canBeUndone() const;
 
-    /// Of the match lines among the nodes.
-    static ReplaceExtent of(const FindResultItems &items);
-    /// Of all lines of the files.
-    static ReplaceExtent ofFiles(const FindResultItems &files);
+    static ReplaceExtent of(const LinesByFile &lines);
 };
 
 /// Replaces matches of a window's results: one, or many in a run that can be stopped. A run stays on the main
@@ -62,11 +59,10 @@ public:
     /// Replaces the node's highlighted match and saves the file. True when the highlight already stands on
     /// the next match.
     bool replaceMatch(TDFindResultItem &item, TDError &error);
-    /// Replaces all matches of the nodes, which the caller keeps alive. `showEnd` is called at the end while
+    /// Replaces all matches of the lines. `showEnd` is called at the end while
     /// isReplacing() still holds, and not at all if this object has gone away; it may deliver events. Does
     /// nothing during a run.
-    void replaceMatches(const FindResultItems &items,
-                        const std::function<void(const Outcome &)> &showEnd = {});
+    void replaceMatches(const LinesByFile &lines, const std::function<void(const Outcome &)> &showEnd = {});
 
     /// Undoes or redoes a step of the journal, as replaceMatches() replaces: with the same signals, and it
     /// can be stopped. Results that are listed don't follow by themselves.

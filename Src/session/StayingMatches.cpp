@@ -4,7 +4,7 @@
 
 #include <QElapsedTimer>
 
-#include <utility>
+#include <numeric>
 
 namespace tidemark {
 
@@ -18,63 +18,56 @@ quint64 openMatches(const TDMatchLine &line)
     return line.numberOfMatches() - line.numberOfReplacedMatches();
 }
 
-/// Adds up line by line.
-class StayingByFile
+/// Takes so many lines at a time that the wait is looked at now and then.
+class StayingInLines
 {
 public:
-    void add(const TDFindResultItem *file, quint64 open, quint64 staying)
+    StayingInLines(const SearchTerms &terms, const QString &replaceText)
+        : _preview(terms.findText, replaceText, terms.options)
     {
-        if (std::exchange(_file, file) != file)
-            _endFile();
-        _openInFile += open;
-        _stayingInFile += staying;
+        _timer.start();
     }
-    StayingMatches sum()
+
+    std::optional<quint64> of(const FindResultItems &lines) const
     {
-        _endFile();
-        return _sum;
+        quint64 sum = 0;
+        for (qsizetype next = 0; next < lines.size(); next += LINES_AT_ONCE) {
+            QList<const TDMatchLine *> some;
+            for (const auto &line : lines.mid(next, LINES_AT_ONCE))
+                some << line->matchLine();
+            const std::chrono::milliseconds left = LONGEST_WAIT - std::chrono::milliseconds(_timer.elapsed());
+            const auto staying = left.count() > 0 ? _preview.staying(some, left) : std::nullopt;
+            if (!staying)
+                return {};
+            sum = std::accumulate(staying->begin(), staying->end(), sum);
+        }
+        return sum;
     }
 
 private:
-    void _endFile()
-    {
-        _sum.matches += _stayingInFile;
-        _sum.files += _openInFile > 0 && _openInFile == _stayingInFile ? 1 : 0;
-        _openInFile = _stayingInFile = 0;
-    }
-
-    const TDFindResultItem *_file = nullptr;
-    quint64 _openInFile = 0;
-    quint64 _stayingInFile = 0;
-    StayingMatches _sum;
+    ReplacementPreview _preview;
+    QElapsedTimer _timer;
 };
 
 } // namespace
 
-std::optional<StayingMatches> stayingMatches(const FindResultItems &items, const SearchTerms &terms,
+std::optional<StayingMatches> stayingMatches(const LinesByFile &lines, const SearchTerms &terms,
                                              const QString &replaceText)
 {
-    QElapsedTimer timer;
-    timer.start();
-    const ReplacementPreview preview(terms.findText, replaceText, terms.options);
-    StayingByFile byFile;
-    for (qsizetype next = 0; next < items.size();) {
-        FindResultItems chosen;
-        QList<const TDMatchLine *> lines;
-        for (; next < items.size() && lines.size() < LINES_AT_ONCE; ++next) {
-            if (items[next]->matchLine() == nullptr)
-                continue;
-            chosen << items[next];
-            lines << items[next]->matchLine();
-        }
-        const std::chrono::milliseconds left = LONGEST_WAIT - std::chrono::milliseconds(timer.elapsed());
-        const auto staying = left.count() > 0 ? preview.staying(lines, left) : std::nullopt;
+    const StayingInLines stayingInLines(terms, replaceText);
+    StayingMatches sum;
+    for (const auto &[file, ofFile] : lines) {
+        const auto staying = stayingInLines.of(ofFile);
         if (!staying)
             return {};
-        for (qsizetype index = 0; index < chosen.size(); ++index)
-            byFile.add(chosen[index]->parent(), openMatches(*lines[index]), (*staying)[index]);
+        const quint64 open =
+            std::accumulate(ofFile.begin(), ofFile.end(), quint64(0), [](quint64 before, const auto &line) {
+                return before + openMatches(*line->matchLine());
+            });
+        sum.matches += *staying;
+        sum.files += open > 0 && open == *staying ? 1 : 0;
     }
-    return byFile.sum();
+    return sum;
 }
 
 } // namespace tidemark

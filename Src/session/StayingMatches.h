@@ -1,6 +1,6 @@
 #pragma once
 
-#include "matching/TDFindResultItem.h"
+#include "replace/LinesByFile.h"
 #include "session/SearchTerms.h"
 
 #include <optional>
@@ -14,9 +14,9 @@ struct StayingMatches
     quint64 files = 0; ///< in which nothing else would change
 };
 
-/// Of the match lines among the nodes, without what was replaced before; the lines of a file follow each
-/// other. Nothing when that can't be told, or would keep a person waiting. Main thread only.
-std::optional<StayingMatches> stayingMatches(const FindResultItems &items, const SearchTerms &terms,
+/// Without what was replaced before. Nothing when that can't be told, or would keep a person waiting. Main
+/// thread only.
+std::optional<StayingMatches> stayingMatches(const LinesByFile &lines, const SearchTerms &terms,
                                              const QString &replaceText);
 
 } // namespace tidemark

@@ -393,7 +393,7 @@ TEST_F(RewriteRunTest, LinesBehindOneThatFlowedIntoAnotherAreRefused)
     const std::atomic<bool> stop = false;
     const auto runOn = [&](qsizetype line, const QString &text) {
         return TDSelectedMatchReplacement(request(u"needle"_s, text), stop)
-            .replaceSelectedMatches({file->matchLines()[line]});
+            .replaceSelectedMatches(FindResultItems{file->matchLines()[line]});
     };
     EXPECT_EQ(runOn(0, QString()).filesRewritten, 1U);
     EXPECT_EQ(contentOfFile(path), "x\r\nneedle\nneedle\n");

@@ -159,11 +159,8 @@ TEST_F(UndoJournalTest, TakesLittleRoomAndTheOldestStepsGoFirst)
     const auto outcome = replace(u"tide"_s, u"current"_s);
     const qint64 size = journal().steps().value(0).size;
     EXPECT_LT(size, qint64(outcome.replacements) * 4 * 5 / 2 + 300 * 200);
-    UndoSizeEstimate estimate;
     const FindResultItems found = search(_folder.path(), u"current"_s);
-    for (const auto &line : matchLinesOf(found))
-        estimate.add(*line);
-    EXPECT_LT(size, estimate.bytes());
+    EXPECT_LT(size, UndoSizeEstimate::of(LinesByFile::ofFiles(found)));
 
     // Room for two such steps.
     UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_UNDO_JOURNAL_SIZE, 1);

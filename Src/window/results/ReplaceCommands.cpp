@@ -102,8 +102,9 @@ bool ReplaceCommands::_performReplace()
 
 // -- Asking
 
-QString ReplaceCommands::_informativeText(ReplaceExtent extent, const ItemList &items) const
+QString ReplaceCommands::_informativeText(const LinesByFile &lines) const
 {
+    ReplaceExtent extent = ReplaceExtent::of(lines);
     const SearchTerms terms = SearchTerms::withUserDefaults(_control.findText());
     const auto searched = _search.searchedTerms();
     const bool isStale = searched && *searched != terms;
@@ -115,7 +116,7 @@ QString ReplaceCommands::_informativeText(ReplaceExtent extent, const ItemList &
     std::optional<quint64> staying;
     // Without an expression a match is replaced whatever the find text.
     if (isStale && terms.isExpression()) {
-        if (const auto some = stayingMatches(items(), terms, _control.replaceText())) {
+        if (const auto some = stayingMatches(lines, terms, _control.replaceText())) {
             extent.matches -= some->matches;
             extent.files -= some->files;
             staying = some->matches;
@@ -142,10 +143,9 @@ QString ReplaceCommands::_changeText(ReplaceExtent extent) const
 }
 
 QMessageBox *ReplaceCommands::_ask(const QString &question, const QString &confirmation,
-                                   const ReplaceExtent &extent, const ItemList &items,
-                                   void (ReplaceCommands::*confirmed)())
+                                   const LinesByFile &lines, void (ReplaceCommands::*confirmed)())
 {
-    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(extent, items));
+    QMessageBox *sheet = makePlainSheet(_view.window(), question, _informativeText(lines));
     QPushButton *confirm = sheet->addButton(confirmation, QMessageBox::AcceptRole);
     QPushButton *cancel = sheet->addButton(localizedString("Cancel"), QMessageBox::RejectRole);
     sheet->setDefaultButton(confirm);
@@ -169,11 +169,10 @@ void ReplaceCommands::replaceSelection()
         _selectionConfirmed();
         return;
     }
-    const FindResultItems items = _navigation.selection().selectedObjects();
-    QMessageBox *sheet = _ask(
-        localizedString("Replace all selected occurrences of the find text with the replace text?"),
-        localizedString("Replace Selection"), ReplaceExtent::of(items), [&] { return items; },
-        &ReplaceCommands::_selectionConfirmed);
+    QMessageBox *sheet =
+        _ask(localizedString("Replace all selected occurrences of the find text with the replace text?"),
+             localizedString("Replace Selection"), _navigation.selection().selectedObjects(),
+             &ReplaceCommands::_selectionConfirmed);
     auto *suppress = new QCheckBox(localizedString("Do not show this message again"));
     sheet->setCheckBox(suppress);
     // Whatever button ends the sheet.
@@ -186,12 +185,11 @@ void ReplaceCommands::replaceAll()
 {
     if (!_beginCommand())
         return;
-    _ask(
-        localizedString(
-            "Replace all occurrences of the find text with the replace text in all files listed in the "
-            "search results?"),
-        localizedString("Replace All"), ReplaceExtent::ofFiles(_model.results().files()),
-        [this] { return allItems(); }, &ReplaceCommands::_allConfirmed)
+    _ask(localizedString(
+             "Replace all occurrences of the find text with the replace text in all files listed in the "
+             "search results?"),
+         localizedString("Replace All"), LinesByFile::ofFiles(_model.results().files()),
+         &ReplaceCommands::_allConfirmed)
         ->open();
 }
 
@@ -207,28 +205,27 @@ FindResultItems ReplaceCommands::allItems() const
 
 void ReplaceCommands::_selectionConfirmed()
 {
-    _replaceSelectedMatches(_navigation.selection().selectedObjects());
+    _replaceMatches(_navigation.selection().selectedObjects());
 }
 
 void ReplaceCommands::_allConfirmed()
 {
     _view.expandAll();
     _view.selectAll();
-    FindResultItems items = allItems();
-    _replaceSelectedMatches(items, [this] { _navigation.selectFirstMatch(); });
-    releaseInBackground(std::move(items));
+    _replaceMatches(LinesByFile::ofFiles(_model.results().files()),
+                    [this] { _navigation.selectFirstMatch(); });
 }
 
-void ReplaceCommands::_replaceSelectedMatches(const FindResultItems &items,
-                                              const std::function<void()> &afterwards)
+void ReplaceCommands::_replaceMatches(const LinesByFile &lines, const std::function<void()> &afterwards)
 {
     // Events may take away the window, and with it this object and the results.
-    const FindResultItems files = _model.results().files();
-    _control.replaceMatches(items,
+    FindResultItems files = _model.results().files();
+    _control.replaceMatches(lines,
                             [self = QPointer(this), afterwards](const ReplaceControl::Outcome &outcome) {
                                 if (self)
                                     self->_showEnd(outcome, afterwards);
                             });
+    releaseInBackground(std::move(files));
 }
 
 void ReplaceCommands::_showEnd(const ReplaceControl::Outcome &outcome,

@@ -56,15 +56,13 @@ private:
     bool _beginCommand();
     bool _performReplace();
     ReplacedMatch _currentMatch() const;
-    /// Made only where they are needed, as there may be millions.
-    using ItemList = std::function<FindResultItems()>;
-    QString _informativeText(ReplaceExtent extent, const ItemList &items) const;
+    QString _informativeText(const LinesByFile &lines) const;
     QString _changeText(ReplaceExtent extent) const;
-    QMessageBox *_ask(const QString &question, const QString &confirmation, const ReplaceExtent &extent,
-                      const ItemList &items, void (ReplaceCommands::*confirmed)());
+    QMessageBox *_ask(const QString &question, const QString &confirmation, const LinesByFile &lines,
+                      void (ReplaceCommands::*confirmed)());
     void _selectionConfirmed();
     void _allConfirmed();
-    void _replaceSelectedMatches(const FindResultItems &items, const std::function<void()> &afterwards = {});
+    void _replaceMatches(const LinesByFile &lines, const std::function<void()> &afterwards = {});
     void _showEnd(const ReplaceControl::Outcome &outcome, const std::function<void()> &afterwards);
 
     ReplaceControl &_control;
