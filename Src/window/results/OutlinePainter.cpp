@@ -146,6 +146,8 @@ void OutlinePainter::_paintTriangle(const QStyleOptionViewItem &option, const QM
 {
     const int indentation = _view.style()->pixelMetric(QStyle::PM_TreeViewIndentation, nullptr, &_view);
     QStyleOptionViewItem branch = option;
+    // Styles keep a picture for each palette. That of the row is a new one each time.
+    branch.palette = _view.palette();
     branch.rect = _visual(option, QRect(option.rect.topLeft(), QSize(indentation, option.rect.height())));
     branch.state.setFlag(QStyle::State_Selected, false);
     branch.state |= QStyle::State_Item;
