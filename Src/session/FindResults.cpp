@@ -1,5 +1,6 @@
 #include "session/FindResults.h"
 
+#include "foundation/WorkerThreads.h"
 #include "session/ResultsFilter.h"
 
 #include <QSet>
@@ -9,6 +10,7 @@
 #include <atomic>
 #include <deque>
 #include <mutex>
+#include <numeric>
 #include <utility>
 
 namespace tidemark {
@@ -17,6 +19,7 @@ namespace {
 
 /// Each run renumbers what is behind it.
 constexpr qsizetype MOST_SINGLE_RUNS = 32;
+constexpr qsizetype LINES_FOR_ONE_THREAD = 1 << 14;
 
 std::atomic<bool> releasingHasStopped = false;
 
@@ -28,6 +31,16 @@ void keepUntilTheEnd(FindResultItems nodes)
     const std::lock_guard lock(mutex);
     if (!nodes.isEmpty())
         kept->push_back(std::move(nodes));
+}
+
+/// Side by side where they are many.
+void setLines(const QList<FileWithLines> &files)
+{
+    const qsizetype lines =
+        std::accumulate(files.begin(), files.end(), qsizetype(0),
+                        [](qsizetype sum, const FileWithLines &file) { return sum + file.lines.size(); });
+    doInParallel(lines > LINES_FOR_ONE_THREAD ? processorCount() : 1, size_t(files.size()),
+                 [&](size_t index) { files[index].file->setChildren(files[index].lines); });
 }
 
 } // namespace
@@ -185,6 +198,7 @@ FindResultItems FindResults::_filtered(const FindResultItems &files)
     const auto parts = _filter ? _filter->shownLines(all) : ShownLines(size_t(all.size()));
     FindResultItems shown;
     shown.reserve(files.size());
+    QList<FileWithLines> changed;
     for (qsizetype index = 0; index < all.size(); ++index) {
         const auto &[file, lines] = all[index];
         const std::optional<FindResultItems> &part = parts[size_t(index)];
@@ -192,14 +206,15 @@ FindResultItems FindResults::_filtered(const FindResultItems &files)
         if (!part || showsInPart)
             shown << file;
         if (showsInPart)
-            file->setChildren(*part);
+            changed << FileWithLines{file, *part};
         else if (_allLines.contains(file.get()))
-            file->setChildren(lines);
+            changed << FileWithLines{file, lines};
         if (showsInPart)
             _allLines.insert(file.get(), lines);
         else
             _allLines.remove(file.get());
     }
+    setLines(changed);
     return shown;
 }
 
