@@ -124,9 +124,7 @@ void Loosening::_readEscape(const ExpressionToken &escape)
         _addClass(escape.text);
     else if (isOneOf(c, "123456789") && !_reader.isNextOneOf("0123456789"))
         _result += "(?:.*)"; // what a group has matched
-    else if (isOneOf(c, "tfe"))
-        (_result += '\\') += c;
-    else if (!isLetterOrDigit && (c & 0x80) == 0 && c >= ' ')
+    else if (isOneOf(c, "tfe") || (!isLetterOrDigit && (c & 0x80) == 0 && c >= ' '))
         (_result += '\\') += c;
     else
         throw NotLoosened();
