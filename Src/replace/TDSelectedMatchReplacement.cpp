@@ -137,6 +137,7 @@ bool TDSelectedMatchReplacement::_replaceInLine(TDMatchLine &line)
 /// What happened meanwhile is seen to.
 void TDSelectedMatchReplacement::_lookUp() const
 {
+    sortFreedMemory();
     if (_betweenFiles)
         _betweenFiles(_filesDone);
 }

@@ -284,21 +284,27 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     // A large file's lines come, or are put in place of others, while nobody looks.
     if (known != _knownCounts.constEnd() && known->lines == lines && known->shown == file.children().size())
         return *known;
-    Counts counts{{}, 0, lines, file.children().size()};
-    quint64 matches = 0;
+    const bool isPartlyHidden = _results.isPartlyHidden(file);
+    // Whatever else changes a file's lines makes the counts unknown: these are further ones.
+    const bool hasGrown =
+        known != _knownCounts.constEnd() && !known->isPartlyHidden && !isPartlyHidden && known->lines < lines;
+    Counts counts = hasGrown ? *known : Counts();
+    quint64 matches = quint64(counts.matches.value_or(0));
     const auto add = [&](const TDMatchLine &line) {
         matches += line.numberOfMatches();
         counts.replaced += qint32(line.numberOfReplacedMatches());
     };
-    const bool isPartlyHidden = _results.isPartlyHidden(file);
-    for (const auto &line : !isPartlyHidden && hasMatches ? file.matches()->lines : MatchLines())
-        add(*line);
+    for (qsizetype line = isPartlyHidden ? lines : counts.lines; line < lines; ++line)
+        add(*file.matches()->lines[line]);
     for (const auto &item : isPartlyHidden ? file.children() : FindResultItems()) {
         if (item->matchLine() != nullptr)
             add(*item->matchLine());
     }
     if (isPartlyHidden || lines > 0)
         counts.matches = qint32(matches);
+    counts.lines = lines;
+    counts.shown = file.children().size();
+    counts.isPartlyHidden = isPartlyHidden;
     return *_knownCounts.insert(file.identity(), counts);
 }
 

@@ -71,6 +71,7 @@ private:
         // What they were counted from: lines found, and lines that show.
         qsizetype lines = 0;
         qsizetype shown = 0;
+        bool isPartlyHidden = false;
     };
     const Counts &_counts(const TDFindResultItem &file) const;
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const { return _counts(file).matches; }
