@@ -153,7 +153,7 @@ void addQuestion(QMessageBox &sheet, QWidget *window, const std::shared_ptr<Inte
 
 } // namespace
 
-void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRewrites> rewrites,
+void askAboutInterruptedRewrites(QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites,
                                  WorkerThreads &worker, std::function<void(const QByteArray &)> undo)
 {
     const QList<File> &files = rewrites->files();

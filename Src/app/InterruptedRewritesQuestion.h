@@ -18,7 +18,7 @@ namespace tidemark {
 /// that as well, which `undo` is to begin: it is called after the old content was put back, on the main
 /// thread. Returns at once; the records stay locked while the sheet stands. Without anything to tell nothing
 /// is shown. Escape leaves the decision to the next start. The worker must outlive the sheet.
-void askAboutInterruptedRewrites(QWidget *window, std::shared_ptr<InterruptedRewrites> rewrites,
+void askAboutInterruptedRewrites(QWidget *window, const std::shared_ptr<InterruptedRewrites> &rewrites,
                                  WorkerThreads &worker,
                                  std::function<void(const QByteArray &stepId)> undo = {});
 

@@ -15,7 +15,7 @@ QString bestLanguage(const QStringList &preferredLanguages)
 {
     static const QStringList available = {QStringLiteral("en"), QStringLiteral("de"), QStringLiteral("fr")};
     for (const QString &preferred : preferredLanguages) {
-        const QString language = preferred.section(u'-', 0, 0).section(u'_', 0, 0);
+        QString language = preferred.section(u'-', 0, 0).section(u'_', 0, 0);
         if (available.contains(language))
             return language;
     }

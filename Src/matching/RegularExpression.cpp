@@ -41,7 +41,7 @@ boost::regex compiledExpressionAbandonably(const QByteArray &pattern, CaseRule c
     std::optional<boost::regex> compiled = resultOfAbandonable(compile, LONGEST_COMPILATION);
     if (!compiled)
         throw ExpressionLimitReached();
-    return std::move(*compiled);
+    return *compiled;
 }
 
 // The texts for the two faults differ in a blank only; both are used as they stand.

@@ -5,6 +5,7 @@
 #include <boost/regex.hpp>
 
 #include <array>
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -107,7 +108,7 @@ QByteArray narrowed(const std::wstring &text)
 {
     QByteArray bytes;
     for (const wchar_t character : text) {
-        const Unit unit = static_cast<Unit>(character);
+        const Unit unit = static_cast<Unit>(std::bit_cast<std::uint32_t>(character));
         bytes.append(reinterpret_cast<const char *>(&unit), sizeof unit);
     }
     return bytes;

@@ -80,7 +80,7 @@ QByteArray commonFolderOf(const QByteArray &repository)
 QByteArray resolved(const QByteArray &path)
 {
     char *real = ::realpath(path.constData(), nullptr);
-    const QByteArray result(real);
+    QByteArray result(real);
     std::free(real);
     return result;
 }
@@ -115,7 +115,7 @@ QByteArray IgnoreRules::enterLocation(const QByteArray &path, CaseRule caseRule)
     if (repository.isEmpty())
         return {};
     _useExcludes(repository, 0);
-    const QByteArray below = folder.mid(repository == "/" ? 1 : repository.size() + 1) + '/';
+    QByteArray below = folder.mid(repository == "/" ? 1 : repository.size() + 1) + '/';
     _useFoldersAbove(repository, below);
     _levels.back().uses = _uses.size();
     return below;

@@ -176,7 +176,7 @@ QByteArray OpenFolders::pathOfEntry(const char *name) const
     char *target = path.data();
     std::memcpy(target, _path.constData(), size_t(folderLength));
     target[folderLength] = '/';
-    std::memcpy(target + folderLength + 1, name, nameLength);
+    std::copy_n(name, nameLength, target + folderLength + 1);
     return path;
 }
 

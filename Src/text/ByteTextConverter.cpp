@@ -117,7 +117,7 @@ ByteTable::ByteTable(const Characters &characters, int encodableCount) : _charac
     Page empty;
     empty.fill(NO_BYTE);
     _pages.push_back(empty);
-    for (quint16 byte = 0; byte < encodableCount; ++byte) {
+    for (int byte = 0; byte < encodableCount; ++byte) {
         const char16_t character = _characters[byte];
         if (character == NO_CHARACTER)
             continue;
@@ -127,7 +127,7 @@ ByteTable::ByteTable(const Characters &characters, int encodableCount) : _charac
             _pages.push_back(empty);
         }
         quint16 &slot = _pages[page][character & 0xFF];
-        slot = std::min(slot, byte);
+        slot = std::min(slot, quint16(byte));
     }
     const auto upperHalf = _characters.begin() + ASCII_COUNT;
     const Characters ascii = identity();

@@ -118,7 +118,7 @@ bool CodeWalk::_takeCode(qsizetype length)
 std::optional<QByteArray> CodeWalk::encodedBetween(TextConverter &converter, const ShiftState &before,
                                                    QStringView text, const ShiftState &after)
 {
-    const std::optional<QByteArray> encoded = converter.encode(text);
+    std::optional<QByteArray> encoded = converter.encode(text);
     const ShiftFamily family = shiftFamilyOf(converter.encoding());
     if (!encoded || family == ShiftFamily::None)
         return encoded;

@@ -214,9 +214,9 @@ std::optional<QByteArray> IcuTextConverter::encode(QStringView text)
     const OpenConverter &converter = threadConverter(_icuName);
     if (converter.keepsAscii && isAscii(text))
         return text.toLatin1();
-    const std::optional<QByteArray> bytes = converter.rotatesControls
-                                                ? encodeWithIcu(converter.icu.get(), withControlsForIcu(text))
-                                                : encodeWithIcu(converter.icu.get(), text);
+    std::optional<QByteArray> bytes = converter.rotatesControls
+                                          ? encodeWithIcu(converter.icu.get(), withControlsForIcu(text))
+                                          : encodeWithIcu(converter.icu.get(), text);
     // Fallbacks for private characters and the like can't be switched off.
     if (!bytes || decodeWith(converter, *bytes) != text)
         return std::nullopt;

@@ -163,7 +163,7 @@ QIcon symbolIcon(Symbol symbol, const QPalette &palette)
 {
     const QStringList names = namesOf(symbol);
     for (const QString &name : names) {
-        const QIcon icon = QIcon::fromTheme(name);
+        QIcon icon = QIcon::fromTheme(name);
         if (isSeen(icon, palette.color(QPalette::Active, QPalette::Button)))
             return icon;
     }

@@ -25,6 +25,8 @@ constexpr int TEXT_MARGIN = 8; ///< pixels
 constexpr int FEWEST_DIGITS = 4;
 constexpr int EMPTY_MATCH_WIDTH = 3;
 constexpr double LINE_SPACING = 1.25;
+/// Layouts count in 1/64 of a pixel.
+constexpr int LONGEST_LINE = std::numeric_limits<int>::max() / 512;
 
 QString withoutNothing(const FileLine *line)
 {
@@ -209,7 +211,7 @@ std::unique_ptr<ContextView::Row> ContextView::_row(qint64 number) const
     row->layout.setTextOption(option);
     row->layout.beginLayout();
     QTextLine text = row->layout.createLine();
-    text.setLineWidth(std::numeric_limits<int>::max() / 512);
+    text.setLineWidth(LONGEST_LINE);
     row->layout.endLayout();
     _widest = std::max(_widest, qCeil(text.naturalTextWidth()) + TEXT_MARGIN);
     return row;

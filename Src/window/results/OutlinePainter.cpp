@@ -44,8 +44,8 @@ QColor tinted(const QPalette &palette)
 
 OutlinePainter::OutlinePainter(const TDSearchResultsOutlineView &view,
                                const TDSearchResultsTextFieldCell &cell, QPainter &painter,
-                               QStyleOptionViewItem option)
-    : _view(view), _cell(cell), _painter(painter), _option(std::move(option))
+                               const QStyleOptionViewItem &option)
+    : _view(view), _cell(cell), _painter(painter), _option(option)
 {
     // The same in a window that isn't active.
     for (const QPalette::ColorRole role : {QPalette::Text, QPalette::Base})

@@ -17,7 +17,7 @@ class OutlinePainter
 public:
     /// All must outlive the object; `option` is what every row begins with.
     OutlinePainter(const TDSearchResultsOutlineView &view, const TDSearchResultsTextFieldCell &cell,
-                   QPainter &painter, QStyleOptionViewItem option);
+                   QPainter &painter, const QStyleOptionViewItem &option);
 
     /// `textRect` is where a match line goes.
     void paintRow(int row, const QRect &rect, const QRect &textRect) const;

@@ -468,6 +468,7 @@ void ResultsPane::_showHint()
 {
     QString hint;
     const auto &filter = _document.findResults().filter();
+    const bool hasSearched = _document.filesWithMatchesCount() != TD_NO_SEARCH_PERFORMED;
     const bool lacksLocations = _document.searchLocations().isEmpty();
     outlineView().emptyState().setButton({}, {});
     // They may come yet.
@@ -475,13 +476,11 @@ void ResultsPane::_showHint()
         return outlineView().setHintText({});
     if (filter && _document.findResults().countOfAll() > 0) {
         hint = formatted(localizedString("No result has “%@” in its path or line."), {filter->text()});
-    } else if (_document.filesWithMatchesCount() == TD_NO_SEARCH_PERFORMED) {
-        hint = localizedString("Lines with matches will appear here.");
-    } else if (lacksLocations) {
+    } else if (hasSearched && lacksLocations) {
         hint = localizedString("Add a folder or a file to search first.");
         outlineView().emptyState().setButton(localizedString("Add Folder…"), tooltipAddLocation());
-    } else if (_document.findText().isEmpty()) {
-        // The field says what is missing.
+    } else if (!hasSearched || _document.findText().isEmpty()) {
+        // Where the find text is missing, its field says so.
         hint = localizedString("Lines with matches will appear here.");
     } else if (_document.findResults().isEmpty() && _search.wasStopped()) {
         hint = localizedString("The search was stopped before it found anything.");

@@ -6,8 +6,6 @@
 #include <QPoint>
 #include <QRect>
 
-#include <utility>
-
 class QPainter;
 class QPalette;
 class QRegion;
@@ -38,7 +36,7 @@ class StyledLinePainter
 public:
     /// Both references must outlive the object.
     StyledLinePainter(QPainter &painter, const StyledText &styled, Directions directions, LineColors colors)
-        : _painter(painter), _styled(styled), _directions(directions), _colors(std::move(colors))
+        : _painter(painter), _styled(styled), _directions(directions), _colors(colors)
     {}
 
     /// `origin` is where the layout's own origin is drawn.

@@ -177,7 +177,7 @@ void TDSearchResultsOutlineView::setSelectedRows(const SelectedRows &rows)
 QString TDSearchResultsOutlineView::spokenRow(int row) const
 {
     const QModelIndex index = indexAtRow(row);
-    const QString spoken = index.data(Qt::AccessibleTextRole).toString();
+    QString spoken = index.data(Qt::AccessibleTextRole).toString();
     if (!index.isValid() || index.parent().isValid())
         return spoken;
     return formatted(localizedString(isExpanded(index) ? "%@, expanded" : "%@, collapsed"), {spoken});
@@ -360,6 +360,7 @@ void TDSearchResultsOutlineView::keyboardSearch(const QString &search)
 void TDSearchResultsOutlineView::focusInEvent(QFocusEvent *event)
 {
     // The base would make a row current that nobody chose.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
 }

