@@ -11,6 +11,7 @@
 #include "window/results/TDSearchResultsOutlineView.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -235,7 +236,10 @@ void ReplaceCommands::_showEnd(const ReplaceControl::Outcome &outcome,
     // Selecting among a million lines takes a while, and whoever closed the window or quits sees none of it.
     if (!_view.isVisible())
         return;
-    _model.noteAllChanged();
+    const QPointer self(this);
+    _model.noteAllChanged([] { QCoreApplication::processEvents(); });
+    if (!self)
+        return;
     if (afterwards)
         afterwards();
     _navigation.determineIfFirstOrLastItemSelected();

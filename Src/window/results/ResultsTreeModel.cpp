@@ -14,6 +14,7 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QPalette>
+#include <QPointer>
 
 #include <algorithm>
 #include <numeric>
@@ -33,6 +34,8 @@ QString spokenMatches(quint64 count)
 {
     return formatted(localizedString(count == 1 ? "%lu match" : "%lu matches"), {count});
 }
+
+constexpr qsizetype LINES_COUNTED_AT_ONCE = 1 << 14;
 
 } // namespace
 
@@ -267,14 +270,50 @@ void ResultsTreeModel::noteFileChanged(const TDFindResultItem &file)
         Q_EMIT dataChanged(index(0, 0, parent), index(count - 1, COLUMN_COUNT - 1, parent));
 }
 
-void ResultsTreeModel::noteAllChanged()
+void ResultsTreeModel::noteAllChanged(const std::function<void()> &nowAndThen)
 {
-    _knownCounts.clear();
+    const QPointer self(this);
+    QHash<NodeIdentity, Counts> countedFiles;
+    const FindResultItems files = nowAndThen ? _results.files() : FindResultItems();
+    for (const auto &file : files) {
+        const qsizetype lines = file->matches() == nullptr ? 0 : file->matches()->lines.size();
+        if (lines <= LINES_COUNTED_AT_ONCE || _results.isPartlyHidden(*file))
+            continue;
+        Counts counts;
+        while (counts.lines < lines) {
+            counts.add(file->matches()->lines, std::min(lines, counts.lines + LINES_COUNTED_AT_ONCE));
+            nowAndThen();
+            if (!self)
+                return;
+        }
+        counts.shown = file->children().size();
+        countedFiles.insert(file->identity(), counts);
+    }
+    _knownCounts = std::move(countedFiles);
     if (!_results.isEmpty())
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, COLUMN_COUNT - 1));
 }
 
 // -- What is shown
+
+void ResultsTreeModel::Counts::add(const TDMatchLine &line)
+{
+    matches += line.numberOfMatches();
+    replaced += line.numberOfReplacedMatches();
+}
+
+void ResultsTreeModel::Counts::add(const MatchLines &found, qsizetype end)
+{
+    for (; lines < end; ++lines)
+        add(*found[lines]);
+}
+
+std::optional<qint32> ResultsTreeModel::_matchCount(const TDFindResultItem &file) const
+{
+    const Counts &counts = _counts(file);
+    const bool isKnown = counts.isPartlyHidden || counts.lines > 0;
+    return isKnown ? std::optional(qint32(counts.matches)) : std::nullopt;
+}
 
 const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem &file) const
 {
@@ -289,19 +328,12 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     const bool hasGrown =
         known != _knownCounts.constEnd() && !known->isPartlyHidden && !isPartlyHidden && known->lines < lines;
     Counts counts = hasGrown ? *known : Counts();
-    quint64 matches = quint64(counts.matches.value_or(0));
-    const auto add = [&](const TDMatchLine &line) {
-        matches += line.numberOfMatches();
-        counts.replaced += qint32(line.numberOfReplacedMatches());
-    };
-    for (qsizetype line = isPartlyHidden ? lines : counts.lines; line < lines; ++line)
-        add(*file.matches()->lines[line]);
     for (const auto &item : isPartlyHidden ? file.children() : FindResultItems()) {
         if (item->matchLine() != nullptr)
-            add(*item->matchLine());
+            counts.add(*item->matchLine());
     }
-    if (isPartlyHidden || lines > 0)
-        counts.matches = qint32(matches);
+    if (!isPartlyHidden && lines > 0)
+        counts.add(file.matches()->lines, lines);
     counts.lines = lines;
     counts.shown = file.children().size();
     counts.isPartlyHidden = isPartlyHidden;
@@ -314,7 +346,7 @@ QString ResultsTreeModel::_noteOf(const TDFindResultItem &file) const
     const QLocale locale;
     if (counts.replaced > 0)
         return formatted(localizedString("%@ of %@ replaced"),
-                         {locale.toString(counts.replaced), locale.toString(counts.matches.value_or(0))});
+                         {locale.toString(counts.replaced), locale.toString(counts.matches)});
     const bool isUsual = file.encoding().source == EncodingSource::Default ||
                          file.encoding().encoding == defaultEncodingIdentifier();
     const bool hasColumn = UserDefaults::standard().boolForKey(TD_USER_DEFAULTS_NAME_SHOW_ENCODINGS);

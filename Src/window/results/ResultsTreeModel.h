@@ -5,6 +5,7 @@
 #include <QAbstractItemModel>
 #include <QHash>
 
+#include <functional>
 #include <optional>
 
 namespace tidemark {
@@ -50,8 +51,10 @@ public:
     void noteLooksChanged(const TDFindResultItem &item);
     /// noteChanged() for a file and everything below it.
     void noteFileChanged(const TDFindResultItem &file);
-    /// noteChanged() for everything that is in the results.
-    void noteAllChanged();
+    /// noteChanged() for everything that is in the results. With `nowAndThen`, files of very many lines are
+    /// counted in this call, not when they are drawn, and it is called in between; it may deliver events, and
+    /// take the model away.
+    void noteAllChanged(const std::function<void()> &nowAndThen = {});
 
 private:
     void _connectResults();
@@ -66,15 +69,20 @@ private:
     int _row(qsizetype position) const { return int(_rows.isEmpty() ? position : _rows[position]); }
     struct Counts
     {
-        std::optional<qint32> matches;
-        qint32 replaced = 0;
+        void add(const TDMatchLine &line);
+        /// Those from `lines` on.
+        void add(const MatchLines &found, qsizetype end);
+
+        quint64 matches = 0;
+        quint64 replaced = 0;
         // What they were counted from: lines found, and lines that show.
         qsizetype lines = 0;
         qsizetype shown = 0;
         bool isPartlyHidden = false;
     };
     const Counts &_counts(const TDFindResultItem &file) const;
-    std::optional<qint32> _matchCount(const TDFindResultItem &file) const { return _counts(file).matches; }
+    /// None for errors.
+    std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
     QString _noteOf(const TDFindResultItem &file) const;
     QString _displayText(const TDFindResultItem &item, int column) const;
     static QIcon _iconOf(const TDFindResultItem &file);
