@@ -47,25 +47,25 @@ void runOnThread(Work &work)
 
 } // namespace
 
-bool runAbandonably(std::function<void()> run, std::chrono::milliseconds allowed)
+bool runAbandonably(std::function<void()> work, std::chrono::milliseconds allowed)
 {
     checkForStop();
-    const auto work = std::make_shared<Work>();
-    work->run = std::move(run);
+    const auto shared = std::make_shared<Work>();
+    shared->run = std::move(work);
     try {
-        std::thread([work] { runOnThread(*work); }).detach();
+        std::thread([shared] { runOnThread(*shared); }).detach();
     } catch (const std::system_error &) {
         // Without a thread there is nobody to leave behind.
-        runOnThread(*work);
+        runOnThread(*shared);
     }
 
-    const auto abandon = [&work] {
-        work->isAbandoned = true;
+    const auto abandon = [&shared] {
+        shared->isAbandoned = true;
         ++abandonedWorks;
     };
     const auto end = std::chrono::steady_clock::now() + allowed;
-    std::unique_lock lock(work->mutex);
-    while (!work->ended.wait_for(lock, BETWEEN_STOP_CHECKS, [&work] { return work->hasEnded; })) {
+    std::unique_lock lock(shared->mutex);
+    while (!shared->ended.wait_for(lock, BETWEEN_STOP_CHECKS, [&shared] { return shared->hasEnded; })) {
         try {
             checkForStop();
         } catch (const WorkStopped &) {
@@ -78,8 +78,8 @@ bool runAbandonably(std::function<void()> run, std::chrono::milliseconds allowed
         }
     }
     // Whoever catches it has it alone: this thread, or the other one, may be the last to let go of the work.
-    if (work->thrown)
-        std::rethrow_exception(std::exchange(work->thrown, nullptr));
+    if (shared->thrown)
+        std::rethrow_exception(std::exchange(shared->thrown, nullptr));
     return true;
 }
 

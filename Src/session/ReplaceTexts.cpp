@@ -45,7 +45,7 @@ QString changedOption(const char *title)
 
 QString linesOf(const TDSelectedMatchReplacement::FileFailure &failure)
 {
-    const QString lines = withVisibleNewlines(failure.path.displayText()) + u'\n';
+    QString lines = withVisibleNewlines(failure.path.displayText()) + u'\n';
     if (failure.backup.isEmpty())
         return lines;
     const QString backup = withVisibleNewlines(failure.backup.displayText());
