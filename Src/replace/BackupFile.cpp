@@ -31,9 +31,9 @@ constexpr qsizetype LONGEST_NAME = 255;
 /// power cut.
 QString transientBackupFolder()
 {
-    const QString usual = QDir::tempPath();
+    QString usual = QDir::tempPath();
 #ifdef __linux__
-    const QString lasting = QStringLiteral("/var/tmp");
+    QString lasting = QStringLiteral("/var/tmp");
     struct statfs status;
     if (!qEnvironmentVariableIsSet("TMPDIR") &&
         ::statfs(QFile::encodeName(usual).constData(), &status) == 0 && status.f_type == TMPFS_MAGIC &&

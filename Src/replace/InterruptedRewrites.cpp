@@ -80,6 +80,7 @@ std::vector<FilePath> recordsIn(const FilePath &folder)
     }
     std::sort(records.begin(), records.end());
     std::vector<FilePath> paths;
+    paths.reserve(records.size());
     for (const auto &[date, path] : records)
         paths.push_back(path);
     return paths;

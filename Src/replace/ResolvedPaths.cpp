@@ -13,7 +13,7 @@ FilePath realPath(const FilePath &path)
     char *resolved = ::realpath(path.cString(), nullptr);
     if (resolved == nullptr)
         return path;
-    const FilePath result((QByteArray(resolved)));
+    FilePath result((QByteArray(resolved)));
     std::free(resolved);
     return result;
 }
@@ -46,7 +46,7 @@ FilePath ResolvedPaths::_resolvingFolder(const FilePath &folder)
 {
     if (const auto place = _folders.constFind(folder); place != _folders.cend())
         return *place;
-    const FilePath resolved = resolving(folder);
+    FilePath resolved = resolving(folder);
     _folders.insert(folder, resolved);
     return resolved;
 }

@@ -141,7 +141,8 @@ FileNode merged(const FileNode &listed, const FileNode &found, const Standing &s
         lines.erase(lines.lower_bound(number), behind);
         lines.emplace(number, line);
     }
-    FileMatches matches = found ? *found->matches() : *listed->matches();
+    const FileMatches *known = (found ? found : listed)->matches();
+    FileMatches matches = known ? *known : FileMatches();
     matches.lines.clear();
     for (const auto &[number, line] : lines)
         matches.lines << line;
