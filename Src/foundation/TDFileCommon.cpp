@@ -4,14 +4,38 @@
 
 namespace tidemark {
 
+namespace {
+
+FileDate dateOfTime(const timespec &time)
+{
+    return {qint64(time.tv_sec) * 1000000000 + time.tv_nsec};
+}
+
+} // namespace
+
 FileDate FileDate::fromStatus(const struct stat &status)
 {
 #ifdef __APPLE__
-    const timespec &date = status.st_mtimespec;
+    return dateOfTime(status.st_mtimespec);
 #else
-    const timespec &date = status.st_mtim;
+    return dateOfTime(status.st_mtim);
 #endif
-    return {qint64(date.tv_sec) * 1000000000 + date.tv_nsec};
+}
+
+FileDate FileDate::ofStatusChange(const struct stat &status)
+{
+#ifdef __APPLE__
+    return dateOfTime(status.st_ctimespec);
+#else
+    return dateOfTime(status.st_ctim);
+#endif
+}
+
+FileDate FileDate::now()
+{
+    timespec time = {};
+    (void)::clock_gettime(CLOCK_REALTIME, &time);
+    return dateOfTime(time);
 }
 
 std::optional<FileDate> TDFileCommon::fileModificationDate(const FilePath &path)

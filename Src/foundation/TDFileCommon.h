@@ -15,6 +15,9 @@ struct FileDate
     qint64 nanoseconds = 0;
 
     static FileDate fromStatus(const struct stat &status);
+    /// When anything of the file changed last, its other date included.
+    static FileDate ofStatusChange(const struct stat &status);
+    static FileDate now();
     friend constexpr auto operator<=>(const FileDate &, const FileDate &) = default;
 };
 

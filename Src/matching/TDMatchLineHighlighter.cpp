@@ -41,7 +41,13 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     _wasSearchedAnew = false;
     const StopScope scope(_state.shouldStopFlag(), _state.searchShouldStopFlag());
     try {
-        const BlockSearch outcome = _searchBlocks(file, encoding, error, context);
+        BlockSearch outcome = _searchBlocks(file, encoding, error, context);
+        if (_isThereSomethingToTell(outcome, error) && !context.reader().settleDate()) {
+            FileToRead again = file;
+            again.asksStatusFirst = true;
+            error.clear();
+            outcome = _searchBlocks(again, encoding, error, context);
+        }
         context.reader().close();
         _modificationDate = context.reader().modificationDate();
         _wasSearchedAnew = outcome == BlockSearch::NeedsLineReader || error;
@@ -54,6 +60,13 @@ bool TDMatchLineHighlighter::processWithFile(const FileToRead &file, StringEncod
     }
     _dropWhenStopped();
     return true;
+}
+
+/// Of all others nobody will ask for the date.
+bool TDMatchLineHighlighter::_isThereSomethingToTell(BlockSearch outcome, const TDError &error) const
+{
+    return outcome == BlockSearch::NeedsLineReader || error || !_matches.lines.isEmpty() ||
+           _matches.limitedLines.count > 0;
 }
 
 void TDMatchLineHighlighter::_dropWhenStopped()

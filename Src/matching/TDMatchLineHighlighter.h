@@ -83,6 +83,7 @@ private:
     TextBlockReader::Outcome _searchOpened(SearchContext &context, TDError &error);
     TextBlockReader::Outcome _searchRest(SearchContext &context, qint64 lineNumber, TDError &error);
     void _take(FileMatches matches);
+    bool _isThereSomethingToTell(BlockSearch outcome, const TDError &error) const;
     void _dropWhenStopped();
 
     FileMatches _matches;

@@ -22,6 +22,8 @@ constexpr qsizetype LARGEST_READ = 1 << 22;
 constexpr qsizetype LARGEST_KEPT_CAPACITY = 1 << 22;
 /// Shorter ones are the line reader's, which takes them in its own way.
 constexpr qsizetype SMALLEST_FILE = 4;
+/// No file system's dates are coarser.
+constexpr qint64 COARSEST_DATE = 2'000'000'000;
 
 /// Behind the last line feed of whole units that ends behind `start`; a carriage return by itself doesn't
 /// count, which only makes blocks longer.
@@ -68,7 +70,48 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     _start = _end = _withoutLineEnd = 0;
     _endOfFile = _hadByteOrderMarker = false;
     _modificationDate.reset();
-    _descriptor = file.open();
+    _readUnaskedAt.reset();
+    if (!_readUnasked(file)) {
+        if (const Outcome outcome = _askStatus(file); outcome != Outcome::Block)
+            return outcome;
+        if (!_fill())
+            return Outcome::NeedsLineReader;
+    }
+    return _settleEncoding(encoding) ? Outcome::Block : Outcome::NeedsLineReader;
+}
+
+/// One read gets all of a small file, and tells that it does. It is one at a place, which takes nothing from
+/// a pipe that may stand there by now. False, and nothing is lost, where that isn't enough.
+bool TextBlockReader::_readUnasked(const FileToRead &file)
+{
+    if (!file.isReadUnasked())
+        return false;
+    checkForStop();
+    const FileDate now = FileDate::now();
+    _descriptor = file.openListed();
+    if (!_descriptor.isOpen()) {
+        if (file.gate)
+            file.gate->didNotOpen(file);
+        return false;
+    }
+    const qsizetype asked = qMin(_buffer.capacity(), LARGEST_READ);
+    const ssize_t count = ::pread(_descriptor.number(), _buffer.data(), size_t(asked), 0);
+    if (count < 0 || count == asked)
+        return false;
+    _end = count;
+    _bytesLeft = 0;
+    _endOfFile = true;
+    _device = file.listed->device;
+    _readUnaskedAt = now;
+    return true;
+}
+
+TextBlockReader::Outcome TextBlockReader::_askStatus(const FileToRead &file)
+{
+    if (!_descriptor.isOpen())
+        _descriptor = file.open();
+    if (!_descriptor.isOpen() && file.gate && file.listed)
+        file.gate->didNotOpen(file);
     struct stat status;
     if (!_descriptor.isOpen() || ::fstat(_descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return Outcome::NeedsLineReader;
@@ -82,9 +125,22 @@ TextBlockReader::Outcome TextBlockReader::open(const FileToRead &file, StringEnc
     if (status.st_size > LARGEST_READ)
         (void)::posix_fadvise(_descriptor.number(), 0, 0, POSIX_FADV_SEQUENTIAL);
 #endif
-    if (!_fill() || !_settleEncoding(encoding))
-        return Outcome::NeedsLineReader;
     return Outcome::Block;
+}
+
+bool TextBlockReader::settleDate()
+{
+    if (!_readUnaskedAt)
+        return true;
+    struct stat status;
+    if (::fstat(_descriptor.number(), &status) != 0)
+        return false;
+    const FileDate date = FileDate::fromStatus(status);
+    const FileDate settledBy{_readUnaskedAt->nanoseconds - COARSEST_DATE};
+    if (date >= settledBy || FileDate::ofStatusChange(status) >= settledBy)
+        return false;
+    _modificationDate = date;
+    return true;
 }
 
 /// Reads once into what is free of the buffer, which grows when nothing is. False on a failure, and for a

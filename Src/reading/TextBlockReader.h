@@ -67,13 +67,19 @@ public:
     /// True when the block delivered last was the last of the file.
     bool isAtEnd() const { return _endOfFile && _start == _end; }
 
-    /// Of the file opened last: its date before it was read, its encoding, whose source is the default for
-    /// one that was given, and whether it began with a mark.
+    /// For a file about which there is something to tell: makes sure that its date is known. False for one
+    /// that was read unasked and may have been changed since: it has to be opened anew, its status first.
+    bool settleDate();
+
+    /// Of the file opened last: its date before it was read, once it is settled, its encoding, whose source
+    /// is the default for one that was given, and whether it began with a mark.
     std::optional<FileDate> modificationDate() const { return _modificationDate; }
     SettledEncoding encoding() const { return {_encoding, _encodingSource}; }
     bool hadByteOrderMarker() const { return _hadByteOrderMarker; }
 
 private:
+    bool _readUnasked(const FileToRead &file);
+    Outcome _askStatus(const FileToRead &file);
     bool _fill();
     bool _settleEncoding(StringEncoding encoding);
     Outcome _nextLines(QByteArrayView &bytes);
@@ -92,6 +98,7 @@ private:
     bool _endOfFile = false;
     bool _hadByteOrderMarker = false;
     std::optional<FileDate> _modificationDate;
+    std::optional<FileDate> _readUnaskedAt; ///< by the clock of file systems
     dev_t _device = 0;
     UserAttributes _attributes;
     StringEncoding _encoding = 0;

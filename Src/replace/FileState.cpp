@@ -6,23 +6,10 @@
 
 namespace tidemark {
 
-namespace {
-
-FileDate changeDateOf(const struct stat &status)
-{
-#ifdef __APPLE__
-    const timespec &date = status.st_ctimespec;
-#else
-    const timespec &date = status.st_ctim;
-#endif
-    return {qint64(date.tv_sec) * 1000000000 + date.tv_nsec};
-}
-
-} // namespace
-
 FileState FileState::fromStatus(const struct stat &status)
 {
-    return {status.st_dev, status.st_ino, status.st_size, FileDate::fromStatus(status), changeDateOf(status)};
+    return {status.st_dev, status.st_ino, status.st_size, FileDate::fromStatus(status),
+            FileDate::ofStatusChange(status)};
 }
 
 std::optional<FileState> stateOfDescriptor(int descriptor)

@@ -21,7 +21,7 @@ int FolderListing::_readEntries(int folderDescriptor)
     while ((length = getdents64(folderDescriptor, buffer, sizeof buffer)) > 0) {
         for (const char *position = buffer; position < buffer + length;) {
             const auto *entry = reinterpret_cast<const dirent64 *>(position);
-            _append(entry->d_name, entry->d_type);
+            _append(entry->d_name, entry->d_ino, entry->d_type);
             position += entry->d_reclen;
         }
     }
@@ -38,7 +38,7 @@ int FolderListing::_readEntries(int folderDescriptor)
     (void)copy.release();
     errno = 0;
     while (const dirent *entry = folder.next())
-        _append(entry->d_name, entry->d_type);
+        _append(entry->d_name, entry->d_ino, entry->d_type);
     return errno;
 }
 #endif
@@ -63,7 +63,7 @@ void FolderListing::clear()
 FolderListing::Entry FolderListing::takeNext()
 {
     const Record &record = _records[_next++];
-    return {_names.data() + record.nameOffset, record.type};
+    return {_names.data() + record.nameOffset, record.type, record.inode};
 }
 
 QByteArrayList FolderListing::foldersToCome(const QByteArray &path, bool withHidden) const
@@ -77,7 +77,7 @@ QByteArrayList FolderListing::foldersToCome(const QByteArray &path, bool withHid
     return paths;
 }
 
-void FolderListing::_append(const char *name, unsigned char directoryEntryType)
+void FolderListing::_append(const char *name, quint64 inode, unsigned char directoryEntryType)
 {
     if (name[0] == '.') {
         if (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))
@@ -97,7 +97,7 @@ void FolderListing::_append(const char *name, unsigned char directoryEntryType)
     const size_t length = std::strlen(name);
     char head[sizeof(quint64)] = {};
     std::memcpy(head, name, std::min(length, sizeof head));
-    _records.push_back({qFromBigEndian<quint64>(head), quint32(_names.size()), type});
+    _records.push_back({qFromBigEndian<quint64>(head), inode, quint32(_names.size()), type});
     _names.insert(_names.end(), name, name + length + 1);
 }
 

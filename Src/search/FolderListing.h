@@ -23,6 +23,7 @@ public:
     {
         const char *name;
         EntryType type;
+        quint64 inode; ///< as the listing has it; of what is mounted there, it is another's
     };
 
     /// Which of the names are there that say what to leave out.
@@ -53,11 +54,12 @@ private:
     {
         /// The first eight bytes of the name as one number, which settles most comparisons.
         quint64 head;
+        quint64 inode;
         quint32 nameOffset;
         EntryType type;
     };
     int _readEntries(int folderDescriptor);
-    void _append(const char *name, unsigned char directoryEntryType);
+    void _append(const char *name, quint64 inode, unsigned char directoryEntryType);
     void _mark(const char *name);
     void _sort();
 

@@ -5,6 +5,13 @@
 
 namespace tidemark {
 
+namespace {
+
+/// Files are counted from 1.
+constexpr quint64 BEFORE_ALL = 0;
+
+} // namespace
+
 /// A file that is saved by way of a new one frees its inode, which the next new file gets.
 SearchedFiles::Identity SearchedFiles::_identityOf(const FileToRead &file, const struct stat &status)
 {
@@ -28,6 +35,12 @@ bool SearchedFiles::admits(const FileToRead &file, const struct stat &status)
         return true;
     const Identity identity = _identityOf(file, status);
     const std::lock_guard lock(_mutex);
+    if (_isListedBefore(file, identity)) {
+        if (file.listed->otherPath == ListedInode::OtherPath::Read)
+            _firstNumbers.try_emplace(identity, BEFORE_ALL);
+        else
+            _inDoubt.insert(file.number);
+    }
     const auto [known, isNew] = _firstNumbers.try_emplace(identity, file.number);
     if (isNew || known->second == file.number)
         return true;
@@ -37,6 +50,35 @@ bool SearchedFiles::admits(const FileToRead &file, const struct stat &status)
     if (isFirst)
         known->second = file.number;
     return isFirst;
+}
+
+/// A file that is younger than the search has the inode of one that is gone.
+bool SearchedFiles::_isListedBefore(const FileToRead &file, const Identity &identity) const
+{
+    return file.listed && file.listed->otherPath != ListedInode::OtherPath::None &&
+           file.listed->device == identity.device && file.listed->inode == identity.inode &&
+           FileDate{identity.birthTime} < _began;
+}
+
+void SearchedFiles::didNotOpen(const FileToRead &file)
+{
+    const std::lock_guard lock(_mutex);
+    _unopened.insert(file.number);
+    _hasUnopened = true;
+}
+
+bool SearchedFiles::isUnopened(quint64 number)
+{
+    if (!_hasUnopened)
+        return false;
+    const std::lock_guard lock(_mutex);
+    return _unopened.contains(number);
+}
+
+bool SearchedFiles::isInDoubt(quint64 number)
+{
+    const std::lock_guard lock(_mutex);
+    return _inDoubt.contains(number);
 }
 
 bool SearchedFiles::isKnownByAnotherPath(quint64 number)

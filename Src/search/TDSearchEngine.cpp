@@ -67,6 +67,9 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _scannedCount = _fileMatchCount = _matchCount = 0;
     _searchedFiles.setLocationsOverlap(_locationsOverlap());
     _failedFolders.setLocationsOverlap(_searchedFiles.locationsOverlap());
+    _listedInodes.reset();
+    if (_canReadUnasked())
+        _listedInodes.emplace();
     _folderTraverser.setDelegate(this);
     _folderTraverser.setReportsSizes(false);
     const EntryFilterOptions filterOptions =
@@ -82,6 +85,8 @@ void TDSearchEngine::startSearch(const QString &findText, const QList<TDSearchLo
     _pipeline.reset();
     _context.reset();
     _lastFolder.reset();
+    _lastFolderPath.clear();
+    _lastFolderDevice.reset();
 }
 
 void TDSearchEngine::_prepareThreads()
@@ -149,20 +154,19 @@ void TDSearchEngine::didFindFile(const FilePath &path, quint64 scannedCount, int
     _take(std::move(job));
 }
 
-void TDSearchEngine::didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
-                                         quint64 scannedCount, int, qint64, qint64)
+void TDSearchEngine::didFindFileInFolder(const FoundEntry &entry, const FilePath &path, quint64 scannedCount,
+                                         int, qint64, qint64)
 {
     SearchJob job;
     job.file.path = path;
     job.scannedCount = scannedCount;
-    const QByteArrayView folderPath = QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(name)));
-    job.file.folderDescriptor = folderDescriptor;
+    const QByteArrayView folderPath = QByteArrayView(path.bytes()).chopped(qsizetype(qstrlen(entry.name)));
+    _comeToFolder(entry.folderDescriptor, folderPath);
+    job.folder = _lastFolder;
+    job.file.folderDescriptor = job.folder ? job.folder->descriptor() : entry.folderDescriptor;
     job.file.nameInFolder = folderPath.size();
-    if (_pipeline) {
-        job.folder = _sharedFolder(folderDescriptor, folderPath);
-        if (job.folder)
-            job.file.folderDescriptor = job.folder->descriptor();
-    }
+    if (_lastFolderDevice && entry.inode)
+        job.file.listed = _listedInodes->add(*_lastFolderDevice, *entry.inode);
     _take(std::move(job));
 }
 
@@ -185,17 +189,29 @@ void TDSearchEngine::_take(SearchJob job)
     _deliver(job);
 }
 
-std::shared_ptr<SharedFolder> TDSearchEngine::_sharedFolder(int descriptor, QByteArrayView folderPath)
+/// What files that follow each other in a folder share.
+void TDSearchEngine::_comeToFolder(int descriptor, QByteArrayView path)
 {
-    if (!_lastFolder || _lastFolderPath != folderPath) {
-        _lastFolder = SharedFolder::duplicate(descriptor);
-        if (!_lastFolder) {
-            _pipeline->giveBackFolders();
-            _lastFolder = SharedFolder::duplicate(descriptor);
-        }
-        _lastFolderPath = folderPath.toByteArray();
+    const bool isIn = _lastFolderPath == path;
+    if (!isIn) {
+        _lastFolderPath = path.toByteArray();
+        _lastFolderDevice = _listedInodes ? _listedInodes->deviceOfFolder(descriptor) : std::nullopt;
     }
-    return _lastFolder;
+    if (!_pipeline || (isIn && _lastFolder))
+        return;
+    _lastFolder = SharedFolder::duplicate(descriptor);
+    if (_lastFolder)
+        return;
+    _pipeline->giveBackFolders();
+    _lastFolder = SharedFolder::duplicate(descriptor);
+}
+
+/// Not where files are told apart by more than their names, or somebody names one.
+bool TDSearchEngine::_canReadUnasked() const
+{
+    const auto isFolder = [](const TDSearchLocation &location) { return location.isFolder; };
+    return FileToRead::canOpenListed() && !_searchedFiles.locationsOverlap() &&
+           std::all_of(_searchLocations.begin(), _searchLocations.end(), isFolder);
 }
 
 void TDSearchEngine::didRunOutOfDescriptors()
@@ -262,7 +278,13 @@ void TDSearchEngine::_tellWhatWasLeftOut()
 
 bool TDSearchEngine::_isFoundBefore(const SearchJob &job)
 {
-    return job.folderErrorNumber == 0 && _searchedFiles.isKnownByAnotherPath(job.file.number);
+    const FileToRead &file = job.file;
+    if (job.folderErrorNumber != 0)
+        return false;
+    if (_searchedFiles.isKnownByAnotherPath(file.number))
+        return true;
+    return file.listed && file.listed->otherPath == ListedInode::OtherPath::Listed &&
+           _searchedFiles.isInDoubt(file.number) && _listedInodes->isRead(*file.listed);
 }
 
 void TDSearchEngine::_deliver(const SearchJob &job)
@@ -278,6 +300,8 @@ void TDSearchEngine::_deliver(const SearchJob &job)
         if (_delegate)
             _delegate->didFindMatchInFile(job.result);
     }
+    if (job.file.listed && !_searchedFiles.isUnopened(job.file.number))
+        _listedInodes->setRead(*job.file.listed);
 }
 
 quint64 TDSearchEngine::_countFound(const FileMatches &matches)

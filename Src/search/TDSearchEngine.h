@@ -4,6 +4,7 @@
 #include "foundation/TDError.h"
 #include "matching/SearchContext.h"
 #include "matching/TDFindResultItem.h"
+#include "search/ListedInodes.h"
 #include "search/SearchPipeline.h"
 #include "search/SearchedFiles.h"
 #include "search/TDSearchLocation.h"
@@ -103,8 +104,8 @@ public:
 private:
     void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
                      qint64 sizeOnDisk) override;
-    void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
-                             quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk) override;
+    void didFindFileInFolder(const FoundEntry &entry, const FilePath &path, quint64 scannedCount, int level,
+                             qint64 size, qint64 sizeOnDisk) override;
     void didFailToReadFolder(const FilePath &path, int errorNumber) override;
     void didRunOutOfDescriptors() override;
     void willWalkScope() override;
@@ -116,7 +117,8 @@ private:
 
     void _addScopes();
     bool _locationsOverlap() const;
-    std::shared_ptr<SharedFolder> _sharedFolder(int descriptor, QByteArrayView folderPath);
+    bool _canReadUnasked() const;
+    void _comeToFolder(int descriptor, QByteArrayView path);
     void _prepareThreads();
     CaseRule _caseRule() const { return _caseSensitive ? CaseRule::Exact : CaseRule::Ignore; }
     std::shared_ptr<TDFindResultItem> _searchFile(const FileToRead &file, SearchContext &context,
@@ -145,6 +147,8 @@ private:
     std::unique_ptr<SearchContext> _context;
     QByteArray _lastFolderPath;
     std::shared_ptr<SharedFolder> _lastFolder;
+    std::optional<dev_t> _lastFolderDevice;    ///< none where its files are asked for their status first
+    std::optional<ListedInodes> _listedInodes; ///< none where all files are
     int _threadCount = 0;
     bool _searchesEverything = false;
     bool _searchesHiddenFiles = false;

@@ -52,7 +52,7 @@ QByteArray firstBytesOf(int folderDescriptor, const char *name, char (&buffer)[P
 
 void VKFolderTraverserDelegate::didFindFile(const FilePath &, quint64, int, qint64, qint64) {}
 
-void VKFolderTraverserDelegate::didFindFileInFolder(int, const char *, const FilePath &path,
+void VKFolderTraverserDelegate::didFindFileInFolder(const FoundEntry &, const FilePath &path,
                                                     quint64 scannedCount, int level, qint64 size,
                                                     qint64 sizeOnDisk)
 {
@@ -117,7 +117,7 @@ private:
     FolderListing::EntryType _typeOf(const FolderListing::Entry &entry);
     bool _admits(const char *name);
     bool _isTooLarge(const char *name) const;
-    void _report(const char *name);
+    void _report(const FolderListing::Entry &entry);
 
     const VKFolderTraverser &_traverser;
     VKFolderTraverserDelegate &_delegate;
@@ -170,7 +170,7 @@ void VKFolderTraverser::Walk::_visit(const FolderListing::Entry &entry)
     switch (_typeOf(entry)) {
     case FolderListing::EntryType::File:
         if (_admits(entry.name))
-            _report(entry.name);
+            _report(entry);
         break;
     case FolderListing::EntryType::Folder:
         if (_scope->includeSubFolders &&
@@ -252,13 +252,16 @@ bool VKFolderTraverser::Walk::_isTooLarge(const char *name) const
     return largest > 0 && sizesOf(_folders.descriptor(), name, AT_SYMLINK_NOFOLLOW).size > largest;
 }
 
-void VKFolderTraverser::Walk::_report(const char *name)
+void VKFolderTraverser::Walk::_report(const FolderListing::Entry &entry)
 {
-    const int folder = _folders.descriptor();
-    const FileSizes sizes =
-        _traverser._reportsSizes ? sizesOf(folder, name, AT_SYMLINK_NOFOLLOW) : FileSizes();
-    const FilePath path(_folders.pathOfEntry(name));
-    _delegate.didFindFileInFolder(folder, name, path, ++_scannedCount, _folders.depth() - 1, sizes.size,
+    FoundEntry found{_folders.descriptor(), entry.name, {}};
+    if (entry.type == FolderListing::EntryType::File)
+        found.inode = entry.inode;
+    const FileSizes sizes = _traverser._reportsSizes
+                                ? sizesOf(found.folderDescriptor, found.name, AT_SYMLINK_NOFOLLOW)
+                                : FileSizes();
+    const FilePath path(_folders.pathOfEntry(found.name));
+    _delegate.didFindFileInFolder(found, path, ++_scannedCount, _folders.depth() - 1, sizes.size,
                                   sizes.onDisk);
 }
 

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <optional>
 #include <vector>
 
 namespace tidemark {
@@ -15,6 +16,16 @@ enum class SymbolicLinkHandling {
     /// A link that is itself named as a scope is taken as it is; links found inside folders are neither
     /// followed nor reported.
     TakeNamedSkipFound = 1,
+};
+
+/// A file where a traversal finds it, during the message only.
+struct FoundEntry
+{
+    int folderDescriptor;
+    const char *name; ///< in that folder
+    /// As the folder's listing has it, which also told that it is a regular file; nothing where that had to
+    /// be asked for.
+    std::optional<quint64> inode;
 };
 
 /// Receives what a traversal finds, on the thread that runs it. Each message is optional.
@@ -30,11 +41,10 @@ public:
     virtual void didFindFile(const FilePath &path, quint64 scannedCount, int level, qint64 size,
                              qint64 sizeOnDisk);
     /// Sent instead of didFindFile() for a file found inside a folder; unless overridden it passes the
-    /// message on to that. The folder's descriptor, valid during the call only, and the file's name in it
-    /// spare a receiver that opens the file the look-up of the whole path, and reach files whose path is
-    /// longer than the system takes.
-    virtual void didFindFileInFolder(int folderDescriptor, const char *name, const FilePath &path,
-                                     quint64 scannedCount, int level, qint64 size, qint64 sizeOnDisk);
+    /// message on to that. The folder's descriptor and the file's name in it spare a receiver that opens the
+    /// file the look-up of the whole path, and reach files whose path is longer than the system takes.
+    virtual void didFindFileInFolder(const FoundEntry &entry, const FilePath &path, quint64 scannedCount,
+                                     int level, qint64 size, qint64 sizeOnDisk);
     /// A folder, or a part of its entries, that can't be read; the walk goes on behind it. Also a folder
     /// scope that isn't a folder.
     virtual void didFailToReadFolder(const FilePath &path, int errorNumber);

@@ -226,11 +226,11 @@ TEST_F(VKFolderTraverserTest, HandsOverTheFolderAndTheNameInItAndAPathThatStaysW
     class Reader : public VKFolderTraverserDelegate
     {
     public:
-        void didFindFileInFolder(int descriptor, const char *name, const FilePath &path, quint64, int, qint64,
+        void didFindFileInFolder(const FoundEntry &entry, const FilePath &path, quint64, int, qint64,
                                  qint64) override
         {
             char bytes[16] = {};
-            const int file = openat(descriptor, name, O_RDONLY);
+            const int file = openat(entry.folderDescriptor, entry.name, O_RDONLY);
             EXPECT_EQ(read(file, bytes, sizeof bytes), 7);
             close(file);
             paths << path;
