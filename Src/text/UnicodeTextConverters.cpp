@@ -7,11 +7,46 @@
 #include <QStringDecoder>
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace tidemark {
 
+namespace {
+
+/// In rows that vector instructions take at once.
+bool hasSurrogates(QStringView text)
+{
+    constexpr qsizetype ROW = 64;
+    const auto isSurrogate = [](char16_t unit) { return (unit & 0xF800) == 0xD800; };
+    const char16_t *units = text.utf16();
+    qsizetype index = 0;
+    for (; index + ROW <= text.size(); index += ROW) {
+        quint16 found = 0;
+        for (qsizetype column = 0; column < ROW; ++column)
+            found |= quint16(isSurrogate(units[index + column]));
+        if (found != 0)
+            return true;
+    }
+    return std::any_of(units + index, units + text.size(), isSurrogate);
+}
+
+} // namespace
+
+/// Surrogates are rare, and only where there are some they have to be paired.
 bool isWellFormed(QStringView text)
 {
-    return text.isValidUtf16();
+    constexpr qsizetype PIECE = 1024;
+    while (!text.isEmpty()) {
+        qsizetype length = qMin(text.size(), PIECE);
+        if (hasSurrogates(text.first(length))) {
+            if (length < text.size() && text[length - 1].isHighSurrogate())
+                ++length;
+            if (!text.first(length).isValidUtf16())
+                return false;
+        }
+        text = text.sliced(length);
+    }
+    return true;
 }
 
 std::optional<QByteArray> strictUtf8(QStringView text)

@@ -2,6 +2,7 @@
 #include "support/Testing.h"
 #include "text/ByteTextConverter.h"
 #include "text/TextEncodingTable.h"
+#include "text/Utf8.h"
 
 #include <QRegularExpression>
 
@@ -311,6 +312,24 @@ TEST(TextEncodingTest, AsciiShortcutsEndAtTheFirstOtherUnit)
             const QString text = QString(before, u'a') + QChar(0xE0) + QString(70, u'b');
             ASSERT_EQ(decoded(encoding, bytes), text) << before;
             ASSERT_EQ(encoded(encoding, text), bytes) << before;
+        }
+    }
+}
+
+TEST(TextEncodingTest, ValidityIsThatOfTheWholeTextWhereverItIsCut)
+{
+    const QStringList units = {u"a"_s, QString(QChar(0xD83D)), QString(QChar(0xDE00)), u"\U0001F600"_s};
+    for (qsizetype before = 1015; before < 1030; ++before) {
+        for (const QString &first : units) {
+            for (const QString &second : units) {
+                const QString text = QString(before, u'b') + first + second + QString(90, u'c');
+                ASSERT_EQ(isWellFormed(text), text.isValidUtf16()) << before;
+            }
+        }
+        for (const char *bytes :
+             {"a", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xE2\x82", "\x80", "\xED\xA0\x80"}) {
+            const QByteArray text = QByteArray(before, 'b') + bytes + QByteArray(90, 'c');
+            ASSERT_EQ(isValidUtf8(text), QUtf8StringView(text).isValidUtf8()) << before << bytes;
         }
     }
 }
