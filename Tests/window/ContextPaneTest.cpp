@@ -66,6 +66,24 @@ TEST_F(ContextPaneTest, ShowsTheFileAroundTheHighlightedMatch)
     EXPECT_TRUE(waitFor([&] { return window.pane().context().path().isEmpty(); }));
 }
 
+TEST_F(ContextPaneTest, AMatchFarOutInItsLineIsScrolledTo)
+{
+    const QByteArray far = QByteArray("water ").repeated(100) + "foo" + QByteArray(" stone").repeated(100);
+    folder.write("a.txt", far + "\nfoo\n");
+    folder.write("b.txt", far);
+    ContextWindow window(application, folder.path());
+    const QScrollBar &bar = *window.view().horizontalScrollBar();
+    const int column = window.view().fontMetrics().horizontalAdvance(u'w');
+    const auto isInSight = [&] {
+        return bar.value() < 600 * column && bar.value() + window.view().viewport()->width() > 603 * column;
+    };
+    EXPECT_TRUE(waitFor(isInSight)) << "of the first file";
+    window.controller().actions().nextMatch->trigger();
+    EXPECT_TRUE(waitFor([&] { return bar.value() == 0; }));
+    window.controller().actions().nextMatch->trigger();
+    EXPECT_TRUE(waitFor(isInSight)) << "of the next file";
+}
+
 TEST_F(ContextPaneTest, AReplacementIsReadAgainAndIsNoChange)
 {
     folder.write("a.txt", "a foo\nfoo\n");

@@ -60,8 +60,10 @@ void ContextView::_opened()
 void ContextView::_arrived()
 {
     _updateScrollBars();
-    if (_isToBeRevealed && (_context.isLookedThrough() || _context.line(_shownLine) != nullptr)) {
-        _isToBeRevealed = false;
+    const bool isThere = _context.line(_shownLine) != nullptr;
+    if (_isToBeRevealed && (isThere || _context.isLookedThrough())) {
+        // Where in the line it is shows as soon as that is there.
+        _isToBeRevealed = !isThere && _shownLine <= _context.lineCount();
         _reveal({_shownLine, _shownPosition}, true);
     }
     _askForLines();
@@ -205,9 +207,9 @@ std::unique_ptr<ContextView::Row> ContextView::_row(qint64 number) const
         formats << QTextLayout::FormatRange{int(marked.shown.location), int(marked.shown.length),
                                             colors.formatOf(marked)};
     row->layout.setFormats(formats);
-    QTextOption option;
+    // Each line runs as its first letters do, as in the results, and begins at the left nevertheless.
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::NoWrap);
-    option.setTextDirection(Qt::LeftToRight);
     row->layout.setTextOption(option);
     row->layout.beginLayout();
     QTextLine text = row->layout.createLine();
