@@ -133,6 +133,7 @@ Zu viele Dateien, um sie aufzuzählen.</translation></message>
   <message><source> (no longer exists)</source><translation> (existiert nicht mehr)</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Dieser Vorgang lässt sich nicht ohne Weiteres rückgängig machen.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Es ist kein Treffer ausgewählt, daher ändert sich nichts.</translation></message>
+  <message><source>These matches were replaced already, so nothing will change.</source><translation>Diese Treffer sind schon ersetzt, daher ändert sich nichts.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Geändert werden: %@ in %@.</translation></message>
   <message><source>Find text: ‘%@’</source><translation>Suchtext: „%@“</translation></message>
   <message><source>Replace text: ‘%@’</source><translation>Ersetzungstext: „%@“</translation></message>

@@ -133,6 +133,7 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source> (no longer exists)</source><translation> (n’existe plus)</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Cette opération ne peut pas être facilement annulée.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Aucune occurrence n’est sélectionnée : rien ne changera.</translation></message>
+  <message><source>These matches were replaced already, so nothing will change.</source><translation>Ces occurrences sont déjà remplacées : rien ne changera.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Modification à venir : %@ dans %@.</translation></message>
   <message><source>Find text: ‘%@’</source><translation>Texte recherché : « %@ »</translation></message>
   <message><source>Replace text: ‘%@’</source><translation>Texte de remplacement : « %@ »</translation></message>

@@ -86,7 +86,11 @@ void SearchControl::_beginSession()
         if (!_searching)
             _document.setResultsStatusText(status);
     };
-    receiver.errorOccured = [this](const TDError &error) { Q_EMIT errorOccured(error); };
+    _hasFailed = false;
+    receiver.errorOccured = [this](const TDError &error) {
+        _hasFailed = true;
+        Q_EMIT errorOccured(error);
+    };
     receiver.ended = [this](const QString &status) { _searchFinished(status); };
     receiver.counted = [this](const LeftOut &leftOut, const SearchCounts &counts) {
         _leftOut = leftOut;

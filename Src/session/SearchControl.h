@@ -77,6 +77,8 @@ public:
     const LeftOut &leftOut() const { return _leftOut; }
     quint64 searchedFileCount() const { return _counts.searchedFiles; }
     bool wasStopped() const { return _wasStopped; }
+    /// Whether the last search couldn't be what it was to be, which errorOccured() said.
+    bool hasFailed() const { return _hasFailed; }
     /// Of the files of the search that runs, from 0 to 1; known when the same locations were searched to the
     /// end before.
     std::optional<double> shareDone() const;
@@ -135,6 +137,7 @@ private:
     bool _wereShifted = false;              ///< before what readAs() lists
     bool _searching = false;
     bool _wasStopped = false; ///< the last search that ended
+    bool _hasFailed = false;  ///< the last search
 };
 
 } // namespace tidemark

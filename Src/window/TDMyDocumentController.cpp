@@ -12,6 +12,7 @@
 #include "window/results/ResultsPane.h"
 
 #include <QAction>
+#include <QMessageBox>
 
 namespace tidemark {
 
@@ -60,8 +61,11 @@ void TDMyDocumentController::_connectSearch()
     });
     connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::searchingChanged);
     connect(&_search, &SearchControl::searchingChanged, this, &TDMyDocumentController::_noteWhatRuns);
-    connect(&_search, &SearchControl::errorOccured, this,
-            [this](const TDError &error) { presentErrorSheet(&_window, error); });
+    connect(&_search, &SearchControl::errorOccured, this, [this](const TDError &error) {
+        const QMessageBox *sheet = presentErrorSheet(&_window, error);
+        // The find text is what has to be mended.
+        connect(sheet, &QDialog::finished, _form.get(), &SearchForm::focusFindText);
+    });
     connect(_results.get(), &ResultsPane::searchOfEverythingRequested, this, [this] {
         if (!isReplacing())
             _search.startSearchOfEverything();

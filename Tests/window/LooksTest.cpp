@@ -186,6 +186,24 @@ TEST_F(LooksTest, ASearchThatLacksSomethingSaysSo)
     EXPECT_FALSE(window.outline()->emptyState().isVisible());
 }
 
+TEST_F(LooksTest, AfterAMalformedExpressionNothingIsSaidOfFilesAndItCanBeMended)
+{
+    folder.write("a.txt", "foo\n");
+    folder.write("b.png", "foo\n");
+    UserDefaults::standard().setObject(TD_USER_DEFAULTS_NAME_REGULAR_EXPRESSION, true);
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"(foo"_s);
+    window.search();
+    ASSERT_NE(window.sheet(), nullptr);
+    EXPECT_EQ(window.outline()->hintText(), u"Lines with matches will appear here."_s);
+    EXPECT_FALSE(window.window()->findChild<QLabel *>(u"searchEverythingLabel"_s)->isVisible());
+    window.sheet()->accept();
+    EXPECT_EQ(window.window()->focusWidget(), window.ui().findTextComboBox);
+    window.document.setFindText(u"(bar)"_s);
+    window.search();
+    EXPECT_TRUE(window.outline()->hintText().isEmpty()) << "there is more to be searched";
+}
+
 TEST_F(LooksTest, NarrowWindowsShowNoFoldersButSortByName)
 {
     OpenWindow window(application);

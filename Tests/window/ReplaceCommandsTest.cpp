@@ -170,6 +170,10 @@ TEST_F(ReplaceCommandsTest, ReplaceAllAsksTellsAndStandsOnTheFirstMatchAfterward
     window->replaceAll(u"bar"_s);
     EXPECT_EQ(contents(), REPLACED);
     EXPECT_TRUE(pane().navigation().firstItemSelected());
+    commands().replaceAll();
+    EXPECT_TRUE(window->sheet()->informativeText().endsWith(
+        u"These matches were replaced already, so nothing will change."_s));
+    window->press(u"Cancel"_s);
     EXPECT_EQ(replacing.count(), 2);
     EXPECT_EQ(finished.count(), 1);
     EXPECT_EQ(application.countBusyWindows(), 0U);

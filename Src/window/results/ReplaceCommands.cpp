@@ -113,7 +113,9 @@ QString ReplaceCommands::_informativeText(const LinesByFile &lines) const
                                                         : "This operation cannot easily be undone.") +
                    QStringLiteral("\n\n");
     if (extent.matches == 0)
-        return text + localizedString("No match is selected, so nothing will change.");
+        return text + localizedString(lines.size() > 0
+                                          ? "These matches were replaced already, so nothing will change."
+                                          : "No match is selected, so nothing will change.");
     std::optional<quint64> staying;
     // Without an expression a match is replaced whatever the find text.
     if (isStale && terms.isExpression()) {

@@ -479,8 +479,8 @@ void ResultsPane::_showHint()
     } else if (hasSearched && lacksLocations) {
         hint = localizedString("Add a folder or a file to search first.");
         outlineView().emptyState().setButton(localizedString("Add Folder…"), tooltipAddLocation());
-    } else if (!hasSearched || _document.findText().isEmpty()) {
-        // Where the find text is missing, its field says so.
+    } else if (!hasSearched || _document.findText().isEmpty() || _search.hasFailed()) {
+        // Where the find text is missing, or malformed, its field says so.
         hint = localizedString("Lines with matches will appear here.");
     } else if (_document.findResults().isEmpty() && _search.wasStopped()) {
         hint = localizedString("The search was stopped before it found anything.");
