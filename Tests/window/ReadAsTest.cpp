@@ -1,6 +1,7 @@
 #include "window/ReadAsDialog.h"
 
 #include "support/gui/OpenWindow.h"
+#include "window/ElidedLabel.h"
 #include "window/context/ContextPane.h"
 #include "window/context/ContextView.h"
 #include "window/results/ResultsTreeModel.h"
@@ -47,6 +48,27 @@ protected:
 
     OpenWindow window;
 };
+
+TEST_F(ReadAsWindowTest, NothingOfTheStatusAndOfErrorsIsCutInNarrowWindows)
+{
+    ElidedLabel &status = *window.ui().resultsStatusLabel;
+    QString text = u"Search completed"_s;
+    while (status.fontMetrics().horizontalAdvance(text) < 500)
+        text += u" w"_s;
+    window.document.setResultsStatusText(text);
+    QList<int> heights;
+    for (const int width : {1400, 640, 1400}) {
+        window.window()->resize(width, 600);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(status.text(), text) << width;
+        EXPECT_EQ(links()->y() > status.geometry().bottom(), width == 640) << width;
+        EXPECT_GE(links()->width(), links()->sizeHint().width()) << width;
+        window.controller().resultsPane().navigation().showAll();
+        heights << window.outline()->visualRect(window.outline()->indexAtRow(3)).height();
+    }
+    EXPECT_GT(heights[1], heights[0]);
+    EXPECT_EQ(heights[2], heights[0]);
+}
 
 TEST_F(ReadAsWindowTest, TheStatusLeadsToUnreadableFilesAndTheirRowsToReadAs)
 {

@@ -23,6 +23,7 @@
 #include "window/results/ResultsFilterBox.h"
 #include "window/results/ResultsFont.h"
 #include "window/results/ShownReplacements.h"
+#include "window/results/StatusLinks.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -79,6 +80,7 @@ ResultsPane::ResultsPane(MyDocument &document, SearchWindow &window, const Searc
     _setUpOutcome();
     _setUpEncodings();
     _setUpTextSize();
+    new StatusLinks(_ui, this);
     _shownReplacements = new ShownReplacements(_document, outlineView(), *_ui.showReplacementsCheckBox,
                                                *_actions.showReplacements, this);
     connect(&_leftOutNotice, &LeftOutNotice::searchOfEverythingRequested, this,

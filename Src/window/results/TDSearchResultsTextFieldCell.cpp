@@ -75,6 +75,17 @@ int layOut(QTextLayout &text, int width)
     return qCeil(height);
 }
 
+/// A sentence is read whole, in as many lines as it takes.
+int layOutError(QTextLayout &text, const TDFindResultItem &item, const QFont &font, int width)
+{
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    text.setFont(font);
+    text.setText(errorText(item));
+    text.setTextOption(option);
+    return layOut(text, std::max(1, width));
+}
+
 } // namespace
 
 TDSearchResultsTextFieldCell::TDSearchResultsTextFieldCell(QObject *parent)
@@ -142,9 +153,13 @@ QSize TDSearchResultsTextFieldCell::sizeHint(const QStyleOptionViewItem &option,
     const TDFindResultItem &item = itemOf(index);
     if (!item.isMatchLine())
         return QStyledItemDelegate::sizeHint(option, index);
-    const int height =
-        item.matchLine() != nullptr ? _layout(option, item).height : rowHeight(resultsFont(option.font));
-    return {option.rect.width(), height};
+    if (item.matchLine() != nullptr)
+        return {option.rect.width(), _layout(option, item).height};
+    const int oneLine = rowHeight(resultsFont(option.font));
+    const int width = _bodyRect(option).width() - readAsRect(option, item).width();
+    QTextLayout text;
+    const int more = layOutError(text, item, option.font, width) - QFontMetrics(option.font).height();
+    return {option.rect.width(), oneLine + std::max(0, more)};
 }
 
 bool TDSearchResultsTextFieldCell::isLong(const QStyleOptionViewItem &option,
@@ -251,10 +266,10 @@ void TDSearchResultsTextFieldCell::_paintError(QPainter &painter, const QStyleOp
         painter.setPen(linkColor(option.palette.color(QPalette::Text), option.palette.color(QPalette::Base)));
         painter.drawText(link, Qt::AlignCenter | Qt::TextSingleLine, readAsText());
     }
-    painter.setFont(option.font);
+    QTextLayout text;
+    const int height = layOutError(text, item, option.font, rect.width());
     painter.setPen(errorColor(option.palette));
-    painter.drawText(rect, int(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     QFontMetrics(option.font).elidedText(errorText(item), Qt::ElideMiddle, rect.width()));
+    text.draw(&painter, QPointF(rect.left(), rect.top() + (rect.height() - height) / 2));
 }
 
 QRect TDSearchResultsTextFieldCell::readAsRect(const QStyleOptionViewItem &option,
