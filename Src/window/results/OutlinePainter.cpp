@@ -120,11 +120,14 @@ void OutlinePainter::_paintFileRow(const QStyleOptionViewItem &option, const QMo
     QRect room = option.rect.adjusted(indentation, 0, -MARGIN, 0);
     const QHeaderView *header = _view.header();
     if (!header->isSectionHidden(ResultsTreeModel::FolderColumn)) {
+        const QString text = _view.folderText(*static_cast<const TDFindResultItem *>(file.internalPointer()));
         QRect folder = room;
         folder.setLeft(room.right() - header->sectionSize(ResultsTreeModel::FolderColumn) + MARGIN);
-        _paintSecondary(option, folder,
-                        _view.folderText(*static_cast<const TDFindResultItem *>(file.internalPointer())),
-                        Qt::AlignRight);
+        // What a short one leaves free is for the rest of the row, but for a column that stands in front.
+        if (header->isSectionHidden(ResultsTreeModel::EncodingColumn))
+            folder.setLeft(std::max(folder.left(),
+                                    room.right() - QFontMetrics(option.font).horizontalAdvance(text) - GAP));
+        _paintSecondary(option, folder, text, Qt::AlignRight);
         room.setRight(folder.left() - GAP);
     }
     if (!header->isSectionHidden(ResultsTreeModel::EncodingColumn)) {
@@ -174,7 +177,9 @@ QRect OutlinePainter::_paintName(const QStyleOptionViewItem &option, QRect room,
     font.setBold(true);
     const QFontMetrics metrics(font);
     // What is behind a long name is seen too.
-    const int most = std::max(room.width() / 2, room.width() - 12 * metrics.averageCharWidth());
+    const int note =
+        QFontMetrics(option.font).horizontalAdvance(file.data(ResultsTreeModel::NoteRole).toString());
+    const int most = std::max(room.width() / 2, room.width() - 12 * metrics.averageCharWidth() - note);
     const QString name = metrics.elidedText(file.data().toString().simplified(), Qt::ElideMiddle, most);
     QRect place = room;
     place.setWidth(metrics.horizontalAdvance(name));
