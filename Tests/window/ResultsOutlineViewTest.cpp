@@ -218,6 +218,28 @@ TEST_F(OutlineViewTest, RowsWrapByCharacterAndStayReachable)
     EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), tall.height());
 }
 
+TEST_F(OutlineViewTest, TheCurrentRowStaysInSightWhenEverythingExpandsOrTheWindowShrinks)
+{
+    FindResultItems files;
+    for (int number = 0; number < 30; ++number)
+        files << fileNode("/t/" + QByteArray::number(number), QStringList(10, u"foo"_s));
+    ResultsWindow window(application, files);
+    window.navigation.hideAll();
+    const auto isInSight = [&window] {
+        return window.view.viewport()->rect().contains(
+            window.view.visualRect(window.view.indexAtRow(window.view.selectedRow())));
+    };
+    window.pressKey(Qt::Key_End);
+    window.navigation.showAll();
+    EXPECT_EQ(window.selection(), u"29"_s);
+    EXPECT_TRUE(isInSight());
+    window.view.verticalScrollBar()->setValue(0);
+    window.view.selectRow(5);
+    window.window()->resize(700, 300);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isInSight());
+}
+
 TEST_F(OutlineViewTest, TheTextSizeOfTheSettingsIsThatOfTheLines)
 {
     ResultsWindow window(application, {fileNode("/t/a", {u"foo\tbar"_s})});

@@ -407,9 +407,15 @@ void OutlineView::updateGeometries()
 
 void OutlineView::resizeEvent(QResizeEvent *event)
 {
+    const int current = rowOfIndex(currentIndex().siblingAtColumn(0));
+    const bool wasInSight = current >= _scrolled.top().row &&
+                            _scrolled.moved(_scrolled.top(), event->oldSize().height() - 1).row >= current;
     if (event->size().width() != event->oldSize().width())
         _heights.forgetAll();
     QAbstractItemView::resizeEvent(event);
+    // The place where somebody is isn't lost.
+    if (current >= 0 && wasInSight)
+        scrollRowToVisible(current);
 }
 
 void OutlineView::changeEvent(QEvent *event)

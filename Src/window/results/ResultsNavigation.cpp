@@ -358,7 +358,7 @@ void ResultsNavigation::expandCollapseAll()
     const int shown = _view.numberOfExpandedFiles();
     _showHideState = shown == 0 || (!_showHideState && shown < int(_results.count()));
     if (_showHideState)
-        _view.expandAll();
+        _expandEverything();
     else
         _collapseEverything();
     determineIfFirstOrLastItemSelected();
@@ -374,8 +374,19 @@ void ResultsNavigation::hideAll()
 
 void ResultsNavigation::showAll()
 {
-    _view.expandAll();
+    _expandEverything();
     determineIfFirstOrLastItemSelected();
+}
+
+void ResultsNavigation::_expandEverything()
+{
+    const int selected = _view.selectedRow();
+    const bool wasInSight =
+        selected >= 0 && _view.viewport()->rect().intersects(_view.visualRect(_view.indexAtRow(selected)));
+    _view.expandAll();
+    // The many lines above don't push it away.
+    if (wasInSight)
+        _view.scrollRowToVisible(_view.selectedRow());
 }
 
 void ResultsNavigation::_collapseEverything()

@@ -100,6 +100,7 @@ private:
     void _fileWasSelected(int row);
     void _itemDidCollapse();
     void _resumeAfterFiltering();
+    void _expandEverything();
     void _collapseEverything();
     void _selectPath(ResultPath path);
 
