@@ -3,6 +3,8 @@
 #include "app/TDApplicationController.h"
 #include "foundation/LocalizedText.h"
 #include "window/TDMyDocumentController.h"
+#include "window/context/ContextPane.h"
+#include "window/context/ContextView.h"
 #include "window/results/ResultsPane.h"
 #include "window/results/TDSearchResultsOutlineView.h"
 
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 namespace tidemark {
 
@@ -105,19 +108,42 @@ QAction *addCommand(QMenu *menu, const EditCommand &command, const EditedField *
     return action;
 }
 
-/// Lines of the results are copied where these have the keyboard.
-void copyLinesWith(QAction *copy, QMenu *menu, ResultsPane &results, const EditedField *edited)
+/// What the command does where this view has the keyboard.
+void performIn(QWidget &view, QAction *command, const EditedField *edited, QMenu *menu,
+               const std::function<void()> &perform, const std::function<bool()> &isPossible)
 {
-    const QWidget &view = results.outlineView();
-    QAction *copyLines = results.resultsActions().copyLineAction();
-    QObject::connect(copy, &QAction::triggered, copyLines, [&view, copyLines, edited] {
+    QObject::connect(command, &QAction::triggered, &view, [&view, edited, perform] {
         if (edited->isIn(view))
-            copyLines->trigger();
+            perform();
     });
-    QObject::connect(menu, &QMenu::aboutToShow, copy, [&view, copy, copyLines, edited] {
+    QObject::connect(menu, &QMenu::aboutToShow, &view, [&view, command, edited, isPossible] {
         if (edited->isIn(view))
-            copy->setEnabled(copyLines->isEnabled());
+            command->setEnabled(isPossible());
     });
+}
+
+/// Lines of the results, and of the file around a match, are copied and selected as text in a field is.
+void performInViews(QAction *command, QKeySequence::StandardKey key, const EditedField *edited, QMenu *menu,
+                    TDMyDocumentController &controller)
+{
+    TDSearchResultsOutlineView &results = controller.resultsPane().outlineView();
+    ContextView &context = controller.contextPane().view();
+    if (key == QKeySequence::Copy) {
+        QAction *copyLines = controller.resultsPane().resultsActions().copyLineAction();
+        performIn(
+            results, command, edited, menu, [copyLines] { copyLines->trigger(); },
+            [copyLines] { return copyLines->isEnabled(); });
+        performIn(
+            context, command, edited, menu, [&context] { context.copy(); },
+            [&context] { return context.hasSelection(); });
+    } else if (key == QKeySequence::SelectAll) {
+        performIn(
+            results, command, edited, menu, [&results] { results.selectAll(); },
+            [&results] { return results.model()->rowCount() > 0; });
+        performIn(
+            context, command, edited, menu, [&context] { context.selectAll(); },
+            [&context] { return context.shownLine() > 0; });
+    }
 }
 
 void addPreferences(QMenu *menu, TDApplicationController &application)
@@ -140,8 +166,7 @@ void addEditMenu(QMenuBar *bar, TDMyDocumentController &controller, TDApplicatio
         if (command.key == QKeySequence::Cut || command.key == QKeySequence::SelectAll)
             menu->addSeparator();
         QAction *action = addCommand(menu, command, edited);
-        if (command.key == QKeySequence::Copy)
-            copyLinesWith(action, menu, controller.resultsPane(), edited);
+        performInViews(action, command.key, edited, menu, controller);
     }
     menu->addSeparator();
     const SearchWindowActions &actions = controller.actions();
