@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/DesktopSession.h"
+#include "app/PlaceholderColor.h"
 #include "app/RunningInstance.h"
 #include "app/TDApplicationController.h"
 #include "app/UserLanguage.h"
@@ -63,6 +64,7 @@ int main(int argc, char **argv)
     Q_INIT_RESOURCE(tidemark_icons);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/com.velkor.Tidemark-256.png")));
     installUserLanguage();
+    keepPlaceholdersReadable();
     const QString settingsFile = UserDefaults::userFilePath();
     const RunningInstance running(RunningInstance::nameFor(settingsFile), line.request);
     if (running.hasHandedOver())

@@ -1,6 +1,8 @@
 #include "LanguageInstaller.h"
 #include "app/AppTest.h"
 #include "app/HelpWindow.h"
+#include "app/PlaceholderColor.h"
+#include "window/Colors.h"
 #include "window/results/FolderTexts.h"
 #include "window/results/ResultsPane.h"
 #include "window/results/TDSearchResultsOutlineView.h"
@@ -8,6 +10,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScreen>
 #include <QStyleFactory>
 
@@ -79,6 +82,22 @@ QPalette darkPalette()
 }
 
 using AccessibilityTest = AppTest;
+
+TEST_F(AccessibilityTest, PlaceholdersAreReadableWhateverTheDesktopLeavesOut)
+{
+    const QPalette before = QApplication::palette();
+    keepPlaceholdersReadable();
+    for (QPalette palette : {darkPalette(), QPalette(QColor(240, 240, 240))}) {
+        palette.setColor(QPalette::PlaceholderText, palette.color(QPalette::Base));
+        QApplication::setPalette(palette);
+        QCoreApplication::processEvents();
+        const QPalette now = QLineEdit().palette();
+        EXPECT_GE(contrastRatio(now.color(QPalette::PlaceholderText), now.color(QPalette::Base)),
+                  READABLE_CONTRAST);
+        EXPECT_EQ(now.color(QPalette::Base), palette.color(QPalette::Base));
+    }
+    QApplication::setPalette(before);
+}
 
 TEST_F(AccessibilityTest, EveryControlHasANameAndARole)
 {

@@ -1,6 +1,7 @@
 #include "window/locations/PathControlWithPathBinding.h"
 
 #include "foundation/LocalizedText.h"
+#include "window/Colors.h"
 #include "window/results/FolderTexts.h"
 
 #include <QApplication>
@@ -47,6 +48,10 @@ void PathControlWithPathBinding::paint(QPainter *painter, const QStyleOptionView
         row.font.setItalic(true);
         row.state.setFlag(QStyle::State_Enabled, false);
         row.palette.setCurrentColorGroup(QPalette::Disabled);
+        // Grey, and to be read nevertheless.
+        row.palette.setColor(QPalette::Disabled, QPalette::Text,
+                             secondaryColor(option.palette.color(QPalette::Active, QPalette::Text),
+                                            option.palette.color(QPalette::Active, QPalette::Base)));
     }
     const QStyle *style = row.widget != nullptr ? row.widget->style() : QApplication::style();
     const QFontMetrics metrics(row.font);
