@@ -277,7 +277,7 @@ void ResultsTreeModel::noteAllChanged(const std::function<void()> &nowAndThen)
     const FindResultItems files = nowAndThen ? _results.files() : FindResultItems();
     for (const auto &file : files) {
         const qsizetype lines = file->matches() == nullptr ? 0 : file->matches()->lines.size();
-        if (lines <= LINES_COUNTED_AT_ONCE || _results.isPartlyHidden(*file))
+        if (lines <= LINES_COUNTED_AT_ONCE || _lacksLines(*file))
             continue;
         Counts counts;
         while (counts.lines < lines) {
@@ -311,8 +311,14 @@ void ResultsTreeModel::Counts::add(const MatchLines &found, qsizetype end)
 std::optional<qint32> ResultsTreeModel::_matchCount(const TDFindResultItem &file) const
 {
     const Counts &counts = _counts(file);
-    const bool isKnown = counts.isPartlyHidden || counts.lines > 0;
+    const bool isKnown = counts.isOfRows || counts.lines > 0;
     return isKnown ? std::optional(qint32(counts.matches)) : std::nullopt;
+}
+
+bool ResultsTreeModel::_lacksLines(const TDFindResultItem &file) const
+{
+    return _results.isPartlyHidden(file) ||
+           (file.matches() != nullptr && file.children().size() < file.matches()->lines.size());
 }
 
 const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem &file) const
@@ -323,20 +329,20 @@ const ResultsTreeModel::Counts &ResultsTreeModel::_counts(const TDFindResultItem
     // A large file's lines come, or are put in place of others, while nobody looks.
     if (known != _knownCounts.constEnd() && known->lines == lines && known->shown == file.children().size())
         return *known;
-    const bool isPartlyHidden = _results.isPartlyHidden(file);
+    const bool isOfRows = _lacksLines(file);
     // Whatever else changes a file's lines makes the counts unknown: these are further ones.
     const bool hasGrown =
-        known != _knownCounts.constEnd() && !known->isPartlyHidden && !isPartlyHidden && known->lines < lines;
+        known != _knownCounts.constEnd() && !known->isOfRows && !isOfRows && known->lines < lines;
     Counts counts = hasGrown ? *known : Counts();
-    for (const auto &item : isPartlyHidden ? file.children() : FindResultItems()) {
+    for (const auto &item : isOfRows ? file.children() : FindResultItems()) {
         if (item->matchLine() != nullptr)
             counts.add(*item->matchLine());
     }
-    if (!isPartlyHidden && lines > 0)
+    if (!isOfRows && lines > 0)
         counts.add(file.matches()->lines, lines);
     counts.lines = lines;
     counts.shown = file.children().size();
-    counts.isPartlyHidden = isPartlyHidden;
+    counts.isOfRows = isOfRows;
     return *_knownCounts.insert(file.identity(), counts);
 }
 

@@ -78,8 +78,10 @@ private:
         // What they were counted from: lines found, and lines that show.
         qsizetype lines = 0;
         qsizetype shown = 0;
-        bool isPartlyHidden = false;
+        bool isOfRows = false; ///< of the lines that are listed, not of all that were found
     };
+    /// Whether lines of the file were removed, or are filtered out.
+    bool _lacksLines(const TDFindResultItem &file) const;
     const Counts &_counts(const TDFindResultItem &file) const;
     /// None for errors.
     std::optional<qint32> _matchCount(const TDFindResultItem &file) const;
