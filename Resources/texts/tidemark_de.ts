@@ -272,6 +272,7 @@ In Ordnern durchsuchte Dateiarten: %@</translation></message>
   <message><source>Open at Match</source><translation>An der Fundstelle öffnen</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Der Dateiname kann keinem anderen Programm übergeben werden, oder es ist kein Befehl eingestellt.</translation></message>
   <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>Der Editor konnte mit „%@“ nicht gestartet werden. Wählen Sie in den Einstellungen einen anderen.</translation></message>
+  <message><source>The desktop has no program to open “%@” with.</source><translation>Der Desktop hat kein Programm, um „%@“ zu öffnen.</translation></message>
   <message><source>You can undo this with Edit &gt; Undo.</source><translation>Sie können dies mit Bearbeiten &gt; Rückgängig zurücknehmen.</translation></message>
   <message><source>&amp;Undo Replacing</source><translation>Ersetzen &amp;rückgängig machen</translation></message>
   <message><source>&amp;Undo Replacing in %@ File</source><translation>Ersetzen in %@ Datei &amp;rückgängig machen</translation></message>

@@ -133,7 +133,7 @@ Trop de fichiers pour les énumérer.</translation></message>
   <message><source> (no longer exists)</source><translation> (n’existe plus)</translation></message>
   <message><source>This operation cannot easily be undone.</source><translation>Cette opération ne peut pas être facilement annulée.</translation></message>
   <message><source>No match is selected, so nothing will change.</source><translation>Aucune occurrence n’est sélectionnée : rien ne changera.</translation></message>
-  <message><source>These matches were replaced already, so nothing will change.</source><translation>Ces occurrences sont déjà remplacées : rien ne changera.</translation></message>
+  <message><source>These matches were replaced already, so nothing will change.</source><translation>Ces occurrences sont déjà remplacées : rien ne changera.</translation></message>
   <message><source>%@ in %@ will change.</source><translation>Modification à venir : %@ dans %@.</translation></message>
   <message><source>Find text: ‘%@’</source><translation>Texte recherché : « %@ »</translation></message>
   <message><source>Replace text: ‘%@’</source><translation>Texte de remplacement : « %@ »</translation></message>
@@ -220,7 +220,7 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>Return opens it in %@</source><translation>Entrée l’ouvre dans %@</translation></message>
   <message><source>Return opens it with its default program</source><translation>Entrée l’ouvre avec son programme par défaut</translation></message>
   <message><source>Show Conte&amp;xt</source><translation>Afficher le conte&amp;xte</translation></message>
-  <message><source>That is only what the filter “%@” shows.</source><translation>C’est uniquement ce que montre le filtre « %@ ».</translation></message>
+  <message><source>That is only what the filter “%@” shows.</source><translation>C’est uniquement ce que montre le filtre « %@ ».</translation></message>
   <message><source>Export the Results That Show</source><translation>Exporter les résultats visibles</translation></message>
   <message><source>Filter results</source><translation>Filtrer les résultats</translation></message>
   <message><source>Show only results with this text in their path or line</source><translation>Ne montrer que les résultats dont le chemin ou la ligne contient ce texte</translation></message>
@@ -272,6 +272,7 @@ Catégories de fichiers recherchées dans les dossiers : %@</translation></mess
   <message><source>Open at Match</source><translation>Ouvrir à l’occurrence</translation></message>
   <message><source>The name of the file can't be handed over to another program, or no command is set.</source><translation>Le nom du fichier ne peut pas être transmis à un autre programme, ou aucune commande n’est définie.</translation></message>
   <message><source>The editor could not be started with “%@”. Choose another one in Preferences.</source><translation>L’éditeur n’a pas pu être lancé avec « %@ ». Choisissez-en un autre dans les préférences.</translation></message>
+  <message><source>The desktop has no program to open “%@” with.</source><translation>Le bureau n’a aucun programme pour ouvrir « %@ ».</translation></message>
   <message><source>You can undo this with Edit &gt; Undo.</source><translation>Vous pouvez l’annuler avec Édition &gt; Annuler.</translation></message>
   <message><source>&amp;Undo Replacing</source><translation>&amp;Annuler le remplacement</translation></message>
   <message><source>&amp;Undo Replacing in %@ File</source><translation>&amp;Annuler le remplacement dans %@ fichier</translation></message>

@@ -1,5 +1,7 @@
 #include "window/Workspace.h"
 
+#include "foundation/LocalizedText.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -20,33 +22,34 @@ QDBusMessage showItemsMessage(const QUrl &file)
 
 } // namespace
 
-void DesktopWorkspace::open(const FilePath &file)
+std::optional<QString> DesktopWorkspace::open(const FilePath &file)
 {
-    QDesktopServices::openUrl(file.toUrl());
+    if (QDesktopServices::openUrl(file.toUrl()))
+        return {};
+    return formatted(localizedString("The desktop has no program to open “%@” with."), {file.displayText()});
 }
 
 std::optional<QString> DesktopWorkspace::openAt(const EditorPlace &place)
 {
     if (const std::optional<QString> command = chosenEditorCommand())
         return openInEditor(*command, place);
-    open(place.path);
-    return {};
+    return open(place.path);
 }
 
-void DesktopWorkspace::reveal(const FilePath &file)
+std::optional<QString> DesktopWorkspace::reveal(const FilePath &file)
 {
-    const QUrl folder = file.deletingLastPathComponent().toUrl();
+    const FilePath parent = file.deletingLastPathComponent();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        QDesktopServices::openUrl(folder);
-        return;
-    }
+    if (!bus.isConnected())
+        return open(parent);
+    const QUrl folder = parent.toUrl();
     auto *call = new QDBusPendingCallWatcher(bus.asyncCall(showItemsMessage(file.toUrl())));
     QObject::connect(call, &QDBusPendingCallWatcher::finished, call, [call, folder] {
         if (call->isError())
             QDesktopServices::openUrl(folder);
         call->deleteLater();
     });
+    return {};
 }
 
 } // namespace tidemark

@@ -288,15 +288,24 @@ TEST_F(OutlineViewTest, RowsStayWhereTheyAreWhileResultsArrive)
 class RecordingWorkspace : public Workspace
 {
 public:
-    void open(const FilePath &file) override { told << "open " + file.bytes(); }
+    std::optional<QString> open(const FilePath &file) override
+    {
+        told << "open " + file.bytes();
+        return problem;
+    }
     std::optional<QString> openAt(const EditorPlace &place) override
     {
         told << "open " + place.path.bytes() + " at " + QByteArray::number(place.line) + ':' +
                     QByteArray::number(place.column);
-        return {};
+        return problem;
     }
-    void reveal(const FilePath &file) override { told << "reveal " + file.bytes(); }
+    std::optional<QString> reveal(const FilePath &file) override
+    {
+        told << "reveal " + file.bytes();
+        return problem;
+    }
     QList<QByteArray> told;
+    std::optional<QString> problem;
 };
 
 TEST_F(OutlineViewTest, ActionsActOnTheSelectedFileWhateverItsName)
@@ -315,6 +324,11 @@ TEST_F(OutlineViewTest, ActionsActOnTheSelectedFileWhateverItsName)
     actions.openAtMatchAction()->trigger();
     EXPECT_EQ(workspace->told,
               QList<QByteArray>({"open " + path, "reveal " + path, "open " + path + " at 1:3"}));
+    const QSignalSpy failed(&actions, &ResultsActions::failed);
+    workspace->problem = u"no program"_s;
+    for (QAction *action : {actions.openAction(), actions.revealAction(), actions.openAtMatchAction()})
+        action->trigger();
+    EXPECT_EQ(failed.count(), 3);
     actions.copyLineAction()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"a\tfoo"_s);
     actions.copyAs(ResultsFormat::Text);

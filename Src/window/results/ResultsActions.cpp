@@ -83,24 +83,28 @@ void ResultsActions::openAtMatch()
     const qint64 index = std::max(qint64(0), line->highlightedMatchIndex());
     const QList<TextRange> ranges = line->matchRanges();
     const qint64 column = index < ranges.size() ? ranges[index].location + 1 : 1;
-    const auto problem = _workspace->openAt(
-        {_navigation.selection().pathOfCurrentlySelectedItem(), line->lineNumber(), column});
-    if (problem)
-        Q_EMIT failed(*problem);
+    _tell(_workspace->openAt(
+        {_navigation.selection().pathOfCurrentlySelectedItem(), line->lineNumber(), column}));
 }
 
 void ResultsActions::openInFinder()
 {
     const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
-        _workspace->open(path);
+        _tell(_workspace->open(path));
 }
 
 void ResultsActions::revealInFinder()
 {
     const FilePath path = _navigation.selection().pathOfCurrentlySelectedItem();
     if (!path.isEmpty())
-        _workspace->reveal(path);
+        _tell(_workspace->reveal(path));
+}
+
+void ResultsActions::_tell(const std::optional<QString> &problem)
+{
+    if (problem)
+        Q_EMIT failed(*problem);
 }
 
 void ResultsActions::copyLine()

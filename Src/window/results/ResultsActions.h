@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QAction;
 class QMimeData;
@@ -73,6 +74,7 @@ Q_SIGNALS:
     void leaveOutRequested(const QString &pattern);
 
 private:
+    void _tell(const std::optional<QString> &problem);
     /// Null where there is none that a person could have read in another encoding.
     const TDFindResultItem *_fileToReadAs() const;
     QString _patternForFolder() const;
