@@ -218,7 +218,7 @@ TEST_F(OutlineViewTest, RowsWrapByCharacterAndStayReachable)
     EXPECT_LT(window.view.visualRect(window.view.indexAtRow(1)).height(), tall.height());
 }
 
-TEST_F(OutlineViewTest, TheCurrentRowStaysInSightWhenEverythingExpandsOrTheWindowShrinks)
+TEST_F(OutlineViewTest, TheCurrentRowStaysInSightWhateverChangesAroundIt)
 {
     FindResultItems files;
     for (int number = 0; number < 30; ++number)
@@ -233,9 +233,16 @@ TEST_F(OutlineViewTest, TheCurrentRowStaysInSightWhenEverythingExpandsOrTheWindo
     window.navigation.showAll();
     EXPECT_EQ(window.selection(), u"29"_s);
     EXPECT_TRUE(isInSight());
+    window.controller().actions().largerText->trigger();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isInSight());
     window.view.verticalScrollBar()->setValue(0);
     window.view.selectRow(5);
     window.window()->resize(700, 300);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isInSight());
+    for (int step = 0; step < 8; ++step)
+        window.controller().actions().largerText->trigger();
     QCoreApplication::processEvents();
     EXPECT_TRUE(isInSight());
 }

@@ -47,8 +47,11 @@ OutlineView::OutlineView(QWidget *parent)
             model()->sort(column, order);
     });
     connect(&UserDefaults::standard(), &UserDefaults::valueChanged, this, [this](const QString &key) {
-        if (key == TD_USER_DEFAULTS_NAME_RESULTS_FONT || key == TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE)
-            _forgetHeights();
+        if (key != TD_USER_DEFAULTS_NAME_RESULTS_FONT && key != TD_USER_DEFAULTS_NAME_RESULTS_FONT_SIZE)
+            return;
+        const int current = _currentRowWithin(viewport()->height());
+        _forgetHeights();
+        scrollRowToVisible(current);
     });
 }
 
@@ -407,15 +410,20 @@ void OutlineView::updateGeometries()
 
 void OutlineView::resizeEvent(QResizeEvent *event)
 {
-    const int current = rowOfIndex(currentIndex().siblingAtColumn(0));
-    const bool wasInSight = current >= _scrolled.top().row &&
-                            _scrolled.moved(_scrolled.top(), event->oldSize().height() - 1).row >= current;
+    const int current = _currentRowWithin(event->oldSize().height());
     if (event->size().width() != event->oldSize().width())
         _heights.forgetAll();
     QAbstractItemView::resizeEvent(event);
     // The place where somebody is isn't lost.
-    if (current >= 0 && wasInSight)
-        scrollRowToVisible(current);
+    scrollRowToVisible(current);
+}
+
+int OutlineView::_currentRowWithin(int height) const
+{
+    const int current = rowOfIndex(currentIndex().siblingAtColumn(0));
+    const bool isWithin = current >= _scrolled.top().row &&
+                          _scrolled.moved(_scrolled.top(), std::max(0, height - 1)).row >= current;
+    return isWithin ? current : -1;
 }
 
 void OutlineView::changeEvent(QEvent *event)

@@ -113,6 +113,8 @@ private:
     void _rowsWereRemoved(const QModelIndex &parent);
     void _rowsChanged();
     void _forgetHeights();
+    /// -1 where the current row begins below what a view of this height shows, or above it.
+    int _currentRowWithin(int height) const;
     void _fitGutter(int firstFile, int lastFile);
     void _setShownLines(int file, int shownLines);
     void _setTop(ScrolledRows::Top top);
