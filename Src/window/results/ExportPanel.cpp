@@ -62,6 +62,8 @@ void ExportPanel::open()
         dialog->setDefaultSuffix(QString::fromLatin1(FORMATS[chosen].ending).sliced(1));
     };
     takeEnding(filters.first());
+    // A name to begin with; the ending follows the format.
+    dialog->selectFile(localizedString("Search results"));
     connect(dialog, &QFileDialog::filterSelected, dialog, takeEnding);
     connect(dialog, &QFileDialog::fileSelected, this, &ExportPanel::exportTo, Qt::QueuedConnection);
     dialog->open();
