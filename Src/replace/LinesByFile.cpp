@@ -1,5 +1,7 @@
 #include "replace/LinesByFile.h"
 
+#include <utility>
+
 namespace tidemark {
 
 LinesByFile::LinesByFile(const FindResultItems &nodes)
@@ -17,9 +19,12 @@ LinesByFile LinesByFile::ofFiles(const FindResultItems &files)
 {
     LinesByFile all;
     for (const auto &file : files) {
-        // Below a file that failed is its error.
-        if (file->matches() != nullptr && !file->children().isEmpty())
-            all._groups.push_back({file.get(), file->children()});
+        FindResultItems lines = file->children();
+        // The last one can be an error: the file's, or that of lines that took an expression too long.
+        if (!lines.isEmpty() && lines.constLast()->matchLine() == nullptr)
+            lines.removeIf([](const auto &line) { return line->matchLine() == nullptr; });
+        if (!lines.isEmpty())
+            all._groups.push_back({file.get(), std::move(lines)});
     }
     return all;
 }

@@ -12,7 +12,7 @@ using Outcome = TDSelectedMatchReplacement::Outcome;
 class TDSelectedMatchReplacementTest : public ReplaceTest
 {
 protected:
-    Outcome run(const FindResultItems &selected, const QString &findText, const QString &replaceText)
+    Outcome run(const LinesByFile &selected, const QString &findText, const QString &replaceText)
     {
         const auto betweenFiles = [this](quint64 filesDone) {
             // It is called while the disk is waited for, too.
@@ -22,6 +22,10 @@ protected:
         };
         TDSelectedMatchReplacement replacement(request(findText, replaceText), _stop, betweenFiles);
         return replacement.replaceSelectedMatches(selected);
+    }
+    Outcome run(const FindResultItems &selected, const QString &findText, const QString &replaceText)
+    {
+        return run(LinesByFile(selected), findText, replaceText);
     }
     static const TDMatchLine &lineOf(const std::shared_ptr<TDFindResultItem> &file, qsizetype index = 0)
     {
@@ -103,6 +107,26 @@ TEST_F(TDSelectedMatchReplacementTest, FileNodesAndErrorNodesAloneReplaceNothing
     const Outcome outcome = run({failed, failed->matchLines().first(), file}, u"x"_s, u"y"_s);
     EXPECT_EQ(outcome.filesRewritten + outcome.replacements, 0U);
     EXPECT_EQ(_folder.names(), QList<QByteArray>{"a.txt"});
+}
+
+TEST_F(TDSelectedMatchReplacementTest, LinesThatTookTooLongDontKeepTheOthersFromBeingReplaced)
+{
+    FindResultItems files;
+    for (const char *name : {"a.txt", "b.txt"}) {
+        files << searchOne(_folder.write(name, "x--\n--x\n"), u"x"_s);
+        // As a search leaves it that gave up on some lines.
+        const auto error = TDFindResultItem::initWithError(TDError::posixError(EIO), files.last().get());
+        files.last()->setMatchLines(files.last()->matchLines() + FindResultItems{error});
+    }
+    // A filter shows nothing of it but its error.
+    files[1]->setChildren({files[1]->matchLines().last()});
+    const LinesByFile lines = LinesByFile::ofFiles(files);
+    EXPECT_EQ(lines.size(), 1U);
+    EXPECT_EQ(UndoSizeEstimate::of(lines), UndoSizeEstimate::of(matchLinesOf(files)));
+    EXPECT_EQ(run(lines, u"x"_s, u"y"_s).replacements, 2U);
+    EXPECT_EQ(_folder.read("a.txt"), "y--\n--y\n");
+    EXPECT_EQ(_folder.read("b.txt"), "x--\n--x\n");
+    EXPECT_EQ(files[0]->matchLines().size(), 3);
 }
 
 TEST_F(TDSelectedMatchReplacementTest, ExpressionsReplaceEveryOccurrenceWithinAMatch)
