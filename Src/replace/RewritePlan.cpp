@@ -217,13 +217,17 @@ bool RewritePlan::_addChanges(TDFileReader &reader, QByteArray oldBytes, const P
     }
     if (error)
         return false;
-    if (!expected.isNull() && *oldText != expected) {
+    const bool isOne = std::next(place.first) == place.last;
+    // Of several none may be a line that just stands there: it would be written twice.
+    if (std::any_of(place.first, place.last, [&](const LineChange &change) {
+            return !change.oldText.isNull() &&
+                   (change.oldText != *oldText || (!isOne && change.newText == *oldText));
+        })) {
         error = fileModifiedError(_path);
         return false;
     }
 
-    const bool isUnchanged = std::next(place.first) == place.last && place.first->newText == *oldText;
-    if (isUnchanged) {
+    if (isOne && place.first->newText == *oldText) {
         _lookForHeader(oldBytes);
         _keep(oldBytes.size());
         return true;

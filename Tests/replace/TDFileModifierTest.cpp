@@ -101,6 +101,18 @@ TEST_F(TDFileModifierTest, LinesAreFoundByNumberWhateverTheirOrder)
     EXPECT_EQ(_folder.read("a.txt"), "1\rtwo\r\nzwei\r\n3\nfive");
 }
 
+TEST_F(TDFileModifierTest, NoLineIsWrittenTwiceWithoutBeingChanged)
+{
+    const FilePath path = _folder.write("a.txt", "1\n2\n2\n");
+    const std::shared_ptr<TDMatchLine> others[] = {line(2, u"2\n"_s, u"2\n"_s),
+                                                   line(2, u"1\n"_s, u"one\n"_s)};
+    for (const auto &other : others) {
+        EXPECT_EQ(rewrite(path, {line(1, u"1\n"_s, u"one\n"_s), line(2, u"2\n"_s, u"two\n"_s), other}),
+                  TD_ERROR_CODE_TD_FILE_MODIFIER_FILE_MODIFIED_ERROR);
+        EXPECT_EQ(_folder.read("a.txt"), "1\n2\n2\n");
+    }
+}
+
 TEST_F(TDFileModifierTest, LinesOfUnknownTextThatTheFileDoesntHaveAreLeftOut)
 {
     const FilePath path = _folder.write("a.txt", "1st\n2nd\n");
