@@ -147,6 +147,11 @@ void SearchControl::stopSearch()
         return _endReadAs();
     if (_searchEngine)
         _searchEngine->stopSearch();
+    // Whoever replaces or undoes from now on goes by what is listed, however long the thread takes to end.
+    if (_searching && _session) {
+        _session->endArrival();
+        _mergeNewResults();
+    }
     _setSearching(false);
 }
 

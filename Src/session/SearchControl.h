@@ -54,7 +54,8 @@ public:
     /// the last search did. What is found takes their place, and where nothing is found they go. It is a
     /// search that can be stopped: files that it hasn't come to stay. Nothing happens while another runs.
     void readAs(const FindResultItems &files, StringEncoding encoding);
-    /// What was found so far stays. The search's thread may take a moment longer to end.
+    /// What was found so far stays, and nothing is listed behind it. The search's thread may take a moment
+    /// longer to end.
     void stopSearch();
     /// Stops, and nothing of the search is delivered any more: its window is closing.
     void abandonSearch();

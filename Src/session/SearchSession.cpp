@@ -41,6 +41,13 @@ SearchSession::Arrived SearchSession::takeArrived()
     return arrived;
 }
 
+void SearchSession::endArrival()
+{
+    const std::lock_guard lock(_mutex);
+    _hasArrivalEnded = true;
+    _taken.notify_all();
+}
+
 quint64 SearchSession::addResultsMatchLineCount() const
 {
     const std::lock_guard lock(_mutex);
@@ -76,6 +83,8 @@ void SearchSession::didFindFile(const FilePath &path, quint64 scannedCount, quin
     const bool isDue = scanningStatusIsDue();
     const QString status = isDue ? scanningStatus(matchCount, fileMatchCount, scannedCount, path) : QString();
     const std::lock_guard lock(_mutex);
+    if (_isDropping())
+        return;
     _before = {fileMatchCount, matchCount};
     _inFile = {};
     if (!isDue)
@@ -89,7 +98,7 @@ void SearchSession::didFindMatchInFile(const std::shared_ptr<TDFindResultItem> &
     const FileMatches *matches = file->matches();
     const Counts found = {matches != nullptr ? 1U : 0U, matches != nullptr ? matches->count() : 0};
     std::unique_lock lock(_mutex);
-    if (_context == nullptr)
+    if (_isDropping())
         return;
     _inFile = found;
     _arrived.files << file;
@@ -100,7 +109,7 @@ void SearchSession::didFindMoreInFile(const FoundPart &part)
 {
     const quint64 count = part.matches ? part.matches->count() : 0;
     std::unique_lock lock(_mutex);
-    if (_context == nullptr)
+    if (_isDropping())
         return;
     if (part.kind == FoundPart::Kind::Instead)
         _inFile = {};
@@ -119,7 +128,7 @@ void SearchSession::_handOver(std::unique_lock<std::mutex> &lock, qsizetype matc
     if (isShownByItself || _linesGathered > MOST_LINES_GATHERED)
         _postArrival();
     if (isShownByItself || _linesWaiting > MOST_LINES_WAITING)
-        _taken.wait(lock, [this] { return _isAllTaken() || _context == nullptr; });
+        _taken.wait(lock, [this] { return _isAllTaken() || _isDropping(); });
 }
 
 void SearchSession::_postArrival()
@@ -154,9 +163,13 @@ void SearchSession::didLeaveOut(const LeftOut &leftOut)
     _leftOut = leftOut;
 }
 
-void SearchSession::_end(const SearchCounts &counts)
+void SearchSession::_end(SearchCounts counts)
 {
     const std::lock_guard lock(_mutex);
+    if (_hasArrivalEnded) {
+        counts.matches = _allTaken.matches;
+        counts.filesWithMatches = _allTaken.files;
+    }
     _post([this, counts, leftOut = _leftOut] {
         if (_receiver.counted)
             _receiver.counted(leftOut, counts);

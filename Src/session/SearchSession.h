@@ -47,6 +47,9 @@ public:
         QList<FoundPart> parts;
     };
     Arrived takeArrived();
+    /// What arrives from now on is dropped, and the search thread waits for nobody. The end is still told,
+    /// with the counts of what was taken.
+    void endArrival();
     /// Match lines that have arrived since the search started.
     quint64 addResultsMatchLineCount() const;
     /// The status line, with the counts of what was taken; nothing before it was told for the first time.
@@ -76,11 +79,13 @@ private:
         quint64 files = 0;
         quint64 matches = 0;
     };
+    bool _isDropping() const { return _context == nullptr || _hasArrivalEnded; }
     bool _isAllTaken() const { return _arrived.files.isEmpty() && _arrived.parts.isEmpty(); }
-    void _end(const SearchCounts &counts);
+    void _end(SearchCounts counts);
 
     mutable std::mutex _mutex;
     std::condition_variable _taken;
+    bool _hasArrivalEnded = false;
     QObject *_context;
     const Receiver _receiver;
     Arrived _arrived;

@@ -221,6 +221,34 @@ TEST_F(SearchControlTest, ANewSearchStartsFromNothingAndGetsNothingOfTheOldOne)
               u"Search completed (1 match found in 1 file • 1 file searched)"_s);
 }
 
+TEST_F(SearchControlTest, NothingIsListedBehindAStopHoweverLongTheSearchTakesToEnd)
+{
+    const auto file = fileWith("/a", 250);
+    std::atomic<bool> handedOver = false;
+    search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
+        delegate.didFindMatchInFile(file);
+        handedOver = true;
+        goOn.acquire();
+        const auto more = fileWith("/a", 1);
+        delegate.didFindMoreInFile({file, FoundPart::Kind::More, more->children(), *more->matches()});
+        delegate.didFindFile(FilePath("/b"), 2, 1, 251);
+        delegate.didFindMatchInFile(fileWith("/b", 1));
+        delegate.didStopSearch(2, 2, 252);
+    });
+    ASSERT_TRUE(waitFor([&] { return handedOver.load(); }));
+    bool hasEnded = false;
+    QObject::connect(control.get(), &SearchControl::searchFinished, [&] { hasEnded = true; });
+    EXPECT_TRUE(document.findResults().isEmpty());
+    control->stopSearch();
+    EXPECT_EQ(document.findResults().count(), 1) << "what had arrived";
+    goOn.release();
+    ASSERT_TRUE(waitFor([&] { return hasEnded; }));
+    EXPECT_EQ(document.findResults().count(), 1);
+    EXPECT_EQ(file->matchCount(), 250);
+    EXPECT_EQ(document.resultsStatusText(),
+              u"Search interrupted (250 matches found in 1 file • 2 files searched)"_s);
+}
+
 TEST_F(SearchControlTest, GoingAwayWakesASearchThatWaitsForTheMainThread)
 {
     search([&](TDSearchEngine &, const SearchRequest &, TDSearchEngineDelegate &delegate) {
