@@ -177,6 +177,12 @@ bool FindResults::shows(const TDFindResultItem &node) const
     return file == &node || file->children().value(node.position()).get() == &node;
 }
 
+bool FindResults::isLast(const TDFindResultItem &file) const
+{
+    const FindResultItems &all = _filter ? _all : _files;
+    return !all.isEmpty() && all.constLast().get() == &file;
+}
+
 void FindResults::setFilter(std::shared_ptr<const ResultsFilter> filter)
 {
     Q_EMIT aboutToFilter();

@@ -38,6 +38,8 @@ public:
     qsizetype count() const { return _files.size(); }
     /// With those that a filter hides.
     qsizetype countOfAll() const { return _filter ? _all.size() : _files.size(); }
+    /// Whether no file has arrived behind it, hidden ones counted.
+    bool isLast(const TDFindResultItem &file) const;
     /// Whether the node is in the list, or below a file in it.
     bool shows(const TDFindResultItem &node) const;
     /// Whether some lines of the file are hidden, and others aren't.

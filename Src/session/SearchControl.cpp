@@ -47,6 +47,11 @@ void SearchControl::startSearch()
     _beginSession();
 }
 
+bool SearchControl::mayGrow(const TDFindResultItem &file) const
+{
+    return _searching && _document.findResults().isLast(file);
+}
+
 std::optional<double> SearchControl::shareDone() const
 {
     if (!_session || _knownFileCount.value_or(0) == 0)

@@ -60,6 +60,8 @@ public:
     /// Stops, and nothing of the search is delivered any more: its window is closing.
     void abandonSearch();
     bool searching() const { return _searching; }
+    /// Whether a listed file may get further lines, as it is still being read.
+    bool mayGrow(const TDFindResultItem &file) const;
     void setRefreshInterval(std::chrono::milliseconds interval) { _refreshTimer.setInterval(interval); }
 
     const QString &sectionTitle() const { return _sectionTitle; }

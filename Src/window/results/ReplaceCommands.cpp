@@ -55,9 +55,15 @@ bool ReplaceCommands::_beginCommand()
 
 // -- One match
 
+bool ReplaceCommands::isInFileStillRead() const
+{
+    const auto item = _navigation.currentlySelectedMatchLineItem();
+    return item && _search.mayGrow(item->parent() != nullptr ? *item->parent() : *item);
+}
+
 void ReplaceCommands::replace()
 {
-    if (!_beginCommand())
+    if (isInFileStillRead() || !_beginCommand())
         return;
     _performReplace();
     _navigation.determineIfFirstOrLastItemSelected();
@@ -65,7 +71,7 @@ void ReplaceCommands::replace()
 
 void ReplaceCommands::replaceAndFind()
 {
-    if (!_beginCommand())
+    if (isInFileStillRead() || !_beginCommand())
         return;
     // With the key held down the last match would be replaced in its own replacement over and over.
     if (_currentMatch() == _lastReplaced)

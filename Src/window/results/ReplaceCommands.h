@@ -27,6 +27,8 @@ public:
                     TDSearchResultsOutlineView &view, ResultsNavigation &navigation,
                     QObject *parent = nullptr);
 
+    /// Neither this nor the next one does anything in a file that the search still reads: what is found
+    /// there later would have numbers from before.
     void replace();
     /// Once the last of all matches is replaced, it does nothing until another one is highlighted.
     void replaceAndFind();
@@ -34,6 +36,9 @@ public:
     void replaceSelection();
     /// Always asks first.
     void replaceAll();
+
+    /// Whether that holds for the highlighted match.
+    bool isInFileStillRead() const;
 
     /// Every file with its lines, as shown.
     FindResultItems allItems() const;

@@ -352,8 +352,9 @@ void ResultsPane::_noteResults()
     _actions.expandCollapseAll->setEnabled(hasResults);
     _actions.removeSelected->setEnabled(_navigation.selection().hasSelection() && isFree);
     const bool hasMatch = _navigation.hasMatchToReplace();
-    _actions.replace->setEnabled(hasMatch && isFree);
-    _actions.replaceAndFind->setEnabled((hasMatch || _actions.nextMatch->isEnabled()) && isFree);
+    const bool isRead = !_replaceCommands.isInFileStillRead();
+    _actions.replace->setEnabled(hasMatch && isFree && isRead);
+    _actions.replaceAndFind->setEnabled((hasMatch || _actions.nextMatch->isEnabled()) && isFree && isRead);
     // These run for a while and deliver events meanwhile; results that arrive then would come in between.
     const bool isComplete = hasResults && isFree && !_search.searching();
     _actions.replaceSelection->setEnabled(isComplete);
