@@ -92,12 +92,15 @@ void TDSelectedMatchReplacement::_replaceInFiles(const LinesByFile &selectedLine
             break;
         _changeToFile(group);
         if (!_replaceInFile()) {
+            _abandonCurrentFile();
             _run->flush();
             _abandonWaitingFiles();
             return;
         }
     }
-    if (!_stopReplace) {
+    if (_stopReplace) {
+        _abandonCurrentFile();
+    } else {
         _saveCurrentFile();
         _run->flush();
     }
@@ -210,6 +213,13 @@ void TDSelectedMatchReplacement::_noteLateProblem(const RewriteRun::LateProblem 
         return;
     --_outcome.filesRewritten;
     _outcome.replacements -= replacements;
+}
+
+/// What it would have become isn't for a later run to write, perhaps after this one was undone.
+void TDSelectedMatchReplacement::_abandonCurrentFile()
+{
+    _current->hasFailed = true;
+    _current->restoreLines();
 }
 
 /// Those that a stop left.

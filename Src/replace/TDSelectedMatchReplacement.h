@@ -54,9 +54,9 @@ public:
     TDSelectedMatchReplacement(const ReplaceRequest &request, const std::atomic<bool> &stopReplace,
                                BetweenFiles betweenFiles = {});
 
-    /// In the order of the lines, which aren't looked at any more after a stop or a faulty expression: those
-    /// of the file in hand then stay changed in memory only. Files are written in groups; those whose group
-    /// isn't being written at a stop are as they were, with their lines.
+    /// In the order of the lines, which aren't looked at any more after a stop or a faulty expression. Files
+    /// are written in groups; the one in hand then, and those whose group isn't being written at a stop, are
+    /// as they were, with their lines.
     Outcome replaceSelectedMatches(const LinesByFile &selectedLines);
 
     /// The error that lists files which couldn't be updated.
@@ -91,6 +91,7 @@ private:
     void _fileIsDone(ChangedFile &changed, const FileRewrite &rewrite, bool isRewritten);
     void _fileHasFailed(ChangedFile &changed, const FileRewrite &rewrite);
     void _noteLateProblem(const RewriteRun::LateProblem &late);
+    void _abandonCurrentFile();
     void _abandonWaitingFiles();
     void _clearRangesOfCurrentFile();
 

@@ -239,6 +239,19 @@ TEST_F(TDSelectedMatchReplacementTest, AStopWhileTheLastGroupGoesToTheDiskLeaves
     EXPECT_EQ(backupNames(_folder).size(), 5);
 }
 
+TEST_F(TDSelectedMatchReplacementTest, AStopWithinAFileLeavesItsLinesToTheNextRun)
+{
+    _folder.write("a.txt", QByteArray("x--\n").repeated(1000));
+    const FindResultItems files = search(_folder.path(), u"x"_s);
+    TDSelectedMatchReplacement stopped(request(u"x"_s, u"y"_s), _stop,
+                                       [&](quint64) { _stop = lineOf(files[0]).isUnsaved(); });
+    EXPECT_TRUE(stopped.replaceSelectedMatches(matchLinesOf(files)).stopped);
+    EXPECT_EQ(lineOf(files[0]).numberOfReplacedMatches(), 0U);
+    _stop = false;
+    EXPECT_EQ(run({files[0]->matchLines().last()}, u"x"_s, u"z"_s).replacements, 1U);
+    EXPECT_EQ(_folder.read("a.txt"), QByteArray("x--\n").repeated(999) + "z--\n");
+}
+
 TEST_F(TDSelectedMatchReplacementTest, AFaultyReplacementEndsTheRunWithTheFileInHandUnsaved)
 {
     setMode(SearchMode::RegularExpression);
@@ -253,6 +266,7 @@ TEST_F(TDSelectedMatchReplacementTest, AFaultyReplacementEndsTheRunWithTheFileIn
     EXPECT_EQ(_folder.read("a.txt"), "aX\n\n\n");
     EXPECT_EQ(_folder.read("b.txt"), "b\n\xC3\xA9\n");
     EXPECT_EQ(_folder.read("c.txt"), "c\n\n\n");
+    EXPECT_EQ(lineOf(files[1]).matchLineString(), u"b\n"_s);
     EXPECT_TRUE(outcome.failures.empty());
 }
 
