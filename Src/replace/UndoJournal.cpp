@@ -192,13 +192,17 @@ QList<BackupRun> UndoJournal::backupRuns() const
         if (!reader)
             continue;
         BackupRun run{reader->step(), name, {}};
-        for (const KeptBackup &backup : reader->backups()) {
-            if (isThere(backup))
-                run.backups << backup;
-        }
-        if (!run.backups.isEmpty())
+        const auto isAnyThere = [&run, &reader] {
+            run.backups.clear();
+            for (const KeptBackup &backup : reader->backups()) {
+                if (isThere(backup))
+                    run.backups << backup;
+            }
+            return !run.backups.isEmpty();
+        };
+        if (isAnyThere())
             runs.prepend(run);
-        else if (!reader->step().isDamaged && reader->lock())
+        else if (!reader->step().isDamaged && reader->lock() && !isAnyThere())
             (void)FileSystemCalls::current().remove(_folder.appendingPathComponent(name).cString());
     }
     return runs;

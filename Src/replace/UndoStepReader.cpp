@@ -37,8 +37,9 @@ std::unique_ptr<UndoStepReader> UndoStepReader::open(const FilePath &path, UndoS
 bool UndoStepReader::lock()
 {
     struct stat status;
+    // Whoever had it may have written more of it since it was read.
     return _lock.take(_descriptor.number(), _path) && ::fstat(_descriptor.number(), &status) == 0 &&
-           status.st_nlink > 0;
+           status.st_nlink > 0 && _readStructure(_step.kind);
 }
 
 bool UndoStepReader::_readStructure(UndoStepKind kind)
@@ -47,7 +48,12 @@ bool UndoStepReader::_readStructure(UndoStepKind kind)
     if (::fstat(_descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
         bytesAt(_descriptor.number(), 0, SIGNATURE.size()) != SIGNATURE)
         return false;
+    _step = {};
     _step.size = status.st_size;
+    _blocks.clear();
+    _backupBlocks.clear();
+    _cache.clear();
+    _end = 0;
     qint64 offset = SIGNATURE.size();
     bool hasHeader = false;
     while (offset < status.st_size) {

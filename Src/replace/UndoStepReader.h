@@ -21,7 +21,8 @@ public:
     UndoStepReader(const UndoStepReader &) = delete;
     UndoStepReader &operator=(const UndoStepReader &) = delete;
 
-    /// For this object alone, until it goes. False when somebody else has the step, or it was removed.
+    /// For this object alone, until it goes; what was read before is read anew. False when somebody else has
+    /// the step, or it was removed.
     bool lock();
     /// Without the id and who uses it. `isDamaged` tells what was found so far.
     const UndoStep &step() const { return _step; }

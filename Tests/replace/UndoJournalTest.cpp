@@ -3,6 +3,7 @@
 #include "foundation/ExtendedAttributes.h"
 #include "reading/EncodingDetection.h"
 #include "replace/LossCheck.h"
+#include "replace/UndoStepReader.h"
 #include "replace/UndoTestSupport.h"
 #include "support/Testing.h"
 
@@ -224,6 +225,29 @@ TEST_F(UndoJournalTest, AStepThatAnotherProcessWritesIsLeftAlone)
     EXPECT_TRUE(journal().forget(others));
     EXPECT_EQ(undo().filesDone, 1);
     EXPECT_EQ(_folder.read("a.txt"), "a needle\n");
+}
+
+TEST_F(UndoJournalTest, AStepIsTakenAsItWasWhenItsWriterLetItGo)
+{
+    UndoStepWriter writer(journal(), {}, UndoStepWriter::Purpose::TakingBack);
+    const auto append = [&](const char *name) {
+        UndoEntry entry;
+        entry.path = _folder.path(name);
+        EXPECT_EQ(writer.append({entry}, {}), 0);
+        writer.noteDone(0);
+    };
+    append("a.txt");
+    const auto reader =
+        UndoStepReader::open(journal().folder().appendingPathComponent(writer.id()), UndoStepKind::Undo);
+    ASSERT_NE(reader, nullptr);
+    EXPECT_EQ(reader->entries(0).size(), 1U);
+    EXPECT_FALSE(reader->lock());
+    append("b.txt");
+    EXPECT_EQ(writer.close(), UndoKeeping::Kept);
+    ASSERT_TRUE(reader->lock());
+    EXPECT_EQ(reader->step().files, 2);
+    ASSERT_EQ(reader->blockCount(), 2U);
+    EXPECT_EQ(reader->entries(1).at(0).path, _folder.path("b.txt"));
 }
 
 TEST_F(UndoJournalTest, BackupsOfARunAreDeletedOnlyIfTheyAreTheOnesThatWereMade)
