@@ -44,25 +44,34 @@ public:
 /// What of a changed file was listed before and reads so now.
 struct Standing
 {
-    std::shared_ptr<TDFindResultItem> asBefore; ///< null where the file isn't as it was listed once
+    std::optional<ListedFiles::Earlier> asBefore; ///< none where the file isn't as it was listed once
     QList<StandingLines::Numbered> replaced;
     std::optional<FileDate> date;
 };
 
-using EarlierByPath = QHash<FilePath, FindResultItems>;
+using EarlierByPath = QHash<FilePath, QList<ListedFiles::Earlier>>;
 
 using FileNode = std::shared_ptr<TDFindResultItem>;
 
+ListedFiles::Earlier asListedNow(const FileNode &file)
+{
+    ListedFiles::Earlier now{file, {}};
+    now.lineNumbers.reserve(file->children().size());
+    for (const auto &node : file->children())
+        now.lineNumbers << (node->matchLine() != nullptr ? node->matchLine()->lineNumber() : 0);
+    return now;
+}
+
 /// `listed` is null for a file that isn't listed now, `found` where nothing was found.
 Standing standingOf(const FilePath &path, StringEncoding encoding, const FileNode &listed,
-                    const FileNode &found, const FindResultItems &earlier,
+                    const FileNode &found, const QList<ListedFiles::Earlier> &earlier,
                     const std::atomic<bool> &shouldStop)
 {
     StandingLines content(path, encoding, shouldStop);
     Standing standing;
     standing.date = content.date();
     for (const auto &before : earlier) {
-        if (!content.hold(*before, found.get()))
+        if (!content.hold(*before.file, before.lineNumbers, found.get()))
             continue;
         standing.asBefore = before;
         return standing;
@@ -165,32 +174,40 @@ void ListedFiles::clear()
     _gone.clear();
     _chosenEncodings.clear();
     _earlierLines = 0;
-    for (FindResultItems &files : _earlier)
-        releaseInBackground(std::move(files));
-    _earlier.clear();
+    FindResultItems released;
+    for (const QList<Earlier> &ofFile : std::exchange(_earlier, {})) {
+        for (const Earlier &earlier : ofFile)
+            released << earlier.file;
+    }
+    releaseInBackground(std::move(released));
 }
 
 /// As long as it isn't too much altogether.
-void ListedFiles::_keepEarlier(const std::shared_ptr<TDFindResultItem> &file)
+void ListedFiles::_keepEarlier(const Earlier &earlier)
 {
-    if (file->matches() == nullptr || _earlierLines + file->children().size() > MOST_EARLIER_LINES)
+    const TDFindResultItem &file = *earlier.file;
+    if (file.matches() == nullptr || _earlierLines + file.children().size() > MOST_EARLIER_LINES)
         return;
-    FindResultItems &earlier = _earlier[file->path()];
-    earlier.prepend(file);
-    _earlierLines += file->children().size();
-    if (earlier.size() > MOST_EARLIER)
-        _earlierLines -= earlier.takeLast()->children().size();
+    QList<Earlier> &all = _earlier[file.path()];
+    all.prepend(earlier);
+    _earlierLines += file.children().size();
+    if (all.size() > MOST_EARLIER)
+        _earlierLines -= all.takeLast().file->children().size();
 }
 
 /// It is listed again.
-void ListedFiles::_takeEarlier(const std::shared_ptr<TDFindResultItem> &file, std::optional<FileDate> date)
+void ListedFiles::_takeEarlier(const Earlier &earlier, std::optional<FileDate> date)
 {
-    _earlier[file->path()].removeOne(file);
+    const FileNode &file = earlier.file;
+    _earlier[file->path()].removeIf([&file](const Earlier &each) { return each.file == file; });
     _earlierLines -= file->children().size();
     file->setModificationDate(date);
     file->setRemark({});
-    for (const auto &line : file->children())
+    qsizetype index = 0;
+    for (const auto &line : file->children()) {
+        line->matchLine()->setLineNumber(earlier.lineNumbers[index++]);
         line->matchLine()->setHighlightedMatchIndex(TD_NO_HIGHLIGHTED_MATCH);
+    }
 }
 
 std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
@@ -215,11 +232,15 @@ std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
     FindResultItems now;
     QList<FilePath> gone;
     const auto list = [&](const FilePath &path, const FileNode &before) {
-        FileNode file = again.standing.value(path).asBefore;
-        if (file)
-            _takeEarlier(file, again.standing.value(path).date);
-        else
-            file = merged(before, again.found->files.value(path), again.standing.value(path));
+        const Standing standing = again.standing.value(path);
+        const auto listedNow = before ? std::optional(asListedNow(before)) : std::nullopt;
+        FileNode file;
+        if (standing.asBefore) {
+            file = standing.asBefore->file;
+            _takeEarlier(*standing.asBefore, standing.date);
+        } else {
+            file = merged(before, again.found->files.value(path), standing);
+        }
         if (!file && before && !again.found->isComplete) {
             before->setRemark(textOfProblem(RewriteProblem::Changed));
             file = before;
@@ -228,8 +249,8 @@ std::optional<FindResultItems> ListedFiles::searchedAgain(FindResultItems files,
             now << file;
         else
             gone << path;
-        if (before && file != before)
-            _keepEarlier(before);
+        if (listedNow && file != before)
+            _keepEarlier(*listedNow);
     };
     for (auto &file : files) {
         if (again.searched.contains(file->path()))

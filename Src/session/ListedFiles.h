@@ -30,12 +30,19 @@ public:
                                                  const SearchTerms &terms,
                                                  const std::function<bool()> &shouldStop);
 
+    /// How a file was listed once. Its lines may be listed still, with other numbers.
+    struct Earlier
+    {
+        std::shared_ptr<TDFindResultItem> file;
+        QList<qint64> lineNumbers; ///< one for each of the file's nodes
+    };
+
 private:
-    void _keepEarlier(const std::shared_ptr<TDFindResultItem> &file);
-    void _takeEarlier(const std::shared_ptr<TDFindResultItem> &file, std::optional<FileDate> date);
+    void _keepEarlier(const Earlier &earlier);
+    void _takeEarlier(const Earlier &earlier, std::optional<FileDate> date);
 
     QList<FilePath> _gone; ///< were listed since the search, and had nothing to list when searched last
-    QHash<FilePath, FindResultItems> _earlier; ///< how they were listed, the latest first
+    QHash<FilePath, QList<Earlier>> _earlier; ///< the latest first
     qsizetype _earlierLines = 0;
     QHash<FilePath, StringEncoding> _chosenEncodings; ///< which the person said to read files in
 };

@@ -15,10 +15,10 @@ bool readTheSame(const TDMatchLine &one, const TDMatchLine &other)
 }
 
 /// Behind the line, which can be several by now.
-qint64 endOf(const TDMatchLine &line)
+qint64 endOf(const TDMatchLine &line, qint64 number)
 {
     const bool isUnchanged = !line.unchangedUtf8().isNull();
-    return line.lineNumber() + (isUnchanged ? 1 : countLines(line.savedLineString()));
+    return number + (isUnchanged ? 1 : countLines(line.savedLineString()));
 }
 
 } // namespace
@@ -58,17 +58,18 @@ bool StandingLines::_stands(const QString &text, qint64 number)
     return now == expected;
 }
 
-bool StandingLines::hold(const TDFindResultItem &file, const TDFindResultItem *found)
+bool StandingLines::hold(const TDFindResultItem &file, const QList<qint64> &lineNumbers,
+                         const TDFindResultItem *found)
 {
     if (found != nullptr && found->matches() == nullptr)
         return false;
     const MatchLines lines = found != nullptr ? found->matches()->lines : MatchLines();
     auto next = lines.begin();
-    for (const auto &item : file.children()) {
-        const TDMatchLine *line = item->matchLine();
-        if (line == nullptr || line->isUnsaved())
+    for (qsizetype index = 0; index < file.children().size(); ++index) {
+        const TDMatchLine *line = file.children()[index]->matchLine();
+        if (line == nullptr || line->isUnsaved() || index >= lineNumbers.size())
             return false;
-        const qint64 number = line->lineNumber();
+        const qint64 number = lineNumbers[index];
         // One that isn't listed.
         if (next != lines.end() && (*next)->lineNumber() < number)
             return false;
@@ -76,7 +77,7 @@ bool StandingLines::hold(const TDFindResultItem &file, const TDFindResultItem *f
             next != lines.end() && (*next)->lineNumber() == number && readTheSame(**next, *line);
         if (!isFound && (line->numberOfReplacedMatches() == 0 || !_stands(line->savedLineString(), number)))
             return false;
-        while (next != lines.end() && (*next)->lineNumber() < endOf(*line))
+        while (next != lines.end() && (*next)->lineNumber() < endOf(*line, number))
             ++next;
     }
     return next == lines.end();

@@ -19,9 +19,9 @@ public:
     /// Of the content; nothing where it can't be read.
     std::optional<FileDate> date() const;
 
-    /// Whether all that is listed stands there, and the lines that were found in it now are among that. Null:
-    /// nothing was found.
-    bool hold(const TDFindResultItem &file, const TDFindResultItem *found);
+    /// Whether all that is listed stands there, by these numbers of the file's nodes, and the lines that were
+    /// found in it now are among that. Null: nothing was found.
+    bool hold(const TDFindResultItem &file, const QList<qint64> &lineNumbers, const TDFindResultItem *found);
 
     /// A listed line, and its number now.
     struct Numbered

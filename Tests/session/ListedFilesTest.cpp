@@ -105,6 +105,8 @@ TEST_F(ListedFilesTest, WhatIsReplacedStaysListedAndComesBack)
     replaceIn(*listed->first()->children()[1], u"bar"_s);
     listed->first()->children()[1]->matchLine()->setLineNumber(3);
     EXPECT_EQ(listedWhenItReads("foo\nbar\n"), u"1:foo 2=bar"_s);
+    EXPECT_EQ(listedWhenItReads("b\nr\nbar\n"), u"1=b\nr 3=bar"_s);
+    EXPECT_EQ(listedWhenItReads("foo\nbar\n"), u"1:foo 2=bar"_s);
 }
 
 TEST_F(ListedFilesTest, AStopIsHeardAndLeavesAMark)
