@@ -102,6 +102,9 @@ public:
     /// In which the file was read, or couldn't be; not known where it couldn't be opened.
     SettledEncoding encoding() const { return _file().encoding; }
     void setEncoding(SettledEncoding encoding) { _fileFields->encoding = encoding; }
+    /// Whether the search hands its lines over in parts, so that there may be more of them while it runs.
+    bool comesInParts() const { return _file().comesInParts; }
+    void setComesInParts() { _fileFields->comesInParts = true; }
     /// What there is to say about the file since the search, such as why it couldn't be rewritten; for
     /// people.
     const QString &remark() const { return _file().remark; }
@@ -141,6 +144,7 @@ private:
         std::optional<FileMatches> matches;
         SettledEncoding encoding;
         bool includesBOM = false;
+        bool comesInParts = false;
     };
     const FileFields &_file() const;
 

@@ -61,6 +61,7 @@ void PartsOfFile::handOver(const FileMatches &matches)
     }
     _node =
         newFileNode(_file, _findText, _reader.modificationDate(), _reader.hadByteOrderMarker(), matches, {});
+    _node->setComesInParts();
     _handOver({_node, FoundPart::Kind::First, {}, matches});
 }
 

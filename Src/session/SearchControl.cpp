@@ -49,7 +49,7 @@ void SearchControl::startSearch()
 
 bool SearchControl::mayGrow(const TDFindResultItem &file) const
 {
-    return _searching && _document.findResults().isLast(file);
+    return _searching && file.comesInParts() && _document.findResults().isLast(file);
 }
 
 std::optional<double> SearchControl::shareDone() const

@@ -46,6 +46,22 @@ TEST_F(GrowingFileTest, IsReplacedInOnlyOnceItIsRead)
     EXPECT_EQ(results.files()[0]->children().last()->matchLine()->lineNumber(), LINES + 1);
 }
 
+TEST_F(GrowingFileTest, IsTheOnlyOneThatHasToWait)
+{
+    folder.write("a.txt", LINE);
+    OpenWindow window(application);
+    window.searchIn(folder.path(), u"foo"_s);
+    int attempts = 0;
+    QObject::connect(&window.document.findResults(), &FindResults::appended, [&] {
+        window.controller().resultsPane().navigation().selectFirstMatch();
+        EXPECT_TRUE(window.controller().searching());
+        EXPECT_TRUE(window.controller().actions().replace->isEnabled());
+        ++attempts;
+    });
+    window.search();
+    EXPECT_EQ(attempts, 1);
+}
+
 } // namespace
 
 } // namespace tidemark::test
