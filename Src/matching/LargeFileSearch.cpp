@@ -18,6 +18,20 @@ namespace {
 constexpr int MOST_THREADS = 4;
 constexpr std::chrono::milliseconds INTERVAL_OF_PARTS{10};
 
+/// Reading a block takes less time than to sleep and be woken. Other threads get the processor meanwhile.
+std::unique_lock<std::mutex> lockSoon(std::mutex &mutex)
+{
+    constexpr int MOST_TRIES = 200;
+    std::unique_lock lock(mutex, std::try_to_lock);
+    for (int tries = 1; !lock && tries < MOST_TRIES; ++tries) {
+        std::this_thread::yield();
+        (void)lock.try_lock();
+    }
+    if (!lock)
+        lock.lock();
+    return lock;
+}
+
 } // namespace
 
 LargeFileSearch::LargeFileSearch(SearchContext &context, FileSearchState &state, const FileMatches &found,
@@ -77,7 +91,7 @@ void LargeFileSearch::_searchBlocks(SearchContext &context)
 /// False when there is nothing more to search.
 bool LargeFileSearch::_readNext(Block &block)
 {
-    const std::lock_guard lock(_reading);
+    const std::unique_lock lock = lockSoon(_reading);
     if (_isRead || _hasEnded || _state.shouldStop() || _state.hasExcessiveMatch())
         return false;
     block.number = _nextNumber++;
@@ -91,7 +105,7 @@ bool LargeFileSearch::_readNext(Block &block)
 
 void LargeFileSearch::_put(quint64 number, Searched searched)
 {
-    const std::lock_guard lock(_merging);
+    const std::unique_lock lock = lockSoon(_merging);
     _waiting.emplace(number, std::move(searched));
     for (auto next = _waiting.begin(); next != _waiting.end() && next->first == _nextToAppend;
          next = _waiting.erase(next), ++_nextToAppend) {
