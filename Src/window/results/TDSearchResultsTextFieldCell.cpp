@@ -269,7 +269,8 @@ void TDSearchResultsTextFieldCell::_paintError(QPainter &painter, const QStyleOp
     QTextLayout text;
     const int height = layOutError(text, item, option.font, rect.width());
     painter.setPen(errorColor(option.palette));
-    text.draw(&painter, QPointF(rect.left(), rect.top() + (rect.height() - height) / 2));
+    const int top = rect.top() + (rect.height() - height) / 2;
+    text.draw(&painter, QPointF(rect.left(), top));
 }
 
 QRect TDSearchResultsTextFieldCell::readAsRect(const QStyleOptionViewItem &option,
