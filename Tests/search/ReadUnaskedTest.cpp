@@ -248,7 +248,7 @@ TEST(ReadUnasked, GivesTheDateOfWhatItReadWhileAnotherWrites)
         ASSERT_LE(told[2].toLongLong(), dates[version]);
         ++seen;
     }
-    EXPECT_GT(seen, 20);
+    EXPECT_GT(seen, 3);
 }
 
 } // namespace
